@@ -1,0 +1,13 @@
+#pragma once
+// The preferences store: QSettings in INI form at $XDG_CONFIG_HOME/Orwick/Orwick.conf. Keys are
+// read with a default in code, so a damaged or missing file simply gives the defaults.
+
+#include <QSettings>
+#include <memory>
+
+namespace orwick {
+
+// A fresh handle on the store (cheap; the path follows the environment of the moment).
+std::unique_ptr<QSettings> openSettings();
+
+} // namespace orwick

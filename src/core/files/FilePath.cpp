@@ -1,0 +1,174 @@
+#include "files/FilePath.h"
+
+#include <QDir>
+#include <QStringDecoder>
+#include <unistd.h>
+
+namespace orwick {
+
+namespace {
+
+QByteArray workingFolder()
+{
+    char buffer[4096];
+    if (getcwd(buffer, sizeof buffer))
+        return QByteArray(buffer);
+    return QByteArray("/");
+}
+
+QByteArray homeBytes()
+{
+    const char* home = getenv("HOME");
+    return (home && *home) ? QByteArray(home) : QByteArray("/");
+}
+
+// Lexical standardization: collapse "//", drop ".", resolve ".." against the components seen.
+QByteArray standardize(QByteArrayView path)
+{
+    QByteArray absolute;
+    if (!path.startsWith('/')) {
+        absolute = workingFolder();
+        absolute += '/';
+    }
+    absolute += path;
+
+    QByteArray out;
+    out.reserve(absolute.size());
+    qsizetype i = 0;
+    const qsizetype n = absolute.size();
+    while (i < n) {
+        while (i < n && absolute[i] == '/')
+            ++i;
+        qsizetype start = i;
+        while (i < n && absolute[i] != '/')
+            ++i;
+        QByteArrayView part(absolute.constData() + start, i - start);
+        if (part.isEmpty() || part == ".")
+            continue;
+        if (part == "..") {
+            qsizetype slash = out.lastIndexOf('/');
+            out.truncate(slash < 0 ? 0 : slash);
+            continue;
+        }
+        out += '/';
+        out += part;
+    }
+    if (out.isEmpty())
+        out = "/";
+    return out;
+}
+
+} // namespace
+
+bool isValidUtf8(QByteArrayView bytes)
+{
+    for (char c : bytes) {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+            const QString decoded = decoder(bytes);
+            return !decoder.hasError();
+        }
+    }
+    return true;
+}
+
+QString displayName(QByteArrayView bytes)
+{
+    return QString::fromUtf8(bytes);
+}
+
+FilePath FilePath::fromNative(QByteArrayView bytes)
+{
+    if (bytes.isEmpty())
+        return {};
+    return FilePath(standardize(bytes));
+}
+
+FilePath FilePath::fromText(const QString& text)
+{
+    QString trimmed = text.trimmed();
+    if (trimmed.isEmpty())
+        return {};
+    QByteArray bytes = trimmed.toUtf8();
+    if (bytes == "~" || bytes.startsWith("~/"))
+        bytes = homeBytes() + bytes.mid(1);
+    return fromNative(bytes);
+}
+
+FilePath FilePath::fromUrl(const QUrl& url)
+{
+    if (!url.isLocalFile() && !url.scheme().isEmpty())
+        return {};
+    return fromNative(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
+}
+
+QString FilePath::text() const { return displayName(m_bytes); }
+
+QString FilePath::abbreviated() const
+{
+    const FilePath home = fromNative(homeBytes());
+    if (!home.isRoot() && home.contains(*this))
+        return QStringLiteral("~") + displayName(QByteArrayView(m_bytes).sliced(home.m_bytes.size()));
+    return text();
+}
+
+QUrl FilePath::toUrl() const
+{
+    QUrl url;
+    url.setScheme(QStringLiteral("file"));
+    url.setPath(QString::fromLatin1(m_bytes.toPercentEncoding("/")), QUrl::TolerantMode);
+    return url;
+}
+
+QByteArray FilePath::fileNameBytes() const
+{
+    if (isRoot() || isEmpty())
+        return m_bytes;
+    return m_bytes.mid(m_bytes.lastIndexOf('/') + 1);
+}
+
+QString FilePath::fileName() const { return displayName(fileNameBytes()); }
+
+QString FilePath::extension() const
+{
+    const QByteArray name = fileNameBytes();
+    const qsizetype dot = name.lastIndexOf('.');
+    if (dot <= 0 || dot == name.size() - 1)
+        return {};
+    return displayName(QByteArrayView(name).sliced(dot + 1)).toLower();
+}
+
+FilePath FilePath::parent() const
+{
+    if (isEmpty() || isRoot())
+        return *this;
+    const qsizetype slash = m_bytes.lastIndexOf('/');
+    return FilePath(slash <= 0 ? QByteArray("/") : m_bytes.left(slash));
+}
+
+FilePath FilePath::child(QByteArrayView name) const
+{
+    QByteArray joined = m_bytes;
+    if (!isRoot())
+        joined += '/';
+    joined += name;
+    return FilePath(standardize(joined));
+}
+
+FilePath FilePath::child(const QString& name) const { return child(QByteArrayView(name.toUtf8())); }
+
+bool FilePath::contains(const FilePath& other) const
+{
+    if (isRoot())
+        return !other.isEmpty();
+    return other.m_bytes.startsWith(m_bytes)
+        && (other.m_bytes.size() == m_bytes.size() || other.m_bytes[m_bytes.size()] == '/');
+}
+
+std::strong_ordering FilePath::operator<=>(const FilePath& other) const
+{
+    const int c = m_bytes.compare(other.m_bytes);
+    return c < 0 ? std::strong_ordering::less : c > 0 ? std::strong_ordering::greater : std::strong_ordering::equal;
+}
+
+} // namespace orwick

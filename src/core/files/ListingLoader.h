@@ -1,0 +1,18 @@
+#pragma once
+// Loading a Listing (Trash, recents, screenshots, a colour tag, the drives) into FileItems.
+// Pure and thread-safe: call it from a background task.
+
+#include "async/CancelFlag.h"
+#include "files/Listing.h"
+
+namespace orwick::ListingLoader {
+
+// Hidden items (any hidden path component) are left out unless `showHidden`.
+ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* cancel = nullptr);
+
+// The most screenshots a listing shows, newest first.
+inline constexpr int kScreenshotLimit = 500;
+// Files used longer ago than this are not recent.
+inline constexpr qint64 kRecentSeconds = 2592000;
+
+} // namespace orwick::ListingLoader

@@ -1,0 +1,54 @@
+#include "platform/Xattr.h"
+
+#include <cerrno>
+#include <sys/xattr.h>
+
+namespace orwick::xattr {
+
+std::optional<QByteArray> get(const FilePath& path, const char* name)
+{
+    QByteArray value(256, Qt::Uninitialized);
+    for (int attempt = 0; attempt < 4; ++attempt) {
+        const ssize_t n = lgetxattr(path.c_str(), name, value.data(), value.size());
+        if (n >= 0) {
+            value.truncate(n);
+            return value;
+        }
+        if (errno != ERANGE)
+            return std::nullopt;
+        const ssize_t needed = lgetxattr(path.c_str(), name, nullptr, 0);
+        if (needed < 0)
+            return std::nullopt;
+        value.resize(needed);
+    }
+    return std::nullopt;
+}
+
+static QString refusal(const FilePath& path)
+{
+    if (errno == ENOTSUP)
+        return QStringLiteral("The disk that holds “%1” doesn’t keep extra attributes.").arg(path.fileName());
+    if (errno == EACCES || errno == EPERM || errno == EROFS)
+        return QStringLiteral("“%1” can’t be changed: no permission.").arg(path.fileName());
+    if (errno == ENOSPC || errno == EDQUOT)
+        return QStringLiteral("There’s no room left to store attributes on “%1”.").arg(path.fileName());
+    if (errno == ENOENT)
+        return QStringLiteral("“%1” is no longer there.").arg(path.fileName());
+    return QStringLiteral("Couldn’t change the attributes of “%1”.").arg(path.fileName());
+}
+
+Status set(const FilePath& path, const char* name, const QByteArray& value)
+{
+    if (lsetxattr(path.c_str(), name, value.constData(), value.size(), 0) != 0)
+        return failure(refusal(path));
+    return {};
+}
+
+Status remove(const FilePath& path, const char* name)
+{
+    if (lremovexattr(path.c_str(), name) != 0 && errno != ENODATA)
+        return failure(refusal(path));
+    return {};
+}
+
+} // namespace orwick::xattr
