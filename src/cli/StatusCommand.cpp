@@ -1,0 +1,77 @@
+// orwick-cli status DIR: the git status of the repository holding DIR, as the window reads it
+// (the git benchmark's hook). Prints the branch line, one line per changed file (change, staged,
+// unstaged, path) and a summary with the ignored count.
+
+#include "cli/CliCommand.h"
+#include "git/RepositoryRoot.h"
+#include "git/StatusReader.h"
+
+#include <cstdio>
+
+namespace orwick::cli {
+namespace {
+
+QByteArray summary(const RepoStatus& status)
+{
+    int counts[6] = {};
+    for (const RepoStatus::File& file : status.files)
+        ++counts[int(file.change)];
+    QStringList parts;
+    for (int kind = 0; kind < 6; ++kind)
+        if (counts[kind] > 0)
+            parts.append(QStringLiteral("%1 %2").arg(counts[kind]).arg(changeName(Change(kind))));
+    QString line = QStringLiteral("%1 changed").arg(status.files.size());
+    if (!parts.isEmpty())
+        line += QStringLiteral(" (%1)").arg(parts.join(QStringLiteral(", ")));
+    line += QStringLiteral(", %1 ignored\n").arg(status.ignored.paths->size());
+    return line.toUtf8();
+}
+
+int status(const QStringList& arguments)
+{
+    if (arguments.size() != 1)
+        return usageError(QStringLiteral("usage: orwick-cli status DIR"));
+    const FilePath folder = FilePath::fromText(arguments.first());
+    const auto& executable = gitExecutable();
+    if (!executable) {
+        err() << gitMissingMessage() << Qt::endl;
+        return 1;
+    }
+    const auto root = findRepositoryRoot(folder);
+    if (!root) {
+        err() << folder.text() << ": not inside a git repository" << Qt::endl;
+        return 1;
+    }
+    const auto status = readStatus(*executable, *root);
+    if (!status) {
+        err() << root->text() << ": git couldn't read the repository's status" << Qt::endl;
+        return 1;
+    }
+
+    QByteArray buffer;
+    buffer.reserve(1 << 20);
+    buffer += "branch " + (status->branch.isEmpty() ? QByteArray("(unknown)") : status->branch.toUtf8());
+    buffer += ", ahead " + QByteArray::number(status->ahead) + ", behind " + QByteArray::number(status->behind) + '\n';
+    if (status->operation)
+        buffer += status->operation->toUtf8() + '\n';
+    for (const RepoStatus::File& file : status->files) {
+        buffer += changeName(file.change).toLatin1();
+        buffer += file.isStaged ? "\tstaged" : "\t-";
+        buffer += file.hasUnstaged ? "\tunstaged\t" : "\t-\t";
+        buffer += file.path.toUtf8();
+        buffer += '\n';
+        if (buffer.size() > (1 << 20) - 8192) {
+            fwrite(buffer.constData(), 1, size_t(buffer.size()), stdout);
+            buffer.clear();
+        }
+    }
+    buffer += summary(*status);
+    fwrite(buffer.constData(), 1, size_t(buffer.size()), stdout);
+    return 0;
+}
+
+const CliRegistration registration({QStringLiteral("status"), QStringLiteral("status DIR"),
+                                     QStringLiteral("git status of the repository holding DIR"), status});
+
+} // namespace
+} // namespace orwick::cli

@@ -1,0 +1,144 @@
+#include "git/Git.h"
+
+#include "app/Settings.h"
+#include "git/RepositoryRoot.h"
+#include "git/StatusReader.h"
+
+#include <QThread>
+
+namespace orwick {
+
+namespace {
+const QString hideIgnoredKey = QStringLiteral("hideIgnored");
+}
+
+#define ORWICK_ASSERT_GUI_THREAD() Q_ASSERT(QThread::currentThread() == thread())
+
+Git::Git(QObject* parent) : Git(gitExecutable(), parent) {}
+
+Git::Git(std::optional<FilePath> executable, QObject* parent) : QObject(parent), m_executable(std::move(executable))
+{
+    m_hidesIgnored = openSettings()->value(hideIgnoredKey, false).toBool();
+}
+
+Git::~Git() = default;
+
+std::optional<FilePath> Git::root(const FilePath& folder)
+{
+    ORWICK_ASSERT_GUI_THREAD();
+    auto found = m_roots.constFind(folder);
+    if (found == m_roots.cend())
+        found = m_roots.insert(folder, findRepositoryRoot(folder));
+    return *found;
+}
+
+const RepoStatus* Git::status(const FilePath& folder)
+{
+    const auto repoRoot = root(folder);
+    if (!repoRoot)
+        return nullptr;
+    const auto found = m_repos.constFind(*repoRoot);
+    return found == m_repos.cend() ? nullptr : &*found;
+}
+
+void Git::refresh(const FilePath& folder)
+{
+    ORWICK_ASSERT_GUI_THREAD();
+    if (!m_executable)
+        return;
+    const auto repoRoot = root(folder);
+    if (!repoRoot)
+        return;
+    const FilePath repository = *repoRoot;
+    const TaskSlot::Ticket ticket = m_running[repository].start();
+    runInBackground(
+        this, [executable = *m_executable, repository, token = ticket.token] { return readStatus(executable, repository, token.get()); },
+        [this, repository, ticket](std::optional<RepoStatus> status) {
+            const auto slot = m_running.find(repository);
+            if (slot == m_running.end() || !slot->second.isCurrent(ticket))
+                return;
+            slot->second.finish(ticket);
+            apply(repository, std::move(status));
+        });
+}
+
+bool Git::isRefreshing(const FilePath& root) const
+{
+    const auto slot = m_running.find(root);
+    return slot != m_running.end() && slot->second.isRunning();
+}
+
+void Git::apply(const FilePath& root, std::optional<RepoStatus> status)
+{
+    const auto kept = m_repos.find(root);
+    if (status) {
+        if (kept != m_repos.end() && *kept == *status)
+            return;
+        m_repos.insert(root, std::move(*status));
+    } else {
+        if (kept == m_repos.end())
+            return;
+        m_repos.erase(kept);
+    }
+    rebuildMarks();
+    Q_EMIT statusChanged(root);
+}
+
+void Git::rebuildMarks()
+{
+    m_marks.clear();
+    for (const RepoStatus& status : std::as_const(m_repos)) {
+        for (const FilePath& folder : status.foldersWithChanges)
+            m_marks[folder].changesBelow = true;
+        for (auto change = status.changedPaths.cbegin(); change != status.changedPaths.cend(); ++change)
+            m_marks[change.key()].change = change.value();
+    }
+}
+
+Git::RowMark Git::rowMark(const FilePath& path) const
+{
+    ORWICK_ASSERT_GUI_THREAD();
+    return m_marks.value(path);
+}
+
+IgnoredPaths Git::ignoredPaths(const FilePath& folder)
+{
+    if (const RepoStatus* kept = status(folder))
+        return kept->ignored;
+    return {};
+}
+
+bool Git::isIgnored(const FilePath& path)
+{
+    if (m_repos.isEmpty())
+        return false;
+    return ignoredPaths(path.parent()).contains(path);
+}
+
+void Git::setHidesIgnored(bool hides)
+{
+    ORWICK_ASSERT_GUI_THREAD();
+    if (hides == m_hidesIgnored)
+        return;
+    m_hidesIgnored = hides;
+    openSettings()->setValue(hideIgnoredKey, hides);
+    Q_EMIT hidesIgnoredChanged(hides);
+}
+
+void Git::setBusy(const FilePath& root, const QString& label)
+{
+    ORWICK_ASSERT_GUI_THREAD();
+    if (m_busy.value(root) == label && m_busy.contains(root))
+        return;
+    m_busy.insert(root, label);
+    Q_EMIT busyChanged(root);
+}
+
+void Git::clearBusy(const FilePath& root)
+{
+    ORWICK_ASSERT_GUI_THREAD();
+    if (m_busy.remove(root))
+        Q_EMIT busyChanged(root);
+}
+
+} // namespace orwick

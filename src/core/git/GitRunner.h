@@ -1,0 +1,37 @@
+#pragma once
+// GitRunner: the one way Orwick runs the `git` tool. Every status read and every git action goes
+// through runCapturingErrors(), so git can never wait for a password, an editor or an SSH prompt,
+// and its output arrives as one text (standard output and error merged, UTF-8 with invalid bytes
+// replaced).
+
+#include "async/CancelFlag.h"
+#include "files/FilePath.h"
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+namespace orwick {
+
+// The git program found on PATH, looked up once per process; none when git isn't installed.
+const std::optional<FilePath>& gitExecutable();
+
+// The message for actions that need git when there is none.
+QString gitMissingMessage();
+
+struct GitOutput {
+    int status = 0;   // the exit status; -1 when git could not be started
+    QString output;   // standard output and error together; the reason when git could not start
+};
+
+// Runs `executable -C root -c core.quotepath=off arguments…` and blocks until it ends. The
+// environment is this process's, with GIT_OPTIONAL_LOCKS=0, GIT_TERMINAL_PROMPT=0,
+// GIT_EDITOR=true and, unless one is set already, a non-interactive GIT_SSH_COMMAND.
+// When `cancel` is given and gets set, git is stopped; the caller drops the result.
+GitOutput runCapturingErrors(const FilePath& executable, const QStringList& arguments, const FilePath& root,
+                             const CancelFlag* cancel = nullptr);
+
+// The environment git runs with, as "NAME=value" entries (exposed for tests).
+QList<QByteArray> gitEnvironment();
+
+} // namespace orwick

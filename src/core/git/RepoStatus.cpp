@@ -1,0 +1,195 @@
+#include "git/RepoStatus.h"
+
+#include "files/NaturalCompare.h"
+
+#include <QRegularExpression>
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orwick {
+
+QString changeLetter(Change change)
+{
+    switch (change) {
+    case Change::modified: return QStringLiteral("M");
+    case Change::added: return QStringLiteral("A");
+    case Change::deleted: return QStringLiteral("D");
+    case Change::renamed: return QStringLiteral("R");
+    case Change::untracked: return QStringLiteral("U");
+    case Change::conflicted: return QStringLiteral("!");
+    }
+    return {};
+}
+
+QString changeTooltip(Change change)
+{
+    switch (change) {
+    case Change::modified: return QStringLiteral("Modified since the last commit");
+    case Change::added: return QStringLiteral("Added (staged)");
+    case Change::deleted: return QStringLiteral("Deleted");
+    case Change::renamed: return QStringLiteral("Renamed");
+    case Change::untracked: return QStringLiteral("New, not yet tracked by git");
+    case Change::conflicted: return QStringLiteral("Merge conflict");
+    }
+    return {};
+}
+
+QString changeName(Change change)
+{
+    switch (change) {
+    case Change::modified: return QStringLiteral("modified");
+    case Change::added: return QStringLiteral("added");
+    case Change::deleted: return QStringLiteral("deleted");
+    case Change::renamed: return QStringLiteral("renamed");
+    case Change::untracked: return QStringLiteral("untracked");
+    case Change::conflicted: return QStringLiteral("conflicted");
+    }
+    return {};
+}
+
+QString changesBelowTooltip() { return QStringLiteral("Has changes since the last commit"); }
+
+bool IgnoredPaths::contains(const FilePath& path) const
+{
+    const qsizetype rootLength = root.native().size();
+    if (paths->isEmpty() || path.native().size() <= rootLength)
+        return false;
+    for (FilePath candidate = path; candidate.native().size() > rootLength; candidate = candidate.parent()) {
+        if (paths->contains(candidate))
+            return true;
+    }
+    return false;
+}
+
+BranchLine parseBranch(const QString& line)
+{
+    static const QRegularExpression aheadPattern(QStringLiteral("ahead (\\d+)"));
+    static const QRegularExpression behindPattern(QStringLiteral("behind (\\d+)"));
+    BranchLine result;
+    QString rest = line;
+    rest.remove(QStringLiteral("No commits yet on "));
+    if (rest.startsWith(QLatin1StringView("## ")))
+        rest = rest.mid(3);
+    const QString word = rest.section(QLatin1Char(' '), 0, 0, QString::SectionSkipEmpty);
+    const qsizetype dots = word.indexOf(QLatin1StringView("..."));
+    result.branch = dots < 0 ? word : word.left(dots);
+    if (const auto match = aheadPattern.match(line); match.hasMatch())
+        result.ahead = match.captured(1).toInt();
+    if (const auto match = behindPattern.match(line); match.hasMatch())
+        result.behind = match.captured(1).toInt();
+    return result;
+}
+
+namespace {
+
+Change changeOf(QChar x, QChar y)
+{
+    if (x == u'?' && y == u'?')
+        return Change::untracked;
+    if (x == u'U' || y == u'U' || (x == u'A' && y == u'A') || (x == u'D' && y == u'D'))
+        return Change::conflicted;
+    if (x == u'A')
+        return Change::added;
+    if (x == u'R' || x == u'C')
+        return Change::renamed;
+    if (x == u'D' || y == u'D')
+        return Change::deleted;
+    return Change::modified;
+}
+
+} // namespace
+
+RepoStatus parseStatus(const QString& output, const FilePath& root)
+{
+    RepoStatus status;
+    status.root = root;
+    status.ignored.root = root;
+    auto ignored = std::make_shared<QSet<FilePath>>();
+    const QByteArray prefix = root.isRoot() ? root.native() : root.native() + '/';
+    const qsizetype rootLength = root.native().size();
+    const auto absolute = [&](QStringView relative) { return FilePath::fromNative(prefix + relative.toUtf8()); };
+
+    const QList<QStringView> records = QStringView(output).split(QChar(u'\0'), Qt::SkipEmptyParts);
+    for (qsizetype i = 0; i < records.size(); ++i) {
+        const QStringView record = records[i];
+        if (record.startsWith(QLatin1StringView("## "))) {
+            const BranchLine branch = parseBranch(record.toString());
+            status.branch = branch.branch;
+            status.ahead = branch.ahead;
+            status.behind = branch.behind;
+            continue;
+        }
+        if (record.size() < 4)
+            continue;
+        const QChar x = record[0];
+        const QChar y = record[1];
+        const QStringView path = record.sliced(3);
+        if (x == u'R' || x == u'C')
+            ++i; // the source of the rename or copy
+        if (x == u'!' && y == u'!') {
+            ignored->insert(absolute(path));
+            continue;
+        }
+        const Change change = changeOf(x, y);
+        status.files.append({path.toString(), change, x != u' ' && x != u'?', y != u' '});
+        const FilePath file = absolute(path);
+        status.changedPaths.insert(file, change);
+        // A folder already recorded has all its ancestors recorded too.
+        for (FilePath folder = file.parent(); folder.native().size() > rootLength; folder = folder.parent()) {
+            if (status.foldersWithChanges.contains(folder))
+                break;
+            status.foldersWithChanges.insert(folder);
+        }
+    }
+    status.ignored.paths = std::move(ignored);
+
+    // Sort by the natural order of the paths, with each key made once.
+    std::vector<std::pair<NaturalKey, qsizetype>> keys;
+    keys.reserve(size_t(status.files.size()));
+    for (qsizetype i = 0; i < status.files.size(); ++i)
+        keys.emplace_back(naturalKey(status.files[i].path), i);
+    std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) { return naturalCompare(a.first, b.first) < 0; });
+    QList<RepoStatus::File> sorted;
+    sorted.reserve(status.files.size());
+    for (const auto& key : keys)
+        sorted.append(std::move(status.files[key.second]));
+    status.files = std::move(sorted);
+    return status;
+}
+
+FilePath gitFolder(const FilePath& root)
+{
+    const FilePath dotGit = root.child(QByteArrayView(".git"));
+    struct stat info;
+    if (stat(dotGit.c_str(), &info) != 0 || S_ISDIR(info.st_mode))
+        return dotGit;
+    // A worktree or submodule: ".git" is a file reading "gitdir: <path>".
+    char buffer[4096 + 16];
+    const int fd = open(dotGit.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return dotGit;
+    const ssize_t n = read(fd, buffer, sizeof buffer);
+    close(fd);
+    const QByteArray line = QByteArray(buffer, n > 0 ? n : 0).split('\n').value(0).trimmed();
+    if (!line.startsWith("gitdir: ") || line.size() == 8)
+        return dotGit;
+    const QByteArray target = line.mid(8);
+    return target.startsWith('/') ? FilePath::fromNative(target) : FilePath::fromNative(root.native() + '/' + target);
+}
+
+std::optional<QString> operationInProgress(const FilePath& root)
+{
+    const FilePath folder = gitFolder(root);
+    const auto exists = [&](const char* name) { return access(folder.child(QByteArrayView(name)).c_str(), F_OK) == 0; };
+    if (exists("rebase-merge") || exists("rebase-apply"))
+        return QStringLiteral("Rebasing");
+    if (exists("MERGE_HEAD"))
+        return QStringLiteral("Merging");
+    if (exists("CHERRY_PICK_HEAD"))
+        return QStringLiteral("Cherry-picking");
+    return std::nullopt;
+}
+
+} // namespace orwick

@@ -1,0 +1,96 @@
+// The runner against the real git: its arguments, its environment, merged output, decoding,
+// launch failures and stopping.
+
+#include "GitTestRepo.h"
+#include "git/GitRunner.h"
+
+#include <QElapsedTimer>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace orwick {
+namespace {
+
+using test::GitTestRepo;
+using test::TempTree;
+
+class GitRunnerTest : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(gitExecutable().has_value()) << "these tests need git on PATH"; }
+    // Runs a shell snippet as a git alias, so it runs as git's child with git's environment.
+    GitOutput runAlias(const QString& snippet, const CancelFlag* cancel = nullptr)
+    {
+        return runCapturingErrors(*gitExecutable(), {"-c", "alias.probe=!" + snippet, "probe"}, repo.root(), cancel);
+    }
+    TempTree tree;
+    GitTestRepo repo{tree};
+};
+
+TEST_F(GitRunnerTest, RunsInTheRootWithPathsUnquoted)
+{
+    const GitOutput top = runCapturingErrors(*gitExecutable(), {"rev-parse", "--show-toplevel"}, repo.root());
+    EXPECT_EQ(top.status, 0);
+    EXPECT_EQ(top.output.trimmed(), repo.root().text());
+    const GitOutput quoting = runCapturingErrors(*gitExecutable(), {"config", "core.quotepath"}, repo.root());
+    EXPECT_EQ(quoting.output.trimmed(), QStringLiteral("off"));
+}
+
+TEST_F(GitRunnerTest, GitCanNeverWaitForAPromptOrAnEditor)
+{
+    qunsetenv("GIT_SSH_COMMAND");
+    const QString environment = runAlias("env").output;
+    for (const char* entry : {"GIT_OPTIONAL_LOCKS=0", "GIT_TERMINAL_PROMPT=0", "GIT_EDITOR=true",
+                              "GIT_SSH_COMMAND=ssh -o BatchMode=yes -o ConnectTimeout=20"})
+        EXPECT_TRUE(environment.split('\n').contains(QString::fromUtf8(entry))) << entry;
+    // The user's own SSH command is kept.
+    qputenv("GIT_SSH_COMMAND", "ssh -i /keys/work");
+    const QString own = runAlias("env").output;
+    qunsetenv("GIT_SSH_COMMAND");
+    EXPECT_TRUE(own.split('\n').contains(QStringLiteral("GIT_SSH_COMMAND=ssh -i /keys/work")));
+    // HOME and the rest of the process's environment pass through.
+    EXPECT_TRUE(own.split('\n').contains("HOME=" + QString::fromLocal8Bit(qgetenv("HOME"))));
+}
+
+TEST_F(GitRunnerTest, OutputAndErrorsArriveTogetherWithTheExitStatus)
+{
+    const GitOutput result = runAlias("echo to-out; echo to-err >&2; exit 3");
+    EXPECT_EQ(result.status, 3);
+    EXPECT_TRUE(result.output.contains(QStringLiteral("to-out")));
+    EXPECT_TRUE(result.output.contains(QStringLiteral("to-err")));
+
+    const GitOutput notARepo = runCapturingErrors(*gitExecutable(), {"status"}, tree.folder("plain"));
+    EXPECT_NE(notARepo.status, 0);
+    EXPECT_TRUE(notARepo.output.contains(QStringLiteral("not a git repository"))) << notARepo.output.toStdString();
+}
+
+TEST_F(GitRunnerTest, BytesThatAreNotUtf8BecomeReplacementCharacters)
+{
+    const GitOutput result = runAlias("printf 'caf\\351 ok'");
+    EXPECT_EQ(result.output, QStringLiteral("caf\uFFFD ok"));
+}
+
+TEST_F(GitRunnerTest, AProgramThatCannotStartGivesMinusOneAndTheReason)
+{
+    const GitOutput missing = runCapturingErrors(FilePath::fromNative("/nonexistent/bin/git"), {"status"}, repo.root());
+    EXPECT_EQ(missing.status, -1);
+    EXPECT_FALSE(missing.output.isEmpty());
+    const GitOutput notAProgram = runCapturingErrors(tree.file(QStringLiteral("not-a-program"), "text"), {"status"}, repo.root());
+    EXPECT_EQ(notAProgram.status, -1);
+}
+
+TEST_F(GitRunnerTest, CancellingStopsGitAndWhatItStarted)
+{
+    CancelFlag cancel;
+    std::thread canceller([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+        cancel.cancel();
+    });
+    QElapsedTimer timer;
+    timer.start();
+    runAlias("sleep 30", &cancel);
+    canceller.join();
+    EXPECT_LT(timer.elapsed(), 5000);
+}
+
+} // namespace
+} // namespace orwick

@@ -1,0 +1,162 @@
+// The shared git state: refreshes in the background, publishes badges, dots and ignored paths,
+// applies only the newest and only a different status, remembers roots, and stays quiet without
+// git or outside a repository.
+
+#include "GitTestRepo.h"
+#include "app/Settings.h"
+#include "git/Git.h"
+#include "git/GitRunner.h"
+#include "support/TestMain.h"
+
+#include <QDir>
+#include <gtest/gtest.h>
+
+namespace orwick {
+namespace {
+
+using test::GitTestRepo;
+using test::TempTree;
+using test::waitUntil;
+
+class GitStateTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(gitExecutable().has_value()) << "these tests need git on PATH";
+        QObject::connect(&git, &Git::statusChanged, [this](const FilePath& root) { changes.append(root); });
+        repo.write(".gitignore", "build/\n");
+        repo.write("sub/deeper/a.txt", "a");
+        repo.write("top.txt", "t");
+        repo.commitAll("one");
+        repo.write("build/out/x.o", "obj");
+    }
+    // Refreshes and waits for the read to end, whether or not it changed anything.
+    void refreshAndSettle(const FilePath& folder)
+    {
+        git.refresh(folder);
+        ASSERT_TRUE(waitUntil([&] { return !git.isRefreshing(repo.root()); }));
+    }
+    TempTree tree;
+    GitTestRepo repo{tree};
+    Git git{gitExecutable(), nullptr};
+    QList<FilePath> changes;
+};
+
+TEST_F(GitStateTest, ARefreshPublishesBadgesDotsAndIgnoredPaths)
+{
+    repo.write("sub/deeper/a.txt", "changed");
+    repo.write("sub/new.txt", "n");
+    refreshAndSettle(repo.path("sub"));
+    ASSERT_EQ(changes, QList<FilePath>{repo.root()});
+
+    EXPECT_EQ(git.badgeFor(repo.path("sub/deeper/a.txt")), Change::modified);
+    EXPECT_EQ(git.badgeFor(repo.path("sub/new.txt")), Change::untracked);
+    EXPECT_FALSE(git.badgeFor(repo.path("top.txt")));
+    EXPECT_TRUE(git.hasChangesBelow(repo.path("sub")));
+    EXPECT_TRUE(git.hasChangesBelow(repo.path("sub/deeper")));
+    EXPECT_FALSE(git.hasChangesBelow(repo.root()));
+
+    EXPECT_TRUE(git.isIgnored(repo.path("build")));
+    EXPECT_TRUE(git.isIgnored(repo.path("build/out/x.o")));
+    EXPECT_FALSE(git.isIgnored(repo.path("sub/new.txt")));
+    EXPECT_TRUE(git.ignoredPaths(repo.path("sub/deeper")).paths->contains(repo.path("build")));
+
+    const RepoStatus* status = git.status(repo.path("sub/deeper"));
+    ASSERT_TRUE(status);
+    EXPECT_EQ(status->branch, QStringLiteral("main"));
+    EXPECT_EQ(status->files.size(), 2);
+}
+
+TEST_F(GitStateTest, AnUnchangedStatusChangesNothingObservable)
+{
+    refreshAndSettle(repo.root());
+    ASSERT_EQ(changes.size(), 1);
+    const RepoStatus before = *git.status(repo.root());
+    refreshAndSettle(repo.path("sub"));
+    EXPECT_EQ(changes.size(), 1);
+
+    repo.write("top.txt", "changed");
+    refreshAndSettle(repo.root());
+    EXPECT_EQ(changes.size(), 2);
+    EXPECT_NE(*git.status(repo.root()), before);
+}
+
+TEST_F(GitStateTest, ANewerRefreshSupersedesTheOlder)
+{
+    git.refresh(repo.root());
+    repo.write("top.txt", "changed while the first read ran");
+    git.refresh(repo.root());
+    ASSERT_TRUE(waitUntil([&] { return !git.isRefreshing(repo.root()); }));
+    // Let a stale result arrive if one were still on its way.
+    waitUntil([] { return false; }, 300);
+    EXPECT_EQ(changes.size(), 1);
+    EXPECT_EQ(git.badgeFor(repo.path("top.txt")), Change::modified);
+}
+
+TEST_F(GitStateTest, OutsideARepositoryNothingRunsAndTheAnswerIsRemembered)
+{
+    const FilePath plain = tree.folder("plain/inner");
+    EXPECT_FALSE(git.root(plain));
+    git.refresh(plain);
+    EXPECT_TRUE(git.repos().isEmpty());
+    // The walk is not repeated: a repository made later is not seen by this process.
+    GitTestRepo::gitIn(plain, {"init", "-q"});
+    EXPECT_FALSE(git.root(plain));
+    EXPECT_EQ(git.root(repo.path("sub")), repo.root());
+    EXPECT_FALSE(git.status(plain));
+    EXPECT_FALSE(git.isIgnored(plain.child(QStringLiteral("x"))));
+}
+
+TEST_F(GitStateTest, WithoutGitRefreshDoesNothing)
+{
+    Git missing(std::nullopt, nullptr);
+    EXPECT_FALSE(missing.isAvailable());
+    missing.refresh(repo.root());
+    EXPECT_FALSE(missing.isRefreshing(repo.root()));
+    waitUntil([] { return false; }, 100);
+    EXPECT_TRUE(missing.repos().isEmpty());
+    EXPECT_FALSE(missing.badgeFor(repo.path("top.txt")));
+}
+
+TEST_F(GitStateTest, BadgesGoWhenTheRepositoryIsDeletedWhileShown)
+{
+    repo.write("top.txt", "changed");
+    refreshAndSettle(repo.root());
+    ASSERT_TRUE(git.badgeFor(repo.path("top.txt")));
+    QDir(repo.root().text()).removeRecursively();
+    refreshAndSettle(repo.root());
+    EXPECT_EQ(changes.size(), 2);
+    EXPECT_FALSE(git.status(repo.root()));
+    EXPECT_FALSE(git.badgeFor(repo.path("top.txt")));
+    EXPECT_FALSE(git.hasChangesBelow(repo.path("sub")));
+    EXPECT_FALSE(git.isIgnored(repo.path("build/out")));
+}
+
+TEST_F(GitStateTest, HidingIgnoredFilesIsRememberedAcrossStarts)
+{
+    int toggles = 0;
+    QObject::connect(&git, &Git::hidesIgnoredChanged, [&](bool) { ++toggles; });
+    git.setHidesIgnored(true);
+    git.setHidesIgnored(true);
+    EXPECT_EQ(toggles, 1);
+    EXPECT_TRUE(openSettings()->value("hideIgnored").toBool());
+    EXPECT_TRUE(Git(std::nullopt, nullptr).hidesIgnored());
+    git.setHidesIgnored(false);
+    EXPECT_FALSE(Git(std::nullopt, nullptr).hidesIgnored());
+}
+
+TEST_F(GitStateTest, BusyLabelsArePublishedPerRepository)
+{
+    QList<FilePath> busy;
+    QObject::connect(&git, &Git::busyChanged, [&](const FilePath& root) { busy.append(root); });
+    git.setBusy(repo.root(), QStringLiteral("Pushing…"));
+    git.setBusy(repo.root(), QStringLiteral("Pushing…"));
+    EXPECT_EQ(git.busy().value(repo.root()), QStringLiteral("Pushing…"));
+    git.clearBusy(repo.root());
+    git.clearBusy(repo.root());
+    EXPECT_EQ(busy.size(), 2);
+    EXPECT_TRUE(git.busy().isEmpty());
+}
+
+} // namespace
+} // namespace orwick
