@@ -1,0 +1,519 @@
+#include "state/PaneState.h"
+
+#include "files/DirectoryLoader.h"
+#include "files/DirectoryWatcher.h"
+#include "files/ListingLoader.h"
+#include "platform/XdgPaths.h"
+
+#include <QDateTime>
+
+namespace orwick {
+
+PaneState::PaneState(const FilePath& folder, ViewPreferences* preferences, QObject* parent)
+    : QObject(parent), m_preferences(preferences), m_viewMode(preferences ? preferences->defaultViewMode() : ViewMode::list)
+{
+    m_clock.start();
+    m_reloadTimer.setSingleShot(true);
+    connect(&m_reloadTimer, &QTimer::timeout, this, [this] { load({}); });
+    showFolder(folder, {});
+}
+
+PaneState::~PaneState() = default;
+
+QString PaneState::emptyText() const
+{
+    if (m_error)
+        return *m_error;
+    if (!m_filter.trimmed().isEmpty() && !m_unsortedItems.isEmpty())
+        return emptyText::nothingMatches(m_filter);
+    return emptyText::forSource(m_listing);
+}
+
+QString PaneState::title() const
+{
+    if (m_listing)
+        return m_listing->title();
+    return m_url.isRoot() ? QStringLiteral("/") : m_url.fileName();
+}
+
+FileItems PaneState::selectedItems() const
+{
+    FileItems selected;
+    if (m_selection.isEmpty())
+        return selected;
+    for (const FileItem& item : m_items)
+        if (m_selection.contains(item.url))
+            selected.append(item);
+    return selected;
+}
+
+const FileItem* PaneState::item(const FilePath& url) const
+{
+    const int r = row(url);
+    return r < 0 ? nullptr : &m_items[r];
+}
+
+int PaneState::row(const FilePath& url) const { return m_positions.value(url, -1); }
+
+qint64 PaneState::selectedSize() const
+{
+    qint64 total = 0;
+    for (const FilePath& url : m_selection)
+        if (const FileItem* found = item(url))
+            total += found->size.value_or(0);
+    return total;
+}
+
+// --- Navigation
+
+void PaneState::navigate(const FilePath& to, const QList<FilePath>& selecting)
+{
+    if (to.isEmpty())
+        return;
+    if (to == m_url && !m_listing) {
+        reveal(selecting);
+        return;
+    }
+    m_backStack.append(m_url);
+    m_forwardStack.clear();
+    showFolder(to, selecting);
+}
+
+void PaneState::showFolder(const FilePath& folder, const QList<FilePath>& selecting)
+{
+    m_url = folder;
+    m_listing.reset();
+    m_filter.clear();
+    m_isFiltering = false;
+    m_pendingSelection = QSet<FilePath>(selecting.begin(), selecting.end());
+    m_pendingRename.reset();
+    setSelectionTo({}, std::nullopt, std::nullopt);
+    Q_EMIT locationChanged();
+    watchCurrentFolder();
+    load(selecting);
+}
+
+void PaneState::show(const Listing& listing)
+{
+    m_listing = listing;
+    m_filter.clear();
+    m_isFiltering = false;
+    m_pendingSelection.clear();
+    setSelectionTo({}, std::nullopt, std::nullopt);
+    Q_EMIT locationChanged();
+    watchCurrentFolder();
+    load({});
+}
+
+void PaneState::closeListing()
+{
+    if (!m_listing)
+        return;
+    showFolder(m_url, {});
+}
+
+void PaneState::goBack()
+{
+    if (m_listing) {
+        closeListing();
+        return;
+    }
+    if (m_backStack.isEmpty())
+        return;
+    const FilePath left = m_url;
+    const FilePath previous = m_backStack.takeLast();
+    m_forwardStack.append(left);
+    showFolder(previous, {left});
+}
+
+void PaneState::goForward()
+{
+    if (m_forwardStack.isEmpty())
+        return;
+    const FilePath left = m_url;
+    const FilePath next = m_forwardStack.takeLast();
+    m_backStack.append(left);
+    if (m_listing)
+        m_listing.reset();
+    showFolder(next, {left});
+}
+
+void PaneState::goUp()
+{
+    if (m_url.isRoot() && !m_listing)
+        return;
+    const FilePath left = m_url;
+    if (m_listing) {
+        closeListing();
+        return;
+    }
+    navigate(left.parent(), {left});
+}
+
+void PaneState::reload() { load({}); }
+
+void PaneState::reveal(const QList<FilePath>& urls)
+{
+    if (urls.isEmpty())
+        return;
+    const FilePath folder = urls.first().parent();
+    if (folder != m_url || m_listing) {
+        navigate(folder, urls);
+        return;
+    }
+    m_pendingSelection = QSet<FilePath>(urls.begin(), urls.end());
+    restoreSelection();
+    Q_EMIT selectionChanged();
+}
+
+void PaneState::openSelection()
+{
+    FileItems chosen = selectedItems();
+    if (chosen.isEmpty() && m_cursor)
+        if (const FileItem* current = item(*m_cursor))
+            chosen.append(*current);
+    if (chosen.isEmpty())
+        return;
+    FileItems files;
+    const FileItem* folder = nullptr;
+    for (const FileItem& entry : chosen) {
+        if (entry.brokenTarget) {
+            Q_EMIT messageRequested(brokenLinkMessage(entry));
+            return;
+        }
+        if (entry.isFolder) {
+            if (!folder)
+                folder = &entry;
+        } else {
+            files.append(entry);
+        }
+    }
+    if (!files.isEmpty())
+        Q_EMIT openRequested(files);
+    else if (folder)
+        navigate(folder->destination);
+}
+
+void PaneState::enterCursorFolder()
+{
+    if (!m_cursor)
+        return;
+    const FileItem* current = item(*m_cursor);
+    if (current && current->isFolder)
+        navigate(current->destination);
+}
+
+// --- Loading
+
+void PaneState::load(const QList<FilePath>& selecting)
+{
+    m_reloadTimer.stop();
+    m_changedDuringLoad = false;
+    const TaskSlot::Ticket ticket = m_loadTask.start();
+    if (!m_isLoading) {
+        m_isLoading = true;
+        Q_EMIT loadingChanged();
+    }
+    const FilePath folder = m_url;
+    const std::optional<Listing> listing = m_listing;
+    const bool showHidden = m_showHidden;
+    QElapsedTimer started;
+    started.start();
+    runInBackground(this, [folder, listing, showHidden, token = ticket.token] {
+        return listing ? ListingLoader::load(*listing, showHidden, token.get())
+                       : DirectoryLoader::load(folder, showHidden, token.get());
+    }, [this, ticket, selecting, started](ListingResult result) {
+        if (!m_loadTask.isCurrent(ticket))
+            return; // a newer load, or a move elsewhere, made this one stale
+        m_loadTask.finish(ticket);
+        applyLoad(std::move(result), selecting, started.elapsed());
+    });
+}
+
+void PaneState::applyLoad(ListingResult result, const QList<FilePath>& selecting, qint64 elapsedMs)
+{
+    m_isLoading = false;
+    m_lastLoadTime = result.durationMs;
+    m_error = result.error;
+    m_unsortedItems = result.error ? FileItems{} : std::move(result.items);
+    for (const FilePath& url : selecting)
+        m_pendingSelection.insert(url);
+
+    // The view follows the folder, except that the columns view stays on while moving.
+    if (!m_listing && m_preferences && m_viewMode != ViewMode::columns) {
+        const auto [mode, reason] = m_preferences->mode(m_url, ViewPreferences::isMostlyMedia(m_unsortedItems));
+        m_viewModeReason = reason;
+        if (mode != m_viewMode) {
+            m_viewMode = mode;
+            Q_EMIT viewModeChanged();
+        }
+    }
+    Q_EMIT loadingChanged();
+    rearrange();
+    if (m_changedDuringLoad)
+        m_reloadTimer.start(int(reloadDelayMs()));
+}
+
+void PaneState::watchCurrentFolder()
+{
+    delete m_watcher;
+    m_watcher = nullptr;
+    FilePath watched = m_url;
+    if (m_listing) {
+        if (m_listing->kind != Listing::Kind::trash)
+            return;
+        watched = xdg::homeTrash().child(QByteArrayView("files"));
+    }
+    m_watcher = new DirectoryWatcher(watched, this);
+    connect(m_watcher, &DirectoryWatcher::changed, this, &PaneState::onFolderChanged);
+}
+
+void PaneState::onFolderChanged()
+{
+    // Spaced, not postponed: a folder that changes all the time still reloads every delay.
+    if (m_isLoading)
+        m_changedDuringLoad = true;
+    else if (!m_reloadTimer.isActive())
+        m_reloadTimer.start(int(reloadDelayMs()));
+}
+
+// --- Arrangement
+
+ArrangeInput PaneState::arrangeInput() const
+{
+    ArrangeInput input;
+    input.items = m_unsortedItems;
+    input.sortKey = m_sortKey;
+    input.ascending = m_sortAscending;
+    input.filter = m_filter;
+    input.groupByDate = m_groupByDate;
+    input.ignored = m_ignored;
+    input.folder = m_url;
+    input.now = QDateTime::currentMSecsSinceEpoch();
+    return input;
+}
+
+void PaneState::rearrange()
+{
+    ArrangeInput input = arrangeInput();
+    if (input.items.size() <= kBackgroundArrangeThreshold) {
+        m_arrangeTask.cancel();
+        if (auto arranged = arrange(input))
+            applyArrangement(std::move(*arranged));
+        return;
+    }
+    const TaskSlot::Ticket ticket = m_arrangeTask.start();
+    runInBackground(this, [input = std::move(input), token = ticket.token] { return arrange(input, token.get()); },
+                    [this, ticket](std::optional<Arrangement> arranged) {
+                        if (!m_arrangeTask.isCurrent(ticket) || !arranged)
+                            return;
+                        m_arrangeTask.finish(ticket);
+                        applyArrangement(std::move(*arranged));
+                    });
+}
+
+void PaneState::applyArrangement(Arrangement arrangement)
+{
+    m_items = std::move(arrangement.items);
+    m_headings = std::move(arrangement.headings);
+    m_positions.clear();
+    m_positions.reserve(m_items.size());
+    for (int i = 0; i < m_items.size(); ++i)
+        m_positions.insert(m_items[i].url, i);
+    restoreSelection();
+    Q_EMIT itemsChanged();
+    Q_EMIT selectionChanged();
+}
+
+void PaneState::restoreSelection()
+{
+    QSet<FilePath> wanted;
+    for (const FilePath& url : std::as_const(m_pendingSelection))
+        if (m_positions.contains(url))
+            wanted.insert(url);
+    if (!wanted.isEmpty()) {
+        m_pendingSelection.clear();
+        int first = int(m_items.size());
+        for (const FilePath& url : wanted)
+            first = std::min(first, m_positions.value(url));
+        m_selection = wanted;
+        m_cursor = m_items[first].url;
+        m_anchor = m_cursor;
+    } else {
+        m_selection.removeIf([this](const FilePath& url) { return !m_positions.contains(url); });
+        if (m_cursor && !m_positions.contains(*m_cursor))
+            m_cursor.reset();
+        if (m_anchor && !m_positions.contains(*m_anchor))
+            m_anchor = m_cursor;
+    }
+    if (m_pendingRename && m_positions.contains(*m_pendingRename)) {
+        const FilePath url = *m_pendingRename;
+        m_pendingRename.reset();
+        Q_EMIT renameRequested(url);
+    }
+}
+
+// --- Selection
+
+void PaneState::setSelectionTo(QSet<FilePath> selection, std::optional<FilePath> cursor, std::optional<FilePath> anchor)
+{
+    m_selection = std::move(selection);
+    m_cursor = std::move(cursor);
+    m_anchor = std::move(anchor);
+    Q_EMIT selectionChanged();
+}
+
+void PaneState::selectAll()
+{
+    QSet<FilePath> all;
+    all.reserve(m_items.size());
+    for (const FileItem& entry : m_items)
+        all.insert(entry.url);
+    setSelectionTo(std::move(all), m_cursor ? m_cursor : (m_items.isEmpty() ? std::nullopt : std::optional(m_items.first().url)), m_anchor);
+}
+
+void PaneState::invertSelection()
+{
+    QSet<FilePath> inverted;
+    for (const FileItem& entry : m_items)
+        if (!m_selection.contains(entry.url))
+            inverted.insert(entry.url);
+    setSelectionTo(std::move(inverted), m_cursor, m_anchor);
+}
+
+void PaneState::clearSelection() { setSelectionTo({}, m_cursor, m_anchor); }
+
+void PaneState::click(const FilePath& url, Qt::KeyboardModifiers modifiers)
+{
+    const int clicked = row(url);
+    if (clicked < 0)
+        return;
+    if (modifiers & Qt::ShiftModifier) {
+        const int from = m_anchor && row(*m_anchor) >= 0 ? row(*m_anchor) : clicked;
+        QSet<FilePath> range;
+        for (int r = std::min(from, clicked); r <= std::max(from, clicked); ++r)
+            range.insert(m_items[r].url);
+        if (modifiers & Qt::ControlModifier)
+            range.unite(m_selection);
+        setSelectionTo(std::move(range), url, m_items[from].url);
+    } else if (modifiers & Qt::ControlModifier) {
+        QSet<FilePath> toggled = m_selection;
+        if (!toggled.remove(url))
+            toggled.insert(url);
+        setSelectionTo(std::move(toggled), url, url);
+    } else {
+        setSelectionTo({url}, url, url);
+    }
+}
+
+void PaneState::moveCursor(int by, bool extend)
+{
+    if (m_items.isEmpty())
+        return;
+    const int current = m_cursor ? row(*m_cursor) : -1;
+    int target = current < 0 ? (by >= 0 ? 0 : int(m_items.size()) - 1) : current + by;
+    target = std::clamp(target, 0, int(m_items.size()) - 1);
+    const FilePath url = m_items[target].url;
+    if (!extend) {
+        setSelectionTo({url}, url, url);
+        return;
+    }
+    const FilePath anchor = (m_anchor && row(*m_anchor) >= 0) ? *m_anchor : (current >= 0 ? m_items[current].url : url);
+    const int from = row(anchor);
+    QSet<FilePath> range;
+    for (int r = std::min(from, target); r <= std::max(from, target); ++r)
+        range.insert(m_items[r].url);
+    setSelectionTo(std::move(range), url, anchor);
+}
+
+void PaneState::moveCursorToEnd(bool last, bool extend)
+{
+    moveCursor(last ? int(m_items.size()) : -int(m_items.size()), extend);
+}
+
+void PaneState::typeAhead(const QString& text) { typeAhead(text, m_clock.elapsed()); }
+
+void PaneState::typeAhead(const QString& text, qint64 nowMs)
+{
+    if (m_typeAheadTime >= 0 && nowMs - m_typeAheadTime <= kTypeAheadWindowMs)
+        m_typeAhead += text;
+    else
+        m_typeAhead = text;
+    m_typeAheadTime = nowMs;
+    const QString prefix = m_typeAhead.toLower();
+    for (const FileItem& entry : m_items) {
+        if (entry.name.toLower().startsWith(prefix)) {
+            setSelectionTo({entry.url}, entry.url, entry.url);
+            return;
+        }
+    }
+}
+
+// --- Arrangement and view options
+
+void PaneState::sort(SortKey key)
+{
+    m_sortChosen = true;
+    m_groupByDate = false;
+    if (key == m_sortKey) {
+        m_sortAscending = !m_sortAscending;
+    } else {
+        m_sortKey = key;
+        m_sortAscending = key == SortKey::name || key == SortKey::kind;
+    }
+    Q_EMIT arrangementOptionsChanged();
+    rearrange();
+}
+
+void PaneState::setGroupByDate(bool on)
+{
+    m_groupByDate = on;
+    Q_EMIT arrangementOptionsChanged();
+    rearrange();
+}
+
+void PaneState::setFilter(const QString& text)
+{
+    if (text == m_filter)
+        return;
+    m_filter = text;
+    Q_EMIT arrangementOptionsChanged();
+    rearrange();
+}
+
+void PaneState::setFiltering(bool on)
+{
+    m_isFiltering = on;
+    if (!on && !m_filter.isEmpty()) {
+        m_filter.clear();
+        rearrange();
+    }
+    Q_EMIT arrangementOptionsChanged();
+}
+
+void PaneState::setShowHidden(bool on)
+{
+    if (on == m_showHidden)
+        return;
+    m_showHidden = on;
+    Q_EMIT arrangementOptionsChanged();
+    load({});
+}
+
+void PaneState::chooseViewMode(ViewMode mode)
+{
+    m_viewMode = mode;
+    m_viewModeReason = ViewPreferences::Reason::saved;
+    if (m_preferences && !m_listing)
+        m_preferences->remember(mode, m_url);
+    Q_EMIT viewModeChanged();
+    rearrange();
+}
+
+void PaneState::setIgnoredPaths(std::shared_ptr<const QSet<FilePath>> ignored)
+{
+    m_ignored = std::move(ignored);
+    rearrange();
+}
+
+} // namespace orwick

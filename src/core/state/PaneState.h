@@ -1,0 +1,184 @@
+#pragma once
+// PaneState: one pane — the folder or listing it shows, its arranged items, selection, cursor,
+// sort, filter, view mode and history. Lives on the GUI thread; loads and large arrangements run
+// in the background and are applied here, newest only. Selections, cursor and history hold
+// paths, never items, so they survive reloads.
+//
+// Signals: locationChanged() follows every change of folder or listing (before its load ends);
+// itemsChanged() follows every applied arrangement (after a load, sort, filter…);
+// selectionChanged() follows any change of selection, cursor or anchor.
+
+#include "async/Background.h"
+#include "files/Arrangement.h"
+#include "files/Listing.h"
+#include "state/ViewPreferences.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <QUuid>
+
+namespace orwick {
+
+class DirectoryWatcher;
+
+class PaneState : public QObject {
+    Q_OBJECT
+public:
+    PaneState(const FilePath& folder, ViewPreferences* preferences, QObject* parent = nullptr);
+    ~PaneState() override;
+
+    // --- What is shown
+    QUuid id() const { return m_id; }
+    const FilePath& url() const { return m_url; }
+    const std::optional<Listing>& listing() const { return m_listing; }
+    const FileItems& items() const { return m_items; }
+    const FileItems& unsortedItems() const { return m_unsortedItems; }
+    const QHash<int, Heading>& headings() const { return m_headings; }
+    bool isLoading() const { return m_isLoading; }
+    const std::optional<QString>& error() const { return m_error; }
+    // The text to show in place of an empty list ("This folder is empty", "Nothing matches “x”"…).
+    QString emptyText() const;
+    QString title() const; // the folder's name, or the listing's title
+
+    // --- Selection
+    const QSet<FilePath>& selection() const { return m_selection; }
+    const std::optional<FilePath>& cursor() const { return m_cursor; }
+    const std::optional<FilePath>& anchor() const { return m_anchor; }
+    FileItems selectedItems() const; // in shown order
+    const FileItem* item(const FilePath& url) const;
+    int row(const FilePath& url) const; // -1 when not shown
+    qint64 selectedSize() const;
+
+    // --- Arrangement and view
+    SortKey sortKey() const { return m_sortKey; }
+    bool sortAscending() const { return m_sortAscending; }
+    bool groupByDate() const { return m_groupByDate; }
+    const QString& filter() const { return m_filter; }
+    bool isFiltering() const { return m_isFiltering; }
+    bool showHidden() const { return m_showHidden; }
+    ViewMode viewMode() const { return m_viewMode; }
+    ViewPreferences::Reason viewModeReason() const { return m_viewModeReason; }
+    int gridColumns() const { return m_gridColumns; }
+    bool isTiled() const { return m_viewMode == ViewMode::grid; }
+    ViewPreferences* preferences() const { return m_preferences; }
+
+    // --- History
+    const QList<FilePath>& backStack() const { return m_backStack; }
+    const QList<FilePath>& forwardStack() const { return m_forwardStack; }
+    qint64 lastLoadTime() const { return m_lastLoadTime; }
+
+    // --- Navigation
+    void navigate(const FilePath& to, const QList<FilePath>& selecting = {});
+    void show(const Listing& listing);
+    void closeListing();
+    void goBack();
+    void goForward();
+    void goUp();
+    void reload();
+    // Opens the selection: one folder is entered; files are handed on through openRequested().
+    void openSelection();
+    void enterCursorFolder();
+    // Selects `urls` in their folder (navigating there when needed).
+    void reveal(const QList<FilePath>& urls);
+
+    // --- Selection changes
+    void selectAll();
+    void invertSelection();
+    void clearSelection();
+    void click(const FilePath& url, Qt::KeyboardModifiers modifiers);
+    void moveCursor(int by, bool extend);
+    void moveCursorToEnd(bool last, bool extend);
+    // Type-select: letters typed within a second of each other select the first name with that prefix.
+    void typeAhead(const QString& text);
+    void typeAhead(const QString& text, qint64 nowMs);
+    static constexpr qint64 kTypeAheadWindowMs = 1000;
+
+    // --- Arrangement and view changes
+    void sort(SortKey key);
+    void setGroupByDate(bool on);
+    void setFilter(const QString& text);
+    void setFiltering(bool on);
+    void setShowHidden(bool on);
+    void chooseViewMode(ViewMode mode);
+    void setGridColumns(int columns) { m_gridColumns = std::max(1, columns); }
+    void setIgnoredPaths(std::shared_ptr<const QSet<FilePath>> ignored);
+
+    // After a create, paste or move: select these once they show up in a load.
+    void setPendingSelection(const QSet<FilePath>& urls) { m_pendingSelection = urls; }
+    void setPendingRename(const FilePath& url) { m_pendingRename = url; }
+
+    // The delay before a reload after a change: 3 × the last load, at least 150 ms.
+    qint64 reloadDelayMs() const { return std::max<qint64>(150, 3 * m_lastLoadTime); }
+    // Below this many items an arrangement is done at once (no flicker); above, in the background.
+    static constexpr int kBackgroundArrangeThreshold = 5000;
+
+Q_SIGNALS:
+    void locationChanged();
+    void itemsChanged();
+    void selectionChanged();
+    void loadingChanged();
+    void viewModeChanged();
+    void arrangementOptionsChanged(); // sort, grouping, filter, hidden files
+    void openRequested(const orwick::FileItems& files);
+    void renameRequested(const orwick::FilePath& url);
+    void messageRequested(const QString& message);
+
+private:
+    void showFolder(const FilePath& folder, const QList<FilePath>& selecting);
+    void load(const QList<FilePath>& selecting);
+    void applyLoad(ListingResult result, const QList<FilePath>& selecting, qint64 elapsedMs);
+    void rearrange();
+    void applyArrangement(Arrangement arrangement);
+    void restoreSelection();
+    void watchCurrentFolder();
+    void onFolderChanged();
+    void setSelectionTo(QSet<FilePath> selection, std::optional<FilePath> cursor, std::optional<FilePath> anchor);
+    ArrangeInput arrangeInput() const;
+
+    QUuid m_id = QUuid::createUuid();
+    QPointer<ViewPreferences> m_preferences;
+    FilePath m_url;
+    std::optional<Listing> m_listing;
+    FileItems m_unsortedItems;
+    FileItems m_items;
+    QHash<int, Heading> m_headings;
+    QHash<FilePath, int> m_positions;
+    bool m_isLoading = false;
+    std::optional<QString> m_error;
+
+    QSet<FilePath> m_selection;
+    std::optional<FilePath> m_cursor;
+    std::optional<FilePath> m_anchor;
+    QSet<FilePath> m_pendingSelection;
+    std::optional<FilePath> m_pendingRename;
+
+    SortKey m_sortKey = SortKey::name;
+    bool m_sortAscending = true;
+    bool m_sortChosen = false;
+    bool m_groupByDate = false;
+    QString m_filter;
+    bool m_isFiltering = false;
+    bool m_showHidden = false;
+    std::shared_ptr<const QSet<FilePath>> m_ignored;
+    ViewMode m_viewMode = ViewMode::list;
+    ViewPreferences::Reason m_viewModeReason = ViewPreferences::Reason::defaultMode;
+    int m_gridColumns = 1;
+
+    QList<FilePath> m_backStack;
+    QList<FilePath> m_forwardStack;
+
+    QString m_typeAhead;
+    qint64 m_typeAheadTime = -1;
+    QElapsedTimer m_clock;
+
+    TaskSlot m_loadTask;
+    TaskSlot m_arrangeTask;
+    qint64 m_lastLoadTime = 0;
+    DirectoryWatcher* m_watcher = nullptr;
+    QTimer m_reloadTimer;
+    bool m_changedDuringLoad = false;
+};
+
+} // namespace orwick

@@ -1,0 +1,122 @@
+#include "ui/pane/PaneWidget.h"
+
+#include "files/FileCategory.h"
+#include "platform/RecentFiles.h"
+#include "ui/pane/PathBar.h"
+#include "ui/pane/StatusLine.h"
+#include "ui/theme/Theme.h"
+#include "ui/views/DrivesView.h"
+#include "ui/views/FileListModel.h"
+#include "ui/views/FileListView.h"
+
+#include <QDesktopServices>
+#include <QEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMimeDatabase>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+
+namespace orwick {
+
+PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pane(pane)
+{
+    m_model = new FileListModel(pane, this);
+    m_pathBar = new PathBar(pane, this);
+    m_stack = new QStackedWidget(this);
+    m_listView = new FileListView(m_model, m_stack);
+    m_message = new QLabel(m_stack);
+    m_message->setAlignment(Qt::AlignCenter);
+    m_message->setFocusPolicy(Qt::StrongFocus);
+    QPalette palette = m_message->palette();
+    palette.setColor(QPalette::WindowText, theme::dimText());
+    m_message->setPalette(palette);
+    QFont font = m_message->font();
+    font.setPointSizeF(font.pointSizeF() * 1.2);
+    m_message->setFont(font);
+    m_drives = new DrivesView(pane, m_stack);
+    m_stack->addWidget(m_listView);
+    m_stack->addWidget(m_message);
+    m_stack->addWidget(m_drives);
+    m_statusLine = new StatusLine(pane, this);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_pathBar);
+    layout->addWidget(m_stack, 1);
+    layout->addWidget(m_statusLine);
+
+    // The message label keeps the keys working (Back, Up) where there is no list.
+    m_message->installEventFilter(this);
+    m_listView->installEventFilter(this);
+    m_drives->installEventFilter(this);
+
+    connect(pane, &PaneState::itemsChanged, this, &PaneWidget::showState);
+    connect(pane, &PaneState::locationChanged, this, &PaneWidget::showState);
+    connect(pane, &PaneState::loadingChanged, this, &PaneWidget::showState);
+    connect(pane, &PaneState::openRequested, this, &PaneWidget::openFiles);
+    connect(pane, &PaneState::messageRequested, this, &PaneWidget::messageRequested);
+    showState();
+}
+
+QWidget* PaneWidget::focusTarget() const { return m_stack->currentWidget(); }
+
+void PaneWidget::takeFocus() { focusTarget()->setFocus(Qt::OtherFocusReason); }
+
+void PaneWidget::showState()
+{
+    const bool hadFocus = m_stack->currentWidget() && m_stack->currentWidget()->hasFocus();
+    QWidget* next = m_listView;
+    if (m_pane->listing() && m_pane->listing()->kind == Listing::Kind::thisMac) {
+        if (m_stack->currentWidget() != m_drives)
+            m_drives->refresh();
+        next = m_drives;
+    } else if (!m_pane->isLoading() && m_pane->items().isEmpty()) {
+        m_message->setText(m_pane->emptyText());
+        next = m_message;
+    }
+    m_stack->setCurrentWidget(next);
+    if (hadFocus)
+        next->setFocus(Qt::OtherFocusReason);
+}
+
+void PaneWidget::openFiles(const FileItems& files)
+{
+    static const QMimeDatabase mimes;
+    for (const FileItem& file : files) {
+        if (!QDesktopServices::openUrl(file.destination.toUrl())) {
+            Q_EMIT messageRequested(QStringLiteral("Couldn’t open “%1”").arg(file.name));
+            continue;
+        }
+        RecentFiles::add(file.destination, mimes.mimeTypeForFile(file.destination.text(), QMimeDatabase::MatchExtension).name());
+    }
+}
+
+bool PaneWidget::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::FocusIn)
+        Q_EMIT activated();
+    if (watched == m_message && event->type() == QEvent::KeyPress) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        const bool back = (key->key() == Qt::Key_Left && key->modifiers() & Qt::AltModifier)
+                       || (key->key() == Qt::Key_BracketLeft && key->modifiers() & Qt::ControlModifier);
+        const bool forward = (key->key() == Qt::Key_Right && key->modifiers() & Qt::AltModifier)
+                          || (key->key() == Qt::Key_BracketRight && key->modifiers() & Qt::ControlModifier);
+        const bool up = key->key() == Qt::Key_Backspace || (key->key() == Qt::Key_Up && key->modifiers() & (Qt::AltModifier | Qt::ControlModifier));
+        if (back)
+            m_pane->goBack();
+        else if (forward)
+            m_pane->goForward();
+        else if (up)
+            m_pane->goUp();
+        else if (key->key() == Qt::Key_H && key->modifiers() == Qt::ControlModifier)
+            m_pane->setShowHidden(!m_pane->showHidden());
+        else
+            return false;
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+} // namespace orwick

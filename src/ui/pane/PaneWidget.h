@@ -1,0 +1,54 @@
+#pragma once
+// One pane on screen: path bar, the view of its items (or the empty/error text, or the drives),
+// and the status line. Forwards input to the PaneState; draws what it says.
+
+#include "state/PaneState.h"
+
+#include <QWidget>
+
+class QLabel;
+class QStackedWidget;
+
+namespace orwick {
+
+class DrivesView;
+class FileListModel;
+class FileListView;
+class PathBar;
+class StatusLine;
+
+class PaneWidget : public QWidget {
+    Q_OBJECT
+public:
+    explicit PaneWidget(PaneState* pane, QWidget* parent = nullptr);
+
+    PaneState* pane() const { return m_pane; }
+    FileListModel* model() const { return m_model; }
+    FileListView* listView() const { return m_listView; }
+    StatusLine* statusLine() const { return m_statusLine; }
+    // The widget that takes the keyboard for this pane now.
+    QWidget* focusTarget() const;
+    void takeFocus();
+
+Q_SIGNALS:
+    void messageRequested(const QString& message);
+    void activated(); // the pane got the keyboard or a click
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void showState();
+    void openFiles(const FileItems& files);
+
+    PaneState* m_pane;
+    FileListModel* m_model;
+    PathBar* m_pathBar;
+    QStackedWidget* m_stack;
+    FileListView* m_listView;
+    QLabel* m_message;
+    DrivesView* m_drives;
+    StatusLine* m_statusLine;
+};
+
+} // namespace orwick

@@ -1,0 +1,25 @@
+#pragma once
+// "This Computer": the mounted drives with their free and total space. Return or a double
+// click opens a drive in the pane.
+
+#include "state/PaneState.h"
+
+#include <QTreeWidget>
+
+namespace orwick {
+
+class DrivesView : public QTreeWidget {
+    Q_OBJECT
+public:
+    explicit DrivesView(PaneState* pane, QWidget* parent = nullptr);
+    void refresh();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void openCurrent();
+    PaneState* m_pane;
+};
+
+} // namespace orwick

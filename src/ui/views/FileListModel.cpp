@@ -1,0 +1,123 @@
+#include "ui/views/FileListModel.h"
+
+#include "files/Formatting.h"
+#include "ui/theme/Theme.h"
+#include "ui/views/CategoryIcons.h"
+
+#include <QDateTime>
+
+namespace orwick {
+
+FileListModel::FileListModel(PaneState* pane, QObject* parent) : QAbstractTableModel(parent), m_pane(pane)
+{
+    connect(pane, &PaneState::itemsChanged, this, [this] {
+        beginResetModel();
+        m_now = QDateTime::currentMSecsSinceEpoch();
+        endResetModel();
+    });
+    connect(pane, &PaneState::arrangementOptionsChanged, this, [this] { Q_EMIT headerDataChanged(Qt::Horizontal, 0, ColumnCount - 1); });
+}
+
+int FileListModel::rowCount(const QModelIndex& parent) const
+{
+    return parent.isValid() || !m_pane ? 0 : int(m_pane->items().size());
+}
+
+int FileListModel::columnCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : ColumnCount; }
+
+const FileItem* FileListModel::itemAt(int row) const
+{
+    if (!m_pane || row < 0 || row >= m_pane->items().size())
+        return nullptr;
+    return &m_pane->items()[row];
+}
+
+QVariant FileListModel::data(const QModelIndex& index, int role) const
+{
+    const FileItem* item = itemAt(index.row());
+    if (!item)
+        return {};
+    for (const Decorator& decorator : m_decorators)
+        if (QVariant extra = decorator(*item, index.column(), role); extra.isValid())
+            return extra;
+    switch (role) {
+    case Qt::DisplayRole:
+        switch (index.column()) {
+        case NameColumn: return item->name;
+        case ModifiedColumn: return formatDate(item->modified, m_now);
+        case SizeColumn: return item->size ? formatByteCount(*item->size) : QStringLiteral("—");
+        case KindColumn: return item->kind;
+        }
+        break;
+    case Qt::DecorationRole:
+        if (index.column() == NameColumn)
+            return itemIcon(*item);
+        break;
+    case Qt::ToolTipRole:
+        if (item->brokenTarget)
+            return QStringLiteral("Broken link to %1").arg(*item->brokenTarget);
+        if (item->isSymlink())
+            return QStringLiteral("Link to %1").arg(item->destination.abbreviated());
+        break;
+    case Qt::ForegroundRole:
+        if (index.column() != NameColumn || item->isHidden || item->brokenTarget)
+            return theme::dimText();
+        break;
+    case Qt::TextAlignmentRole:
+        if (index.column() == SizeColumn)
+            return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+        break;
+    case UrlRole: return QVariant::fromValue(item->url);
+    case SelectedRole: return m_pane->selection().contains(item->url);
+    case CursorRole: return m_pane->cursor() == item->url;
+    case CategoryRole: return int(item->category);
+    case IsFolderRole: return item->isFolder;
+    case HiddenRole: return item->isHidden;
+    }
+    return {};
+}
+
+QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    switch (section) {
+    case NameColumn: return QStringLiteral("Name");
+    case ModifiedColumn: return QStringLiteral("Date Modified");
+    case SizeColumn: return QStringLiteral("Size");
+    case KindColumn: return QStringLiteral("Kind");
+    }
+    return {};
+}
+
+int FileListModel::columnFor(SortKey key)
+{
+    switch (key) {
+    case SortKey::name: return NameColumn;
+    case SortKey::modified: return ModifiedColumn;
+    case SortKey::size: return SizeColumn;
+    case SortKey::kind: return KindColumn;
+    }
+    return NameColumn;
+}
+
+std::optional<SortKey> FileListModel::sortKeyFor(int column)
+{
+    switch (column) {
+    case NameColumn: return SortKey::name;
+    case ModifiedColumn: return SortKey::modified;
+    case SizeColumn: return SortKey::size;
+    case KindColumn: return SortKey::kind;
+    }
+    return std::nullopt;
+}
+
+void FileListModel::addDecorator(Decorator decorator) { m_decorators.append(std::move(decorator)); }
+
+void FileListModel::refreshDecorations()
+{
+    if (rowCount() > 0)
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
+}
+
+} // namespace orwick

@@ -1,0 +1,117 @@
+#include "ui/views/FileListView.h"
+
+#include "ui/pane/PaneKeys.h"
+#include "ui/views/RowDelegate.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+namespace orwick {
+
+FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(parent), m_model(model)
+{
+    setModel(model);
+    setItemDelegate(new RowDelegate(this));
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setItemsExpandable(false);
+    setSelectionMode(QAbstractItemView::NoSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setFrameShape(QFrame::NoFrame);
+    setIconSize(QSize(18, 18));
+    setAllColumnsShowFocus(true);
+    setTextElideMode(Qt::ElideMiddle);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& at) { Q_EMIT contextMenuRequestedAt(viewport()->mapToGlobal(at)); });
+
+    QHeaderView* head = header();
+    head->setStretchLastSection(false);
+    head->setSectionResizeMode(FileListModel::NameColumn, QHeaderView::Stretch);
+    head->setSectionResizeMode(FileListModel::ModifiedColumn, QHeaderView::Interactive);
+    head->setSectionResizeMode(FileListModel::SizeColumn, QHeaderView::Interactive);
+    head->setSectionResizeMode(FileListModel::KindColumn, QHeaderView::Interactive);
+    head->resizeSection(FileListModel::ModifiedColumn, 170);
+    head->resizeSection(FileListModel::SizeColumn, 90);
+    head->resizeSection(FileListModel::KindColumn, 170);
+    head->setSectionsClickable(true);
+    head->setSortIndicatorShown(true);
+    head->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+
+    PaneState* pane = model->pane();
+    auto showSortIndicator = [this, pane] {
+        header()->setSortIndicator(FileListModel::columnFor(pane->sortKey()),
+                                   pane->sortAscending() ? Qt::AscendingOrder : Qt::DescendingOrder);
+    };
+    showSortIndicator();
+    connect(pane, &PaneState::arrangementOptionsChanged, this, showSortIndicator);
+    connect(head, &QHeaderView::sectionClicked, this, [pane, showSortIndicator](int column) {
+        if (const auto key = FileListModel::sortKeyFor(column))
+            pane->sort(*key);
+        showSortIndicator();
+    });
+    connect(pane, &PaneState::selectionChanged, this, &FileListView::followSelection);
+    connect(pane, &PaneState::itemsChanged, this, &FileListView::followSelection);
+}
+
+void FileListView::followSelection()
+{
+    PaneState* pane = m_model->pane();
+    if (pane && pane->cursor()) {
+        const int row = pane->row(*pane->cursor());
+        if (row >= 0)
+            scrollTo(m_model->index(row, 0), QAbstractItemView::EnsureVisible);
+    }
+    viewport()->update();
+}
+
+void FileListView::keyPressEvent(QKeyEvent* event)
+{
+    PaneKeyContext context;
+    const int rowHeight = std::max(1, sizeHintForRow(0));
+    context.pageRows = std::max(1, viewport()->height() / rowHeight - 1);
+    if (handlePaneKey(*m_model->pane(), event, context)) {
+        event->accept();
+        return;
+    }
+    QTreeView::keyPressEvent(event);
+}
+
+void FileListView::mousePressEvent(QMouseEvent* event)
+{
+    setFocus(Qt::MouseFocusReason);
+    const QModelIndex index = indexAt(event->position().toPoint());
+    PaneState* pane = m_model->pane();
+    if (!index.isValid()) {
+        if (event->button() == Qt::LeftButton && !(event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)))
+            pane->clearSelection();
+        return;
+    }
+    const FilePath url = index.data(FileListModel::UrlRole).value<FilePath>();
+    // A right click on an unselected row selects it first, like every file manager.
+    if (event->button() == Qt::RightButton && pane->selection().contains(url))
+        return;
+    pane->click(url, event->modifiers());
+}
+
+void FileListView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (index.isValid() && event->button() == Qt::LeftButton)
+        m_model->pane()->openSelection();
+}
+
+void FileListView::focusInEvent(QFocusEvent* event)
+{
+    QTreeView::focusInEvent(event);
+    viewport()->update();
+}
+
+void FileListView::focusOutEvent(QFocusEvent* event)
+{
+    QTreeView::focusOutEvent(event);
+    viewport()->update();
+}
+
+} // namespace orwick

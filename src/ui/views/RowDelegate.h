@@ -1,0 +1,17 @@
+#pragma once
+// Draws a row cell of any view with the pane's selection and cursor (read from the model's
+// roles), in the theme's colours, instead of the view's own selection model.
+
+#include <QStyledItemDelegate>
+
+namespace orwick {
+
+class RowDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+};
+
+} // namespace orwick
