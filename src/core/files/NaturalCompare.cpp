@@ -1,29 +1,48 @@
 #include "files/NaturalCompare.h"
 
 namespace orwick {
+namespace {
 
-NaturalKey naturalKey(const QString& name)
+inline bool isAsciiDigit(QChar c) { return c.unicode() >= u'0' && c.unicode() <= u'9'; }
+
+} // namespace
+
+void appendNaturalFold(QStringView name, QString& out)
 {
+    bool ascii = true;
+    for (QChar c : name)
+        if (c.unicode() >= 128) {
+            ascii = false;
+            break;
+        }
+    if (ascii) {
+        const qsizetype at = out.size();
+        out.resize(at + name.size());
+        QChar* target = out.data() + at;
+        for (QChar c : name) {
+            const char16_t u = c.unicode();
+            *target++ = QChar((u >= u'A' && u <= u'Z') ? char16_t(u + 32) : u);
+        }
+        return;
+    }
     // Decompose and drop combining marks so "é" sorts with "e", then fold case.
-    QString decomposed = name.normalized(QString::NormalizationForm_KD);
-    QString folded;
-    folded.reserve(decomposed.size());
+    const QString decomposed = name.toString().normalized(QString::NormalizationForm_KD);
+    QString stripped;
+    stripped.reserve(decomposed.size());
     for (QChar c : decomposed)
         if (c.category() != QChar::Mark_NonSpacing)
-            folded.append(c);
-    return {folded.toCaseFolded()};
+            stripped.append(c);
+    out += stripped.toCaseFolded();
 }
 
-int naturalCompare(const NaturalKey& ka, const NaturalKey& kb)
+int naturalCompareFolded(QStringView ka, QStringView kb)
 {
-    const QChar* a = ka.folded.constData();
-    const QChar* b = kb.folded.constData();
-    const qsizetype na = ka.folded.size(), nb = kb.folded.size();
+    const QChar* a = ka.data();
+    const QChar* b = kb.data();
+    const qsizetype na = ka.size(), nb = kb.size();
     qsizetype i = 0, j = 0;
     while (i < na && j < nb) {
-        const bool da = a[i].isDigit() && a[i].unicode() < 128;
-        const bool db = b[j].isDigit() && b[j].unicode() < 128;
-        if (da && db) {
+        if (isAsciiDigit(a[i]) && isAsciiDigit(b[j])) {
             // Compare digit runs by value: skip leading zeros, a longer run is larger,
             // equal lengths compare digit by digit.
             qsizetype si = i, sj = j;
@@ -32,9 +51,9 @@ int naturalCompare(const NaturalKey& ka, const NaturalKey& kb)
             while (sj < nb && b[sj] == u'0')
                 ++sj;
             qsizetype ei = si, ej = sj;
-            while (ei < na && a[ei].isDigit() && a[ei].unicode() < 128)
+            while (ei < na && isAsciiDigit(a[ei]))
                 ++ei;
-            while (ej < nb && b[ej].isDigit() && b[ej].unicode() < 128)
+            while (ej < nb && isAsciiDigit(b[ej]))
                 ++ej;
             if (ei - si != ej - sj)
                 return (ei - si) < (ej - sj) ? -1 : 1;

@@ -1,10 +1,11 @@
 #pragma once
-// The order people expect for names: case-insensitive, digit runs by value ("file2" before
-// "file10"), then by character. It does not depend on the process locale (QCollator's numeric
-// mode does nothing under C.UTF-8) and never calls a collator per comparison: make a key once
-// per item, then compare keys.
+// The order people expect for names: case-insensitive, accents folded, digit runs by value
+// ("file2" before "file10"), then by character. It does not depend on the process locale
+// (QCollator's numeric mode does nothing under C.UTF-8) and never calls a collator per
+// comparison: fold each name once, then compare the folded texts.
 
 #include <QString>
+#include <QStringView>
 
 namespace orwick {
 
@@ -13,10 +14,20 @@ struct NaturalKey {
     QString folded;
 };
 
-NaturalKey naturalKey(const QString& name);
+// Appends the folded form of `name` to `out` (ASCII names fold without allocating).
+void appendNaturalFold(QStringView name, QString& out);
 
-// <0, 0, >0 like strcmp.
-int naturalCompare(const NaturalKey& a, const NaturalKey& b);
+inline NaturalKey naturalKey(const QString& name)
+{
+    NaturalKey key;
+    appendNaturalFold(name, key.folded);
+    return key;
+}
+
+// Compares two folded texts; <0, 0, >0 like strcmp.
+int naturalCompareFolded(QStringView a, QStringView b);
+
+inline int naturalCompare(const NaturalKey& a, const NaturalKey& b) { return naturalCompareFolded(a.folded, b.folded); }
 inline int naturalCompare(const QString& a, const QString& b) { return naturalCompare(naturalKey(a), naturalKey(b)); }
 
 } // namespace orwick

@@ -1,0 +1,151 @@
+// orwick-cli match QUERY: reads candidate lines on standard input and prints the ones the fuzzy
+// matcher scores, best first (by score, then by the line's bytes). The same score the pane
+// filter and the palette use, on a large input: the matcher's benchmark hook.
+
+#include "cli/CliCommand.h"
+#include "commands/FuzzyMatch.h"
+
+#include <QStringDecoder>
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace orwick::cli {
+namespace {
+
+struct Hit {
+    int score;
+    std::string_view line;
+};
+
+QByteArray readAllInput()
+{
+    QByteArray data;
+    qsizetype used = 0;
+    data.resize(1 << 22);
+    for (;;) {
+        if (used == data.size())
+            data.resize(data.size() * 2);
+        const ssize_t n = ::read(STDIN_FILENO, data.data() + used, size_t(data.size() - used));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            break;
+        used += n;
+    }
+    data.resize(used);
+    return data;
+}
+
+// True when the line may match: an exact, cheap check on bytes for an ASCII query. A line that
+// lacks some query character in order can only match through a non-ASCII character that
+// lower-cases to ASCII (such as the Kelvin sign), so lines with non-ASCII bytes go on.
+bool mayMatch(std::string_view line, const std::u16string& query)
+{
+    unsigned char high = 0;
+    size_t at = 0;
+    for (char16_t wanted : query) {
+        const unsigned char lower = static_cast<unsigned char>(wanted);
+        const unsigned char upper = (lower >= 'a' && lower <= 'z') ? lower - 32 : lower;
+        for (;;) {
+            if (at == line.size())
+                return high & 0x80;
+            const unsigned char c = static_cast<unsigned char>(line[at++]);
+            high |= c;
+            if (c == lower || c == upper)
+                break;
+        }
+    }
+    return true;
+}
+
+// Scores lines [begin, end) into `hits`.
+void scoreLines(const std::vector<std::string_view>& lines, size_t begin, size_t end, const FuzzyQuery& query,
+                std::vector<Hit>& hits)
+{
+    FuzzyCandidateBuffer buffer;
+    std::vector<QChar> text;
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    for (size_t i = begin; i < end; ++i) {
+        const std::string_view line = lines[i];
+        if (query.isAscii() && !mayMatch(line, query.chars()))
+            continue;
+        text.resize(line.size() + 1);
+        // One line at a time: each starts fresh, so a broken sequence never spills over.
+        decoder.resetState();
+        QChar* stop = decoder.appendToBuffer(text.data(), QByteArrayView(line.data(), qsizetype(line.size())));
+        const QStringView view(text.data(), stop - text.data());
+        if (const auto score = FuzzyMatch::score(query, buffer.prepare(view)))
+            hits.push_back({*score, line});
+    }
+}
+
+int match(const QStringList& arguments)
+{
+    bool printScores = false;
+    QStringList words;
+    for (const QString& argument : arguments) {
+        if (argument == QLatin1StringView("--scores"))
+            printScores = true;
+        else
+            words.append(argument);
+    }
+    if (words.isEmpty())
+        return usageError(QStringLiteral("usage: orwick-cli match QUERY [--scores] < lines"));
+    const FuzzyQuery query(words.join(u' '));
+
+    const QByteArray input = readAllInput();
+    std::vector<std::string_view> lines;
+    lines.reserve(size_t(input.size() / 32));
+    for (const char *p = input.constData(), *end = p + input.size(); p < end;) {
+        const char* newline = static_cast<const char*>(memchr(p, '\n', size_t(end - p)));
+        const char* stop = newline ? newline : end;
+        lines.emplace_back(p, size_t(stop - p));
+        p = stop + 1;
+    }
+
+    // Two or more workers, each on its own slice; results joined in order.
+    const size_t workers = std::clamp<size_t>(std::thread::hardware_concurrency(), 1, 8);
+    std::vector<std::vector<Hit>> parts(workers);
+    std::vector<std::thread> threads;
+    const size_t slice = (lines.size() + workers - 1) / workers;
+    for (size_t w = 0; w < workers; ++w) {
+        const size_t begin = std::min(lines.size(), w * slice), end = std::min(lines.size(), begin + slice);
+        threads.emplace_back([&, w, begin, end] { scoreLines(lines, begin, end, query, parts[w]); });
+    }
+    for (std::thread& t : threads)
+        t.join();
+    std::vector<Hit> hits;
+    for (const auto& part : parts)
+        hits.insert(hits.end(), part.begin(), part.end());
+    std::sort(hits.begin(), hits.end(), [](const Hit& a, const Hit& b) { return a.score != b.score ? a.score > b.score : a.line < b.line; });
+
+    QByteArray buffer;
+    buffer.reserve(1 << 20);
+    for (const Hit& hit : hits) {
+        if (printScores) {
+            buffer += QByteArray::number(hit.score);
+            buffer += '\t';
+        }
+        buffer.append(hit.line.data(), qsizetype(hit.line.size()));
+        buffer += '\n';
+        if (buffer.size() > (1 << 20) - 4096) {
+            fwrite(buffer.constData(), 1, size_t(buffer.size()), stdout);
+            buffer.clear();
+        }
+    }
+    fwrite(buffer.constData(), 1, size_t(buffer.size()), stdout);
+    fflush(stdout);
+    err() << hits.size() << " of " << lines.size() << " lines match" << Qt::endl;
+    return hits.empty() ? 1 : 0;
+}
+
+const CliRegistration registration({QStringLiteral("match"), QStringLiteral("match QUERY [--scores]"),
+                                     QStringLiteral("lines on standard input that fuzzy-match QUERY, best first"), match});
+
+} // namespace
+} // namespace orwick::cli

@@ -1,0 +1,239 @@
+#include "files/Arrangement.h"
+
+#include <QDateTime>
+#include <gtest/gtest.h>
+
+using namespace orwick;
+
+namespace {
+
+const FilePath kFolder = FilePath::fromNative("/data/folder");
+
+FileItem file(const QString& name, qint64 size = 0, Timestamp modified = 0, const QString& kind = "Text")
+{
+    FileItem item;
+    item.url = kFolder.child(name);
+    item.destination = item.url;
+    item.name = name;
+    item.size = size;
+    item.modified = modified;
+    item.kind = kind;
+    item.isHidden = name.startsWith('.');
+    return item;
+}
+
+FileItem folder(const QString& name, Timestamp modified = 0)
+{
+    FileItem item = file(name, 0, modified, "Folder");
+    item.isFolder = true;
+    item.size.reset();
+    return item;
+}
+
+QStringList names(const Arrangement& a)
+{
+    QStringList result;
+    for (const FileItem& item : a.items)
+        result << item.name;
+    return result;
+}
+
+Arrangement arranged(ArrangeInput input)
+{
+    auto result = arrange(input);
+    EXPECT_TRUE(result);
+    return result ? *result : Arrangement{};
+}
+
+QStringList sorted(const FileItems& items, SortKey key, bool ascending)
+{
+    ArrangeInput input;
+    input.items = items;
+    input.sortKey = key;
+    input.ascending = ascending;
+    return names(arranged(input));
+}
+
+} // namespace
+
+TEST(Arrangement, NamesSortNaturallyAndIgnoreCase)
+{
+    const FileItems items{file("file10"), file("File2"), file("file1"), file("apple"), file("Banana")};
+    EXPECT_EQ(sorted(items, SortKey::name, true), QStringList({"apple", "Banana", "file1", "File2", "file10"}));
+    EXPECT_EQ(sorted(items, SortKey::name, false), QStringList({"file10", "File2", "file1", "Banana", "apple"}));
+}
+
+TEST(Arrangement, EqualNamesKeepLoadOrderInBothDirections)
+{
+    FileItems items{file("b"), file("A.txt"), file("a.TXT"), file("a.txt")};
+    EXPECT_EQ(sorted(items, SortKey::name, true), QStringList({"A.txt", "a.TXT", "a.txt", "b"}));
+    EXPECT_EQ(sorted(items, SortKey::name, false), QStringList({"b", "A.txt", "a.TXT", "a.txt"}));
+    // Same for equal sizes and equal kinds.
+    items = {file("x", 5), file("y", 5), file("z", 1)};
+    EXPECT_EQ(sorted(items, SortKey::size, false), QStringList({"x", "y", "z"}));
+    EXPECT_EQ(sorted(items, SortKey::kind, false), QStringList({"x", "y", "z"}));
+}
+
+TEST(Arrangement, FoldersComeFirstInBothDirections)
+{
+    const FileItems items{file("small", 1), folder("zeta"), file("big", 100), folder("alpha"), file("mid", 10)};
+    EXPECT_EQ(sorted(items, SortKey::size, true), QStringList({"zeta", "alpha", "small", "mid", "big"}));
+    EXPECT_EQ(sorted(items, SortKey::size, false), QStringList({"zeta", "alpha", "big", "mid", "small"}));
+    EXPECT_EQ(sorted(items, SortKey::name, false), QStringList({"zeta", "alpha", "small", "mid", "big"}));
+}
+
+TEST(Arrangement, SortsByDateKindAndUnknownSize)
+{
+    FileItem unknown = file("unknown");
+    unknown.size.reset();
+    const FileItems items{file("old", 3, 100, "PNG image"), file("new", 2, 300, "Markdown"), unknown,
+                          file("mid", 1, 200, "image 10")};
+    EXPECT_EQ(sorted(items, SortKey::modified, false), QStringList({"new", "mid", "old", "unknown"}));
+    EXPECT_EQ(sorted(items, SortKey::modified, true), QStringList({"unknown", "old", "mid", "new"}));
+    EXPECT_EQ(sorted(items, SortKey::size, true), QStringList({"unknown", "mid", "new", "old"}));
+    EXPECT_EQ(sorted(items, SortKey::kind, true), QStringList({"mid", "new", "old", "unknown"}));
+}
+
+TEST(Arrangement, FilterKeepsNamesTheMatcherScores)
+{
+    ArrangeInput input;
+    input.items = {file("report.pdf"), file("photo.jpg"), file("Recipes.md"), folder("projects")};
+    input.filter = "rp";
+    EXPECT_EQ(names(arranged(input)), QStringList({"Recipes.md", "report.pdf"}));
+    input.filter = "   ";
+    EXPECT_EQ(arranged(input).items.size(), 4);
+    input.filter = "a name longer than every item";
+    EXPECT_TRUE(arranged(input).items.isEmpty());
+    input.filter = "zzz";
+    EXPECT_TRUE(arranged(input).items.isEmpty());
+}
+
+TEST(Arrangement, FilterAndSortWorkOnNamesThatAreNotUtf8)
+{
+    FileItem broken;
+    broken.url = kFolder.child(QByteArrayView("caf\xe9.txt"));
+    broken.destination = broken.url;
+    broken.name = broken.url.fileName();
+    ArrangeInput input;
+    input.items = {file("cab.txt"), broken, file("cafe.txt")};
+    input.filter = "caf";
+    const Arrangement a = arranged(input);
+    ASSERT_EQ(a.items.size(), 2);
+    EXPECT_TRUE(a.items.contains(broken));
+    EXPECT_EQ(a.positions.value(broken.url, -1), a.items.indexOf(broken));
+}
+
+TEST(Arrangement, HiddenItemsDropWhenNotShown)
+{
+    ArrangeInput input;
+    input.items = {file(".config"), file("visible")};
+    EXPECT_EQ(arranged(input).items.size(), 2);
+    input.showHidden = false;
+    EXPECT_EQ(names(arranged(input)), QStringList({"visible"}));
+}
+
+TEST(Arrangement, IgnoredPathsDropItemsAndWhatIsUnderThem)
+{
+    ArrangeInput input;
+    input.folder = kFolder;
+    FileItem deep = file("deep.o");
+    deep.url = kFolder.child(QStringLiteral("build/obj/deep.o"));
+    input.items = {file("main.cpp"), folder("build"), file("core.o"), deep};
+    input.ignored = std::make_shared<QSet<FilePath>>(QSet<FilePath>{kFolder.child(QStringLiteral("build")),
+                                                                    kFolder.child(QStringLiteral("core.o"))});
+    EXPECT_EQ(names(arranged(input)), QStringList({"main.cpp"}));
+
+    // The folder itself ignored hides everything in it; an ancestor shorter than it does not count.
+    input.ignored = std::make_shared<QSet<FilePath>>(QSet<FilePath>{kFolder});
+    EXPECT_TRUE(arranged(input).items.isEmpty());
+    input.ignored = std::make_shared<QSet<FilePath>>(QSet<FilePath>{kFolder.parent()});
+    EXPECT_EQ(arranged(input).items.size(), 4);
+}
+
+TEST(Arrangement, PropertySortPutsItemsWithoutValueLastInBothDirections)
+{
+    const QHash<QString, SortValue> values{{"ten.md", 10.0}, {"two.md", 2.0}, {"b-text.md", QString("beta 10")},
+                                           {"a-text.md", QString("Beta 2")}, {"also-two.md", 2.0}};
+    ArrangeInput input;
+    input.items = {file("zz-none.md"), file("ten.md"), file("b-text.md"), file("two.md"), file("a-none.md"),
+                   file("a-text.md"), file("also-two.md"), folder("notes")};
+    input.propertySort = "rank";
+    input.propertyValue = [&](const FilePath& path) -> std::optional<SortValue> {
+        const auto it = values.find(path.fileName());
+        return it == values.end() ? std::nullopt : std::optional<SortValue>(*it);
+    };
+    // Numbers numerically, texts naturally; equal values and missing ones by name, ascending.
+    EXPECT_EQ(names(arranged(input)), QStringList({"notes", "also-two.md", "two.md", "ten.md", "a-text.md",
+                                                   "b-text.md", "a-none.md", "zz-none.md"}));
+    input.ascending = false;
+    EXPECT_EQ(names(arranged(input)), QStringList({"notes", "ten.md", "also-two.md", "two.md", "b-text.md",
+                                                   "a-text.md", "a-none.md", "zz-none.md"}));
+}
+
+TEST(Arrangement, GroupsByDayWithHeadingsAndCounts)
+{
+    const QDateTime now(QDate(2026, 11, 18), QTime(15, 0)); // a Wednesday
+    auto at = [](QDate day) { return QDateTime(day, QTime(9, 30)).toMSecsSinceEpoch(); };
+    ArrangeInput input;
+    input.now = now.toMSecsSinceEpoch();
+    input.groupByDate = true;
+    input.sortKey = SortKey::name;
+    input.items = {file("b-today", 0, at(QDate(2026, 11, 18))), file("yesterday", 0, at(QDate(2026, 11, 17))),
+                   file("a-today", 0, at(QDate(2026, 11, 18))), folder("dir-today", at(QDate(2026, 11, 18))),
+                   file("last-year", 0, at(QDate(2025, 3, 1))), file("march", 0, at(QDate(2026, 3, 1))),
+                   file("undated", 0, kDistantPast)};
+    const Arrangement a = arranged(input);
+    EXPECT_EQ(names(a), QStringList({"dir-today", "a-today", "b-today", "yesterday", "march", "last-year", "undated"}));
+    const QHash<int, Heading> expected{{0, {"Today", 3}}, {3, {"Yesterday", 1}}, {4, {"Earlier this year", 1}},
+                                       {5, {"2025", 1}}, {6, {"No date", 1}}};
+    EXPECT_EQ(a.headings, expected);
+    input.groupByDate = false;
+    EXPECT_TRUE(arranged(input).headings.isEmpty());
+}
+
+TEST(Arrangement, PositionsAndSourceRowsDescribeTheRows)
+{
+    ArrangeInput input;
+    input.items = {file("c"), file("a"), file("b")};
+    const Arrangement a = arranged(input);
+    ASSERT_EQ(a.items.size(), 3);
+    EXPECT_EQ(a.sourceRows, (std::vector<int>{1, 2, 0}));
+    for (int row = 0; row < a.items.size(); ++row)
+        EXPECT_EQ(a.positions.value(a.items[row].url, -1), row);
+    EXPECT_FALSE(a.positions.contains(kFolder.child(QStringLiteral("d"))));
+
+    input.filter = "b";
+    const Arrangement filtered = arranged(input);
+    EXPECT_EQ(filtered.positions.value(input.items[1].url), -1);
+    EXPECT_EQ(filtered.positions.value(input.items[2].url), 0);
+}
+
+TEST(Arrangement, ReusesPreparedDataOnlyForTheSameLoad)
+{
+    ArrangeInput input;
+    input.items = {file("b"), file("a")};
+    const Arrangement first = arranged(input);
+    ASSERT_TRUE(first.prepared);
+    EXPECT_TRUE(first.prepared->isFor(input.items));
+
+    input.prepared = first.prepared;
+    input.filter = "a";
+    EXPECT_EQ(arranged(input).prepared, first.prepared);
+
+    // A new load with the prepared data of the old one: not trusted, prepared again.
+    input.items = {file("c"), file("a"), file("b")};
+    input.filter.clear();
+    const Arrangement second = arranged(input);
+    EXPECT_NE(second.prepared, first.prepared);
+    EXPECT_EQ(names(second), QStringList({"a", "b", "c"}));
+}
+
+TEST(Arrangement, CancelledArrangementGivesNothing)
+{
+    ArrangeInput input;
+    input.items = {file("a")};
+    CancelFlag cancel;
+    cancel.cancel();
+    EXPECT_FALSE(arrange(input, &cancel));
+    EXPECT_FALSE(prepareItems(input.items, &cancel));
+}
