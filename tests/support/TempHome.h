@@ -26,6 +26,7 @@ public:
     // Makes a file (and its parent folders) with the given content; returns its path.
     FilePath file(const QString& relative, const QByteArray& content = {}) const;
     FilePath file(const QByteArray& relativeBytes, const QByteArray& content) const;
+    FilePath file(const char* relative, const QByteArray& content = {}) const { return file(QByteArray(relative), content); }
     FilePath folder(const QString& relative) const;
     FilePath link(const QString& relative, const QByteArray& target) const;
     // Sets the modification time (seconds since the epoch).

@@ -109,7 +109,9 @@ FileCategory conformance(const QMimeType& type)
     if (archiveTypes().contains(name) || (!name.startsWith(QLatin1StringView("application/vnd.")) && anyIn(all, archiveTypes())))
         return FileCategory::archive;
     const bool isText = anyPrefixed(QLatin1StringView("text/"));
-    if (anyIn(all, codeTypes()) || (isText && name.startsWith(QLatin1StringView("text/x-")) && !nonCodeTextTypes().contains(name)
+    // JSON descends from JavaScript in the MIME tree, but it is data, not a program.
+    const bool isDataItself = dataTypes().contains(name) || name.endsWith(QLatin1StringView("+json")) || name.endsWith(QLatin1StringView("+xml"));
+    if (!isDataItself && anyIn(all, codeTypes()) || (isText && name.startsWith(QLatin1StringView("text/x-")) && !nonCodeTextTypes().contains(name)
                                     && !dataTypes().contains(name)))
         return FileCategory::code;
     if (anyIn(all, dataTypes()) || name.endsWith(QLatin1StringView("+json")) || name.endsWith(QLatin1StringView("+xml")))
