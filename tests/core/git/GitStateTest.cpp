@@ -9,6 +9,7 @@
 #include "support/TestMain.h"
 
 #include <QDir>
+#include <sys/stat.h>
 #include <gtest/gtest.h>
 
 namespace orwick {
@@ -83,14 +84,33 @@ TEST_F(GitStateTest, AnUnchangedStatusChangesNothingObservable)
 
 TEST_F(GitStateTest, ANewerRefreshSupersedesTheOlder)
 {
-    git.refresh(repo.root());
-    repo.write("top.txt", "changed while the first read ran");
-    git.refresh(repo.root());
-    ASSERT_TRUE(waitUntil([&] { return !git.isRefreshing(repo.root()); }));
-    // Let a stale result arrive if one were still on its way.
-    waitUntil([] { return false; }, 300);
-    EXPECT_EQ(changes.size(), 1);
-    EXPECT_EQ(git.badgeFor(repo.path("top.txt")), Change::modified);
+    // A git whose first read takes its snapshot at once but answers two seconds late: without
+    // supersession that stale answer would land after the newer one.
+    const FilePath slowGit = tree.file(QStringLiteral("slow-git"), R"(#!/bin/sh
+if [ ! -e "$0.first" ]; then
+  : > "$0.first"
+  git "$@" > "$0.out" 2>&1
+  status=$?
+  : > "$0.taken"
+  sleep 2
+  cat "$0.out"
+  exit $status
+fi
+exec git "$@"
+)");
+    ASSERT_EQ(chmod(slowGit.c_str(), 0755), 0);
+    Git slow(slowGit, nullptr);
+    int signals = 0;
+    QObject::connect(&slow, &Git::statusChanged, [&] { ++signals; });
+
+    slow.refresh(repo.root());
+    ASSERT_TRUE(waitUntil([&] { return test::exists(tree.path("slow-git.taken")); }));
+    repo.write("top.txt", "changed after the first snapshot");
+    slow.refresh(repo.root());
+    ASSERT_TRUE(waitUntil([&] { return !slow.isRefreshing(repo.root()); }));
+    waitUntil([] { return false; }, 2500); // long enough for the stale answer to come back
+    EXPECT_EQ(signals, 1);
+    EXPECT_EQ(slow.badgeFor(repo.path("top.txt")), Change::modified);
 }
 
 TEST_F(GitStateTest, OutsideARepositoryNothingRunsAndTheAnswerIsRemembered)
