@@ -1,0 +1,83 @@
+#include "ui/views/GitMarks.h"
+
+#include "ui/theme/Theme.h"
+
+#include <QFont>
+#include <QFontMetrics>
+#include <QPainter>
+
+namespace orwick {
+
+namespace {
+
+constexpr int padding = 6;
+constexpr int dotSize = 5;
+
+QFont letterFont()
+{
+    QFont font;
+    font.setPointSizeF(9.5);
+    font.setBold(true);
+    return font;
+}
+
+std::optional<int> markOf(const QModelIndex& index)
+{
+    const QVariant mark = index.data(GitMarkRole);
+    if (!mark.isValid())
+        return std::nullopt;
+    return mark.toInt();
+}
+
+} // namespace
+
+QColor gitMarkColor(Change change)
+{
+    static const QColor red = QColor::fromRgbF(0.92f, 0.4f, 0.4f);
+    switch (change) {
+    case Change::modified: return theme::warning();
+    case Change::added:
+    case Change::untracked: return QColor::fromRgbF(0.30f, 0.72f, 0.42f);
+    case Change::deleted:
+    case Change::conflicted: return red;
+    case Change::renamed: return QColor::fromRgbF(0.30f, 0.56f, 0.95f);
+    }
+    return theme::dimText();
+}
+
+int gitMarkWidth(const QModelIndex& index)
+{
+    const auto mark = markOf(index);
+    if (!mark)
+        return 0;
+    if (*mark == changesBelowMark)
+        return dotSize + 2 * padding;
+    static const int letterWidth = QFontMetrics(letterFont()).horizontalAdvance(QLatin1Char('M'));
+    return letterWidth + 2 * padding;
+}
+
+void paintGitMark(QPainter* painter, const QRect& cell, const QModelIndex& index)
+{
+    const auto mark = markOf(index);
+    if (!mark)
+        return;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (*mark == changesBelowMark) {
+        QColor orange = theme::warning();
+        orange.setAlphaF(0.85f);
+        const QRectF dot(cell.right() - padding - dotSize + 1, cell.center().y() - dotSize / 2.0, dotSize, dotSize);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(orange);
+        painter->drawEllipse(dot);
+    } else {
+        const Change change = Change(*mark);
+        painter->setFont(letterFont());
+        painter->setPen(gitMarkColor(change));
+        const QRect area(cell.right() - gitMarkWidth(index) + 1, cell.top(), gitMarkWidth(index) - padding, cell.height());
+        painter->drawText(area, Qt::AlignRight | Qt::AlignVCenter, changeLetter(change));
+    }
+    painter->restore();
+}
+
+} // namespace orwick
