@@ -4,9 +4,11 @@
 //   orwick --show trash|recents|screenshots|drives|tag:NAME
 
 #include "files/Listing.h"
+#include "git/Git.h"
 #include "platform/DirectoryReader.h"
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
+#include "ui/pane/PaneGitDecoration.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
 
@@ -86,12 +88,14 @@ int main(int argc, char** argv)
     }
 
     ViewPreferences preferences;
+    Git git;
     WindowState state(folder, &preferences);
     if (listing)
         state.activePane()->show(*listing);
     else if (selecting)
         state.activePane()->reveal({*selecting});
     MainWindow window(&state);
+    PaneGitDecoration::decorateWindow(&window, &git);
     traceStartup(window, sinceStart);
     window.show();
     return app.exec();

@@ -22,8 +22,10 @@ PaneGitDecoration::PaneGitDecoration(PaneWidget* widget, Git* git) : QObject(wid
     loadFinished();
 }
 
-void PaneGitDecoration::addHideIgnoredKey(QWidget* window, Git* git)
+void PaneGitDecoration::decorateWindow(QWidget* window, Git* git)
 {
+    for (PaneWidget* widget : window->findChildren<PaneWidget*>())
+        new PaneGitDecoration(widget, git);
     auto* shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), window);
     shortcut->setContext(Qt::WindowShortcut);
     QObject::connect(shortcut, &QShortcut::activated, git, [git] { git->setHidesIgnored(!git->hidesIgnored()); });

@@ -2,6 +2,7 @@
 
 #include "ui/theme/Theme.h"
 #include "ui/views/FileListModel.h"
+#include "ui/views/GitMarks.h"
 
 #include <QAbstractItemView>
 #include <QPainter>
@@ -25,7 +26,9 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     }
     QStyleOptionViewItem plain = option;
     plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
+    plain.rect.setRight(plain.rect.right() - gitMarkWidth(index));
     QStyledItemDelegate::paint(painter, plain, index);
+    paintGitMark(painter, option.rect, index);
 }
 
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const

@@ -1,7 +1,7 @@
 // The runner against the real git: its arguments, its environment, merged output, decoding,
 // launch failures and stopping.
 
-#include "GitTestRepo.h"
+#include "support/GitTestRepo.h"
 #include "git/GitRunner.h"
 
 #include <QElapsedTimer>

@@ -2,7 +2,7 @@
 // applies only the newest and only a different status, remembers roots, and stays quiet without
 // git or outside a repository.
 
-#include "GitTestRepo.h"
+#include "support/GitTestRepo.h"
 #include "app/Settings.h"
 #include "git/Git.h"
 #include "git/GitRunner.h"

@@ -2,7 +2,7 @@
 // real merge, ignored folders, worktrees and submodules, awkward names, running operations, and
 // repositories in a bad way.
 
-#include "GitTestRepo.h"
+#include "support/GitTestRepo.h"
 #include "git/RepositoryRoot.h"
 #include "git/StatusReader.h"
 

@@ -1,4 +1,4 @@
-#include "GitTestRepo.h"
+#include "support/GitTestRepo.h"
 
 #include <QProcess>
 #include <QDir>
@@ -30,9 +30,10 @@ QByteArray GitTestRepo::gitIn(const FilePath& folder, const QStringList& argumen
                   QStringList{QStringLiteral("-c"), QStringLiteral("protocol.file.allow=always")} + arguments);
     process.waitForFinished(60000);
     const QByteArray output = process.readAll();
-    if (!mayFail)
+    if (!mayFail) {
         EXPECT_TRUE(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0)
             << "git " << arguments.join(' ').toStdString() << ": " << output.toStdString();
+    }
     return output;
 }
 
