@@ -11,6 +11,8 @@
 #include <cstring>
 #include <string_view>
 #include <thread>
+#include <sys/mman.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <vector>
 
@@ -19,10 +21,60 @@ namespace {
 
 struct Hit {
     int score;
+    uint64_t prefix; // the line's first 8 bytes, big-endian: most ties end here
     std::string_view line;
 };
 
-QByteArray readAllInput()
+uint64_t prefixOf(std::string_view line)
+{
+    uint64_t prefix = 0;
+    for (size_t k = 0; k < 8; ++k)
+        prefix = (prefix << 8) | (k < line.size() ? static_cast<unsigned char>(line[k]) : 0);
+    return prefix;
+}
+
+// Best first: higher score, then the line's bytes.
+bool better(const Hit& a, const Hit& b)
+{
+    if (a.score != b.score)
+        return a.score > b.score;
+    if (a.prefix != b.prefix)
+        return a.prefix < b.prefix;
+    return a.line < b.line;
+}
+
+// Standard input: mapped when it is a regular file, else read whole.
+class Input {
+public:
+    Input()
+    {
+        struct stat info {};
+        if (fstat(STDIN_FILENO, &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0) {
+            void* mapped = mmap(nullptr, size_t(info.st_size), PROT_READ, MAP_PRIVATE | MAP_POPULATE, STDIN_FILENO, 0);
+            if (mapped != MAP_FAILED) {
+                m_mapped = {static_cast<const char*>(mapped), size_t(info.st_size)};
+                return;
+            }
+        }
+        m_read = readAll();
+    }
+    ~Input()
+    {
+        if (m_mapped.data())
+            munmap(const_cast<char*>(m_mapped.data()), m_mapped.size());
+    }
+    std::string_view text() const
+    {
+        return m_mapped.data() ? m_mapped : std::string_view(m_read.constData(), size_t(m_read.size()));
+    }
+
+private:
+    static QByteArray readAll();
+    std::string_view m_mapped;
+    QByteArray m_read;
+};
+
+QByteArray Input::readAll()
 {
     QByteArray data;
     qsizetype used = 0;
@@ -74,14 +126,23 @@ void scoreLines(const std::vector<std::string_view>& lines, size_t begin, size_t
         const std::string_view line = lines[i];
         if (query.isAscii() && !mayMatch(line, query.chars()))
             continue;
-        text.resize(line.size() + 1);
-        // One line at a time: each starts fresh, so a broken sequence never spills over.
-        decoder.resetState();
-        QChar* stop = decoder.appendToBuffer(text.data(), QByteArrayView(line.data(), qsizetype(line.size())));
+        if (text.size() < line.size() + 1)
+            text.resize(line.size() + 1);
+        // ASCII widens directly; anything else goes through the decoder, one line at a time so
+        // that a broken sequence never spills over.
+        size_t k = 0;
+        for (; k < line.size() && static_cast<unsigned char>(line[k]) < 0x80; ++k)
+            text[k] = QChar(char16_t(line[k]));
+        QChar* stop = text.data() + k;
+        if (k < line.size()) {
+            decoder.resetState();
+            stop = decoder.appendToBuffer(text.data(), QByteArrayView(line.data(), qsizetype(line.size())));
+        }
         const QStringView view(text.data(), stop - text.data());
         if (const auto score = FuzzyMatch::score(query, buffer.prepare(view)))
-            hits.push_back({*score, line});
+            hits.push_back({*score, prefixOf(line), line});
     }
+    std::sort(hits.begin(), hits.end(), better);
 }
 
 int match(const QStringList& arguments)
@@ -98,10 +159,11 @@ int match(const QStringList& arguments)
         return usageError(QStringLiteral("usage: orwick-cli match QUERY [--scores] < lines"));
     const FuzzyQuery query(words.join(u' '));
 
-    const QByteArray input = readAllInput();
+    const Input input;
+    const std::string_view all = input.text();
     std::vector<std::string_view> lines;
-    lines.reserve(size_t(input.size() / 32));
-    for (const char *p = input.constData(), *end = p + input.size(); p < end;) {
+    lines.reserve(all.size() / 32);
+    for (const char *p = all.data(), *end = p + all.size(); p < end;) {
         const char* newline = static_cast<const char*>(memchr(p, '\n', size_t(end - p)));
         const char* stop = newline ? newline : end;
         lines.emplace_back(p, size_t(stop - p));
@@ -119,10 +181,12 @@ int match(const QStringList& arguments)
     }
     for (std::thread& t : threads)
         t.join();
+    // Each part is sorted by its worker; merge them.
     std::vector<Hit> hits;
-    for (const auto& part : parts)
-        hits.insert(hits.end(), part.begin(), part.end());
-    std::sort(hits.begin(), hits.end(), [](const Hit& a, const Hit& b) { return a.score != b.score ? a.score > b.score : a.line < b.line; });
+    for (const auto& part : parts) {
+        const auto middle = hits.insert(hits.end(), part.begin(), part.end());
+        std::inplace_merge(hits.begin(), middle, hits.end(), better);
+    }
 
     QByteArray buffer;
     buffer.reserve(1 << 20);

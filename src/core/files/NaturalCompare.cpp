@@ -35,6 +35,30 @@ void appendNaturalFold(QStringView name, QString& out)
     out += stripped.toCaseFolded();
 }
 
+void appendNaturalSortKey(QStringView folded, std::u16string& out)
+{
+    const qsizetype n = folded.size();
+    for (qsizetype i = 0; i < n;) {
+        if (!isAsciiDigit(folded[i])) {
+            out.push_back(folded[i++].unicode());
+            continue;
+        }
+        qsizetype start = i;
+        while (start < n && folded[start] == u'0')
+            ++start;
+        qsizetype end = start;
+        while (end < n && isAsciiDigit(folded[end]))
+            ++end;
+        // Any unit among the digits orders a run against a non-digit as its first digit would.
+        out.push_back(u'0');
+        out.push_back(char16_t(end - start));
+        for (qsizetype k = start; k < end; ++k)
+            out.push_back(folded[k].unicode());
+        out.push_back(char16_t(start - i));
+        i = end;
+    }
+}
+
 int naturalCompareFolded(QStringView ka, QStringView kb)
 {
     const QChar* a = ka.data();

@@ -6,6 +6,7 @@
 
 #include <QString>
 #include <QStringView>
+#include <string>
 
 namespace orwick {
 
@@ -26,6 +27,11 @@ inline NaturalKey naturalKey(const QString& name)
 
 // Compares two folded texts; <0, 0, >0 like strcmp.
 int naturalCompareFolded(QStringView a, QStringView b);
+
+// Appends a sort key of a folded text whose plain unit-by-unit order is the natural order
+// (digit runs become a marker, their significant length, the digits and the count of leading
+// zeros), so that sorting many names compares flat arrays.
+void appendNaturalSortKey(QStringView folded, std::u16string& out);
 
 inline int naturalCompare(const NaturalKey& a, const NaturalKey& b) { return naturalCompareFolded(a.folded, b.folded); }
 inline int naturalCompare(const QString& a, const QString& b) { return naturalCompare(naturalKey(a), naturalKey(b)); }

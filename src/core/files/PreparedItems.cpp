@@ -15,21 +15,50 @@ std::vector<int> naturalRanks(const QString& folded, const std::vector<int>& off
                               std::vector<int>* sortedOut = nullptr)
 {
     const size_t count = offsets.size() - 1;
-    auto text = [&](int i) { return QStringView(folded.constData() + offsets[size_t(i)], offsets[size_t(i) + 1] - offsets[size_t(i)]); };
-    std::vector<int> order(count);
-    std::iota(order.begin(), order.end(), 0);
-    std::sort(order.begin(), order.end(), [&](int a, int b) {
-        const int c = naturalCompareFolded(text(a), text(b));
-        return c != 0 ? c < 0 : a < b;
+    // Sort keys in one buffer; the first four units of each packed beside its index, so most
+    // comparisons read only the array being sorted.
+    std::u16string keys;
+    keys.reserve(size_t(folded.size()) + size_t(folded.size()) / 4);
+    std::vector<int> keyOffsets{0};
+    keyOffsets.reserve(count + 1);
+    for (size_t i = 0; i < count; ++i) {
+        appendNaturalSortKey(QStringView(folded.constData() + offsets[i], offsets[i + 1] - offsets[i]), keys);
+        keyOffsets.push_back(int(keys.size()));
+    }
+    struct Entry {
+        uint64_t prefix;
+        int index;
+    };
+    std::vector<Entry> entries(count);
+    for (size_t i = 0; i < count; ++i) {
+        uint64_t prefix = 0;
+        for (int k = 0; k < 4; ++k) {
+            const int at = keyOffsets[i] + k;
+            prefix = (prefix << 16) | (at < keyOffsets[i + 1] ? keys[size_t(at)] : 0);
+        }
+        entries[i] = {prefix, int(i)};
+    }
+    auto compare = [&](const Entry& a, const Entry& b) {
+        if (a.prefix != b.prefix)
+            return a.prefix < b.prefix ? -1 : 1;
+        const std::u16string_view ka(keys.data() + keyOffsets[size_t(a.index)], size_t(keyOffsets[size_t(a.index) + 1] - keyOffsets[size_t(a.index)]));
+        const std::u16string_view kb(keys.data() + keyOffsets[size_t(b.index)], size_t(keyOffsets[size_t(b.index) + 1] - keyOffsets[size_t(b.index)]));
+        return ka.compare(kb);
+    };
+    std::sort(entries.begin(), entries.end(), [&](const Entry& a, const Entry& b) {
+        const int c = compare(a, b);
+        return c != 0 ? c < 0 : a.index < b.index;
     });
     std::vector<int> rank(count);
+    std::vector<int> order(count);
     if (cancel && cancel->isCancelled())
         return rank;
     int current = 0;
     for (size_t k = 0; k < count; ++k) {
-        if (k > 0 && naturalCompareFolded(text(order[k - 1]), text(order[k])) != 0)
+        if (k > 0 && compare(entries[k - 1], entries[k]) != 0)
             current = int(k);
-        rank[size_t(order[k])] = current;
+        rank[size_t(entries[k].index)] = current;
+        order[k] = entries[k].index;
     }
     if (sortedOut)
         *sortedOut = std::move(order);

@@ -1,5 +1,6 @@
 #include "files/NaturalCompare.h"
 
+#include <QStringList>
 #include <gtest/gtest.h>
 
 using orwick::naturalCompare;
@@ -23,4 +24,24 @@ TEST(NaturalCompare, IgnoresCaseAndAccents)
     EXPECT_LT(naturalCompare("apple", "Banana"), 0);
     EXPECT_LT(naturalCompare("ab", "abc"), 0);
     EXPECT_EQ(naturalCompare("", ""), 0);
+}
+
+TEST(NaturalCompare, SortKeysOrderLikeTheComparison)
+{
+    const QStringList names{"", "a", "A0", "a00", "a000b", "a1", "a01", "a001", "a1b", "a2", "a10", "a9z", "a-1",
+                            "a 1", "a.1", "a:1", "ab", "file2", "file10", "file010", "x99999999999999999999",
+                            "x100000000000000000000", "é1", "e1", "zz", "~", "0", "00", "9"};
+    auto keyOf = [](const QString& name) {
+        std::u16string key;
+        orwick::appendNaturalSortKey(orwick::naturalKey(name).folded, key);
+        return key;
+    };
+    for (const QString& a : names)
+        for (const QString& b : names) {
+            SCOPED_TRACE((a + " vs " + b).toStdString());
+            const int expected = naturalCompare(a, b);
+            const int got = keyOf(a).compare(keyOf(b));
+            EXPECT_EQ(expected < 0, got < 0);
+            EXPECT_EQ(expected == 0, got == 0);
+        }
 }
