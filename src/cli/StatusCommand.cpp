@@ -48,25 +48,20 @@ int status(const QStringList& arguments)
         return 1;
     }
 
-    QByteArray buffer;
-    buffer.reserve(1 << 20);
-    buffer += "branch " + (status->branch.isEmpty() ? QByteArray("(unknown)") : status->branch.toUtf8());
-    buffer += ", ahead " + QByteArray::number(status->ahead) + ", behind " + QByteArray::number(status->behind) + '\n';
+    // Printed in one write: printing must not cost more than the read.
+    QByteArray text = "branch " + (status->branch.isEmpty() ? QByteArray("(unknown)") : status->branch.toUtf8());
+    text += ", ahead " + QByteArray::number(status->ahead) + ", behind " + QByteArray::number(status->behind) + '\n';
     if (status->operation)
-        buffer += status->operation->toUtf8() + '\n';
+        text += status->operation->toUtf8() + '\n';
     for (const RepoStatus::File& file : status->files) {
-        buffer += changeName(file.change).toLatin1();
-        buffer += file.isStaged ? "\tstaged" : "\t-";
-        buffer += file.hasUnstaged ? "\tunstaged\t" : "\t-\t";
-        buffer += file.path.toUtf8();
-        buffer += '\n';
-        if (buffer.size() > (1 << 20) - 8192) {
-            fwrite(buffer.constData(), 1, size_t(buffer.size()), stdout);
-            buffer.clear();
-        }
+        text += changeName(file.change).toLatin1();
+        text += file.isStaged ? "\tstaged" : "\t-";
+        text += file.hasUnstaged ? "\tunstaged\t" : "\t-\t";
+        text += file.path.toUtf8();
+        text += '\n';
     }
-    buffer += summary(*status);
-    fwrite(buffer.constData(), 1, size_t(buffer.size()), stdout);
+    text += summary(*status);
+    fwrite(text.constData(), 1, size_t(text.size()), stdout);
     return 0;
 }
 
