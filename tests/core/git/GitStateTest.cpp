@@ -165,18 +165,5 @@ TEST_F(GitStateTest, HidingIgnoredFilesIsRememberedAcrossStarts)
     EXPECT_FALSE(Git(std::nullopt, nullptr).hidesIgnored());
 }
 
-TEST_F(GitStateTest, BusyLabelsArePublishedPerRepository)
-{
-    QList<FilePath> busy;
-    QObject::connect(&git, &Git::busyChanged, [&](const FilePath& root) { busy.append(root); });
-    git.setBusy(repo.root(), QStringLiteral("Pushing…"));
-    git.setBusy(repo.root(), QStringLiteral("Pushing…"));
-    EXPECT_EQ(git.busy().value(repo.root()), QStringLiteral("Pushing…"));
-    git.clearBusy(repo.root());
-    git.clearBusy(repo.root());
-    EXPECT_EQ(busy.size(), 2);
-    EXPECT_TRUE(git.busy().isEmpty());
-}
-
 } // namespace
 } // namespace orwick

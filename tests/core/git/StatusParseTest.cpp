@@ -45,7 +45,7 @@ TEST(ParseBranch, ReadsNameAndCounts)
 TEST(ParseStatus, KindsAndFlagsFollowTheTwoLetters)
 {
     const RepoStatus status = parseStatus(
-        records({"## main", " M a.txt", "MM both.txt", "?? b.txt", "A  new.txt", " D gone.txt", "D  staged-gone.txt",
+        records({"## main", " M a/b/a.txt", "MM both.txt", "?? b.txt", "A  new.txt", " D gone.txt", "D  staged-gone.txt",
                  "UU u.txt", "AA aa.txt", "DD dd.txt", "AU au.txt", "R  renamed.txt", "old.txt", "C  copy.txt", "orig.txt",
                  "T  typechange.txt"}),
         root);
@@ -55,7 +55,7 @@ TEST(ParseStatus, KindsAndFlagsFollowTheTwoLetters)
         bool staged, unstaged;
     };
     const QList<Row> expected = {
-        {"a.txt", Change::modified, false, true},       {"both.txt", Change::modified, true, true},
+        {"a/b/a.txt", Change::modified, false, true},       {"both.txt", Change::modified, true, true},
         {"b.txt", Change::untracked, false, true},      {"new.txt", Change::added, true, false},
         {"gone.txt", Change::deleted, false, true},     {"staged-gone.txt", Change::deleted, true, false},
         {"u.txt", Change::conflicted, true, true},      {"aa.txt", Change::conflicted, true, true},
@@ -72,16 +72,11 @@ TEST(ParseStatus, KindsAndFlagsFollowTheTwoLetters)
         EXPECT_EQ(file->hasUnstaged, row.unstaged) << row.path.toStdString();
         EXPECT_EQ(status.changedPaths.value(root.child(row.path)), row.change);
     }
+    // Every folder between a change and the root, the root excluded.
+    EXPECT_EQ(status.foldersWithChanges, (QSet<FilePath>{root.child(QStringLiteral("a")), root.child(QStringLiteral("a/b"))}));
     // The sources of renames and copies are consumed, not listed.
     EXPECT_FALSE(status.changedPaths.contains(root.child(QStringLiteral("old.txt"))));
     EXPECT_FALSE(status.changedPaths.contains(root.child(QStringLiteral("orig.txt"))));
-}
-
-TEST(ParseStatus, FoldersOnTheWayToAChangeExcludeTheRoot)
-{
-    const RepoStatus status = parseStatus(records({" M a/b/c.txt", "?? a/new.txt", "?? top.txt"}), root);
-    const QSet<FilePath> expected{root.child(QStringLiteral("a")), root.child(QStringLiteral("a/b"))};
-    EXPECT_EQ(status.foldersWithChanges, expected);
 }
 
 TEST(ParseStatus, FilesAreSortedNaturally)
@@ -104,18 +99,6 @@ TEST(ParseStatus, DamagedOutputIsSkippedQuietly)
     EXPECT_TRUE(parseStatus(QString(), root).files.isEmpty());
 }
 
-TEST(ParseStatus, APathLongerThan4096BytesIsKept)
-{
-    QString longPath;
-    for (int i = 0; i < 40; ++i)
-        longPath += QString(200, QChar(u'a' + i % 26)) + QLatin1Char('/');
-    longPath += QStringLiteral("deep.txt");
-    const RepoStatus status = parseStatus(records({"?? x"}) + QStringLiteral(" M ") + longPath + QChar(u'\0'), root);
-    ASSERT_EQ(status.files.size(), 2);
-    EXPECT_EQ(status.changedPaths.value(root.child(longPath)), Change::modified);
-    EXPECT_EQ(status.foldersWithChanges.size(), 40);
-}
-
 TEST(IgnoredPaths, AFolderCoversEverythingInsideIt)
 {
     const RepoStatus status = parseStatus(records({"## main", "!! build/", "!! notes.log"}), root);
@@ -129,19 +112,6 @@ TEST(IgnoredPaths, AFolderCoversEverythingInsideIt)
     EXPECT_FALSE(ignored.contains(root.child(QStringLiteral("buildx"))));
     EXPECT_FALSE(ignored.contains(root.child(QStringLiteral("src/build"))));
     EXPECT_FALSE(IgnoredPaths{root}.contains(root.child(QStringLiteral("build"))));
-}
-
-TEST(Badges, EachKindHasItsLetterAndTooltip)
-{
-    const std::pair<Change, const char*> letters[] = {{Change::modified, "M"}, {Change::added, "A"}, {Change::deleted, "D"},
-                                                      {Change::renamed, "R"},  {Change::untracked, "U"}, {Change::conflicted, "!"}};
-    QSet<QString> tooltips;
-    for (const auto& [change, letter] : letters) {
-        EXPECT_EQ(changeLetter(change), QString::fromUtf8(letter));
-        tooltips.insert(changeTooltip(change));
-    }
-    EXPECT_EQ(tooltips.size(), 6);
-    EXPECT_EQ(changeTooltip(Change::untracked), QStringLiteral("New, not yet tracked by git"));
 }
 
 } // namespace
