@@ -78,6 +78,14 @@ TEST_F(PaneGitDecorationTest, RowsAreMarkedWhenTheStatusArrives)
     EXPECT_TRUE(branchShown(QStringLiteral("main")));
 }
 
+TEST_F(PaneGitDecorationTest, InsideAnIgnoredFolderEveryRowIsDimmed)
+{
+    open(repo.path("build"));
+    ASSERT_TRUE(waitUntil([&] { return git.status(repo.root()) && pane->row(repo.path("build/x.o")) >= 0; }));
+    ASSERT_TRUE(waitUntil([&] { return data("build/x.o", Qt::ForegroundRole).isValid(); }));
+    EXPECT_EQ(data("build/x.o", Qt::ForegroundRole).value<QColor>(), theme::dimText());
+}
+
 TEST_F(PaneGitDecorationTest, HidingIgnoredFilesDropsThemFromThePane)
 {
     open(repo.root());

@@ -59,10 +59,14 @@ QVariant PaneGitDecoration::decorate(const FileItem& item, int column, int role)
             return role == GitMarkRole ? QVariant(changesBelowMark) : QVariant(changesBelowTooltip());
         return {};
     }
-    case Qt::ForegroundRole:
-        if (!m_ignored.isEmpty() && m_ignored.contains(item.url))
-            return theme::dimText();
-        return {};
+    case Qt::ForegroundRole: {
+        if (m_ignored.isEmpty())
+            return {};
+        // A row of the shown folder is ignored when the folder is, or when it is listed itself.
+        const bool ignored = item.url.parent() == m_folder ? m_folderIgnored || m_ignored.paths->contains(item.url)
+                                                           : m_ignored.contains(item.url);
+        return ignored ? QVariant(theme::dimText()) : QVariant();
+    }
     }
     return {};
 }
@@ -82,6 +86,8 @@ void PaneGitDecoration::update()
     const bool isFolder = !pane->listing();
     const RepoStatus* status = isFolder ? m_git->status(pane->url()) : nullptr;
     m_ignored = status ? status->ignored : IgnoredPaths{};
+    m_folder = pane->url();
+    m_folderIgnored = m_ignored.contains(m_folder);
 
     // Tell the pane what to hide only when that changed: each change re-arranges its rows.
     std::shared_ptr<const QSet<FilePath>> hidden;

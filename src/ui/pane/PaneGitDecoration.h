@@ -37,6 +37,8 @@ private:
     QPointer<PaneWidget> m_widget;
     QPointer<Git> m_git;
     IgnoredPaths m_ignored; // of the shown folder's repository
+    FilePath m_folder;
+    bool m_folderIgnored = false;
     std::shared_ptr<const QSet<FilePath>> m_hidden; // what the pane was last told to hide
 };
 
