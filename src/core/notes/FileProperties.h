@@ -1,0 +1,117 @@
+#pragma once
+// FileProperties: the one shared store of typed file properties and of every folder's database
+// settings. Lives on the GUI thread; views read it and change it through it.
+//
+// load() reads the properties of a listing's items on a background task (at most the first
+// 16,384 bytes of each note), one running load per folder; a newer load of the same folder
+// cancels the older, and a cancelled load publishes nothing. Writes (set, rename, renameOption,
+// deleteOption) go to the notes' front matter or to the properties attribute of other files and
+// folders, are refused for a note that changed on disk since it was read, and each becomes one
+// undo step on the stack passed in.
+//
+// Signals: valuesChanged() follows every change of values (revision() was bumped);
+// columnsChanged(folder) follows every change of a folder's settings (already saved);
+// writeFailed(message) reports a write that an undo or redo could not make.
+
+#include "async/Background.h"
+#include "files/FileItem.h"
+#include "notes/ColumnsFile.h"
+#include "notes/NoteFile.h"
+
+#include <QObject>
+#include <memory>
+
+class QUndoStack;
+
+namespace orwick {
+
+class FileProperties : public QObject {
+    Q_OBJECT
+public:
+    // Reads the folder settings from `columnsFile` (columns.json in Orwick's data folder).
+    explicit FileProperties(QObject* parent = nullptr, FilePath columnsFile = ColumnsFile::location());
+    ~FileProperties() override;
+
+    // Properties by file; only files with at least one property have an entry.
+    const QHash<FilePath, PropertyMap>& values() const { return m_values; }
+    std::optional<PropertyValue> value(const FilePath& path, const QString& key) const;
+    int revision() const { return m_revision; }
+
+    void load(const FileItems& items);
+    bool isLoading() const;
+    // Puts loaded results in place (load() does this on arrival).
+    void apply(const QList<notefile::Loaded>& loaded);
+
+    // Sets `key` on every path (removes it when `value` is absent): one undo step "Set key".
+    Status set(const QString& key, const std::optional<PropertyValue>& value, const QList<FilePath>& paths,
+               QUndoStack* undo = nullptr);
+    // Renames a key on every item of the folder that has it, and in the folder's settings.
+    Status rename(const QString& key, const QString& newKey, const FilePath& folder, const FileItems& items,
+                  QUndoStack* undo = nullptr);
+    Status renameOption(const QString& key, const QString& from, const QString& to, const FilePath& folder,
+                        const FileItems& items, QUndoStack* undo = nullptr);
+    Status deleteOption(const QString& option, const QString& key, const FilePath& folder, const FileItems& items,
+                        QUndoStack* undo = nullptr);
+    // Moves an option before `before` (to the end when absent) in the folder's option order.
+    void moveOption(const QString& option, const QString& key, const std::optional<QString>& before,
+                    const FilePath& folder, const FileItems& items);
+    void setColor(int index, const QString& option, const QString& key, const FilePath& folder);
+
+    // The folder's settings, or empty defaults.
+    FolderColumns columns(const FilePath& folder) const;
+    // Replaces and saves a folder's settings (shown columns, widths, filters, layout…).
+    Status setColumns(const FilePath& folder, const FolderColumns& columns);
+
+    PropertyType type(const QString& key, const FilePath& folder, const FileItems& items) const;
+    QStringList options(const QString& key, const FilePath& folder, const FileItems& items) const;
+    QList<PropertyColumn> shownColumns(const FilePath& folder, const FileItems& items) const;
+    // Every key the items carry, sorted.
+    QStringList keys(const FileItems& items) const;
+
+    // The items that pass every filter of the folder, in their order.
+    FileItems filtered(const FileItems& items, const FilePath& folder) const;
+    // Sort values of one key for the arrangement, as a snapshot that is safe on any thread.
+    std::function<std::optional<SortValue>(const FilePath&)> sortValues(const QString& key, PropertyType type) const;
+
+    // One file's part of an undo step: the changes that make it and those that take it back.
+    struct FileEdit {
+        FilePath path;
+        QList<notefile::Change> forward;
+        QList<notefile::Change> backward;
+    };
+    // Writes each file's forward or backward changes; returns the edits that were written and
+    // the sentences of those that were not.
+    struct EditOutcome {
+        QList<FileEdit> written;
+        QStringList failures;
+    };
+    EditOutcome applyEdits(const QList<FileEdit>& edits, bool forward);
+    // Puts a folder's settings back as they were (undo), saving them.
+    void restoreColumns(const FilePath& folder, const std::optional<FolderColumns>& columns);
+
+Q_SIGNALS:
+    void valuesChanged();
+    void columnsChanged(const FilePath& folder);
+    void writeFailed(const QString& message);
+
+private:
+    PropertyMap currentProperties(const FilePath& path);
+    Status commit(const QString& title, const QList<FileEdit>& edits, const FilePath& folder,
+                  const std::optional<FolderColumns>& columnsAfter, QUndoStack* undo);
+    void saveColumns();
+    void bump();
+
+    FilePath m_columnsPath;
+    ColumnsFile m_columns;
+    QHash<FilePath, PropertyMap> m_values;
+    QHash<FilePath, notefile::Fingerprint> m_versions;   // notes as last read or written
+    QHash<FilePath, quint64> m_writtenAt;                // write serial of each written file
+    quint64 m_writeSerial = 0;
+    QHash<FilePath, std::shared_ptr<TaskSlot>> m_loads;  // one per folder
+    int m_revision = 0;
+};
+
+// One failure sentence for a batch: the only one, or how many failed and the first reason.
+QString summarizeFailures(const QStringList& failures, qsizetype total);
+
+} // namespace orwick

@@ -1,0 +1,346 @@
+#include "notes/NoteFile.h"
+
+#include "platform/Xattr.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QStringDecoder>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orwick::notefile {
+
+namespace {
+
+Fingerprint versionOf(const struct stat& st)
+{
+    return {qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size), quint64(st.st_ino)};
+}
+
+class Fd {
+public:
+    explicit Fd(int fd) : m_fd(fd) {}
+    ~Fd()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    Fd(const Fd&) = delete;
+    Fd& operator=(const Fd&) = delete;
+    int get() const { return m_fd; }
+    bool ok() const { return m_fd >= 0; }
+
+private:
+    int m_fd;
+};
+
+// Reads up to `limit` bytes (all when negative).
+bool readUpTo(int fd, QByteArray& out, qsizetype limit)
+{
+    qsizetype chunk = limit >= 0 ? limit : 65536;
+    for (;;) {
+        const qsizetype at = out.size();
+        out.resize(at + chunk);
+        const ssize_t n = ::read(fd, out.data() + at, size_t(chunk));
+        if (n < 0 && errno == EINTR) {
+            out.resize(at);
+            continue;
+        }
+        if (n <= 0) {
+            out.resize(at);
+            return n == 0;
+        }
+        out.resize(at + n);
+        if (limit >= 0) {
+            if (out.size() >= limit)
+                return true;
+            chunk = limit - out.size();
+        }
+    }
+}
+
+// Drops a multi-byte UTF-8 sequence that the head cut short.
+QByteArrayView withoutCutCharacter(QByteArrayView bytes)
+{
+    qsizetype end = bytes.size();
+    qsizetype back = 0;
+    while (back < 3 && end - back > 0 && (uchar(bytes[end - back - 1]) & 0xC0) == 0x80)
+        ++back;
+    if (end - back == 0)
+        return bytes;
+    const uchar lead = uchar(bytes[end - back - 1]);
+    const int length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+    if (length > 1 && length > back + 1)
+        return bytes.first(end - back - 1);
+    return bytes;
+}
+
+std::optional<QString> decodeUtf8(QByteArrayView bytes)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString text = decoder.decode(bytes);
+    if (decoder.hasError())
+        return std::nullopt;
+    return text;
+}
+
+PropertyMap toMap(const QList<FrontMatter::Property>& properties)
+{
+    PropertyMap map;
+    for (const FrontMatter::Property& property : properties)
+        if (!map.contains(property.key)) // the first of a repeated key counts
+            map.insert(property.key, PropertyValue::fromYaml(property));
+    return map;
+}
+
+QString name(const FilePath& path) { return path.fileName(); }
+
+QString writeFailure(const FilePath& path, int error)
+{
+    if (error == ENOSPC || error == EDQUOT)
+        return QStringLiteral("There’s no room left on the disk for “%1”.").arg(name(path));
+    if (error == EACCES || error == EPERM || error == EROFS)
+        return QStringLiteral("“%1” can’t be changed: no permission.").arg(name(path));
+    return QStringLiteral("Couldn’t write “%1”.").arg(name(path));
+}
+
+Result<std::optional<Fingerprint>> writeAttribute(const FilePath& path, const QList<Change>& changes)
+{
+    QJsonObject object;
+    if (const auto stored = xattr::get(path, xattr::properties)) {
+        const QJsonDocument document = QJsonDocument::fromJson(*stored);
+        if (!document.isObject())
+            return failure(QStringLiteral("The properties stored on “%1” can’t be read, so they were left as they are.").arg(name(path)));
+        object = document.object();
+    }
+    const QJsonObject before = object;
+    for (const Change& change : changes) {
+        if (change.key.isEmpty() || (change.renameTo && change.renameTo->isEmpty()))
+            return failure(QStringLiteral("A property needs a name."));
+        if (change.renameTo) {
+            if (object.contains(change.key))
+                object.insert(*change.renameTo, object.take(change.key));
+        } else if (change.value)
+            object.insert(change.key, change.value->toJson());
+        else
+            object.remove(change.key);
+    }
+    if (object == before)
+        return std::optional<Fingerprint>();
+    const Status status = object.isEmpty() ? xattr::remove(path, xattr::properties)
+                                           : xattr::set(path, xattr::properties, QJsonDocument(object).toJson(QJsonDocument::Compact));
+    if (!status)
+        return failure(status.error());
+    return std::optional<Fingerprint>();
+}
+
+} // namespace
+
+bool isNote(const FilePath& path)
+{
+    const QString extension = path.extension();
+    return extension == u"md" || extension == u"markdown" || extension == u"mdown" || extension == u"mkd"
+        || extension == u"mdx";
+}
+
+QString changedOnDiskMessage(const FilePath& path)
+{
+    return QStringLiteral("“%1” changed on disk since it was read, so nothing was written. Try again once it has reloaded.")
+        .arg(name(path));
+}
+
+QString notUtf8Message(const FilePath& path)
+{
+    return QStringLiteral("“%1” isn’t UTF-8 text, so it was left as it is.").arg(name(path));
+}
+
+PropertyMap propertiesOfNoteText(QByteArrayView bytes)
+{
+    if (!bytes.startsWith("---"))
+        return {};
+    const auto text = decodeUtf8(withoutCutCharacter(bytes));
+    if (!text)
+        return {};
+    const auto properties = FrontMatter::read(*text);
+    return properties ? toMap(*properties) : PropertyMap();
+}
+
+Loaded read(const FilePath& path, bool isFolder)
+{
+    Loaded loaded{path, {}, std::nullopt};
+    if (isFolder || !isNote(path)) {
+        if (const auto stored = xattr::get(path, xattr::properties)) {
+            const QJsonDocument document = QJsonDocument::fromJson(*stored);
+            if (document.isObject())
+                loaded.values = propertyMapFromJson(document.object());
+        }
+        return loaded;
+    }
+    Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    struct stat st;
+    if (!fd.ok() || ::fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode))
+        return loaded;
+    loaded.fingerprint = versionOf(st);
+    QByteArray head;
+    head.reserve(st.st_size < kHeadBytes ? qsizetype(st.st_size) + 1 : kHeadBytes);
+    if (readUpTo(fd.get(), head, kHeadBytes))
+        loaded.values = propertiesOfNoteText(head);
+    return loaded;
+}
+
+std::optional<QList<Loaded>> readAll(const QList<Target>& targets, const CancelFlag* cancel)
+{
+    QList<Loaded> results;
+    results.reserve(targets.size());
+    for (const Target& target : targets) {
+        if (cancel && cancel->isCancelled())
+            return std::nullopt;
+        results.append(read(target.path, target.isFolder));
+    }
+    return results;
+}
+
+std::optional<Fingerprint> fingerprint(const FilePath& path)
+{
+    struct stat st;
+    if (::stat(path.c_str(), &st) != 0)
+        return std::nullopt;
+    return versionOf(st);
+}
+
+Result<FileBytes> readFile(const FilePath& path)
+{
+    Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    struct stat st;
+    if (!fd.ok() || ::fstat(fd.get(), &st) != 0) {
+        if (errno == ENOENT)
+            return failure(QStringLiteral("“%1” is no longer there.").arg(name(path)));
+        return failure(QStringLiteral("Couldn’t read “%1”.").arg(name(path)));
+    }
+    if (!S_ISREG(st.st_mode))
+        return failure(QStringLiteral("“%1” isn’t a file.").arg(name(path)));
+    FileBytes file{{}, versionOf(st), unsigned(st.st_mode)};
+    file.bytes.reserve(qsizetype(st.st_size));
+    if (!readUpTo(fd.get(), file.bytes, -1))
+        return failure(QStringLiteral("Couldn’t read “%1”.").arg(name(path)));
+    return file;
+}
+
+Result<QString> applyToNoteText(const QString& text, const QList<Change>& changes, const QString& noteName)
+{
+    const qsizetype firstEnd = text.indexOf(u'\n');
+    QStringView firstLine = QStringView(text).first(firstEnd < 0 ? text.size() : firstEnd);
+    if (firstLine.endsWith(u'\r'))
+        firstLine.chop(1);
+    const bool opensBlock = propertytext::trimmed(firstLine) == u"---";
+    const auto before = FrontMatter::read(text);
+    if (opensBlock && !before)
+        return failure(QStringLiteral("The front matter of “%1” is written in a way Orwick doesn’t change, so the note was left as it is.")
+                           .arg(noteName));
+    PropertyMap expected = before ? toMap(*before) : PropertyMap();
+    QString result = text;
+    for (const Change& change : changes) {
+        const QString& key = change.renameTo ? *change.renameTo : change.key;
+        if (!FrontMatter::isWritableKey(key))
+            return failure(QStringLiteral("“%1” can’t be used as a property name in a note.").arg(key));
+        if (change.renameTo) {
+            if (expected.contains(change.key)) {
+                expected.insert(*change.renameTo, expected.take(change.key));
+                result = FrontMatter::renaming(change.key, *change.renameTo, result);
+            }
+            continue;
+        }
+        if (!change.value) {
+            expected.remove(change.key);
+            result = FrontMatter::setting(change.key, std::nullopt, result);
+            continue;
+        }
+        const QString yaml = FrontMatter::yaml(*change.value);
+        // What the line will read back as: backslash escapes stay, "12" reads as a number.
+        const auto line = FrontMatter::parse(change.key + QStringLiteral(": ") + yaml);
+        if (!line || line->size() != 1)
+            return failure(QStringLiteral("The value of “%1” can’t be kept in a note’s front matter (it spans lines).").arg(change.key));
+        expected.insert(change.key, PropertyValue::fromYaml(line->first()));
+        result = FrontMatter::setting(change.key, yaml, result);
+    }
+    const auto after = FrontMatter::read(result);
+    if (!after || toMap(*after) != expected)
+        return failure(QStringLiteral("The front matter of “%1” is written in a way Orwick doesn’t change, so the note was left as it is.")
+                           .arg(noteName));
+    return result;
+}
+
+Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original, const Fingerprint& originalVersion,
+                                const QByteArray& bytes, const std::function<void()>& beforeCommit)
+{
+    const QByteArray pattern = path.parent().child(QByteArrayView(QByteArray("." + path.fileNameBytes() + ".orwick-XXXXXX"))).native();
+    QByteArray temp = pattern;
+    Fd fd(::mkstemp(temp.data()));
+    if (!fd.ok())
+        return failure(writeFailure(path, errno));
+    auto discard = [&](int error) {
+        ::unlink(temp.constData());
+        return failure(writeFailure(path, error));
+    };
+    struct stat st;
+    if (::stat(path.c_str(), &st) == 0)
+        ::fchmod(fd.get(), st.st_mode & 07777);
+    for (qsizetype written = 0; written < bytes.size();) {
+        const ssize_t n = ::write(fd.get(), bytes.constData() + written, size_t(bytes.size() - written));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return discard(n < 0 ? errno : ENOSPC);
+        written += n;
+    }
+    if (::fsync(fd.get()) != 0)
+        return discard(errno);
+    struct stat written;
+    if (::fstat(fd.get(), &written) != 0)
+        return discard(errno);
+    if (beforeCommit)
+        beforeCommit();
+    // The last look before the swap: another program's change since the read wins.
+    const auto now = readFile(path);
+    if (!now || now->version != originalVersion || now->bytes != original) {
+        ::unlink(temp.constData());
+        return failure(changedOnDiskMessage(path));
+    }
+    if (::rename(temp.constData(), path.c_str()) != 0)
+        return discard(errno);
+    return versionOf(written);
+}
+
+Result<std::optional<Fingerprint>> write(const FilePath& path, bool isFolder, const QList<Change>& changes,
+                                         const WriteOptions& options)
+{
+    if (isFolder || !isNote(path))
+        return writeAttribute(path, changes);
+    // Write where a linked note really lives, so the link stays a link.
+    char resolved[PATH_MAX];
+    const FilePath target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
+    auto file = readFile(target);
+    if (!file)
+        return failure(file.error());
+    if (options.expected && *options.expected != file->version)
+        return failure(changedOnDiskMessage(path));
+    const auto text = decodeUtf8(file->bytes);
+    if (!text)
+        return failure(notUtf8Message(path));
+    const auto changed = applyToNoteText(*text, changes, path.fileName());
+    if (!changed)
+        return failure(changed.error());
+    const QByteArray bytes = changed->toUtf8();
+    if (bytes == file->bytes)
+        return std::optional(file->version);
+    const auto written = replaceFile(target, file->bytes, file->version, bytes, options.beforeCommit);
+    if (!written)
+        return failure(written.error());
+    return std::optional(*written);
+}
+
+} // namespace orwick::notefile
