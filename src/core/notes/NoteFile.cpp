@@ -97,6 +97,35 @@ PropertyMap toMap(const QList<FrontMatter::Property>& properties)
     return map;
 }
 
+// "---" directly followed by "---": a front matter with nothing in it.
+bool startsWithEmptyBlock(const QString& text)
+{
+    const QList<QStringView> lines = QStringView(text).split(u'\n');
+    auto bare = [](QStringView line) { return line.endsWith(u'\r') ? line.chopped(1) : line; };
+    return lines.size() >= 2 && bare(lines[0]) == u"---" && bare(lines[1]) == u"---";
+}
+
+// The properties of a whole note; nothing when it opens a front matter that can't be read.
+std::optional<PropertyMap> frontMatterOf(const QString& text)
+{
+    const qsizetype firstEnd = text.indexOf(u'\n');
+    QStringView firstLine = QStringView(text).first(firstEnd < 0 ? text.size() : firstEnd);
+    if (firstLine.endsWith(u'\r'))
+        firstLine.chop(1);
+    if (propertytext::trimmed(firstLine) != u"---")
+        return PropertyMap();
+    const auto properties = FrontMatter::read(text);
+    if (!properties)
+        return std::nullopt;
+    return toMap(*properties);
+}
+
+QString unreadableMessage(const QString& noteName)
+{
+    return QStringLiteral("The front matter of “%1” is written in a way Orwick doesn’t change, so the note was left as it is.")
+        .arg(noteName);
+}
+
 QString name(const FilePath& path) { return path.fileName(); }
 
 QString writeFailure(const FilePath& path, int error)
@@ -232,16 +261,10 @@ Result<FileBytes> readFile(const FilePath& path)
 
 Result<QString> applyToNoteText(const QString& text, const QList<Change>& changes, const QString& noteName)
 {
-    const qsizetype firstEnd = text.indexOf(u'\n');
-    QStringView firstLine = QStringView(text).first(firstEnd < 0 ? text.size() : firstEnd);
-    if (firstLine.endsWith(u'\r'))
-        firstLine.chop(1);
-    const bool opensBlock = propertytext::trimmed(firstLine) == u"---";
-    const auto before = FrontMatter::read(text);
-    if (opensBlock && !before)
-        return failure(QStringLiteral("The front matter of “%1” is written in a way Orwick doesn’t change, so the note was left as it is.")
-                           .arg(noteName));
-    PropertyMap expected = before ? toMap(*before) : PropertyMap();
+    const auto before = frontMatterOf(text);
+    if (!before)
+        return failure(unreadableMessage(noteName));
+    PropertyMap expected = *before;
     QString result = text;
     for (const Change& change : changes) {
         const QString& key = change.renameTo ? *change.renameTo : change.key;
@@ -267,10 +290,13 @@ Result<QString> applyToNoteText(const QString& text, const QList<Change>& change
         expected.insert(change.key, PropertyValue::fromYaml(line->first()));
         result = FrontMatter::setting(change.key, yaml, result);
     }
-    const auto after = FrontMatter::read(result);
-    if (!after || toMap(*after) != expected)
-        return failure(QStringLiteral("The front matter of “%1” is written in a way Orwick doesn’t change, so the note was left as it is.")
-                           .arg(noteName));
+    // Removing the last property takes the then empty front matter with it.
+    if (expected.isEmpty() && !before->isEmpty() && startsWithEmptyBlock(result)) {
+        const qsizetype secondEnd = result.indexOf(u'\n', result.indexOf(u'\n') + 1);
+        result = secondEnd < 0 ? QString() : result.sliced(secondEnd + 1);
+    }
+    if (frontMatterOf(result) != expected)
+        return failure(unreadableMessage(noteName));
     return result;
 }
 

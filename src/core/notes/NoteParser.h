@@ -1,0 +1,39 @@
+#pragma once
+// NoteParser: what one note holds for the notes layer — its tasks (list items with a checkbox,
+// open or done) and its links (Markdown link targets and wiki-link names). toggleTask() flips a
+// task in its file, keeping every other byte. Pure apart from toggleTask(); safe on any thread.
+
+#include "base/Result.h"
+#include "files/FilePath.h"
+
+#include <QDate>
+#include <QSet>
+#include <QStringList>
+
+namespace orwick {
+
+struct NoteTask {
+    FilePath note;
+    int line = 0;          // 1-based line number in the note
+    QString text;          // after the checkbox
+    bool isDone = false;
+    QStringList mentions;  // wiki names and link targets inside the task's text
+    bool operator==(const NoteTask&) const = default;
+};
+
+struct NoteParser {
+    FilePath note;
+    QList<NoteTask> tasks;
+    QSet<FilePath> linkedPaths; // local link targets, resolved against the note's folder
+    QStringList wikiNames;      // [[name]] targets, before any "|" or "#", in order
+
+    static NoteParser parse(const FilePath& note, const QString& text);
+    // Reads the note; a note that can't be read or isn't UTF-8 gives a failure sentence.
+    [[nodiscard]] static Result<NoteParser> read(const FilePath& note);
+};
+
+// Toggles the task on `line` (1-based) of the note, as TaskDates::toggle does, and writes the
+// note back. Refused when that line is no longer a task or the note changed while being written.
+[[nodiscard]] Status toggleTask(const FilePath& note, int line, QDate today);
+
+} // namespace orwick

@@ -1,0 +1,272 @@
+// The shared property store over real folders: loading in the background, writing with undo,
+// renaming keys and options across a folder, settings in columns.json, filtering and sorting.
+
+#include "files/Arrangement.h"
+#include "notes/FileProperties.h"
+#include "support/TempHome.h"
+#include "support/TestMain.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+using namespace orwick;
+using orwick::test::readAll;
+using orwick::test::TempTree;
+using orwick::test::waitUntil;
+
+namespace {
+
+FileItems itemsOf(const QList<FilePath>& paths)
+{
+    FileItems items;
+    for (const FilePath& path : paths)
+        items.append(FileItem::make(path));
+    return items;
+}
+
+// Counts a signal's emissions.
+struct Counter {
+    template <class Signal>
+    Counter(FileProperties* store, Signal signal)
+    {
+        QObject::connect(store, signal, [this] { ++count; });
+    }
+    int count = 0;
+};
+
+class FilePropertiesTest : public testing::Test {
+protected:
+    FilePath columnsFile() const { return m_tree.path("data/columns.json"); }
+    void loadAll(FileProperties& store, const FileItems& items)
+    {
+        const int revision = store.revision();
+        store.load(items);
+        ASSERT_TRUE(waitUntil([&] { return store.revision() > revision; }));
+    }
+    TempTree m_tree;
+};
+
+TEST_F(FilePropertiesTest, LoadsNotesAndAttributesInTheBackground)
+{
+    const FilePath a = m_tree.file(QString("notes/a.md"), "---\nstatus: done\ncount: 2\n---\n");
+    const FilePath b = m_tree.file(QString("notes/b.md"), "no front matter");
+    const FilePath c = m_tree.file(QString("notes/c.png"), "png");
+    ASSERT_TRUE(notefile::write(c, false, {{"rating", PropertyValue::ofNumber(5), {}}}));
+    FileProperties store(nullptr, columnsFile());
+    Counter changed(&store, &FileProperties::valuesChanged);
+    loadAll(store, itemsOf({a, b, c}));
+    EXPECT_EQ(store.value(a, "status"), PropertyValue::ofText("done"));
+    EXPECT_EQ(store.value(a, "count"), PropertyValue::ofNumber(2));
+    EXPECT_EQ(store.value(c, "rating"), PropertyValue::ofNumber(5));
+    EXPECT_FALSE(store.values().contains(b)); // only files with properties have an entry
+    EXPECT_EQ(changed.count, 1);
+    EXPECT_FALSE(store.isLoading());
+}
+
+TEST_F(FilePropertiesTest, ANewerLoadOfTheFolderReplacesTheOlder)
+{
+    QList<FilePath> paths;
+    for (int i = 0; i < 300; ++i)
+        paths.append(m_tree.file(QString("f/n%1.md").arg(i), "---\nold: 1\n---\n"));
+    FileProperties store(nullptr, columnsFile());
+    store.load(itemsOf(paths)); // superseded at once: publishes nothing
+    m_tree.file(QString("f/n0.md"), "---\nnew: 1\n---\n");
+    loadAll(store, itemsOf({paths.first()}));
+    ASSERT_TRUE(waitUntil([&] { return !store.isLoading(); }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(store.value(paths.first(), "new"), PropertyValue::ofNumber(1));
+    EXPECT_FALSE(store.values().contains(paths.last()));
+}
+
+TEST_F(FilePropertiesTest, SetIsOneUndoStep)
+{
+    const QByteArray aBefore = "---\nstatus: open\n---\nA body\n";
+    const FilePath a = m_tree.file(QString("n/a.md"), aBefore);
+    const FilePath b = m_tree.file(QString("n/b.md"), "B body\n");
+    const FilePath c = m_tree.file(QString("n/c.txt"), "C");
+    FileProperties store(nullptr, columnsFile());
+    QUndoStack undo;
+    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a, b, c}, &undo));
+    EXPECT_EQ(undo.count(), 1);
+    EXPECT_EQ(undo.undoText(), "Set status");
+    EXPECT_EQ(readAll(a), "---\nstatus: done\n---\nA body\n");
+    EXPECT_EQ(readAll(b), "---\nstatus: done\n---\nB body\n");
+    EXPECT_EQ(store.value(c, "status"), PropertyValue::ofText("done"));
+    undo.undo();
+    EXPECT_EQ(readAll(a), aBefore);
+    EXPECT_EQ(readAll(b), "B body\n");
+    EXPECT_FALSE(store.values().contains(c));
+    undo.redo();
+    EXPECT_EQ(store.value(b, "status"), PropertyValue::ofText("done"));
+}
+
+TEST_F(FilePropertiesTest, NoteChangedSinceLoadIsRefusedAndKept)
+{
+    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: open\n---\n");
+    FileProperties store(nullptr, columnsFile());
+    loadAll(store, itemsOf({a}));
+    const QByteArray theirs = "---\nstatus: open\n---\nTheir new paragraph.\n";
+    m_tree.file(QString("n/a.md"), theirs);
+    QUndoStack undo;
+    const Status status = store.set("status", PropertyValue::ofText("done"), {a}, &undo);
+    ASSERT_FALSE(status);
+    EXPECT_TRUE(status.error().contains("changed on disk"));
+    EXPECT_EQ(readAll(a), theirs);
+    EXPECT_EQ(undo.count(), 0);
+    // The refusal re-read the note, so trying again works and keeps their paragraph.
+    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &undo));
+    EXPECT_EQ(readAll(a), "---\nstatus: done\n---\nTheir new paragraph.\n");
+}
+
+TEST_F(FilePropertiesTest, UndoAfterAnotherChangeIsReportedNotForced)
+{
+    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: open\n---\n");
+    FileProperties store(nullptr, columnsFile());
+    QUndoStack undo;
+    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &undo));
+    const QByteArray theirs = "---\nstatus: done\n---\nedited elsewhere\n";
+    m_tree.file(QString("n/a.md"), theirs);
+    Counter failed(&store, &FileProperties::writeFailed);
+    undo.undo();
+    EXPECT_EQ(failed.count, 1);
+    EXPECT_EQ(readAll(a), theirs);
+}
+
+TEST_F(FilePropertiesTest, RenameAcrossTheFolder)
+{
+    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: open\nx: 1\n---\n");
+    const FilePath b = m_tree.file(QString("n/b.md"), "---\nother: 1\n---\n");
+    const FilePath c = m_tree.file(QString("n/c.txt"), "C");
+    const FilePath folder = a.parent();
+    FileProperties store(nullptr, columnsFile());
+    ASSERT_TRUE(store.set("status", PropertyValue::ofText("open"), {c}));
+    FolderColumns columns;
+    columns.shown = {"status"};
+    columns.widths.insert("status", 120);
+    ASSERT_TRUE(store.setColumns(folder, columns));
+    const FileItems items = itemsOf({a, b, c});
+    QUndoStack undo;
+    ASSERT_TRUE(store.rename("status", "state", folder, items, &undo));
+    EXPECT_EQ(undo.undoText(), "Rename status");
+    EXPECT_EQ(readAll(a), "---\nstate: open\nx: 1\n---\n");
+    EXPECT_EQ(readAll(b), "---\nother: 1\n---\n");
+    EXPECT_EQ(store.value(c, "state"), PropertyValue::ofText("open"));
+    EXPECT_EQ(store.columns(folder).shown, QStringList{"state"});
+    EXPECT_EQ(store.columns(folder).widths.value("state"), 120);
+    undo.undo();
+    EXPECT_EQ(readAll(a), "---\nstatus: open\nx: 1\n---\n");
+    EXPECT_EQ(store.value(c, "status"), PropertyValue::ofText("open"));
+    EXPECT_EQ(store.columns(folder).shown, QStringList{"status"});
+}
+
+TEST_F(FilePropertiesTest, RenameAndDeleteOptions)
+{
+    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: done\ntags: [done, x]\n---\n");
+    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstatus: open\n---\n");
+    const FilePath folder = a.parent();
+    const FileItems items = itemsOf({a, b});
+    FileProperties store(nullptr, columnsFile());
+    loadAll(store, items);
+    store.setColor(3, "done", "status", folder);
+    QUndoStack undo;
+    ASSERT_TRUE(store.renameOption("status", "done", "finished", folder, items, &undo));
+    EXPECT_EQ(undo.undoText(), "Rename done");
+    EXPECT_EQ(store.value(a, "status"), PropertyValue::ofText("finished"));
+    EXPECT_EQ(store.value(a, "tags"), PropertyValue::ofList({"done", "x"})); // other keys untouched
+    EXPECT_EQ(store.columns(folder).optionColors.value("status").value("finished"), 3);
+    ASSERT_TRUE(store.deleteOption("done", "tags", folder, items, &undo));
+    EXPECT_EQ(undo.undoText(), "Delete done");
+    EXPECT_EQ(readAll(a), "---\nstatus: finished\ntags: [x]\n---\n");
+    undo.undo();
+    undo.undo();
+    EXPECT_EQ(readAll(a), "---\nstatus: done\ntags: [done, x]\n---\n");
+    EXPECT_EQ(store.columns(folder).optionColors.value("status").value("done"), 3);
+}
+
+TEST_F(FilePropertiesTest, TypesOptionsAndOrder)
+{
+    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstage: b\nn: 1\n---\n");
+    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstage: a\nn: 2\n---\n");
+    const FilePath c = m_tree.file(QString("n/c.md"), "---\nstage: b\nn: x\n---\n");
+    const FilePath folder = a.parent();
+    const FileItems items = itemsOf({a, b, c});
+    FileProperties store(nullptr, columnsFile());
+    loadAll(store, items);
+    EXPECT_EQ(store.type("stage", folder, items), PropertyType::select);
+    EXPECT_EQ(store.type("n", folder, items), PropertyType::text);
+    EXPECT_EQ(store.options("stage", folder, items), (QStringList{"b", "a"}));
+    store.moveOption("a", "stage", QString("b"), folder, items);
+    EXPECT_EQ(store.options("stage", folder, items), (QStringList{"a", "b"}));
+    FolderColumns columns = store.columns(folder);
+    columns.types.insert("n", PropertyType::number);
+    ASSERT_TRUE(store.setColumns(folder, columns));
+    EXPECT_EQ(store.type("n", folder, items), PropertyType::number);
+    EXPECT_EQ(store.keys(items), (QStringList{"n", "stage"}));
+}
+
+TEST_F(FilePropertiesTest, FilteredKeepsOrderAndJoinsWithAnd)
+{
+    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: done\ntags: [x, y]\n---\n");
+    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstatus: open\ntags: [y]\n---\n");
+    const FilePath c = m_tree.file(QString("n/c.md"), "---\nstatus: done\n---\n");
+    const FilePath folder = a.parent();
+    const FileItems items = itemsOf({a, b, c});
+    FileProperties store(nullptr, columnsFile());
+    loadAll(store, items);
+    EXPECT_EQ(store.filtered(items, folder), items);
+    FolderColumns columns;
+    columns.filters = {{QUuid::createUuid(), "status", PropertyFilter::Condition::equals, "DONE"},
+                       {QUuid::createUuid(), "tags", PropertyFilter::Condition::contains, "Y"}};
+    ASSERT_TRUE(store.setColumns(folder, columns));
+    EXPECT_EQ(store.filtered(items, folder), itemsOf({a}));
+}
+
+TEST_F(FilePropertiesTest, SettingsPersistAndDamagedEntriesSurvive)
+{
+    const FilePath folder = m_tree.folder("n");
+    {
+        FileProperties store(nullptr, columnsFile());
+        FolderColumns columns;
+        columns.shown = {"a"};
+        columns.layout = "board";
+        columns.filters = {{QUuid::createUuid(), "a", PropertyFilter::Condition::filled, ""}};
+        ASSERT_TRUE(store.setColumns(folder, columns));
+    }
+    // Another folder's entry lacks required fields: kept as it was.
+    QJsonObject json = QJsonDocument::fromJson(readAll(columnsFile())).object();
+    json.insert("/elsewhere", QJsonObject{{"shown", 3}});
+    m_tree.file(QString("data/columns.json"), QJsonDocument(json).toJson());
+    FileProperties store(nullptr, columnsFile());
+    EXPECT_EQ(store.columns(folder).layout, QString("board"));
+    EXPECT_EQ(store.columns(folder).filters.size(), 1);
+    store.setColor(1, "x", "a", folder);
+    EXPECT_TRUE(readAll(columnsFile()).contains("\"/elsewhere\""));
+    EXPECT_EQ(store.columns(m_tree.folder("other")), FolderColumns());
+}
+
+TEST_F(FilePropertiesTest, DamagedColumnsFileGivesNoSettings)
+{
+    m_tree.file(QString("data/columns.json"), "{ damaged");
+    FileProperties store(nullptr, columnsFile());
+    EXPECT_EQ(store.columns(m_tree.root()), FolderColumns());
+}
+
+TEST_F(FilePropertiesTest, PropertySortPlugsIntoTheArrangement)
+{
+    const FilePath a = m_tree.file(QString("n/a.md"), "---\ndue: 2024-03-01\n---\n");
+    const FilePath b = m_tree.file(QString("n/b.md"), "---\ndue: someday\n---\n");
+    const FilePath c = m_tree.file(QString("n/c.md"), "---\ndue: 2024-01-15\n---\n");
+    const FilePath d = m_tree.file(QString("n/d.md"), "no date");
+    const FileItems items = itemsOf({a, b, c, d});
+    FileProperties store(nullptr, columnsFile());
+    loadAll(store, items);
+    const auto lookup = store.sortValues("due", PropertyType::date);
+    EXPECT_EQ(lookup(d), std::nullopt);
+    QList<SortValue> keys{*lookup(a), *lookup(b), *lookup(c)};
+    std::sort(keys.begin(), keys.end(), [](const SortValue& x, const SortValue& y) { return compareSortValues(x, y) < 0; });
+    EXPECT_EQ(keys, (QList<SortValue>{*lookup(c), *lookup(a), *lookup(b)}));
+}
+
+} // namespace

@@ -1,0 +1,241 @@
+// Reading and writing properties of real files: notes' front matter and other files' attribute,
+// and every way a write is refused without changing the file.
+
+#include "notes/NoteFile.h"
+#include "platform/Xattr.h"
+#include "support/TempHome.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+using namespace orwick;
+using namespace orwick::notefile;
+using orwick::test::readAll;
+using orwick::test::TempTree;
+
+namespace {
+
+PropertyMap readNote(const FilePath& path) { return read(path, false).values; }
+
+struct ReadCase {
+    const char* name;
+    QByteArray content;
+    PropertyMap expected;
+};
+
+class ReadTest : public testing::TestWithParam<ReadCase> {};
+
+TEST_P(ReadTest, ReadsOnlyWhatItUnderstands)
+{
+    TempTree tree;
+    EXPECT_EQ(readNote(tree.file(QString("note.md"), GetParam().content)), GetParam().expected);
+}
+
+const PropertyMap kStatus{{"status", PropertyValue::ofText("done")}};
+
+INSTANTIATE_TEST_SUITE_P(
+    NoteFile, ReadTest,
+    testing::Values(ReadCase{"plain", "---\nstatus: done\n---\nbody", kStatus},
+                    ReadCase{"windowsLineEndings", "---\r\nstatus: done\r\n---\r\nbody\r\n", kStatus},
+                    ReadCase{"notUtf8", "---\nstatus: d\xffne\n---\n", {}},
+                    ReadCase{"notUtf8InBodyWithinHead", "---\nstatus: done\n---\n\xc3\x28", {}},
+                    ReadCase{"unclosed", "---\nstatus: done\n", {}},
+                    ReadCase{"nestedMap", "---\nstatus: done\nmeta:\n  a: 1\n---\n", {}},
+                    ReadCase{"blockScalar", "---\nstatus: done\ntext: |\n---\n", {}},
+                    ReadCase{"flowMap", "---\nstatus: done\nm: {a: 1}\n---\n", {}},
+                    ReadCase{"repeatedKeyFirstWins", "---\nstatus: done\nstatus: open\n---\n", kStatus},
+                    ReadCase{"noFrontMatter", "status: done\n", {}},
+                    ReadCase{"empty", "", {}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(NoteFile, ReadsOnlyTheHeadOfANote)
+{
+    TempTree tree;
+    const QByteArray block = "---\nstatus: done\n";
+    const QByteArray padding(kHeadBytes, '#');
+    // The closing line lies past the first 16,384 bytes: no properties.
+    EXPECT_TRUE(readNote(tree.file(QString("late.md"), block + "# " + padding + "\n---\n")).isEmpty());
+    // Inside them, with a multi-byte character cut at the limit after it: read.
+    QByteArray cut = block + "---\n";
+    cut += QByteArray(kHeadBytes - cut.size() - 1, 'x') + "é and more";
+    EXPECT_EQ(readNote(tree.file(QString("cut.md"), cut)), kStatus);
+}
+
+TEST(NoteFile, NotesAreKnownByExtension)
+{
+    for (const char* name : {"/a.md", "/a.MARKDOWN", "/a.mdown", "/a.mkd", "/a.mdx"})
+        EXPECT_TRUE(isNote(FilePath::fromNative(name))) << name;
+    for (const char* name : {"/a.txt", "/md", "/a.md.bak"})
+        EXPECT_FALSE(isNote(FilePath::fromNative(name))) << name;
+}
+
+TEST(NoteFile, WritingKeepsEveryOtherByte)
+{
+    TempTree tree;
+    const QByteArray before = "---\r\n# kept comment\r\ntitle: \"Q: \\\"x\\\"\"\r\nstatus: open\r\n---\r\nbody \xe2\x9c\x93\r\n\r\n";
+    const FilePath note = tree.file(QString("n.md"), before);
+    ASSERT_TRUE(write(note, false, {{"status", PropertyValue::ofText("done"), {}}}));
+    QByteArray expected = before;
+    expected.replace("status: open", "status: done");
+    EXPECT_EQ(readAll(note), expected);
+    EXPECT_EQ(readNote(note).value("title").text(), "Q: \\\"x\\\""); // escapes read back as written
+}
+
+TEST(NoteFile, WritingKeepsPermissionsAndLinks)
+{
+    TempTree tree;
+    const FilePath note = tree.file(QString("real.md"), "body\n");
+    ::chmod(note.c_str(), 0600);
+    const FilePath link = tree.link("link.md", "real.md");
+    ASSERT_TRUE(write(link, false, {{"n", PropertyValue::ofNumber(3), {}}}));
+    struct stat st;
+    ASSERT_EQ(::lstat(link.c_str(), &st), 0);
+    EXPECT_TRUE(S_ISLNK(st.st_mode));
+    ASSERT_EQ(::stat(note.c_str(), &st), 0);
+    EXPECT_EQ(st.st_mode & 0777, 0600u);
+    EXPECT_EQ(readAll(note), "---\nn: 3\n---\nbody\n");
+}
+
+struct RefusalCase {
+    const char* name;
+    QByteArray content;
+    Change change;
+};
+
+class RefusalTest : public testing::TestWithParam<RefusalCase> {};
+
+TEST_P(RefusalTest, RefusedWritesLeaveTheNoteAlone)
+{
+    TempTree tree;
+    const FilePath note = tree.file(QString("n.md"), GetParam().content);
+    const auto written = write(note, false, {GetParam().change});
+    EXPECT_FALSE(written);
+    EXPECT_EQ(readAll(note), GetParam().content);
+}
+
+const Change kSetDone{"status", PropertyValue::ofText("done"), {}};
+
+INSTANTIATE_TEST_SUITE_P(
+    NoteFile, RefusalTest,
+    testing::Values(RefusalCase{"notUtf8", "---\na: 1\n---\n\xff\xfe body", kSetDone},
+                    RefusalCase{"unclosed", "---\na: 1\nbody", kSetDone},
+                    RefusalCase{"nestedMap", "---\nmeta:\n  a: 1\n---\n", kSetDone},
+                    RefusalCase{"nestedMapUnderTheKey", "---\nstatus:\n  a: 1\n---\n", kSetDone},
+                    RefusalCase{"blockScalar", "---\nstatus: >\n  folded\n---\n", kSetDone},
+                    RefusalCase{"flowMap", "---\nm: {a: 1}\n---\n", kSetDone},
+                    RefusalCase{"openingNotReadable", "--- \nstatus: open\n---\n", kSetDone},
+                    RefusalCase{"valueWithLineBreak", "---\na: 1\n---\n", {"a", PropertyValue::ofText("two\nlines"), {}}},
+                    RefusalCase{"keyWithColon", "---\na: 1\n---\n", {"a:b", PropertyValue::ofText("x"), {}}},
+                    RefusalCase{"listItemWithLineBreak", "body", {"t", PropertyValue::ofList({"a\nb"}), {}}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(NoteFile, ValuesFullOfQuotesAndBackslashesAreWritten)
+{
+    TempTree tree;
+    const FilePath note = tree.file(QString("n.md"), "text\n");
+    const QString nasty = R"(it's "quoted" \ and \\ 'single' "")";
+    ASSERT_TRUE(write(note, false, {{"q", PropertyValue::ofText(nasty), {}}}));
+    EXPECT_EQ(readAll(note), QByteArray(R"(---
+q: "it's \"quoted\" \\ and \\\\ 'single' \"\""
+---
+text
+)"));
+    // Read back with the backslashes that writing added.
+    QString expected = nasty;
+    expected.replace("\\", "\\\\").replace("\"", "\\\"");
+    EXPECT_EQ(readNote(note).value("q"), PropertyValue::ofText(expected));
+}
+
+TEST(NoteFile, ChangedSinceReadIsRefused)
+{
+    TempTree tree;
+    const FilePath note = tree.file(QString("n.md"), "---\na: 1\n---\n");
+    const auto version = read(note, false).fingerprint;
+    ASSERT_TRUE(version);
+    const QByteArray other = "---\na: 1\nb: theirs\n---\nTheir paragraph.\n";
+    tree.file(QString("n.md"), other);
+    WriteOptions options;
+    options.expected = version;
+    EXPECT_FALSE(write(note, false, {kSetDone}, options));
+    EXPECT_EQ(readAll(note), other);
+}
+
+TEST(NoteFile, ChangedDuringTheWriteIsRefused)
+{
+    TempTree tree;
+    const FilePath note = tree.file(QString("n.md"), "---\na: 1\n---\n");
+    const QByteArray other = "---\na: 2\n---\nwritten meanwhile\n";
+    WriteOptions options;
+    options.beforeCommit = [&] { tree.file(QString("n.md"), other); };
+    const auto written = write(note, false, {kSetDone}, options);
+    ASSERT_FALSE(written);
+    EXPECT_TRUE(written.error().contains("changed on disk"));
+    EXPECT_EQ(readAll(note), other);
+    // No temporary file is left behind.
+    EXPECT_EQ(QDir(tree.root().text()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{"n.md"});
+}
+
+TEST(NoteFile, RenameKeepsThePlace)
+{
+    TempTree tree;
+    const FilePath note = tree.file(QString("n.md"), "---\na: 1\ntags:\n- x\nz: 2\n---\n");
+    ASSERT_TRUE(write(note, false, {{"tags", std::nullopt, QString("labels")}}));
+    EXPECT_EQ(readAll(note), "---\na: 1\nlabels:\n- x\nz: 2\n---\n");
+}
+
+TEST(NoteFile, OtherFilesUseTheAttribute)
+{
+    TempTree tree;
+    const FilePath file = tree.file(QString("photo.jpg"), "jpeg bytes");
+    const FilePath folder = tree.folder("Project");
+    for (const auto& [path, isFolder] : {std::pair(file, false), std::pair(folder, true)}) {
+        ASSERT_TRUE(write(path, isFolder, {{"rating", PropertyValue::ofNumber(4), {}}, {"tags", PropertyValue::ofList({"a"}), {}}}));
+        EXPECT_EQ(read(path, isFolder).values,
+                  (PropertyMap{{"rating", PropertyValue::ofNumber(4)}, {"tags", PropertyValue::ofList({"a"})}}));
+        ASSERT_TRUE(write(path, isFolder, {{"rating", std::nullopt, {}}, {"tags", std::nullopt, {}}}));
+        EXPECT_EQ(xattr::get(path, xattr::properties), std::nullopt); // an empty map removes the attribute
+    }
+    EXPECT_EQ(readAll(file), "jpeg bytes");
+}
+
+TEST(NoteFile, DamagedAttributeIsNotOverwritten)
+{
+    TempTree tree;
+    const FilePath file = tree.file(QString("a.bin"), "x");
+    ASSERT_TRUE(xattr::set(file, xattr::properties, "{not json"));
+    EXPECT_TRUE(read(file, false).values.isEmpty());
+    EXPECT_FALSE(write(file, false, {kSetDone}));
+    EXPECT_EQ(xattr::get(file, xattr::properties), QByteArray("{not json"));
+}
+
+TEST(NoteFile, AttributeKeepsEntriesItDoesNotUnderstand)
+{
+    TempTree tree;
+    const FilePath file = tree.file(QString("a.bin"), "x");
+    ASSERT_TRUE(xattr::set(file, xattr::properties, R"({"odd":{"nested":1},"n":2})"));
+    EXPECT_EQ(read(file, false).values, (PropertyMap{{"n", PropertyValue::ofNumber(2)}}));
+    ASSERT_TRUE(write(file, false, {{"n", PropertyValue::ofNumber(3), {}}}));
+    const QJsonObject stored = QJsonDocument::fromJson(*xattr::get(file, xattr::properties)).object();
+    EXPECT_EQ(stored.value("odd").toObject().value("nested").toInt(), 1);
+    EXPECT_EQ(stored.value("n").toDouble(), 3);
+}
+
+TEST(NoteFile, FileSystemWithoutAttributesReportsIt)
+{
+    // procfs keeps no user attributes; its files can't be written either way.
+    const FilePath refusing = FilePath::fromNative("/proc/version");
+    if (::lsetxattr(refusing.c_str(), "user.orwick.probe", "1", 1, 0) == 0 || errno != ENOTSUP)
+        GTEST_SKIP() << "no file system here refuses user attributes";
+    const QByteArray before = readAll(refusing);
+    const auto written = write(refusing, false, {kSetDone});
+    ASSERT_FALSE(written);
+    EXPECT_TRUE(written.error().contains("doesn’t keep extra attributes")) << written.error().toStdString();
+    EXPECT_EQ(readAll(refusing), before);
+}
+
+} // namespace
