@@ -29,5 +29,8 @@ bench: deps
 	cmake --build $(BUILD)-bench -j $(JOBS)
 	bench/run-all $(BUILD)-bench
 
+fuzz:
+	bench/fuzz-notes.sh $(BUILD)-fuzz
+
 clean:
 	rm -rf $(BUILD) $(BUILD)-bench

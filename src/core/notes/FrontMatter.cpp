@@ -49,14 +49,15 @@ std::optional<QString> lineKey(QStringView line)
 }
 
 // Lines under a key that belong to it: indented lines and "- " items, with any blank or comment
-// lines between them.
+// lines between them (comments themselves are kept).
 qsizetype continuationEnd(const QStringList& lines, qsizetype keyLine, qsizetype close)
 {
     qsizetype end = keyLine + 1;
     for (qsizetype j = keyLine + 1; j < close; ++j) {
         const QStringView line = content(lines[j]);
         const QStringView t = trimmed(line);
-        if (isListItem(t) || (!line.isEmpty() && (line[0] == u' ' || line[0] == u'\t') && !t.isEmpty()))
+        const bool indented = !line.isEmpty() && (line[0] == u' ' || line[0] == u'\t');
+        if (isListItem(t) || (indented && !t.isEmpty() && !t.startsWith(u'#')))
             end = j + 1;
         else if (!t.isEmpty() && !t.startsWith(u'#'))
             break;

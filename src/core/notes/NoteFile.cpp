@@ -285,7 +285,7 @@ Result<QString> applyToNoteText(const QString& text, const QList<Change>& change
         const QString yaml = FrontMatter::yaml(*change.value);
         // What the line will read back as: backslash escapes stay, "12" reads as a number.
         const auto line = FrontMatter::parse(change.key + QStringLiteral(": ") + yaml);
-        if (!line || line->size() != 1)
+        if (yaml.contains(u'\n') || !line || line->size() != 1)
             return failure(QStringLiteral("The value of “%1” can’t be kept in a note’s front matter (it spans lines).").arg(change.key));
         expected.insert(change.key, PropertyValue::fromYaml(line->first()));
         result = FrontMatter::setting(change.key, yaml, result);

@@ -130,6 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
                     RefusalCase{"flowMap", "---\nm: {a: 1}\n---\n", kSetDone},
                     RefusalCase{"openingNotReadable", "--- \nstatus: open\n---\n", kSetDone},
                     RefusalCase{"valueWithLineBreak", "---\na: 1\n---\n", {"a", PropertyValue::ofText("two\nlines"), {}}},
+                    RefusalCase{"lineBreakBeforeComment", "---\na: 1\n---\n", {"a", PropertyValue::ofText("x\n# y: z"), {}}},
                     RefusalCase{"keyWithColon", "---\na: 1\n---\n", {"a:b", PropertyValue::ofText("x"), {}}},
                     RefusalCase{"listItemWithLineBreak", "body", {"t", PropertyValue::ofList({"a\nb"}), {}}}),
     [](const auto& info) { return std::string(info.param.name); });
