@@ -259,14 +259,24 @@ TEST_F(FilePropertiesTest, PropertySortPlugsIntoTheArrangement)
     const FilePath b = m_tree.file(QString("n/b.md"), "---\ndue: someday\n---\n");
     const FilePath c = m_tree.file(QString("n/c.md"), "---\ndue: 2024-01-15\n---\n");
     const FilePath d = m_tree.file(QString("n/d.md"), "no date");
-    const FileItems items = itemsOf({a, b, c, d});
+    const FileItems items = itemsOf({d, a, b, c});
     FileProperties store(nullptr, columnsFile());
     loadAll(store, items);
-    const auto lookup = store.sortValues("due", PropertyType::date);
-    EXPECT_EQ(lookup(d), std::nullopt);
-    QList<SortValue> keys{*lookup(a), *lookup(b), *lookup(c)};
-    std::sort(keys.begin(), keys.end(), [](const SortValue& x, const SortValue& y) { return compareSortValues(x, y) < 0; });
-    EXPECT_EQ(keys, (QList<SortValue>{*lookup(c), *lookup(a), *lookup(b)}));
+    ArrangeInput input;
+    input.items = items;
+    input.propertySort = "due";
+    input.propertyValue = store.sortValues("due", PropertyType::date);
+    auto order = [&](bool ascending) {
+        input.ascending = ascending;
+        QList<FilePath> paths;
+        const auto arranged = arrange(input);
+        for (const FileItem& item : arranged->items)
+            paths.append(item.url);
+        return paths;
+    };
+    // Dates before texts, each in the chosen direction; the note without the property last.
+    EXPECT_EQ(order(true), (QList<FilePath>{c, a, b, d}));
+    EXPECT_EQ(order(false), (QList<FilePath>{a, c, b, d}));
 }
 
 } // namespace
