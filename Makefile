@@ -30,7 +30,7 @@ bench: deps
 	bench/run-all $(BUILD)-bench
 
 fuzz:
-	bench/fuzz-notes.sh $(BUILD)-fuzz
+	fuzz/fuzz-notes.sh $(BUILD)-fuzz
 
 clean:
 	rm -rf $(BUILD) $(BUILD)-bench

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Fuzzes the front-matter reader and writer with libFuzzer for a minute (FUZZ_SECONDS).
 # Builds with clang in its own folder (default build-fuzz), apart from the GCC build.
-# Usage: bench/fuzz-notes.sh [BUILD_DIR]
+# Usage: fuzz/fuzz-notes.sh [BUILD_DIR]
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build-fuzz}
