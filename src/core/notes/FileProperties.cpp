@@ -196,56 +196,54 @@ Status FileProperties::rename(const QString& key, const QString& newKey, const F
     return commit(QStringLiteral("Rename ") + key, edits, folder, columns, undo);
 }
 
+QList<FileProperties::FileEdit> FileProperties::optionEdits(const QString& key, const QString& option,
+                                                            const std::optional<QString>& replacement,
+                                                            const FileItems& items)
+{
+    QList<FileEdit> edits;
+    for (const FileItem& item : items) {
+        const PropertyMap before = currentProperties(item.url);
+        const auto value = before.constFind(key);
+        if (value == before.constEnd())
+            continue;
+        std::optional<PropertyValue> after;
+        if (value->isList() && value->listPayload().contains(option)) {
+            QStringList list = value->listPayload();
+            for (QString& entry : list)
+                if (entry == option && replacement)
+                    entry = *replacement;
+            list.removeAll(option);
+            list.removeDuplicates();
+            after = PropertyValue::ofList(list);
+        } else if (!value->isList() && value->text() == option) {
+            if (replacement)
+                after = PropertyValue::ofText(*replacement);
+        } else {
+            continue;
+        }
+        edits.append({item.url, {Change{key, after, {}}}, {restoring(key, before)}});
+    }
+    return edits;
+}
+
 Status FileProperties::renameOption(const QString& key, const QString& from, const QString& to, const FilePath& folder,
                                     const FileItems& items, QUndoStack* undo)
 {
     if (to.trimmed().isEmpty())
         return failure(QStringLiteral("An option needs a name."));
-    QList<FileEdit> edits;
-    for (const FileItem& item : items) {
-        const PropertyMap before = currentProperties(item.url);
-        const auto value = before.constFind(key);
-        if (value == before.constEnd())
-            continue;
-        std::optional<PropertyValue> renamed;
-        if (value->isList() && value->listPayload().contains(from)) {
-            QStringList list = value->listPayload();
-            for (QString& entry : list)
-                if (entry == from)
-                    entry = to;
-            list.removeDuplicates();
-            renamed = PropertyValue::ofList(list);
-        } else if (!value->isList() && value->text() == from) {
-            renamed = PropertyValue::ofText(to);
-        }
-        if (renamed)
-            edits.append({item.url, {Change{key, renamed, {}}}, {restoring(key, before)}});
-    }
+    if (to == from)
+        return {};
     FolderColumns columns = this->columns(folder);
     columns.renameOption(key, from, to);
-    return commit(QStringLiteral("Rename ") + from, edits, folder, columns, undo);
+    return commit(QStringLiteral("Rename ") + from, optionEdits(key, from, to, items), folder, columns, undo);
 }
 
 Status FileProperties::deleteOption(const QString& option, const QString& key, const FilePath& folder,
                                     const FileItems& items, QUndoStack* undo)
 {
-    QList<FileEdit> edits;
-    for (const FileItem& item : items) {
-        const PropertyMap before = currentProperties(item.url);
-        const auto value = before.constFind(key);
-        if (value == before.constEnd())
-            continue;
-        if (value->isList() && value->listPayload().contains(option)) {
-            QStringList list = value->listPayload();
-            list.removeAll(option);
-            edits.append({item.url, {Change{key, PropertyValue::ofList(list), {}}}, {restoring(key, before)}});
-        } else if (!value->isList() && value->text() == option) {
-            edits.append({item.url, {Change{key, std::nullopt, {}}}, {restoring(key, before)}});
-        }
-    }
     FolderColumns columns = this->columns(folder);
     columns.renameOption(key, option, std::nullopt);
-    return commit(QStringLiteral("Delete ") + option, edits, folder, columns, undo);
+    return commit(QStringLiteral("Delete ") + option, optionEdits(key, option, std::nullopt, items), folder, columns, undo);
 }
 
 void FileProperties::moveOption(const QString& option, const QString& key, const std::optional<QString>& before,

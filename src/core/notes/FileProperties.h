@@ -96,6 +96,9 @@ Q_SIGNALS:
 
 private:
     PropertyMap currentProperties(const FilePath& path);
+    // Edits that rename an option of `key` (drop it when `replacement` is absent) in every item.
+    QList<FileEdit> optionEdits(const QString& key, const QString& option, const std::optional<QString>& replacement,
+                                const FileItems& items);
     Status commit(const QString& title, const QList<FileEdit>& edits, const FilePath& folder,
                   const std::optional<FolderColumns>& columnsAfter, QUndoStack* undo);
     void saveColumns();

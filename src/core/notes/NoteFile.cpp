@@ -259,6 +259,17 @@ Result<FileBytes> readFile(const FilePath& path)
     return file;
 }
 
+Result<NoteText> readNoteText(const FilePath& path)
+{
+    auto file = readFile(path);
+    if (!file)
+        return failure(file.error());
+    auto text = decodeUtf8(file->bytes);
+    if (!text)
+        return failure(notUtf8Message(path));
+    return NoteText{std::move(*file), std::move(*text)};
+}
+
 Result<QString> applyToNoteText(const QString& text, const QList<Change>& changes, const QString& noteName)
 {
     const auto before = frontMatterOf(text);
@@ -349,21 +360,19 @@ Result<std::optional<Fingerprint>> write(const FilePath& path, bool isFolder, co
     // Write where a linked note really lives, so the link stays a link.
     char resolved[PATH_MAX];
     const FilePath target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
-    auto file = readFile(target);
-    if (!file)
-        return failure(file.error());
-    if (options.expected && *options.expected != file->version)
+    auto note = readNoteText(target);
+    if (!note)
+        return failure(note.error());
+    const FileBytes& file = note->file;
+    if (options.expected && *options.expected != file.version)
         return failure(changedOnDiskMessage(path));
-    const auto text = decodeUtf8(file->bytes);
-    if (!text)
-        return failure(notUtf8Message(path));
-    const auto changed = applyToNoteText(*text, changes, path.fileName());
+    const auto changed = applyToNoteText(note->text, changes, path.fileName());
     if (!changed)
         return failure(changed.error());
     const QByteArray bytes = changed->toUtf8();
-    if (bytes == file->bytes)
-        return std::optional(file->version);
-    const auto written = replaceFile(target, file->bytes, file->version, bytes, options.beforeCommit);
+    if (bytes == file.bytes)
+        return std::optional(file.version);
+    const auto written = replaceFile(target, file.bytes, file.version, bytes, options.beforeCommit);
     if (!written)
         return failure(written.error());
     return std::optional(*written);

@@ -94,6 +94,14 @@ struct FileBytes {
 };
 [[nodiscard]] Result<FileBytes> readFile(const FilePath& path);
 
+// A whole note decoded as UTF-8, with its bytes and version; a failure sentence when it can't be
+// read or isn't UTF-8.
+struct NoteText {
+    FileBytes file;
+    QString text;
+};
+[[nodiscard]] Result<NoteText> readNoteText(const FilePath& path);
+
 // Sentences for changed and non-UTF-8 notes, shared with the task toggle.
 QString changedOnDiskMessage(const FilePath& path);
 QString notUtf8Message(const FilePath& path);

@@ -4,7 +4,6 @@
 #include "notes/TaskDates.h"
 
 #include <QRegularExpression>
-#include <QStringDecoder>
 #include <QUrl>
 
 namespace orwick {
@@ -88,25 +87,19 @@ NoteParser NoteParser::parse(const FilePath& note, const QString& text)
 
 Result<NoteParser> NoteParser::read(const FilePath& note)
 {
-    const auto file = notefile::readFile(note);
-    if (!file)
-        return failure(file.error());
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder.decode(file->bytes);
-    if (decoder.hasError())
-        return failure(notefile::notUtf8Message(note));
-    return parse(note, text);
+    const auto read = notefile::readNoteText(note);
+    if (!read)
+        return failure(read.error());
+    return parse(note, read->text);
 }
 
 Status toggleTask(const FilePath& note, int line, QDate today)
 {
-    const auto file = notefile::readFile(note);
-    if (!file)
-        return failure(file.error());
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString text = decoder.decode(file->bytes);
-    if (decoder.hasError())
-        return failure(notefile::notUtf8Message(note));
+    const auto read = notefile::readNoteText(note);
+    if (!read)
+        return failure(read.error());
+    const notefile::FileBytes& file = read->file;
+    const QString& text = read->text;
     QStringList lines = text.split(u'\n');
     if (line < 1 || line > lines.size())
         return failure(QStringLiteral("That task is no longer in “%1”.").arg(note.fileName()));
@@ -120,7 +113,7 @@ Status toggleTask(const FilePath& note, int line, QDate today)
     lines.removeAt(line - 1);
     for (qsizetype i = toggled->size() - 1; i >= 0; --i)
         lines.insert(line - 1, toggled->at(i) + (crlf ? QStringLiteral("\r") : QString()));
-    const auto written = notefile::replaceFile(note, file->bytes, file->version, lines.join(u'\n').toUtf8());
+    const auto written = notefile::replaceFile(note, file.bytes, file.version, lines.join(u'\n').toUtf8());
     if (!written)
         return failure(written.error());
     return {};

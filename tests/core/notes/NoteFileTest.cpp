@@ -66,6 +66,16 @@ TEST(NoteFile, ReadsOnlyTheHeadOfANote)
     EXPECT_EQ(readNote(tree.file(QString("cut.md"), cut)), kStatus);
 }
 
+TEST(NoteFile, ACancelledReadGivesNothing)
+{
+    TempTree tree;
+    const QList<Target> targets{{tree.file(QString("a.md"), "---\na: 1\n---\n"), false}};
+    CancelFlag cancel;
+    EXPECT_EQ(readAll(targets, &cancel)->first().values.value("a"), PropertyValue::ofNumber(1));
+    cancel.cancel();
+    EXPECT_EQ(readAll(targets, &cancel), std::nullopt);
+}
+
 TEST(NoteFile, NotesAreKnownByExtension)
 {
     for (const char* name : {"/a.md", "/a.MARKDOWN", "/a.mdown", "/a.mkd", "/a.mdx"})
