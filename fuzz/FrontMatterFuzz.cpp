@@ -89,7 +89,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     FuzzedDataProvider data(bytes, size);
     const QString key = text(data, 16);
     const PropertyValue newValue = value(data);
-    const bool removing = data.ConsumeIntegralInRange(0, 4) == 0;
+    const int action = data.ConsumeIntegralInRange(0, 5); // 0 removes, 1 renames, else sets
+    const QString newKey = action == 1 ? text(data, 16) : QString();
     const std::string rest = data.ConsumeRemainingBytesAsString();
     const QString note = QString::fromUtf8(rest.data(), qsizetype(rest.size()));
 
@@ -99,7 +100,22 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     if (!before || !FrontMatter::isWritableKey(key))
         return 0;
 
-    if (removing) {
+    if (action == 1) {
+        const auto all = FrontMatter::read(note);
+        auto count = [&](const QString& k) {
+            return all ? std::count_if(all->begin(), all->end(), [&](const auto& p) { return p.key == k; }) : 0;
+        };
+        if (!FrontMatter::isWritableKey(newKey) || count(key) != 1 || count(newKey) != 0)
+            return 0;
+        const auto after = propertiesOf(FrontMatter::renaming(key, newKey, note));
+        check(after.has_value(), "a note still reads after a rename");
+        PropertyMap expected = *before;
+        expected.insert(newKey, expected.take(key));
+        check(*after == expected, "a rename moves the value to the new key and changes nothing else");
+        return 0;
+    }
+
+    if (action == 0) {
         const auto after = propertiesOf(FrontMatter::setting(key, std::nullopt, note));
         check(after.has_value(), "a note still reads after a removal");
         const auto all = FrontMatter::read(note);

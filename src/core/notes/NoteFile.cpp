@@ -209,7 +209,8 @@ Loaded read(const FilePath& path, bool isFolder)
         }
         return loaded;
     }
-    Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    // Non-blocking, so a pipe named like a note can't hold the reader up; files ignore the flag.
+    Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     struct stat st;
     if (!fd.ok() || ::fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode))
         return loaded;
@@ -243,7 +244,7 @@ std::optional<Fingerprint> fingerprint(const FilePath& path)
 
 Result<FileBytes> readFile(const FilePath& path)
 {
-    Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     struct stat st;
     if (!fd.ok() || ::fstat(fd.get(), &st) != 0) {
         if (errno == ENOENT)

@@ -76,6 +76,15 @@ TEST(NoteFile, ACancelledReadGivesNothing)
     EXPECT_EQ(readAll(targets, &cancel), std::nullopt);
 }
 
+TEST(NoteFile, APipeNamedLikeANoteIsSkipped)
+{
+    TempTree tree;
+    const FilePath pipe = tree.path("pipe.md");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_TRUE(readNote(pipe).isEmpty()); // returns at once instead of waiting for a writer
+    EXPECT_FALSE(write(pipe, false, {{"a", PropertyValue::ofNumber(1), {}}}));
+}
+
 TEST(NoteFile, NotesAreKnownByExtension)
 {
     for (const char* name : {"/a.md", "/a.MARKDOWN", "/a.mdown", "/a.mkd", "/a.mdx"})
