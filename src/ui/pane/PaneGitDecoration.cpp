@@ -13,7 +13,9 @@ namespace orwick {
 PaneGitDecoration::PaneGitDecoration(PaneWidget* widget, Git* git) : QObject(widget), m_widget(widget), m_git(git)
 {
     PaneState* pane = widget->pane();
-    widget->model()->addDecorator([this](const FileItem& item, int column, int role) { return decorate(item, column, role); });
+    widget->model()->addDecorator([self = QPointer(this)](const FileItem& item, int column, int role) {
+        return self ? self->decorate(item, column, role) : QVariant();
+    });
     connect(pane, &PaneState::loadingChanged, this, &PaneGitDecoration::loadFinished);
     connect(pane, &PaneState::locationChanged, this, &PaneGitDecoration::update);
     connect(git, &Git::statusChanged, this, &PaneGitDecoration::update);
