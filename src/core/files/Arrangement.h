@@ -14,6 +14,7 @@
 #include "files/FileItem.h"
 
 #include <QHash>
+#include <QMetaType>
 #include <QSet>
 #include <functional>
 #include <memory>
@@ -117,3 +118,5 @@ std::optional<Arrangement> arrange(const ArrangeInput& input, const CancelFlag* 
 bool isIgnored(const FilePath& item, const FilePath& folder, const QSet<FilePath>& ignored);
 
 } // namespace orwick
+
+Q_DECLARE_METATYPE(orwick::Heading)

@@ -236,6 +236,7 @@ void PaneState::applyLoad(ListingResult result, const QList<FilePath>& selecting
     m_lastLoadTime = result.durationMs;
     m_error = result.error;
     m_unsortedItems = result.error ? FileItems{} : std::move(result.items);
+    m_prepared.reset();
     for (const FilePath& url : selecting)
         m_pendingSelection.insert(url);
 
@@ -283,6 +284,7 @@ ArrangeInput PaneState::arrangeInput() const
 {
     ArrangeInput input;
     input.items = m_unsortedItems;
+    input.prepared = m_prepared;
     input.sortKey = m_sortKey;
     input.ascending = m_sortAscending;
     input.filter = m_filter;
@@ -316,10 +318,9 @@ void PaneState::applyArrangement(Arrangement arrangement)
 {
     m_items = std::move(arrangement.items);
     m_headings = std::move(arrangement.headings);
-    m_positions.clear();
-    m_positions.reserve(m_items.size());
-    for (int i = 0; i < m_items.size(); ++i)
-        m_positions.insert(m_items[i].url, i);
+    m_positions = std::move(arrangement.positions);
+    if (arrangement.prepared && arrangement.prepared->isFor(m_unsortedItems))
+        m_prepared = std::move(arrangement.prepared);
     restoreSelection();
     Q_EMIT itemsChanged();
     Q_EMIT selectionChanged();

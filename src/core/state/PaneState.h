@@ -144,7 +144,8 @@ private:
     FileItems m_unsortedItems;
     FileItems m_items;
     QHash<int, Heading> m_headings;
-    QHash<FilePath, int> m_positions;
+    ItemPositions m_positions;
+    std::shared_ptr<const PreparedItems> m_prepared; // names of this load, folded once
     bool m_isLoading = false;
     std::optional<QString> m_error;
 

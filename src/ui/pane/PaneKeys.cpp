@@ -1,6 +1,7 @@
 #include "ui/pane/PaneKeys.h"
 
 #include <QKeyEvent>
+#include <optional>
 
 namespace orwick {
 
@@ -15,6 +16,69 @@ bool isTypeSelectText(const QKeyEvent* event)
     return !text.isEmpty() && text.at(0).isPrint() && !(text == QLatin1StringView(" "));
 }
 
+// Vim keys: letters move instead of jumping to a name.
+bool handleVimKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& context)
+{
+    const Qt::KeyboardModifiers mods = event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+    const QString text = event->text();
+    if (mods != Qt::NoModifier || text.size() != 1)
+        return false;
+    const bool pendingG = context.vimPendingG && *context.vimPendingG;
+    if (context.vimPendingG)
+        *context.vimPendingG = false;
+    const int rowStep = context.horizontalMoves ? std::max(1, pane.gridColumns()) : 1;
+    switch (text.at(0).unicode()) {
+    case u'j': pane.moveCursor(rowStep, false); return true;
+    case u'k': pane.moveCursor(-rowStep, false); return true;
+    case u'J': pane.moveCursor(rowStep, true); return true;
+    case u'K': pane.moveCursor(-rowStep, true); return true;
+    case u'h':
+        if (context.horizontalMoves)
+            pane.moveCursor(-1, false);
+        else
+            pane.goUp();
+        return true;
+    case u'l':
+        if (context.horizontalMoves)
+            pane.moveCursor(1, false);
+        else
+            pane.enterCursorFolder();
+        return true;
+    case u'g':
+        if (pendingG)
+            pane.moveCursorToEnd(false, false);
+        else if (context.vimPendingG)
+            *context.vimPendingG = true;
+        return true;
+    case u'G': pane.moveCursorToEnd(true, false); return true;
+    case u'/': pane.setFiltering(true); return true;
+    }
+    // Other letters do nothing rather than jump to a name.
+    return isTypeSelectText(event);
+}
+
+std::optional<ViewMode> viewModeForDigit(int key)
+{
+    switch (key) {
+    case Qt::Key_1: return ViewMode::grid;
+    case Qt::Key_2: return ViewMode::list;
+    case Qt::Key_3: return ViewMode::columns;
+    case Qt::Key_4: return ViewMode::table;
+    }
+    return std::nullopt;
+}
+
+std::optional<SortKey> sortKeyForDigit(int key)
+{
+    switch (key) {
+    case Qt::Key_1: return SortKey::name;
+    case Qt::Key_2: return SortKey::modified;
+    case Qt::Key_3: return SortKey::size;
+    case Qt::Key_4: return SortKey::kind;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& context)
@@ -24,6 +88,23 @@ bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& cont
     const bool ctrl = mods & Qt::ControlModifier;
     const bool alt = mods & Qt::AltModifier;
     const int rowStep = context.horizontalMoves ? std::max(1, pane.gridColumns()) : 1;
+
+    if (ctrl && !shift && !(mods & Qt::MetaModifier)) {
+        if (const auto mode = alt ? std::nullopt : viewModeForDigit(event->key())) {
+            pane.chooseViewMode(*mode);
+            return true;
+        }
+        if (const auto key = alt ? sortKeyForDigit(event->key()) : std::nullopt) {
+            pane.sort(*key);
+            return true;
+        }
+    }
+    if (event->key() == Qt::Key_G && ctrl && (mods & Qt::MetaModifier) && !alt && !shift) {
+        pane.setGroupByDate(!pane.groupByDate());
+        return true;
+    }
+    if (pane.preferences() && pane.preferences()->vimKeys() && handleVimKey(pane, event, context))
+        return true;
 
     switch (event->key()) {
     case Qt::Key_Down:
@@ -55,6 +136,10 @@ bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& cont
             pane.moveCursor(-1, shift);
             return true;
         }
+        if (context.levelMoves && mods == Qt::NoModifier) {
+            pane.goUp();
+            return true;
+        }
         break;
     case Qt::Key_Right:
         if (alt && !ctrl) {
@@ -63,6 +148,10 @@ bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& cont
         }
         if (context.horizontalMoves && !ctrl && !alt) {
             pane.moveCursor(1, shift);
+            return true;
+        }
+        if (context.levelMoves && mods == Qt::NoModifier) {
+            pane.enterCursorFolder();
             return true;
         }
         break;

@@ -2,13 +2,18 @@
 
 #include "files/FileCategory.h"
 #include "platform/RecentFiles.h"
+#include "ui/pane/FilterBar.h"
 #include "ui/pane/PathBar.h"
 #include "ui/pane/StatusLine.h"
 #include "ui/theme/Theme.h"
 #include "ui/views/DrivesView.h"
 #include "ui/views/FileListModel.h"
+#include "ui/views/ColumnsView.h"
+#include "ui/views/FileGridView.h"
 #include "ui/views/FileListView.h"
+#include "ui/views/FileTableView.h"
 
+#include <QApplication>
 #include <QDesktopServices>
 #include <QEvent>
 #include <QKeyEvent>
@@ -24,7 +29,11 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     m_model = new FileListModel(pane, this);
     m_pathBar = new PathBar(pane, this);
     m_stack = new QStackedWidget(this);
+    m_filterBar = new FilterBar(pane, this);
     m_listView = new FileListView(m_model, m_stack);
+    m_tableView = new FileTableView(m_model, m_stack);
+    m_gridView = new FileGridView(m_model, m_stack);
+    m_columnsView = new ColumnsView(m_model, m_stack);
     m_message = new QLabel(m_stack);
     m_message->setAlignment(Qt::AlignCenter);
     m_message->setFocusPolicy(Qt::StrongFocus);
@@ -36,6 +45,9 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     m_message->setFont(font);
     m_drives = new DrivesView(pane, m_stack);
     m_stack->addWidget(m_listView);
+    m_stack->addWidget(m_tableView);
+    m_stack->addWidget(m_gridView);
+    m_stack->addWidget(m_columnsView);
     m_stack->addWidget(m_message);
     m_stack->addWidget(m_drives);
     m_statusLine = new StatusLine(pane, this);
@@ -44,17 +56,23 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_pathBar);
+    layout->addWidget(m_filterBar);
     layout->addWidget(m_stack, 1);
     layout->addWidget(m_statusLine);
 
     // The message label keeps the keys working (Back, Up) where there is no list.
     m_message->installEventFilter(this);
-    m_listView->installEventFilter(this);
+    for (QWidget* view : {static_cast<QWidget*>(m_listView), static_cast<QWidget*>(m_tableView),
+                          static_cast<QWidget*>(m_gridView), static_cast<QWidget*>(m_columnsView->currentColumn())})
+        view->installEventFilter(this);
     m_drives->installEventFilter(this);
 
     connect(pane, &PaneState::itemsChanged, this, &PaneWidget::showState);
     connect(pane, &PaneState::locationChanged, this, &PaneWidget::showState);
     connect(pane, &PaneState::loadingChanged, this, &PaneWidget::showState);
+    connect(pane, &PaneState::viewModeChanged, this, &PaneWidget::showState);
+    // Leaving the filter field hands the keys back to the view.
+    connect(m_filterBar, &FilterBar::finished, this, [this] { itemsView()->setFocus(Qt::OtherFocusReason); });
     connect(pane, &PaneState::openRequested, this, &PaneWidget::openFiles);
     connect(pane, &PaneState::messageRequested, this, &PaneWidget::messageRequested);
     showState();
@@ -62,17 +80,29 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
 
 QWidget* PaneWidget::focusTarget() const { return m_stack->currentWidget(); }
 
+QWidget* PaneWidget::itemsView() const
+{
+    switch (m_pane->viewMode()) {
+    case ViewMode::grid: return m_gridView;
+    case ViewMode::columns: return m_columnsView;
+    case ViewMode::table: return m_tableView;
+    case ViewMode::list: break;
+    }
+    return m_listView;
+}
+
 void PaneWidget::takeFocus() { focusTarget()->setFocus(Qt::OtherFocusReason); }
 
 void PaneWidget::showState()
 {
-    const bool hadFocus = m_stack->currentWidget() && m_stack->currentWidget()->hasFocus();
-    QWidget* next = m_listView;
+    QWidget* shown = m_stack->currentWidget();
+    const bool hadFocus = shown && (shown->hasFocus() || shown->isAncestorOf(QApplication::focusWidget()));
+    QWidget* next = itemsView();
     if (m_pane->listing() && m_pane->listing()->kind == Listing::Kind::thisMac) {
         if (m_stack->currentWidget() != m_drives)
             m_drives->refresh();
         next = m_drives;
-    } else if (!m_pane->isLoading() && m_pane->items().isEmpty()) {
+    } else if (!m_pane->isLoading() && m_pane->items().isEmpty() && m_pane->viewMode() != ViewMode::columns) {
         m_message->setText(m_pane->emptyText());
         next = m_message;
     }
@@ -97,6 +127,16 @@ bool PaneWidget::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::FocusIn)
         Q_EMIT activated();
+    if (event->type() == QEvent::KeyPress) {
+        // Ctrl+F, or / with Vim keys, opens the filter field (or goes back to it).
+        auto* key = static_cast<QKeyEvent*>(event);
+        const bool vim = m_pane->preferences() && m_pane->preferences()->vimKeys();
+        if ((key->key() == Qt::Key_F && key->modifiers() == Qt::ControlModifier)
+            || (vim && key->text() == QLatin1StringView("/") && !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier)))) {
+            m_filterBar->open();
+            return true;
+        }
+    }
     if (watched == m_message && event->type() == QEvent::KeyPress) {
         auto* key = static_cast<QKeyEvent*>(event);
         const bool back = (key->key() == Qt::Key_Left && key->modifiers() & Qt::AltModifier)

@@ -11,9 +11,13 @@ class QStackedWidget;
 
 namespace orwick {
 
+class ColumnsView;
 class DrivesView;
+class FileGridView;
 class FileListModel;
 class FileListView;
+class FileTableView;
+class FilterBar;
 class PathBar;
 class StatusLine;
 
@@ -25,6 +29,12 @@ public:
     PaneState* pane() const { return m_pane; }
     FileListModel* model() const { return m_model; }
     FileListView* listView() const { return m_listView; }
+    FileTableView* tableView() const { return m_tableView; }
+    FileGridView* gridView() const { return m_gridView; }
+    ColumnsView* columnsView() const { return m_columnsView; }
+    FilterBar* filterBar() const { return m_filterBar; }
+    // The view of the pane's view mode (list, table, grid or columns).
+    QWidget* itemsView() const;
     StatusLine* statusLine() const { return m_statusLine; }
     // The widget that takes the keyboard for this pane now.
     QWidget* focusTarget() const;
@@ -44,8 +54,12 @@ private:
     PaneState* m_pane;
     FileListModel* m_model;
     PathBar* m_pathBar;
+    FilterBar* m_filterBar;
     QStackedWidget* m_stack;
     FileListView* m_listView;
+    FileTableView* m_tableView;
+    FileGridView* m_gridView;
+    ColumnsView* m_columnsView;
     QLabel* m_message;
     DrivesView* m_drives;
     StatusLine* m_statusLine;

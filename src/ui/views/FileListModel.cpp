@@ -73,6 +73,10 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const
     case CategoryRole: return int(item->category);
     case IsFolderRole: return item->isFolder;
     case HiddenRole: return item->isHidden;
+    case HeadingRole: {
+        const auto heading = m_pane->headings().constFind(index.row());
+        return heading == m_pane->headings().constEnd() ? QVariant() : QVariant::fromValue(*heading);
+    }
     }
     return {};
 }

@@ -14,7 +14,8 @@ class FileListModel : public QAbstractTableModel {
     Q_OBJECT
 public:
     enum Column { NameColumn, ModifiedColumn, SizeColumn, KindColumn, ColumnCount };
-    enum Role { UrlRole = Qt::UserRole + 1, SelectedRole, CursorRole, CategoryRole, IsFolderRole, HiddenRole };
+    enum Role { UrlRole = Qt::UserRole + 1, SelectedRole, CursorRole, CategoryRole, IsFolderRole, HiddenRole,
+                HeadingRole /* a group heading starting at this row: QVariant of orwick::Heading, else invalid */ };
 
     explicit FileListModel(PaneState* pane, QObject* parent = nullptr);
 

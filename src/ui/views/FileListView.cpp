@@ -2,6 +2,7 @@
 
 #include "ui/pane/PaneKeys.h"
 #include "ui/views/RowDelegate.h"
+#include "ui/views/ViewInput.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -51,6 +52,10 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
             pane->sort(*key);
         showSortIndicator();
     });
+    // Day headings make some rows taller; rows are uniform otherwise (fast with many items).
+    auto followGrouping = [this, pane] { setUniformRowHeights(!pane->groupByDate()); };
+    followGrouping();
+    connect(pane, &PaneState::arrangementOptionsChanged, this, followGrouping);
     connect(pane, &PaneState::selectionChanged, this, &FileListView::followSelection);
     connect(pane, &PaneState::itemsChanged, this, &FileListView::followSelection);
 }
@@ -69,8 +74,8 @@ void FileListView::followSelection()
 void FileListView::keyPressEvent(QKeyEvent* event)
 {
     PaneKeyContext context;
-    const int rowHeight = std::max(1, sizeHintForRow(0));
-    context.pageRows = std::max(1, viewport()->height() / rowHeight - 1);
+    context.pageRows = pageRowsOf(this);
+    context.vimPendingG = &m_vimPendingG;
     if (handlePaneKey(*m_model->pane(), event, context)) {
         event->accept();
         return;
@@ -78,29 +83,9 @@ void FileListView::keyPressEvent(QKeyEvent* event)
     QTreeView::keyPressEvent(event);
 }
 
-void FileListView::mousePressEvent(QMouseEvent* event)
-{
-    setFocus(Qt::MouseFocusReason);
-    const QModelIndex index = indexAt(event->position().toPoint());
-    PaneState* pane = m_model->pane();
-    if (!index.isValid()) {
-        if (event->button() == Qt::LeftButton && !(event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)))
-            pane->clearSelection();
-        return;
-    }
-    const FilePath url = index.data(FileListModel::UrlRole).value<FilePath>();
-    // A right click on an unselected row selects it first, like every file manager.
-    if (event->button() == Qt::RightButton && pane->selection().contains(url))
-        return;
-    pane->click(url, event->modifiers());
-}
+void FileListView::mousePressEvent(QMouseEvent* event) { pressOnView(this, *m_model->pane(), event); }
 
-void FileListView::mouseDoubleClickEvent(QMouseEvent* event)
-{
-    const QModelIndex index = indexAt(event->position().toPoint());
-    if (index.isValid() && event->button() == Qt::LeftButton)
-        m_model->pane()->openSelection();
-}
+void FileListView::mouseDoubleClickEvent(QMouseEvent* event) { doubleClickOnView(this, *m_model->pane(), event); }
 
 void FileListView::focusInEvent(QFocusEvent* event)
 {

@@ -28,6 +28,7 @@ protected:
 
 private:
     FileListModel* m_model;
+    bool m_vimPendingG = false;
 };
 
 } // namespace orwick

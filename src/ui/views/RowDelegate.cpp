@@ -1,5 +1,6 @@
 #include "ui/views/RowDelegate.h"
 
+#include "files/Arrangement.h"
 #include "ui/theme/Theme.h"
 #include "ui/views/FileListModel.h"
 #include "ui/views/GitMarks.h"
@@ -9,8 +10,49 @@
 
 namespace orwick {
 
-void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+namespace {
+
+// A row that starts a day group carries its heading in a band above its cells.
+std::optional<Heading> headingOf(const QModelIndex& index)
 {
+    const QVariant heading = index.data(FileListModel::HeadingRole);
+    return heading.isValid() ? std::optional(heading.value<Heading>()) : std::nullopt;
+}
+
+int headingBandHeight() { return theme::rowHeight() + 6; }
+
+void paintHeading(QPainter* painter, const QStyleOptionViewItem& option, const Heading& heading, bool firstColumn)
+{
+    QRect band = option.rect;
+    band.setHeight(headingBandHeight());
+    painter->save();
+    painter->fillRect(band, option.palette.window());
+    painter->setPen(theme::separator());
+    painter->drawLine(band.bottomLeft(), band.bottomRight());
+    if (firstColumn) {
+        QFont bold = option.font;
+        bold.setBold(true);
+        painter->setFont(bold);
+        painter->setPen(theme::text());
+        const QRect text = band.adjusted(8, 4, -8, 0);
+        painter->drawText(text, Qt::AlignLeft | Qt::AlignVCenter, heading.title);
+        const int titleWidth = QFontMetrics(bold).horizontalAdvance(heading.title);
+        painter->setFont(option.font);
+        painter->setPen(theme::dimText());
+        painter->drawText(text.adjusted(titleWidth + 8, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, QString::number(heading.count));
+    }
+    painter->restore();
+}
+
+} // namespace
+
+void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& givenOption, const QModelIndex& index) const
+{
+    QStyleOptionViewItem option = givenOption;
+    if (const auto heading = headingOf(index)) {
+        paintHeading(painter, option, *heading, index.column() == 0);
+        option.rect.setTop(option.rect.top() + headingBandHeight());
+    }
     const bool selected = index.data(FileListModel::SelectedRole).toBool();
     const bool cursor = index.data(FileListModel::CursorRole).toBool();
     if (selected)
@@ -35,6 +77,8 @@ QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelInde
 {
     QSize size = QStyledItemDelegate::sizeHint(option, index);
     size.setHeight(std::max(size.height(), theme::rowHeight()));
+    if (headingOf(index))
+        size.setHeight(size.height() + headingBandHeight());
     return size;
 }
 

@@ -1,0 +1,80 @@
+#include "ui/views/Thumbnails.h"
+
+#include <QCoreApplication>
+#include <QImageReader>
+#include <QPointer>
+
+namespace orwick {
+namespace {
+
+constexpr qint64 kMaxSourceBytes = 200LL * 1024 * 1024;
+constexpr int kCachePixels = 64 * 1024 * 1024; // about 256 MB of ARGB at most
+
+QByteArray keyOf(const FileItem& item, int edge)
+{
+    return item.url.native() + '\0' + QByteArray::number(item.modified) + '\0' + QByteArray::number(edge);
+}
+
+QImage readScaled(const FilePath& path, int edge)
+{
+    QImageReader reader(path.text());
+    reader.setAutoTransform(true);
+    const QSize full = reader.size();
+    if (full.isValid() && (full.width() > edge || full.height() > edge))
+        reader.setScaledSize(full.scaled(edge, edge, Qt::KeepAspectRatio));
+    QImage image = reader.read();
+    if (!image.isNull() && (image.width() > edge || image.height() > edge))
+        image = image.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    return image;
+}
+
+} // namespace
+
+Thumbnails::Thumbnails(QObject* parent) : QObject(parent)
+{
+    m_cache.setMaxCost(kCachePixels);
+    m_pool.setMaxThreadCount(2);
+}
+
+Thumbnails::~Thumbnails()
+{
+    m_pool.clear();
+    m_pool.waitForDone();
+}
+
+bool Thumbnails::hasThumbnail(const FileItem& item)
+{
+    return item.category == FileCategory::image && !item.isFolder && item.size.value_or(0) > 0
+        && *item.size <= kMaxSourceBytes && !item.brokenTarget;
+}
+
+QImage Thumbnails::thumbnail(const FileItem& item, int edge)
+{
+    const QByteArray key = keyOf(item, edge);
+    if (const QImage* cached = m_cache.object(key))
+        return *cached;
+    if (m_pending.contains(key) || m_failed.contains(key))
+        return {};
+    m_pending.insert(key);
+    QPointer<Thumbnails> self(this);
+    const FilePath path = item.destination;
+    const FilePath url = item.url;
+    // Later requests get higher priority: what is on screen now is made first.
+    m_pool.start([self, key, path, url, edge] {
+        QImage image = readScaled(path, edge);
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [self, key, url, image = std::move(image)] {
+            if (!self)
+                return;
+            self->m_pending.remove(key);
+            if (image.isNull()) {
+                self->m_failed.insert(key);
+                return;
+            }
+            self->m_cache.insert(key, new QImage(image), int(std::min<qint64>(qint64(image.width()) * image.height(), kCachePixels)));
+            Q_EMIT self->ready(url);
+        }, Qt::QueuedConnection);
+    }, ++m_priority);
+    return {};
+}
+
+} // namespace orwick

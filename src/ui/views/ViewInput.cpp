@@ -1,0 +1,39 @@
+#include "ui/views/ViewInput.h"
+
+#include "ui/views/FileListModel.h"
+
+#include <QAbstractItemView>
+#include <QMouseEvent>
+
+namespace orwick {
+
+void pressOnView(QAbstractItemView* view, PaneState& pane, QMouseEvent* event)
+{
+    view->setFocus(Qt::MouseFocusReason);
+    const QModelIndex index = view->indexAt(event->position().toPoint());
+    if (!index.isValid()) {
+        if (event->button() == Qt::LeftButton && !(event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)))
+            pane.clearSelection();
+        return;
+    }
+    const FilePath url = index.data(FileListModel::UrlRole).value<FilePath>();
+    // A right click on an unselected row selects it first, like every file manager.
+    if (event->button() == Qt::RightButton && pane.selection().contains(url))
+        return;
+    pane.click(url, event->modifiers());
+}
+
+void doubleClickOnView(QAbstractItemView* view, PaneState& pane, QMouseEvent* event)
+{
+    const QModelIndex index = view->indexAt(event->position().toPoint());
+    if (index.isValid() && event->button() == Qt::LeftButton)
+        pane.openSelection();
+}
+
+int pageRowsOf(const QAbstractItemView* view, int rowsPerLine)
+{
+    const int rowHeight = std::max(1, view->sizeHintForRow(0));
+    return std::max(1, view->viewport()->height() / rowHeight - 1) * std::max(1, rowsPerLine);
+}
+
+} // namespace orwick
