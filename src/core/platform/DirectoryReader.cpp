@@ -61,6 +61,15 @@ std::optional<DirectoryHandle> DirectoryHandle::openChild(int parentFd, const ch
     return DirectoryHandle(fd);
 }
 
+std::optional<DirectoryHandle> DirectoryHandle::open(const FilePath& path, FollowLinks follow)
+{
+    const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | (follow == FollowLinks::no ? O_NOFOLLOW : 0);
+    const int fd = ::open(path.c_str(), flags);
+    if (fd < 0)
+        return std::nullopt;
+    return DirectoryHandle(fd);
+}
+
 bool DirectoryHandle::readEntries(std::vector<DirEntry>& out, const CancelFlag* cancel) const
 {
     if (m_fd < 0)
@@ -89,11 +98,10 @@ bool DirectoryHandle::readEntries(std::vector<DirEntry>& out, const CancelFlag* 
     }
 }
 
-std::optional<EntryStat> statAt(int dirFd, const char* name, FollowLinks follow)
+namespace {
+std::optional<EntryStat> statxEntry(int dirFd, const char* name, int flags, unsigned mask)
 {
     struct statx sx;
-    const int flags = (follow == FollowLinks::no ? AT_SYMLINK_NOFOLLOW : 0) | AT_NO_AUTOMOUNT;
-    const unsigned mask = STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME | STATX_INO | STATX_BLOCKS | STATX_NLINK;
     if (statx(dirFd, name, flags, mask, &sx) != 0)
         return std::nullopt;
     EntryStat st;
@@ -105,6 +113,25 @@ std::optional<EntryStat> statAt(int dirFd, const char* name, FollowLinks follow)
     st.blocks = sx.stx_blocks;
     st.links = sx.stx_nlink;
     return st;
+}
+} // namespace
+
+std::optional<EntryStat> statAt(int dirFd, const char* name, FollowLinks follow)
+{
+    const int flags = (follow == FollowLinks::no ? AT_SYMLINK_NOFOLLOW : 0) | AT_NO_AUTOMOUNT;
+    const unsigned mask = STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME | STATX_INO | STATX_BLOCKS | STATX_NLINK;
+    return statxEntry(dirFd, name, flags, mask);
+}
+
+std::optional<EntryStat> statFd(int fd)
+{
+    return statxEntry(fd, "", AT_EMPTY_PATH, STATX_TYPE | STATX_MODE | STATX_INO | STATX_BLOCKS);
+}
+
+std::optional<EntryStat> statForWalk(int dirFd, const char* name)
+{
+    const int flags = AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT | AT_STATX_DONT_SYNC;
+    return statxEntry(dirFd, name, flags, STATX_TYPE | STATX_MODE | STATX_SIZE | STATX_MTIME | STATX_INO | STATX_BLOCKS);
 }
 
 std::optional<EntryStat> statPath(const FilePath& path, FollowLinks follow)

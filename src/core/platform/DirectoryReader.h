@@ -50,6 +50,8 @@ public:
     static std::optional<DirectoryHandle> open(const FilePath& path);
     // Opens a sub-folder relative to an open one, never following a link.
     static std::optional<DirectoryHandle> openChild(int parentFd, const char* name);
+    // Opens a folder by path; with FollowLinks::no a link in the last component is refused.
+    static std::optional<DirectoryHandle> open(const FilePath& path, FollowLinks follow);
 
     int fd() const { return m_fd; }
     bool isOpen() const { return m_fd >= 0; }
@@ -66,6 +68,11 @@ private:
 // statx of `name` inside the folder `dirFd` (or of an absolute path with dirFd = AT_FDCWD).
 std::optional<EntryStat> statAt(int dirFd, const char* name, FollowLinks follow = FollowLinks::no);
 std::optional<EntryStat> statPath(const FilePath& path, FollowLinks follow = FollowLinks::no);
+// statx of an open descriptor (the folder itself: its device, its own blocks).
+std::optional<EntryStat> statFd(int fd);
+// Only type, size, mtime, inode, device and blocks: the walkers' lean per-entry call, which the
+// kernel answers without syncing remote attributes.
+std::optional<EntryStat> statForWalk(int dirFd, const char* name);
 
 // The stored target of a symbolic link, as bytes.
 std::optional<QByteArray> readLinkAt(int dirFd, const char* name);

@@ -1,0 +1,35 @@
+// orwick-cli cleanup DIR: the build folders the clean-up panel offers (seven levels down), each
+// with its kind and allocated size, in walk order; then a summary line. Nothing is removed.
+
+#include "cli/CliCommand.h"
+#include "cli/CliOutput.h"
+#include "disktools/BuildJunk.h"
+#include "disktools/DiskNames.h"
+
+namespace orwick::cli {
+namespace {
+
+int cleanup(const QStringList& arguments)
+{
+    if (arguments.size() != 1)
+        return usageError(QStringLiteral("usage: orwick-cli cleanup DIR"));
+    CancelFlag never;
+    const auto found = BuildJunk::find(FilePath::fromText(arguments.first()), BuildJunk::searchDepth, never);
+    const std::vector<qint64> sizes = BuildJunk::measureAll(found, never);
+    LineWriter lines;
+    qint64 total = 0;
+    for (size_t i = 0; i < found.size(); ++i) {
+        total += sizes[i];
+        lines.add(found[i].kind.toUtf8() + '\t' + QByteArray::number(sizes[i]) + '\t' + found[i].url.native());
+        lines.endLine();
+    }
+    lines.add(QStringLiteral("%1 build folders, %2").arg(found.size()).arg(byteCountText(total)).toUtf8());
+    lines.endLine();
+    return 0;
+}
+
+const CliRegistration registration({QStringLiteral("cleanup"), QStringLiteral("cleanup DIR"),
+                                     QStringLiteral("build folders that projects regenerate, with sizes"), cleanup});
+
+} // namespace
+} // namespace orwick::cli
