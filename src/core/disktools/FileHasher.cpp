@@ -102,13 +102,27 @@ std::optional<Sha256Digest> FileHasher::head(const FilePath& path, qint64 expect
     if (fd < 0)
         return std::nullopt;
     FdCloser closer{fd};
-    if (!hasSize(fd, expectedSize))
-        return std::nullopt;
     const qint64 bytes = std::min(expectedSize, headBytes);
-    // Only the head is wanted: no read-ahead past it.
-    if (expectedSize > headBytes)
-        posix_fadvise(fd, 0, 0, POSIX_FADV_RANDOM);
-    if (!d->begin() || !d->feed(fd, bytes, std::min<qint64>(headBytes, kBufferBytes), nullptr))
+    if (bytes >= kBufferBytes)
+        return std::nullopt;
+    // Most heads are whole small files: one read asks for a byte more than expected, so that a
+    // file that grew or shrank shows without a stat call. A larger file's size is checked by
+    // the whole-file stage.
+    const qint64 wanted = expectedSize <= headBytes ? bytes + 1 : bytes;
+    if (expectedSize > 4 * headBytes)
+        posix_fadvise(fd, 0, 0, POSIX_FADV_RANDOM); // only the head: no read-ahead past it
+    qint64 got = 0;
+    while (got < wanted) {
+        const ssize_t n = ::read(fd, d->buffer.get() + got, size_t(wanted - got));
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return std::nullopt;
+        got += n;
+        if (n == 0 || got < wanted)
+            break; // a regular file reads short only at its end
+    }
+    if (got != bytes || !d->begin() || !d->update(d->buffer.get(), size_t(bytes)))
         return std::nullopt;
     return d->finish();
 }

@@ -1,0 +1,174 @@
+#include "disktools/SpaceBreakdown.h"
+
+#include "app/Settings.h"
+#include "disktools/DiskNames.h"
+#include "disktools/SpaceScan.h"
+#include "disktools/WalkPool.h"
+#include "platform/XdgPaths.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QStorageInfo>
+
+namespace orwick {
+
+QString Drive::freeText() const { return byteCountText(free) + QStringLiteral(" free of ") + byteCountText(total); }
+
+namespace SpaceBreakdown {
+
+namespace {
+
+struct Place {
+    const char* relative;
+    const char* title;
+};
+
+constexpr Place kPlaces[] = {
+    {".cache", "Caches (.cache)"},
+    {".local/share", "Apps' data (.local/share)"},
+    {"Downloads", "Downloads"},
+    {".var", "Flatpak apps (.var)"},
+    {"snap", "Snap apps (snap)"},
+    {".npm", "npm cache (.npm)"},
+    {".cargo", "Rust packages (.cargo)"},
+    {".rustup", "Rust toolchains (.rustup)"},
+    {".gradle", "Gradle (.gradle)"},
+};
+
+bool isNetworkFormat(const QByteArray& type)
+{
+    static const QList<QByteArray> network{"nfs", "nfs4", "cifs", "smb3", "smbfs", "fuse.sshfs", "9p", "afs",
+                                           "ceph", "fuse.rclone", "davfs", "fuse.gvfsd-fuse"};
+    return network.contains(type);
+}
+
+bool isEjectable(const QStorageInfo& volume)
+{
+    // A removable disk says so in sysfs; a partition asks its disk ("sdb1/../removable").
+    const QByteArray device = volume.device();
+    if (!device.startsWith("/dev/"))
+        return false;
+    const QString block = QStringLiteral("/sys/class/block/") + QString::fromUtf8(device.mid(5));
+    for (const QString& path : {block + QStringLiteral("/removable"), block + QStringLiteral("/../removable")}) {
+        QFile flag(path);
+        if (flag.open(QIODevice::ReadOnly))
+            return flag.readAll().trimmed() == "1";
+    }
+    return false;
+}
+
+} // namespace
+
+std::vector<Drive> drives()
+{
+    std::vector<Drive> out;
+    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
+        if (!volume.isValid() || !volume.isReady())
+            continue;
+        const QByteArray type = volume.fileSystemType();
+        const bool network = isNetworkFormat(type);
+        const QString root = volume.rootPath();
+        const bool startup = root == QLatin1StringView("/"); // kept whatever it is (a container's overlay too)
+        if (!startup && !network && !volume.device().startsWith("/dev/"))
+            continue; // proc, sysfs, tmpfs, overlays
+        if (type == "squashfs" || root.startsWith(QLatin1StringView("/snap/")) || root.startsWith(QLatin1StringView("/boot")))
+            continue;
+        Drive drive;
+        drive.url = FilePath::fromText(root);
+        drive.isStartup = startup;
+        drive.name = drive.isStartup ? QStringLiteral("This Computer") : (volume.displayName().isEmpty() ? root : volume.displayName());
+        drive.total = volume.bytesTotal();
+        drive.free = volume.bytesAvailable();
+        drive.format = QString::fromUtf8(type);
+        drive.isNetwork = network;
+        drive.isEjectable = !drive.isStartup && !network && isEjectable(volume);
+        out.push_back(drive);
+    }
+    std::stable_sort(out.begin(), out.end(), [](const Drive& a, const Drive& b) { return a.isStartup > b.isStartup; });
+    return out;
+}
+
+std::vector<Row> homeRows()
+{
+    std::vector<Row> rows;
+    for (const Place& place : kPlaces)
+        rows.push_back({xdg::home().child(QByteArrayView(place.relative)), std::nullopt});
+    return rows;
+}
+
+QString rowTitle(const Row& row)
+{
+    for (const Place& place : kPlaces)
+        if (row.url == xdg::home().child(QByteArrayView(place.relative)))
+            return QString::fromUtf8(place.title);
+    return row.url.abbreviated();
+}
+
+std::optional<std::vector<Row>> measure(std::vector<Row> rows, const CancelFlag& cancel)
+{
+    WalkPool pool;
+    for (Row& row : rows)
+        pool.post([&row, &cancel](int) { row.bytes = SpaceScan::measure(row.url, cancel).value_or(0); });
+    pool.wait();
+    if (cancel.isCancelled())
+        return std::nullopt;
+    return rows;
+}
+
+qint64 remainder(const Drive& drive, const std::vector<Row>& rows)
+{
+    qint64 left = drive.total - drive.free;
+    for (const Row& row : rows)
+        left -= row.bytes.value_or(0);
+    return std::max<qint64>(0, left);
+}
+
+QJsonObject Saved::toJson() const
+{
+    QJsonArray list;
+    for (const Row& row : rows) {
+        QJsonObject item{{"url", row.url.toUrl().toString(QUrl::FullyEncoded)}};
+        if (row.bytes)
+            item.insert("bytes", double(*row.bytes));
+        list.append(item);
+    }
+    return {{"at", at.toUTC().toString(Qt::ISODateWithMs)}, {"rows", list}};
+}
+
+std::optional<Saved> Saved::fromJson(const QJsonObject& json)
+{
+    Saved saved;
+    saved.at = QDateTime::fromString(json.value("at").toString(), Qt::ISODateWithMs);
+    if (!saved.at.isValid() || !json.value("rows").isArray())
+        return std::nullopt;
+    for (const QJsonValue& value : json.value("rows").toArray()) {
+        const QJsonObject item = value.toObject();
+        const FilePath url = FilePath::fromUrl(QUrl(item.value("url").toString(), QUrl::StrictMode));
+        if (url.isEmpty())
+            return std::nullopt;
+        Row row{url, std::nullopt};
+        if (item.value("bytes").isDouble())
+            row.bytes = qint64(item.value("bytes").toDouble());
+        saved.rows.push_back(row);
+    }
+    return saved;
+}
+
+void save(const Saved& saved)
+{
+    auto settings = openSettings();
+    settings->setValue(settingsKey, QString::fromUtf8(QJsonDocument(saved.toJson()).toJson(QJsonDocument::Compact)));
+}
+
+std::optional<Saved> load()
+{
+    const QString text = openSettings()->value(settingsKey).toString();
+    const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
+    if (!document.isObject())
+        return std::nullopt;
+    return Saved::fromJson(document.object());
+}
+
+} // namespace SpaceBreakdown
+} // namespace orwick
