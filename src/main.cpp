@@ -9,6 +9,7 @@
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
 #include "ui/pane/PaneGitDecoration.h"
+#include "ui/panels/DiskToolKeys.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
 
@@ -96,6 +97,7 @@ int main(int argc, char** argv)
         state.activePane()->reveal({*selecting});
     MainWindow window(&state);
     PaneGitDecoration::decorateWindow(&window, &git);
+    DiskToolKeys::install(&window, [](QMainWindow* w) { return static_cast<MainWindow*>(w)->state()->activePane(); });
     traceStartup(window, sinceStart);
     window.show();
     return app.exec();

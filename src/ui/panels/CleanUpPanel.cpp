@@ -1,0 +1,166 @@
+#include "ui/panels/CleanUpPanel.h"
+
+#include "disktools/DiskNames.h"
+#include "state/PaneState.h"
+#include "ui/panels/PanelTrash.h"
+
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace orwick {
+
+CleanUpPanel::CleanUpPanel(PaneState* pane, QWidget* window)
+    : PanelSheet(QStringLiteral("Clean Up Build Folders"), pane->url().abbreviated(), window), m_folder(pane->url())
+{
+    m_trash = new QPushButton(QStringLiteral("Move to Trash"), this);
+    connect(m_trash, &QPushButton::clicked, this, &CleanUpPanel::trashTicked);
+    tools()->addWidget(m_trash);
+
+    m_stack = new QStackedWidget(this);
+    m_placeholder = new QLabel(this);
+    m_placeholder->setAlignment(Qt::AlignCenter);
+    m_list = new QTreeWidget(this);
+    m_list->setRootIsDecorated(false);
+    m_list->setUniformRowHeights(true);
+    m_list->setColumnCount(3);
+    m_list->setHeaderLabels({QStringLiteral("Folder"), QStringLiteral("Kind"), QStringLiteral("Size")});
+    m_list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    connect(m_list, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int) {
+        if (m_filling)
+            return;
+        const int index = m_list->indexOfTopLevelItem(item);
+        if (index >= 0 && size_t(index) < m_rows.size())
+            m_rows[size_t(index)].ticked = item->checkState(0) == Qt::Checked;
+        updateFooter();
+    });
+    m_stack->addWidget(m_placeholder);
+    m_stack->addWidget(m_list);
+    body()->addWidget(m_stack);
+    m_totals = new QLabel(this);
+    body()->addWidget(m_totals);
+    setFooter(QStringLiteral("Projects rebuild these when needed. Undo (Ctrl+Z) puts them back."));
+    search();
+}
+
+CleanUpPanel::~CleanUpPanel() { stopWork(); }
+
+void CleanUpPanel::stopWork() { m_task.cancel(); }
+
+void CleanUpPanel::search()
+{
+    const TaskSlot::Ticket ticket = m_task.start();
+    m_isScanning = true;
+    m_placeholder->setText(QStringLiteral("Looking for node_modules, build output and caches…"));
+    m_stack->setCurrentWidget(m_placeholder);
+    updateFooter();
+    runInBackground(this, [folder = m_folder, token = ticket.token] {
+        return BuildJunk::find(folder, BuildJunk::searchDepth, *token);
+    }, [this, ticket](std::vector<BuildJunk::Found> found) {
+        if (!m_task.isCurrent(ticket))
+            return;
+        m_task.finish(ticket);
+        m_rows.clear();
+        for (BuildJunk::Found& f : found)
+            m_rows.push_back({std::move(f), std::nullopt, true});
+        fill();
+        measure();
+    });
+}
+
+void CleanUpPanel::measure()
+{
+    if (m_rows.empty()) {
+        m_isScanning = false;
+        updateFooter();
+        return;
+    }
+    const TaskSlot::Ticket ticket = m_task.start();
+    std::vector<BuildJunk::Found> folders;
+    for (const Row& row : m_rows)
+        folders.push_back(row.found);
+    runInBackground(this, [folders, token = ticket.token] {
+        return BuildJunk::measureAll(folders, *token);
+    }, [this, ticket, folders](std::vector<qint64> sizes) {
+        if (!m_task.isCurrent(ticket))
+            return;
+        m_task.finish(ticket);
+        m_isScanning = false;
+        // Rows may have left meanwhile: match by place.
+        for (size_t i = 0; i < folders.size(); ++i)
+            for (Row& row : m_rows)
+                if (row.found.url == folders[i].url)
+                    row.size = sizes[i];
+        fill();
+    });
+}
+
+void CleanUpPanel::fill()
+{
+    if (m_rows.empty()) {
+        m_placeholder->setText(QStringLiteral("Nothing to clean up here"));
+        m_stack->setCurrentWidget(m_placeholder);
+        updateFooter();
+        return;
+    }
+    m_filling = true;
+    m_list->clear();
+    for (const Row& row : m_rows) {
+        auto* item = new QTreeWidgetItem(m_list);
+        const QByteArray& path = row.found.url.native();
+        item->setText(0, m_folder.isAncestorOf(row.found.url)
+                             ? displayName(QByteArrayView(path).sliced(m_folder.native().size() + (m_folder.isRoot() ? 0 : 1)))
+                             : row.found.url.text());
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+        item->setCheckState(0, row.ticked ? Qt::Checked : Qt::Unchecked);
+        item->setText(1, row.found.kind);
+        item->setText(2, row.size ? byteCountText(*row.size) : QStringLiteral("Still looking…"));
+        item->setTextAlignment(2, Qt::AlignRight | Qt::AlignVCenter);
+    }
+    m_filling = false;
+    m_stack->setCurrentWidget(m_list);
+    updateFooter();
+}
+
+void CleanUpPanel::trashTicked()
+{
+    QList<FilePath> ticked;
+    for (const Row& row : m_rows)
+        if (row.ticked)
+            ticked.append(row.found.url);
+    if (ticked.isEmpty() || !isTrashAvailable())
+        return;
+    trashForPanel(window(), ticked, QStringLiteral("Clean Up Build Folders"), [self = QPointer(this)](const std::vector<FilePath>& moved) {
+        if (!self)
+            return;
+        std::erase_if(self->m_rows, [&](const Row& row) {
+            return std::find(moved.begin(), moved.end(), row.found.url) != moved.end();
+        });
+        self->fill();
+    });
+}
+
+void CleanUpPanel::updateFooter()
+{
+    qint64 bytes = 0;
+    int ticked = 0;
+    for (const Row& row : m_rows) {
+        if (row.ticked) {
+            ++ticked;
+            bytes += row.size.value_or(0);
+        }
+    }
+    m_totals->setText(m_rows.empty() ? QString()
+                                     : QStringLiteral("%1 of %2 folders ticked · %3%4")
+                                           .arg(ticked)
+                                           .arg(m_rows.size())
+                                           .arg(byteCountText(bytes), m_isScanning ? QStringLiteral(" so far") : QString()));
+    m_trash->setEnabled(ticked > 0 && isTrashAvailable());
+    m_trash->setToolTip(isTrashAvailable() ? QStringLiteral("Move the ticked folders to the Trash (Ctrl+Z puts them back)")
+                                           : trashPendingNote());
+}
+
+} // namespace orwick

@@ -1,0 +1,56 @@
+#pragma once
+// CleanUpPanel: "Clean Up Build Folders…" on a folder. Finds the folders build tools regenerate
+// (seven levels down), lists each with its kind, measures them all in the background, and moves
+// the ticked ones to the Trash in one undoable step; rows that could not be moved stay.
+// Closing cancels the search and the measuring.
+
+#include "async/Background.h"
+#include "disktools/BuildJunk.h"
+#include "ui/panels/PanelSheet.h"
+
+class QLabel;
+class QPushButton;
+class QStackedWidget;
+class QTreeWidget;
+
+namespace orwick {
+
+class PaneState;
+
+class CleanUpPanel : public PanelSheet {
+    Q_OBJECT
+public:
+    CleanUpPanel(PaneState* pane, QWidget* window);
+    ~CleanUpPanel() override;
+
+    struct Row {
+        BuildJunk::Found found;
+        std::optional<qint64> size;
+        bool ticked = true;
+    };
+    const std::vector<Row>& rows() const { return m_rows; }
+    bool isScanning() const { return m_isScanning; }
+    void trashTicked();
+
+protected:
+    void stopWork() override;
+
+private:
+    void search();
+    void measure();
+    void fill();
+    void updateFooter();
+
+    FilePath m_folder;
+    TaskSlot m_task;
+    std::vector<Row> m_rows;
+    bool m_isScanning = false;
+    bool m_filling = false;
+    QPushButton* m_trash;
+    QStackedWidget* m_stack;
+    QLabel* m_placeholder;
+    QTreeWidget* m_list;
+    QLabel* m_totals;
+};
+
+} // namespace orwick

@@ -1,0 +1,105 @@
+#include "ui/panels/PanelSheet.h"
+
+#include "ui/theme/Theme.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMainWindow>
+#include <QToolButton>
+
+namespace orwick {
+
+PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* window) : QWidget(window)
+{
+    setAutoFillBackground(true);
+    setFocusPolicy(Qt::StrongFocus);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(14, 10, 14, 8);
+    layout->setSpacing(8);
+
+    auto* titleRow = new QHBoxLayout;
+    auto* titleLabel = new QLabel(title, this);
+    QFont bold = titleLabel->font();
+    bold.setBold(true);
+    bold.setPointSizeF(bold.pointSizeF() * 1.15);
+    titleLabel->setFont(bold);
+    auto* subtitleLabel = new QLabel(subtitle, this);
+    QPalette dim = subtitleLabel->palette();
+    dim.setColor(QPalette::WindowText, theme::dimText());
+    subtitleLabel->setPalette(dim);
+    titleRow->addWidget(titleLabel);
+    titleRow->addWidget(subtitleLabel, 1);
+    m_tools = new QHBoxLayout;
+    titleRow->addLayout(m_tools);
+    auto* close = new QToolButton(this);
+    close->setText(QStringLiteral("✕"));
+    close->setToolTip(QStringLiteral("Close (Esc)"));
+    close->setAutoRaise(true);
+    connect(close, &QToolButton::clicked, this, &PanelSheet::closeSheet);
+    titleRow->addWidget(close);
+    layout->addLayout(titleRow);
+
+    m_body = new QVBoxLayout;
+    layout->addLayout(m_body, 1);
+
+    m_footer = new QLabel(this);
+    m_footer->setPalette(dim);
+    m_footer->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    layout->addWidget(m_footer);
+
+    window->installEventFilter(this);
+    place();
+    show();
+    raise();
+    setFocus();
+}
+
+void PanelSheet::closeOpenSheet(QWidget* window)
+{
+    for (PanelSheet* sheet : window->findChildren<PanelSheet*>(Qt::FindDirectChildrenOnly))
+        sheet->closeSheet();
+}
+
+void PanelSheet::setFooter(const QString& text) { m_footer->setText(text); }
+QString PanelSheet::footer() const { return m_footer->text(); }
+
+void PanelSheet::closeSheet()
+{
+    if (m_closing)
+        return;
+    m_closing = true;
+    stopWork();
+    hide();
+    Q_EMIT closed();
+    deleteLater();
+    if (auto* window = qobject_cast<QMainWindow*>(parentWidget()); window && window->centralWidget())
+        window->centralWidget()->setFocus();
+}
+
+bool PanelSheet::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == parentWidget() && (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest))
+        place();
+    return QWidget::eventFilter(watched, event);
+}
+
+void PanelSheet::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        closeSheet();
+        return;
+    }
+    QWidget::keyPressEvent(event);
+}
+
+void PanelSheet::place()
+{
+    // Over the content area: the central widget when there is one, else the whole window.
+    auto* window = qobject_cast<QMainWindow*>(parentWidget());
+    const QWidget* content = window ? window->centralWidget() : nullptr;
+    setGeometry(content ? content->geometry() : parentWidget()->rect());
+}
+
+} // namespace orwick

@@ -1,0 +1,50 @@
+#pragma once
+// PanelSheet: the frame every disk-tool panel shows in — a sheet over the window's content area
+// with a title row (title, the folder, tools on the right, a close button), the panel's body and
+// a one-line footer. Esc or the close button closes it: stopWork() runs at once (the panel's walk
+// must stop within a fraction of a second), then the sheet goes. closed() follows every close.
+
+#include <QWidget>
+
+class QHBoxLayout;
+class QLabel;
+class QVBoxLayout;
+
+namespace orwick {
+
+class PanelSheet : public QWidget {
+    Q_OBJECT
+public:
+    PanelSheet(const QString& title, const QString& subtitle, QWidget* window);
+
+    // Closes the sheet another panel would replace, if any.
+    static void closeOpenSheet(QWidget* window);
+
+    void setFooter(const QString& text);
+    QString footer() const;
+
+public Q_SLOTS:
+    void closeSheet();
+
+Q_SIGNALS:
+    void closed();
+
+protected:
+    // Stops background work; runs when the sheet closes and when it is destroyed.
+    virtual void stopWork() {}
+    QVBoxLayout* body() const { return m_body; }
+    QHBoxLayout* tools() const { return m_tools; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void place();
+
+    QVBoxLayout* m_body;
+    QHBoxLayout* m_tools;
+    QLabel* m_footer;
+    bool m_closing = false;
+};
+
+} // namespace orwick

@@ -1,0 +1,194 @@
+#include "ui/panels/SpacePanel.h"
+
+#include "disktools/DiskNames.h"
+#include "platform/XdgPaths.h"
+#include "state/PaneState.h"
+#include "ui/panels/DrivesBreakdownView.h"
+#include "ui/panels/PanelTrash.h"
+#include "ui/panels/TreemapWidget.h"
+#include "ui/theme/Theme.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QMenu>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace orwick {
+
+SpacePanel::SpacePanel(PaneState* pane, QWidget* window)
+    : PanelSheet(QStringLiteral("Space Used"), pane->url().abbreviated(), window), m_pane(pane)
+{
+    m_drivesButton = new QPushButton(QStringLiteral("Drives"), this);
+    m_drivesButton->setCheckable(true);
+    m_drivesButton->setToolTip(QStringLiteral("What's using space on the drives"));
+    connect(m_drivesButton, &QPushButton::toggled, this, &SpacePanel::showDrives);
+    tools()->addWidget(m_drivesButton);
+
+    m_stack = new QStackedWidget(this);
+    m_placeholder = new QLabel(this);
+    m_placeholder->setAlignment(Qt::AlignCenter);
+    m_mapPage = new QWidget(this);
+    auto* mapLayout = new QVBoxLayout(m_mapPage);
+    mapLayout->setContentsMargins(0, 0, 0, 0);
+    m_where = new QLabel(m_mapPage);
+    m_hover = new QLabel(m_mapPage);
+    QPalette dim = m_hover->palette();
+    dim.setColor(QPalette::WindowText, theme::dimText());
+    m_hover->setPalette(dim);
+    m_map = new TreemapWidget(m_mapPage);
+    mapLayout->addWidget(m_where);
+    mapLayout->addWidget(m_map, 1);
+    mapLayout->addWidget(m_hover);
+    connect(m_map, &TreemapWidget::hovered, m_hover, &QLabel::setText);
+    connect(m_map, &TreemapWidget::clicked, this, &SpacePanel::open);
+    connect(m_map, &TreemapWidget::menuRequested, this, &SpacePanel::offerMenu);
+    m_stack->addWidget(m_placeholder);
+    m_stack->addWidget(m_mapPage);
+    body()->addWidget(m_stack);
+
+    m_ticker = new QTimer(this);
+    m_ticker->setInterval(100);
+    connect(m_ticker, &QTimer::timeout, this, [this] {
+        if (m_shared)
+            m_placeholder->setText(QStringLiteral("Measuring %1…\n%2 items")
+                                       .arg(m_folder.abbreviated(), QLocale().toString(m_shared->scanned.load())));
+    });
+    scan(pane->url());
+}
+
+SpacePanel::~SpacePanel() { stopWork(); }
+
+void SpacePanel::stopWork()
+{
+    m_task.cancel();
+    m_ticker->stop();
+}
+
+void SpacePanel::scan(const FilePath& folder)
+{
+    const TaskSlot::Ticket ticket = m_task.start();
+    m_folder = folder;
+    m_root.reset();
+    m_current = nullptr;
+    m_map->setNode(nullptr);
+    // The shared record lives as long as the worker that counts into it.
+    m_shared = std::make_shared<SpaceScan::Shared>(*ticket.token);
+    m_stack->setCurrentWidget(m_placeholder);
+    setFooter(QStringLiteral("Measuring by allocated space; links to other places are not followed."));
+    m_ticker->start();
+    // The token rides along so the flag the shared record reads outlives the worker.
+    runInBackground(this, [folder, shared = m_shared, token = ticket.token] {
+        return SpaceScan::scan(folder, *shared);
+    }, [this, ticket](std::unique_ptr<SpaceNode> root) {
+        if (!m_task.isCurrent(ticket) || !root)
+            return;
+        m_task.finish(ticket);
+        m_ticker->stop();
+        m_root = std::move(root);
+        m_current = m_root.get();
+        showCurrent();
+    });
+}
+
+void SpacePanel::showCurrent()
+{
+    if (!m_current)
+        return;
+    m_stack->setCurrentWidget(m_mapPage);
+    m_map->setNode(m_current);
+    QString where = m_current->url().abbreviated() + QStringLiteral(" — ") + byteCountText(m_current->size);
+    if (m_current->links == 1)
+        where += QStringLiteral(" · 1 link to somewhere else");
+    else if (m_current->links > 1)
+        where += QStringLiteral(" · %1 links to somewhere else").arg(m_current->links);
+    m_where->setText(where);
+    setFooter(QStringLiteral("%1 in %2 · %3 items · click a folder to go in, Backspace to go out")
+                  .arg(byteCountText(m_root->size), m_folder.abbreviated(), QLocale().toString(m_shared->scanned.load())));
+    m_map->setFocus();
+}
+
+void SpacePanel::goIn(SpaceNode* node)
+{
+    if (node && node->isFolder) {
+        m_current = node;
+        showCurrent();
+    }
+}
+
+void SpacePanel::goOut()
+{
+    if (m_current && m_current->parent) {
+        m_current = m_current->parent;
+        showCurrent();
+    }
+}
+
+void SpacePanel::open(SpaceNode* node)
+{
+    if (node->isFolder && !node->isPackage) {
+        goIn(node);
+        return;
+    }
+    m_pane->reveal({node->url()});
+}
+
+void SpacePanel::offerMenu(SpaceNode* node, const QPoint& at)
+{
+    QMenu menu(this);
+    QAction* trash = menu.addAction(QStringLiteral("Move to Trash (Ctrl+Z puts it back)"));
+    trash->setEnabled(isTrashAvailable());
+    if (!isTrashAvailable())
+        trash->setToolTip(trashPendingNote());
+    menu.setToolTipsVisible(true);
+    menu.addAction(QStringLiteral("Show in Its Folder"), this, [this, node] {
+        m_pane->reveal({node->url()});
+        closeSheet();
+    });
+    if (menu.exec(at) != trash)
+        return;
+    const FilePath url = node->url();
+    trashForPanel(window(), {url}, QStringLiteral("Move to Trash"), [self = QPointer(this), url](const std::vector<FilePath>& moved) {
+        if (!self || moved.empty() || !self->m_current)
+            return;
+        // The node may have gone with a rescan meanwhile: find it again by its place.
+        for (const auto& child : self->m_current->children) {
+            if (child->url() == url) {
+                self->m_current->remove(child.get());
+                break;
+            }
+        }
+        self->showCurrent();
+    });
+}
+
+void SpacePanel::showDrives(bool drives)
+{
+    if (!drives) {
+        m_stack->setCurrentWidget(m_current ? m_mapPage : static_cast<QWidget*>(m_placeholder));
+        return;
+    }
+    if (!m_drives) {
+        m_drives = new DrivesBreakdownView(this);
+        connect(m_drives, &DrivesBreakdownView::mapHomeRequested, this, [this] {
+            m_drivesButton->setChecked(false);
+            scan(xdg::home());
+        });
+        m_stack->addWidget(m_drives);
+    }
+    m_stack->setCurrentWidget(m_drives);
+}
+
+void SpacePanel::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Backspace && m_stack->currentWidget() == m_mapPage) {
+        goOut();
+        return;
+    }
+    PanelSheet::keyPressEvent(event);
+}
+
+} // namespace orwick

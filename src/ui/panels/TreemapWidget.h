@@ -1,0 +1,53 @@
+#pragma once
+// TreemapWidget: draws one SpaceNode's children, plus its "Files under 1 MB, together" block,
+// as a squarified treemap (Treemap::layout). Tells the panel what the pointer is over, which
+// block was clicked and which block's menu was asked for. Colours come from the theme by the
+// block's file category.
+
+#include "disktools/SpaceNode.h"
+
+#include <QWidget>
+#include <vector>
+
+namespace orwick {
+
+class TreemapWidget : public QWidget {
+    Q_OBJECT
+public:
+    explicit TreemapWidget(QWidget* parent = nullptr);
+
+    // The node drawn; call again (or relayout()) after the tree changed.
+    void setNode(SpaceNode* node);
+    SpaceNode* node() const { return m_node; }
+    void relayout();
+
+    // A block: a child node, or (node null) the small-files block.
+    struct Block {
+        SpaceNode* node = nullptr;
+        QRectF rect;
+    };
+    const std::vector<Block>& blocks() const { return m_blocks; }
+
+Q_SIGNALS:
+    void hovered(const QString& text); // empty when over nothing
+    void clicked(orwick::SpaceNode* node);
+    void menuRequested(orwick::SpaceNode* node, const QPoint& globalPos);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    const Block* blockAt(const QPointF& point) const;
+    QString describe(const Block& block) const;
+
+    SpaceNode* m_node = nullptr;
+    std::vector<Block> m_blocks;
+    const Block* m_hovered = nullptr;
+};
+
+} // namespace orwick

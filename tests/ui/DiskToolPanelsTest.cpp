@@ -1,0 +1,140 @@
+// The disk-tool panels in a real window over real temporary trees: each finds what its engine
+// finds, words its states in the footer, covers the content area, and closing stops its work.
+
+#include "state/WindowState.h"
+#include "support/TempHome.h"
+#include "support/TestMain.h"
+#include "ui/panels/CleanUpPanel.h"
+#include "ui/panels/DiskToolKeys.h"
+#include "ui/panels/DuplicatesPanel.h"
+#include "ui/panels/SpacePanel.h"
+#include "ui/panels/TreemapWidget.h"
+#include "ui/window/MainWindow.h"
+
+#include <QPointer>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <gtest/gtest.h>
+
+namespace orwick {
+namespace {
+
+using test::TempTree;
+using test::waitUntil;
+
+// deleteLater() runs only when deferred deletions are delivered, which waitUntil's loop does not do.
+bool deleted(const QPointer<QObject>& object)
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return object.isNull();
+}
+
+void pressKey(QWidget* widget, Qt::Key key)
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &press);
+}
+
+void click(QWidget* widget, const QPointF& at)
+{
+    const QPointF global = widget->mapToGlobal(at);
+    QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &press);
+    QMouseEvent release(QEvent::MouseButtonRelease, at, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(widget, &release);
+}
+
+class DiskToolPanelsTest : public ::testing::Test {
+protected:
+    void open()
+    {
+        state = std::make_unique<WindowState>(tree.root(), &preferences);
+        window = std::make_unique<MainWindow>(state.get());
+        window->show();
+    }
+    PaneState* pane() { return state->activePane(); }
+    template <class Panel>
+    Panel* shown() { return window->findChild<Panel*>(); }
+
+    TempTree tree;
+    ViewPreferences preferences;
+    std::unique_ptr<WindowState> state;
+    std::unique_ptr<MainWindow> window;
+};
+
+TEST_F(DiskToolPanelsTest, DuplicatesPanelListsGroupsAndTicksExtraCopies)
+{
+    const QByteArray big(150000, 'x');
+    tree.file(QStringLiteral("a.bin"), big);
+    tree.file(QStringLiteral("a copy.bin"), big);
+    tree.file(QStringLiteral("small1"), "s");
+    tree.file(QStringLiteral("small2"), "s");
+    open();
+    DiskToolKeys::openDuplicates(window.get(), pane());
+    auto* panel = shown<DuplicatesPanel>();
+    ASSERT_TRUE(panel);
+    EXPECT_EQ(panel->geometry(), window->centralWidget()->geometry()) << "the sheet covers the content area";
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    ASSERT_EQ(panel->choice().groups().size(), 1u) << "the 1-byte pair is under the default minimum";
+    EXPECT_TRUE(panel->footer().startsWith("1 groups, "));
+    panel->tickExtraCopies();
+    EXPECT_EQ(panel->choice().toTrash(), std::vector{tree.path(QStringLiteral("a copy.bin"))});
+    EXPECT_TRUE(panel->footer().contains(" · 1 ticked"));
+
+    QPointer<DuplicatesPanel> guard(panel);
+    pressKey(panel, Qt::Key_Escape);
+    EXPECT_TRUE(waitUntil([&] { return deleted(guard.data()); })) << "Esc closes the sheet";
+}
+
+TEST_F(DiskToolPanelsTest, SpacePanelGoesInAndOut)
+{
+    tree.file(QStringLiteral("big/inner/large"), QByteArray(2500000, 'l'));
+    tree.file(QStringLiteral("big/small"), "s");
+    tree.file(QStringLiteral("other"), "o");
+    open();
+    DiskToolKeys::openSpace(window.get(), pane());
+    auto* panel = shown<SpacePanel>();
+    ASSERT_TRUE(panel);
+    ASSERT_TRUE(waitUntil([&] { return panel->current() != nullptr; }));
+    const SpaceNode* root = panel->current();
+    ASSERT_FALSE(root->children.empty());
+    auto* map = panel->findChild<TreemapWidget*>();
+    ASSERT_TRUE(map);
+    EXPECT_EQ(map->node(), root);
+    ASSERT_FALSE(map->blocks().empty());
+    EXPECT_EQ(map->blocks().front().node->name, "big");
+
+    const QPointF middle = map->blocks().front().rect.center();
+    click(map, middle);
+    EXPECT_EQ(panel->current()->name, "big") << "a click goes into the folder";
+    pressKey(map, Qt::Key_Backspace);
+    EXPECT_EQ(panel->current(), root) << "Backspace goes back out";
+}
+
+TEST_F(DiskToolPanelsTest, CleanUpPanelFindsAndMeasures)
+{
+    tree.file(QStringLiteral("web/package.json"), "{}");
+    tree.file(QStringLiteral("web/node_modules/x/index.js"), QByteArray(50000, 'j'));
+    tree.file(QStringLiteral("py/__pycache__/m.pyc"), "c");
+    open();
+    DiskToolKeys::openCleanUp(window.get(), pane());
+    auto* panel = shown<CleanUpPanel>();
+    ASSERT_TRUE(panel);
+    ASSERT_TRUE(waitUntil([&] { return !panel->isScanning() && !panel->rows().empty(); }));
+    ASSERT_EQ(panel->rows().size(), 2u);
+    for (const auto& row : panel->rows())
+        EXPECT_TRUE(row.size.has_value()) << "every row is measured";
+    EXPECT_EQ(panel->footer(), "Projects rebuild these when needed. Undo (Ctrl+Z) puts them back.");
+}
+
+TEST_F(DiskToolPanelsTest, OpeningAPanelReplacesTheOneShown)
+{
+    open();
+    DiskToolKeys::openCleanUp(window.get(), pane());
+    DiskToolKeys::openSpace(window.get(), pane());
+    EXPECT_TRUE(waitUntil([&] { return deleted(nullptr) && window->findChildren<PanelSheet*>().size() == 1; }));
+    EXPECT_TRUE(shown<SpacePanel>());
+}
+
+} // namespace
+} // namespace orwick
