@@ -1,0 +1,65 @@
+#pragma once
+// PropertyColumnsModel: a file list's rows with the folder's shown property columns appended
+// after the source's own columns — typed cells (text, number, date, checkbox, select and list),
+// edited in place and written through FileProperties, each edit one undo step ("Set status").
+// It sits between a table view and the pane's file-list model; rows are the source's, untouched,
+// and a row's file is read from the source's `urlRole` (a FilePath).
+//
+// Signals: writeFailed(message) follows an edit that could not be written (nothing changed).
+
+#include "notes/FileProperties.h"
+
+#include <QIdentityProxyModel>
+#include <QPointer>
+
+class QUndoStack;
+
+namespace orwick {
+
+class PropertyColumnsModel : public QIdentityProxyModel {
+    Q_OBJECT
+public:
+    enum Role {
+        PropertyValueRole = Qt::UserRole + 100, // the cell's PropertyValue, invalid when the file has none
+        PropertyTypeRole,                       // the column's PropertyType as int
+        OptionColorRole,                        // select and list: option → colour index (QVariantMap)
+    };
+
+    PropertyColumnsModel(FileProperties* store, int urlRole, QObject* parent = nullptr);
+
+    // The folder whose shown columns appear; their types come from the folder's settings or the
+    // rows' values.
+    void setFolder(const FilePath& folder);
+    void setUndoStack(QUndoStack* stack) { m_undo = stack; }
+
+    // The property column at a proxy column, or nothing for the source's own columns.
+    const PropertyColumn* propertyColumn(int column) const;
+
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+    QModelIndex parent(const QModelIndex& child) const override;
+    QModelIndex sibling(int row, int column, const QModelIndex& index) const override;
+    QModelIndex mapToSource(const QModelIndex& proxy) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+Q_SIGNALS:
+    void writeFailed(const QString& message);
+
+private:
+    int sourceColumns() const;
+    FileItems rowItems() const;
+    FilePath urlAt(int row) const;
+    void reloadColumns();
+    void refreshCells();
+
+    QPointer<FileProperties> m_store;
+    int m_urlRole;
+    FilePath m_folder;
+    QList<PropertyColumn> m_columns;
+    QPointer<QUndoStack> m_undo;
+};
+
+} // namespace orwick

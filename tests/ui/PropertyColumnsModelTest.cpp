@@ -1,0 +1,112 @@
+// Property columns appended to a file list: typed cells, header, in-place edits written to the
+// notes as one undo step each, and refusals reported.
+
+#include "support/TempHome.h"
+#include "support/TestMain.h"
+#include "ui/notes/PropertyColumnsModel.h"
+
+#include <QStandardItemModel>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+namespace orwick {
+namespace {
+
+using test::readAll;
+using test::TempTree;
+
+constexpr int kUrlRole = Qt::UserRole + 1;
+
+class PropertyColumnsModelTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        a = tree.file(QString("n/a.md"), "---\nstatus: open\ndone: false\ndue: 2024-05-17\ntags: [x, y]\n---\nA\n");
+        b = tree.file(QString("n/b.md"), "B\n");
+        for (const FilePath& path : {a, b}) {
+            auto* row = new QStandardItem(path.fileName());
+            row->setData(QVariant::fromValue(path), kUrlRole);
+            source.appendRow(row);
+        }
+        FileItems items;
+        for (const FilePath& path : {a, b})
+            items.append(FileItem::make(path));
+        const int revision = store.revision();
+        store.load(items);
+        ASSERT_TRUE(test::waitUntil([&] { return store.revision() > revision; }));
+        FolderColumns columns;
+        columns.shown = {"status", "done", "due", "tags"};
+        columns.types.insert("status", PropertyType::select);
+        columns.types.insert("done", PropertyType::checkbox);
+        columns.types.insert("due", PropertyType::date);
+        ASSERT_TRUE(store.setColumns(a.parent(), columns));
+        model.setSourceModel(&source);
+        model.setFolder(a.parent());
+        model.setUndoStack(&undo);
+    }
+    QModelIndex cell(int row, int column) const { return model.index(row, column); }
+
+    TempTree tree;
+    FilePath a, b;
+    QStandardItemModel source;
+    FileProperties store{nullptr, tree.path("columns.json")};
+    PropertyColumnsModel model{&store, kUrlRole};
+    QUndoStack undo;
+};
+
+TEST_F(PropertyColumnsModelTest, AppendsTypedColumns)
+{
+    ASSERT_EQ(model.columnCount(), 5);
+    EXPECT_EQ(model.headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), "status");
+    EXPECT_EQ(model.data(cell(0, 0), Qt::DisplayRole).toString(), "a.md"); // the source's own column
+    EXPECT_EQ(model.data(cell(0, 1), Qt::DisplayRole).toString(), "open");
+    EXPECT_EQ(model.data(cell(0, 2), Qt::CheckStateRole).toInt(), Qt::Unchecked);
+    EXPECT_TRUE(model.flags(cell(0, 2)) & Qt::ItemIsUserCheckable);
+    EXPECT_EQ(model.data(cell(0, 3), Qt::DisplayRole).toString(), QLocale().toString(QDate(2024, 5, 17), QLocale::ShortFormat));
+    EXPECT_EQ(model.data(cell(0, 3), Qt::EditRole).toString(), "2024-05-17");
+    EXPECT_EQ(model.data(cell(0, 4), Qt::DisplayRole).toString(), "x, y");
+    EXPECT_FALSE(model.data(cell(1, 1), Qt::DisplayRole).isValid()); // b has no status
+    EXPECT_FALSE(model.mapToSource(cell(0, 1)).isValid());
+}
+
+TEST_F(PropertyColumnsModelTest, EditsWriteTheNoteAsOneUndoStep)
+{
+    ASSERT_TRUE(model.setData(cell(1, 1), "doing", Qt::EditRole));
+    EXPECT_EQ(readAll(b), "---\nstatus: doing\n---\nB\n");
+    EXPECT_EQ(undo.undoText(), "Set status");
+    EXPECT_EQ(model.data(cell(1, 1), Qt::DisplayRole).toString(), "doing");
+    ASSERT_TRUE(model.setData(cell(0, 2), Qt::Checked, Qt::CheckStateRole));
+    EXPECT_TRUE(readAll(a).contains("done: true\n"));
+    ASSERT_TRUE(model.setData(cell(0, 4), "x, z", Qt::EditRole));
+    EXPECT_TRUE(readAll(a).contains("tags: [x, z]\n"));
+    ASSERT_TRUE(model.setData(cell(0, 3), QDate(2024, 6, 1), Qt::EditRole));
+    EXPECT_TRUE(readAll(a).contains("due: 2024-06-01\n"));
+    EXPECT_EQ(undo.count(), 4);
+    while (undo.canUndo())
+        undo.undo();
+    EXPECT_EQ(readAll(a), "---\nstatus: open\ndone: false\ndue: 2024-05-17\ntags: [x, y]\n---\nA\n");
+    EXPECT_EQ(readAll(b), "B\n");
+}
+
+TEST_F(PropertyColumnsModelTest, ARefusedEditIsReported)
+{
+    tree.file(QString("n/a.md"), "---\nstatus: open\n---\nchanged elsewhere\n");
+    QString reported;
+    QObject::connect(&model, &PropertyColumnsModel::writeFailed, [&](const QString& message) { reported = message; });
+    EXPECT_FALSE(model.setData(cell(0, 1), "done", Qt::EditRole));
+    EXPECT_TRUE(reported.contains("changed on disk"));
+    EXPECT_EQ(readAll(a), "---\nstatus: open\n---\nchanged elsewhere\n");
+    EXPECT_EQ(undo.count(), 0);
+}
+
+TEST_F(PropertyColumnsModelTest, FollowsTheFolderSettings)
+{
+    FolderColumns columns = store.columns(a.parent());
+    columns.shown = {"tags"};
+    ASSERT_TRUE(store.setColumns(a.parent(), columns));
+    EXPECT_EQ(model.columnCount(), 2);
+    EXPECT_EQ(model.headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), "tags");
+}
+
+} // namespace
+} // namespace orwick
