@@ -316,7 +316,10 @@ void PaneState::rearrange()
 
 void PaneState::applyArrangement(Arrangement arrangement)
 {
-    m_items = std::move(arrangement.items);
+    // Dropping 100,000 items takes a while: a large old list goes away off the GUI thread.
+    FileItems old = std::exchange(m_items, std::move(arrangement.items));
+    if (old.size() > kBackgroundArrangeThreshold)
+        QThreadPool::globalInstance()->start([old = std::move(old)]() mutable { old.clear(); });
     m_headings = std::move(arrangement.headings);
     m_positions = std::move(arrangement.positions);
     if (arrangement.prepared && arrangement.prepared->isFor(m_unsortedItems))

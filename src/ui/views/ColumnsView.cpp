@@ -175,6 +175,9 @@ void ColumnsView::layoutColumns()
 
 void ColumnsView::followSelection()
 {
+    // A hidden view catches up when shown: laying out 100,000 rows nobody sees is wasted time.
+    if (!isVisible())
+        return;
     PaneState* pane = m_model->pane();
     if (pane->cursor()) {
         const int row = pane->row(*pane->cursor());
@@ -183,6 +186,12 @@ void ColumnsView::followSelection()
     }
     m_current->viewport()->update();
     m_nextDelay.start();
+}
+
+void ColumnsView::showEvent(QShowEvent* event)
+{
+    QScrollArea::showEvent(event);
+    followSelection();
 }
 
 } // namespace orwick

@@ -28,6 +28,7 @@ public:
     static constexpr int kColumnWidth = 240;
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
 
 private:

@@ -133,6 +133,9 @@ void FileGridView::updateColumns()
 
 void FileGridView::followSelection()
 {
+    // A hidden view catches up when shown: laying out 100,000 rows nobody sees is wasted time.
+    if (!isVisible())
+        return;
     PaneState* pane = m_model->pane();
     if (pane && pane->cursor()) {
         const int row = pane->row(*pane->cursor());
@@ -172,6 +175,12 @@ void FileGridView::resizeEvent(QResizeEvent* event)
 {
     QListView::resizeEvent(event);
     updateColumns();
+}
+
+void FileGridView::showEvent(QShowEvent* event)
+{
+    QListView::showEvent(event);
+    followSelection();
 }
 
 } // namespace orwick

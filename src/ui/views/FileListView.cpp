@@ -62,6 +62,9 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
 
 void FileListView::followSelection()
 {
+    // A hidden view catches up when shown: laying out 100,000 rows nobody sees is wasted time.
+    if (!isVisible())
+        return;
     PaneState* pane = m_model->pane();
     if (pane && pane->cursor()) {
         const int row = pane->row(*pane->cursor());
@@ -97,6 +100,12 @@ void FileListView::focusOutEvent(QFocusEvent* event)
 {
     QTreeView::focusOutEvent(event);
     viewport()->update();
+}
+
+void FileListView::showEvent(QShowEvent* event)
+{
+    QTreeView::showEvent(event);
+    followSelection();
 }
 
 } // namespace orwick

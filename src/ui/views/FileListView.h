@@ -20,6 +20,7 @@ Q_SIGNALS:
     void contextMenuRequestedAt(const QPoint& globalPosition);
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
