@@ -432,7 +432,11 @@ void PaneState::moveCursor(int by, bool extend)
 
 void PaneState::moveCursorToEnd(bool last, bool extend)
 {
-    moveCursor(last ? int(m_items.size()) : -int(m_items.size()), extend);
+    // Without a caret a step of 0 lands on the first item and -1 on the last.
+    if (!m_cursor || row(*m_cursor) < 0)
+        moveCursor(last ? -1 : 0, extend);
+    else
+        moveCursor(last ? int(m_items.size()) : -int(m_items.size()), extend);
 }
 
 void PaneState::typeAhead(const QString& text) { typeAhead(text, m_clock.elapsed()); }

@@ -1,0 +1,240 @@
+// The four views of one pane: the same keys move and select the same way in each, Ctrl+1…4
+// switch views and remember them per folder, the filter field narrows and clears, Vim keys move
+// when they are on, and a folder that changes under an open filter keeps the filter.
+
+#include "support/TempHome.h"
+#include "support/TestMain.h"
+#include "ui/pane/FilterBar.h"
+#include "ui/pane/PaneWidget.h"
+#include "ui/views/ColumnsView.h"
+#include "ui/views/FileGridView.h"
+#include "ui/views/FileListView.h"
+#include "ui/views/FileTableView.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <gtest/gtest.h>
+
+namespace orwick {
+namespace {
+
+using test::TempTree;
+using test::waitUntil;
+
+class PaneViewsTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        for (const char* name : {"alpha.txt", "beta.txt", "gamma.txt", "delta.txt", "epsilon.txt", "zeta.txt"})
+            tree.file(QString::fromLatin1(name), "x");
+        tree.folder(QStringLiteral("folder"));
+        tree.file(QStringLiteral("folder/inside.txt"), "y");
+        preferences.setGridForMedia(false);
+        pane = std::make_unique<PaneState>(tree.root(), &preferences);
+        widget = std::make_unique<PaneWidget>(pane.get());
+        widget->resize(900, 600);
+        widget->show();
+        ASSERT_TRUE(waitUntil([&] { return pane->items().size() == 7; }));
+    }
+
+    QWidget* keyTarget(ViewMode mode) const
+    {
+        switch (mode) {
+        case ViewMode::grid: return widget->gridView();
+        case ViewMode::columns: return widget->columnsView()->currentColumn();
+        case ViewMode::table: return widget->tableView();
+        case ViewMode::list: break;
+        }
+        return widget->listView();
+    }
+    void press(QWidget* target, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {})
+    {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
+        QApplication::sendEvent(target, &event);
+    }
+    void pressInView(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {})
+    {
+        press(keyTarget(pane->viewMode()), key, modifiers, text);
+    }
+    QStringList selectedNames() const
+    {
+        QStringList names;
+        for (const FileItem& item : pane->selectedItems())
+            names << item.name;
+        return names;
+    }
+    QString cursorName() const { return pane->cursor() ? pane->cursor()->fileName() : QString(); }
+    QStringList shownNames() const
+    {
+        QStringList names;
+        for (const FileItem& item : pane->items())
+            names << item.name;
+        return names;
+    }
+
+    TempTree tree;
+    ViewPreferences preferences;
+    std::unique_ptr<PaneState> pane;
+    std::unique_ptr<PaneWidget> widget;
+};
+
+TEST_F(PaneViewsTest, MovingAndSelectingAreTheSameInEveryView)
+{
+    struct Outcome {
+        QStringList selected;
+        QString cursor;
+        bool operator==(const Outcome&) const = default;
+    };
+    QList<Outcome> outcomes;
+    for (ViewMode mode : {ViewMode::list, ViewMode::table, ViewMode::grid, ViewMode::columns}) {
+        SCOPED_TRACE(viewModeName(mode).toStdString());
+        pane->chooseViewMode(mode);
+        ASSERT_TRUE(waitUntil([&] { return widget->itemsView()->isVisible(); }));
+        pane->typeAhead(QString(), -10'000); // type-select starts over at the next letter
+        pane->clearSelection();
+        pane->moveCursorToEnd(false, false);
+        // Down twice (a row in the grid is one tile here: one column is forced below), extend
+        // one more, type-select, select all, invert.
+        pane->setGridColumns(1);
+        if (mode == ViewMode::grid)
+            pressInView(Qt::Key_Right);
+        else
+            pressInView(Qt::Key_Down);
+        pressInView(Qt::Key_Down);
+        pressInView(Qt::Key_Down, Qt::ShiftModifier);
+        Outcome moved{selectedNames(), cursorName()};
+        pressInView(Qt::Key_Z, Qt::NoModifier, QStringLiteral("z"));
+        Outcome typed{selectedNames(), cursorName()};
+        pressInView(Qt::Key_A, Qt::ControlModifier);
+        const qsizetype all = pane->selection().size();
+        pane->click(pane->items().first().url, Qt::NoModifier);
+        pressInView(Qt::Key_I, Qt::ControlModifier | Qt::ShiftModifier);
+        const qsizetype inverted = pane->selection().size();
+        EXPECT_EQ(all, 7);
+        EXPECT_EQ(inverted, 6);
+        EXPECT_EQ(typed.selected, QStringList{"zeta.txt"});
+        outcomes << moved;
+    }
+    EXPECT_EQ(outcomes[0].selected, QStringList({"beta.txt", "delta.txt"}));
+    EXPECT_EQ(outcomes[0].cursor, "delta.txt");
+    for (const Outcome& outcome : outcomes)
+        EXPECT_EQ(outcome, outcomes[0]);
+}
+
+TEST_F(PaneViewsTest, ViewKeysSwitchAndAreRememberedPerFolder)
+{
+    pressInView(Qt::Key_1, Qt::ControlModifier);
+    EXPECT_EQ(pane->viewMode(), ViewMode::grid);
+    EXPECT_EQ(widget->itemsView(), widget->gridView());
+    pressInView(Qt::Key_4, Qt::ControlModifier);
+    EXPECT_EQ(pane->viewMode(), ViewMode::table);
+    EXPECT_EQ(preferences.mode(tree.root(), false).first, ViewMode::table);
+    pressInView(Qt::Key_3, Qt::ControlModifier);
+    EXPECT_EQ(pane->viewMode(), ViewMode::columns);
+
+    // Columns stay on while moving into a folder and out again (Right and Left).
+    pane->click(tree.path(QStringLiteral("folder")), Qt::NoModifier);
+    pressInView(Qt::Key_Right);
+    ASSERT_TRUE(waitUntil([&] { return pane->url() == tree.path(QStringLiteral("folder")) && !pane->isLoading(); }));
+    EXPECT_EQ(pane->viewMode(), ViewMode::columns);
+    pressInView(Qt::Key_Left);
+    ASSERT_TRUE(waitUntil([&] { return pane->url() == tree.root() && !pane->isLoading(); }));
+    EXPECT_EQ(cursorName(), "folder");
+}
+
+TEST_F(PaneViewsTest, SortKeysFollowTheDirectionRules)
+{
+    pressInView(Qt::Key_3, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_EQ(pane->sortKey(), SortKey::size);
+    EXPECT_FALSE(pane->sortAscending());
+    pressInView(Qt::Key_3, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_TRUE(pane->sortAscending());
+    pane->setGroupByDate(true);
+    pressInView(Qt::Key_1, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_EQ(pane->sortKey(), SortKey::name);
+    EXPECT_TRUE(pane->sortAscending());
+    EXPECT_FALSE(pane->groupByDate());
+}
+
+TEST_F(PaneViewsTest, FilterFieldNarrowsAndEscapeClears)
+{
+    pressInView(Qt::Key_F, Qt::ControlModifier);
+    FilterBar* field = widget->filterBar();
+    ASSERT_TRUE(field->isVisible());
+    EXPECT_TRUE(pane->isFiltering());
+    for (const QString& letter : {QStringLiteral("t"), QStringLiteral("a")})
+        press(field, letter.at(0).toUpper().unicode(), Qt::NoModifier, letter);
+    ASSERT_TRUE(waitUntil([&] { return pane->filter() == "ta"; }));
+    EXPECT_EQ(shownNames(), QStringList({"beta.txt", "delta.txt", "zeta.txt"}));
+
+    press(field, Qt::Key_Z, Qt::NoModifier, QStringLiteral("z"));
+    EXPECT_TRUE(pane->items().isEmpty());
+    EXPECT_EQ(pane->emptyText(), QStringLiteral("Nothing matches “taz”"));
+
+    press(field, Qt::Key_Escape);
+    EXPECT_FALSE(field->isVisible());
+    EXPECT_FALSE(pane->isFiltering());
+    EXPECT_TRUE(pane->filter().isEmpty());
+    EXPECT_EQ(pane->items().size(), 7);
+}
+
+TEST_F(PaneViewsTest, FilterStaysWhileTheFolderChanges)
+{
+    pane->setFiltering(true);
+    pane->setFilter(QStringLiteral("beta"));
+    ASSERT_EQ(shownNames(), QStringList({"beta.txt"}));
+    tree.file(QStringLiteral("alphabet.md"), "new");
+    tree.file(QStringLiteral("best data.txt"), "new");
+    ASSERT_TRUE(waitUntil([&] { return pane->items().size() == 2; }, 10000));
+    EXPECT_EQ(pane->filter(), "beta");
+    EXPECT_TRUE(widget->filterBar()->isVisible());
+    EXPECT_EQ(shownNames(), QStringList({"best data.txt", "beta.txt"}));
+}
+
+TEST_F(PaneViewsTest, VimKeysMoveOnlyWhenOn)
+{
+    pane->moveCursorToEnd(false, false);
+    pressInView(Qt::Key_J, Qt::NoModifier, QStringLiteral("j"));
+    EXPECT_EQ(cursorName(), "folder"); // off: type-select of "j" finds nothing, keeps the caret
+    preferences.setVimKeys(true);
+    pane->moveCursorToEnd(false, false);
+    pressInView(Qt::Key_J, Qt::NoModifier, QStringLiteral("j"));
+    pressInView(Qt::Key_J, Qt::NoModifier, QStringLiteral("j"));
+    EXPECT_EQ(cursorName(), "beta.txt");
+    pressInView(Qt::Key_K, Qt::NoModifier, QStringLiteral("k"));
+    EXPECT_EQ(cursorName(), "alpha.txt");
+    pressInView(Qt::Key_J, Qt::ShiftModifier, QStringLiteral("J"));
+    EXPECT_EQ(selectedNames(), QStringList({"alpha.txt", "beta.txt"}));
+    pressInView(Qt::Key_G, Qt::ShiftModifier, QStringLiteral("G"));
+    EXPECT_EQ(cursorName(), "zeta.txt");
+    pressInView(Qt::Key_G, Qt::NoModifier, QStringLiteral("g"));
+    EXPECT_EQ(cursorName(), "zeta.txt"); // one g waits for the second
+    pressInView(Qt::Key_G, Qt::NoModifier, QStringLiteral("g"));
+    EXPECT_EQ(cursorName(), "folder");
+    pressInView(Qt::Key_Z, Qt::NoModifier, QStringLiteral("z"));
+    EXPECT_EQ(cursorName(), "folder"); // letters no longer jump to names
+
+    pressInView(Qt::Key_Slash, Qt::NoModifier, QStringLiteral("/"));
+    EXPECT_TRUE(widget->filterBar()->isVisible());
+    press(widget->filterBar(), Qt::Key_Escape);
+
+    pressInView(Qt::Key_L, Qt::NoModifier, QStringLiteral("l"));
+    ASSERT_TRUE(waitUntil([&] { return pane->url() == tree.path(QStringLiteral("folder")) && !pane->isLoading(); }));
+    pressInView(Qt::Key_H, Qt::NoModifier, QStringLiteral("h"));
+    ASSERT_TRUE(waitUntil([&] { return pane->url() == tree.root() && !pane->isLoading(); }));
+
+    // In the grid, h and l move left and right.
+    pane->chooseViewMode(ViewMode::grid);
+    pane->setGridColumns(3);
+    pane->moveCursorToEnd(false, false);
+    pressInView(Qt::Key_L, Qt::NoModifier, QStringLiteral("l"));
+    EXPECT_EQ(cursorName(), "alpha.txt");
+    pressInView(Qt::Key_J, Qt::NoModifier, QStringLiteral("j"));
+    EXPECT_EQ(cursorName(), "epsilon.txt");
+    pressInView(Qt::Key_H, Qt::NoModifier, QStringLiteral("h"));
+    EXPECT_EQ(cursorName(), "delta.txt");
+    EXPECT_EQ(pane->url(), tree.root());
+}
+
+} // namespace
+} // namespace orwick
