@@ -175,16 +175,9 @@ void ColumnsView::layoutColumns()
 
 void ColumnsView::followSelection()
 {
-    // A hidden view catches up when shown: laying out 100,000 rows nobody sees is wasted time.
     if (!isVisible())
         return;
-    PaneState* pane = m_model->pane();
-    if (pane->cursor()) {
-        const int row = pane->row(*pane->cursor());
-        if (row >= 0)
-            m_current->scrollTo(m_model->index(row, FileListModel::NameColumn), QAbstractItemView::EnsureVisible);
-    }
-    m_current->viewport()->update();
+    followCursor(m_current, this);
     m_nextDelay.start();
 }
 

@@ -133,16 +133,7 @@ void FileGridView::updateColumns()
 
 void FileGridView::followSelection()
 {
-    // A hidden view catches up when shown: laying out 100,000 rows nobody sees is wasted time.
-    if (!isVisible())
-        return;
-    PaneState* pane = m_model->pane();
-    if (pane && pane->cursor()) {
-        const int row = pane->row(*pane->cursor());
-        if (row >= 0)
-            scrollTo(m_model->index(row, FileListModel::NameColumn), QAbstractItemView::EnsureVisible);
-    }
-    viewport()->update();
+    followCursor(this, this);
 }
 
 void FileGridView::keyPressEvent(QKeyEvent* event)

@@ -62,16 +62,7 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
 
 void FileListView::followSelection()
 {
-    // A hidden view catches up when shown: laying out 100,000 rows nobody sees is wasted time.
-    if (!isVisible())
-        return;
-    PaneState* pane = m_model->pane();
-    if (pane && pane->cursor()) {
-        const int row = pane->row(*pane->cursor());
-        if (row >= 0)
-            scrollTo(m_model->index(row, 0), QAbstractItemView::EnsureVisible);
-    }
-    viewport()->update();
+    followCursor(this, this);
 }
 
 void FileListView::keyPressEvent(QKeyEvent* event)

@@ -30,6 +30,20 @@ void doubleClickOnView(QAbstractItemView* view, PaneState& pane, QMouseEvent* ev
         pane.openSelection();
 }
 
+void followCursor(QAbstractItemView* view, const QWidget* visibleOwner)
+{
+    if (!visibleOwner->isVisible())
+        return;
+    const auto* model = qobject_cast<const FileListModel*>(view->model());
+    PaneState* pane = model ? model->pane() : nullptr;
+    if (pane && pane->cursor()) {
+        const int row = pane->row(*pane->cursor());
+        if (row >= 0)
+            view->scrollTo(model->index(row, FileListModel::NameColumn), QAbstractItemView::EnsureVisible);
+    }
+    view->viewport()->update();
+}
+
 int pageRowsOf(const QAbstractItemView* view, int rowsPerLine)
 {
     const int rowHeight = std::max(1, view->sizeHintForRow(0));

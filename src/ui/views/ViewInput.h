@@ -8,6 +8,7 @@
 class QAbstractItemView;
 class QKeyEvent;
 class QMouseEvent;
+class QWidget;
 
 namespace orwick {
 
@@ -15,6 +16,9 @@ namespace orwick {
 void pressOnView(QAbstractItemView* view, PaneState& pane, QMouseEvent* event);
 // A double click on a row opens the selection.
 void doubleClickOnView(QAbstractItemView* view, PaneState& pane, QMouseEvent* event);
+// Brings the pane's caret into sight in `view` and redraws it. Does nothing while `visibleOwner`
+// is hidden: a hidden view catches up when shown (laying out 100,000 rows nobody sees is waste).
+void followCursor(QAbstractItemView* view, const QWidget* visibleOwner);
 // Rows that fit on one screen of `view` (for Page Up and Page Down).
 int pageRowsOf(const QAbstractItemView* view, int rowsPerLine = 1);
 
