@@ -31,16 +31,6 @@ constexpr ConditionInfo kConditions[] = {
 
 const ConditionInfo& info(C condition) { return kConditions[int(condition)]; }
 
-bool isChecked(const std::optional<PropertyValue>& value)
-{
-    if (!value)
-        return false;
-    if (value->isBool())
-        return value->boolPayload();
-    const QString lower = value->text().toLower();
-    return lower == u"true" || lower == u"yes" || lower == u"x" || lower == u"1";
-}
-
 } // namespace
 
 const QList<PropertyFilter::Condition>& PropertyFilter::allCases()
@@ -88,8 +78,8 @@ bool PropertyFilter::matches(const std::optional<PropertyValue>& propertyValue, 
     switch (condition) {
     case C::empty: return candidates.isEmpty();
     case C::filled: return !candidates.isEmpty();
-    case C::checked: return isChecked(propertyValue);
-    case C::unchecked: return !isChecked(propertyValue);
+    case C::checked: return propertyValue && propertyValue->isChecked();
+    case C::unchecked: return !(propertyValue && propertyValue->isChecked());
     default: break;
     }
     if (operand.isEmpty())

@@ -177,6 +177,14 @@ QStringList PropertyValue::list() const
 
 std::optional<QDate> PropertyValue::date() const { return parseDate(text()); }
 
+bool PropertyValue::isChecked() const
+{
+    if (isBool())
+        return boolPayload();
+    const QString lower = text().toLower();
+    return lower == u"true" || lower == u"yes" || lower == u"x" || lower == u"1";
+}
+
 SortValue PropertyValue::sortKey(PropertyType type) const
 {
     switch (type) {
@@ -188,12 +196,7 @@ SortValue PropertyValue::sortKey(PropertyType type) const
         if (const auto value = number())
             return *value;
         return text();
-    case PropertyType::checkbox: {
-        static const QSet<QString> yes{QStringLiteral("true"), QStringLiteral("yes"), QStringLiteral("x"),
-                                       QStringLiteral("1")};
-        const bool checked = isBool() ? boolPayload() : yes.contains(text().toLower());
-        return checked ? QStringLiteral("true") : QStringLiteral("false");
-    }
+    case PropertyType::checkbox: return isChecked() ? QStringLiteral("true") : QStringLiteral("false");
     case PropertyType::text:
     case PropertyType::select:
     case PropertyType::list: return text().toLower();

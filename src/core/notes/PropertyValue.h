@@ -56,6 +56,10 @@ public:
     // The day the first ten bytes of the text form name ("2024-05-17"), if they name one.
     std::optional<QDate> date() const;
 
+    // As a checkbox: a bool's truth; any other value is checked when its text form is "true",
+    // "yes", "x" or "1" (any case).
+    bool isChecked() const;
+
     SortValue sortKey(PropertyType type) const;
 
     QJsonValue toJson() const;

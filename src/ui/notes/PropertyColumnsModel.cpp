@@ -7,14 +7,6 @@ namespace orwick {
 
 namespace {
 
-bool isChecked(const PropertyValue& value)
-{
-    if (value.isBool())
-        return value.boolPayload();
-    const QString lower = value.text().toLower();
-    return lower == u"true" || lower == u"yes" || lower == u"x" || lower == u"1";
-}
-
 // What a typed cell's edited text stands for; an empty text removes the property.
 std::optional<PropertyValue> valueFromEdit(const QVariant& edited, PropertyType type)
 {
@@ -152,7 +144,7 @@ QVariant PropertyColumnsModel::data(const QModelIndex& index, int role) const
     }
     const auto value = m_store ? m_store->value(urlAt(index.row()), column->key) : std::nullopt;
     if (role == Qt::CheckStateRole && column->type == PropertyType::checkbox)
-        return value && isChecked(*value) ? Qt::Checked : Qt::Unchecked;
+        return value && value->isChecked() ? Qt::Checked : Qt::Unchecked;
     if (!value)
         return {};
     switch (role) {
