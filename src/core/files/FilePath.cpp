@@ -74,7 +74,12 @@ bool isValidUtf8(QByteArrayView bytes)
 
 QString displayName(QByteArrayView bytes)
 {
-    return QString::fromUtf8(bytes);
+    QString text = QString::fromUtf8(bytes);
+    // Control characters (a newline in a name) are shown as their visible pictures (␊).
+    for (QChar& c : text)
+        if (c.unicode() < 0x20)
+            c = QChar(0x2400 + c.unicode());
+    return text;
 }
 
 FilePath FilePath::fromNative(QByteArrayView bytes)

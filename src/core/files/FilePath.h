@@ -60,7 +60,8 @@ private:
 
 inline size_t qHash(const FilePath& path, size_t seed = 0) { return qHash(path.native(), seed); }
 
-// Display text for a name's bytes (U+FFFD for bytes that are not UTF-8).
+// Display text for a name's bytes: U+FFFD for bytes that are not UTF-8, control characters as
+// their visible pictures (a newline shows as ␊).
 QString displayName(QByteArrayView bytes);
 // True when the bytes are valid UTF-8.
 bool isValidUtf8(QByteArrayView bytes);

@@ -36,3 +36,10 @@ TEST(FilePath, ParentsChildrenAndContainment)
     EXPECT_EQ(FilePath::fromNative("/a/X.TS").extension(), "ts");
     EXPECT_EQ(FilePath::fromText("~/Projects/site").abbreviated(), "~/Projects/site");
 }
+
+TEST(FilePath, ShowsControlCharactersVisibly)
+{
+    const FilePath path = FilePath::fromNative("/tmp").child(QByteArrayView("two\nlines"));
+    EXPECT_EQ(path.fileName(), QString::fromUtf8("two\u240Alines"));
+    EXPECT_EQ(path.fileNameBytes(), QByteArray("two\nlines")); // the bytes stay as they are
+}

@@ -1,0 +1,33 @@
+#pragma once
+// AppCommand: one thing the user can do, by key, menu, context menu or palette. A value: the
+// menu item, the shortcut and the palette row of a command all run the same `run` and read the
+// same `isEnabled`, so a command's title, icon and key are defined once.
+
+#include <QKeySequence>
+#include <QString>
+#include <functional>
+
+namespace orwick {
+
+class WindowState;
+
+struct AppCommand {
+    QString id;        // stable, lower camel case; generated families use a dotted prefix ("view.list")
+    QString title;     // ends in "…" when it opens a further dialog or panel
+    QString symbol;    // the icon's name in the symbol set (mapped to a desktop icon when drawn)
+    QKeySequence shortcut; // empty when none
+    QString keywords;  // extra space-separated search words
+    // Evaluated each time a menu or the palette shows the command; absent means always enabled.
+    std::function<bool(const WindowState&)> isEnabled;
+    std::function<void(WindowState&)> run;
+    // Why the command is dimmed when it is, in the user's words ("Comes with batch rename").
+    QString disabledNote;
+
+    bool enabledIn(const WindowState& window) const { return run && (!isEnabled || isEnabled(window)); }
+    // The text the palette matches: the title and the keywords.
+    QString searchText() const { return keywords.isEmpty() ? title : title + QLatin1Char(' ') + keywords; }
+    // The shortcut as shown in menus and the palette ("Ctrl+Shift+N").
+    QString shortcutText() const { return shortcut.toString(QKeySequence::NativeText); }
+};
+
+} // namespace orwick
