@@ -27,7 +27,7 @@ FileItem FileItemReader::read(const DirEntry& entry) const
     FileItem item;
     item.url = m_folder.child(QByteArrayView(entry.name));
     item.destination = item.url;
-    item.name = displayName(entry.name);
+    item.name = visibleName(entry.name);
     item.isHidden = entry.name.startsWith('.') || m_hidden.contains(entry.name);
 
     const QString extension = item.url.extension();

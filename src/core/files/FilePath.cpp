@@ -74,8 +74,12 @@ bool isValidUtf8(QByteArrayView bytes)
 
 QString displayName(QByteArrayView bytes)
 {
+    return QString::fromUtf8(bytes);
+}
+
+QString visibleName(QByteArrayView bytes)
+{
     QString text = QString::fromUtf8(bytes);
-    // Control characters (a newline in a name) are shown as their visible pictures (␊).
     for (QChar& c : text)
         if (c.unicode() < 0x20)
             c = QChar(0x2400 + c.unicode());

@@ -60,9 +60,12 @@ private:
 
 inline size_t qHash(const FilePath& path, size_t seed = 0) { return qHash(path.native(), seed); }
 
-// Display text for a name's bytes: U+FFFD for bytes that are not UTF-8, control characters as
-// their visible pictures (a newline shows as ␊).
+// Text for a name's bytes (U+FFFD for bytes that are not UTF-8). Faithful for valid UTF-8, so it
+// may be handed to Qt's file classes.
 QString displayName(QByteArrayView bytes);
+// The name as a row shows it: like displayName, with control characters drawn as their visible
+// pictures (a newline shows as ␊) so that a name never breaks a row.
+QString visibleName(QByteArrayView bytes);
 // True when the bytes are valid UTF-8.
 bool isValidUtf8(QByteArrayView bytes);
 

@@ -6,6 +6,7 @@
 #include "platform/XdgPaths.h"
 
 #include <QDateTime>
+#include <cmath>
 
 namespace orwick {
 
@@ -516,6 +517,32 @@ void PaneState::chooseViewMode(ViewMode mode)
         m_preferences->remember(mode, m_url);
     Q_EMIT viewModeChanged();
     rearrange();
+}
+
+void PaneState::focusFilter()
+{
+    if (!m_isFiltering) {
+        m_isFiltering = true;
+        Q_EMIT arrangementOptionsChanged();
+    }
+    Q_EMIT filterFocusRequested();
+}
+
+void PaneState::zoomIcons(int steps)
+{
+    const double size = std::clamp(m_iconSize * std::pow(1.25, steps), kMinIconSize, kMaxIconSize);
+    if (size == m_iconSize)
+        return;
+    m_iconSize = size;
+    Q_EMIT iconSizeChanged();
+}
+
+void PaneState::setRenaming(const std::optional<FilePath>& url)
+{
+    if (url == m_renaming)
+        return;
+    m_renaming = url;
+    Q_EMIT renamingChanged();
 }
 
 void PaneState::setIgnoredPaths(std::shared_ptr<const QSet<FilePath>> ignored)

@@ -103,6 +103,15 @@ public:
     void setShowHidden(bool on);
     void chooseViewMode(ViewMode mode);
     void setGridColumns(int columns) { m_gridColumns = std::max(1, columns); }
+    // Opens the filter field and asks the view to give it the keyboard.
+    void focusFilter();
+    // Grid tile size in pixels; each step is a quarter larger or smaller, within the range.
+    double iconSize() const { return m_iconSize; }
+    void zoomIcons(int steps);
+    static constexpr double kMinIconSize = 48, kMaxIconSize = 256, kDefaultIconSize = 96;
+    // The item whose name is being edited in place.
+    const std::optional<FilePath>& renaming() const { return m_renaming; }
+    void setRenaming(const std::optional<FilePath>& url);
     void setIgnoredPaths(std::shared_ptr<const QSet<FilePath>> ignored);
 
     // After a create, paste or move: select these once they show up in a load.
@@ -121,6 +130,9 @@ Q_SIGNALS:
     void loadingChanged();
     void viewModeChanged();
     void arrangementOptionsChanged(); // sort, grouping, filter, hidden files
+    void filterFocusRequested();
+    void iconSizeChanged();
+    void renamingChanged();
     void openRequested(const orwick::FileItems& files);
     void renameRequested(const orwick::FilePath& url);
     void messageRequested(const QString& message);
@@ -166,6 +178,8 @@ private:
     ViewMode m_viewMode = ViewMode::list;
     ViewPreferences::Reason m_viewModeReason = ViewPreferences::Reason::defaultMode;
     int m_gridColumns = 1;
+    double m_iconSize = kDefaultIconSize;
+    std::optional<FilePath> m_renaming;
 
     QList<FilePath> m_backStack;
     QList<FilePath> m_forwardStack;

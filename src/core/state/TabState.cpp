@@ -2,13 +2,16 @@
 
 namespace orwick {
 
-TabState::TabState(const FilePath& folder, ViewPreferences* preferences, QObject* parent) : QObject(parent)
+TabState::TabState(const FilePath& folder, ViewPreferences* preferences, QObject* parent)
+    : QObject(parent), m_preferences(preferences)
 {
-    auto* pane = new PaneState(folder, preferences, this);
+    PaneState* pane = makePane(folder);
     m_columns = {{pane}};
     m_activePaneID = pane->id();
     m_recent = {pane->id()};
 }
+
+PaneState* TabState::makePane(const FilePath& folder) { return new PaneState(folder, m_preferences, this); }
 
 QList<PaneState*> TabState::panes() const
 {
@@ -20,20 +23,31 @@ QList<PaneState*> TabState::panes() const
 
 PaneState* TabState::activePane() const
 {
-    for (PaneState* pane : panes())
-        if (pane->id() == m_activePaneID)
-            return pane;
+    for (const auto& column : m_columns)
+        for (PaneState* pane : column)
+            if (pane->id() == m_activePaneID)
+                return pane;
     return m_columns.first().first();
 }
 
-void TabState::setActivePane(PaneState* pane)
+void TabState::activate(PaneState* pane)
 {
-    if (!pane || pane->id() == m_activePaneID)
+    if (!pane || pane->id() == m_activePaneID || !panes().contains(pane))
         return;
     m_activePaneID = pane->id();
     m_recent.removeAll(pane->id());
     m_recent.prepend(pane->id());
     Q_EMIT activePaneChanged();
+}
+
+void TabState::activateNext(int offset)
+{
+    const QList<PaneState*> all = panes();
+    if (all.size() < 2)
+        return;
+    const qsizetype at = all.indexOf(activePane());
+    const qsizetype count = all.size();
+    activate(all[((at + offset) % count + count) % count]);
 }
 
 PaneState* TabState::otherPane() const
@@ -46,7 +60,85 @@ PaneState* TabState::otherPane() const
             if (pane->id() == id)
                 return pane;
     }
+    // Panes never activated still count: the first one that is not the active one.
+    for (PaneState* pane : all)
+        if (pane->id() != m_activePaneID)
+            return pane;
     return nullptr;
+}
+
+void TabState::toggleSplit()
+{
+    PaneState* active = activePane();
+    if (isSplit()) {
+        for (PaneState* pane : panes())
+            if (pane != active)
+                pane->deleteLater();
+        m_columns = {{active}};
+        m_recent = {active->id()};
+        Q_EMIT panesChanged();
+        return;
+    }
+    split(active, PaneEdge::right, active->url());
+}
+
+bool TabState::canSplit(PaneState* pane, PaneEdge edge) const
+{
+    for (const auto& column : m_columns) {
+        if (!column.contains(pane))
+            continue;
+        if (edge == PaneEdge::left || edge == PaneEdge::right)
+            return m_columns.size() < kMaxColumns;
+        return column.size() < kMaxRows;
+    }
+    return false;
+}
+
+PaneState* TabState::split(PaneState* pane, PaneEdge edge, const FilePath& folder)
+{
+    if (!canSplit(pane, edge))
+        return nullptr;
+    PaneState* added = makePane(folder);
+    for (qsizetype c = 0; c < m_columns.size(); ++c) {
+        const qsizetype r = m_columns[c].indexOf(pane);
+        if (r < 0)
+            continue;
+        switch (edge) {
+        case PaneEdge::left: m_columns.insert(c, {added}); break;
+        case PaneEdge::right: m_columns.insert(c + 1, {added}); break;
+        case PaneEdge::top: m_columns[c].insert(r, added); break;
+        case PaneEdge::bottom: m_columns[c].insert(r + 1, added); break;
+        }
+        break;
+    }
+    // The new pane is the active one; the pane split from becomes the "other" pane.
+    if (!m_recent.contains(pane->id()))
+        m_recent.prepend(pane->id());
+    Q_EMIT panesChanged();
+    activate(added);
+    return added;
+}
+
+void TabState::close(PaneState* pane)
+{
+    if (panes().size() < 2 || !panes().contains(pane))
+        return;
+    for (auto& column : m_columns)
+        column.removeAll(pane);
+    m_columns.removeIf([](const QList<PaneState*>& column) { return column.isEmpty(); });
+    m_recent.removeAll(pane->id());
+    const bool wasActive = pane->id() == m_activePaneID;
+    pane->deleteLater();
+    Q_EMIT panesChanged();
+    if (wasActive) {
+        PaneState* next = nullptr;
+        for (const QUuid& id : m_recent)
+            for (PaneState* candidate : panes())
+                if (candidate->id() == id && !next)
+                    next = candidate;
+        m_activePaneID = QUuid();
+        activate(next ? next : panes().first());
+    }
 }
 
 } // namespace orwick

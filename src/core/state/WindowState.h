@@ -1,6 +1,11 @@
 #pragma once
-// WindowState: one window — its tabs, the shown tab, the folders of closed tabs and the window's
-// undo stack. Tab and pane actions build on this.
+// WindowState: one window — its tabs, the shown tab, the folders of closed tabs, the panel shown
+// over the content and the window's undo stack — with the window actions that commands call.
+// Everything here is headless; the window draws it.
+//
+// Signals: tabsChanged() follows every change of the tab list or order; selectedTabChanged()
+// follows every change of the shown tab; closeRequested() asks the window to close (the last tab
+// was closed); panelChanged() follows every change of the panel fields.
 
 #include "state/TabState.h"
 
@@ -8,6 +13,9 @@
 #include <QUndoStack>
 
 namespace orwick {
+
+// What the palette is opened for.
+enum class PaletteMode { main, path, projects, copyDestination, moveDestination };
 
 class WindowState : public QObject {
     Q_OBJECT
@@ -21,16 +29,56 @@ public:
     QUndoStack* undoStack() { return &m_undoStack; }
     ViewPreferences* preferences() const { return m_preferences; }
 
+    // --- Tabs
+    // A new tab on `folder` (the active pane's folder when absent), right after the shown one, shown.
+    TabState* newTab(const std::optional<FilePath>& folder = std::nullopt);
+    // With fewer than two tabs, asks to close the window instead (closedTabURLs unchanged).
+    void closeTab(const std::optional<QUuid>& id = std::nullopt);
+    void reopenClosedTab();
+    // Shows the tab `offset` places on, wrapping at both ends.
+    void selectTab(int offset);
+    void selectTabWithID(const QUuid& id);
+    void moveTab(const QUuid& id, const QUuid& onto);
+    void openSelectionInNewTabs();
+
+    // --- Selection
+    QList<FilePath> selectedURLs() const;    // in shown order
+    QList<FilePath> selectedFolders() const;
+    // The file commands act only with a selection and while no name is being edited.
+    bool canActOnSelection() const;
+    bool hasOtherPane() const { return selectedTab()->otherPane() != nullptr; }
+    // One item: inline rename. Several: batch rename, which is not built yet (returns false).
+    bool beginRename();
+    void endFilter();
+
+    // Asks the window to open the palette in `mode`.
+    void requestPalette(PaletteMode mode) { Q_EMIT paletteRequested(mode); }
+
+    // --- Panels over the content (at most one at a time)
+    enum class Panel { none, duplicates, space, cleanUp };
+    Panel panel() const { return m_panel; }
+    const FilePath& panelFolder() const { return m_panelFolder; }
+    void showPanel(Panel panel, const FilePath& folder);
+    void closePanel() { showPanel(Panel::none, {}); }
+
 Q_SIGNALS:
     void tabsChanged();
     void selectedTabChanged();
+    void closeRequested();
+    void panelChanged();
+    void messageRequested(const QString& message);
+    void paletteRequested(orwick::PaletteMode mode);
 
 protected:
+    TabState* makeTab(const FilePath& folder);
+
     QList<TabState*> m_tabs;
     QUuid m_selectedTabID;
     QList<FilePath> m_closedTabURLs;
     QUndoStack m_undoStack;
     ViewPreferences* m_preferences;
+    Panel m_panel = Panel::none;
+    FilePath m_panelFolder;
 };
 
 } // namespace orwick

@@ -1,0 +1,11 @@
+#include "app/Services.h"
+
+namespace orwick {
+
+Services& services()
+{
+    static Services shared;
+    return shared;
+}
+
+} // namespace orwick

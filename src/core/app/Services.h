@@ -1,0 +1,15 @@
+#pragma once
+// The process-wide stores that window actions reach (git, …). Set once at start by the program
+// (or by a test); absent ones make their commands disabled.
+
+namespace orwick {
+
+class Git;
+
+struct Services {
+    Git* git = nullptr;
+};
+
+Services& services();
+
+} // namespace orwick

@@ -1,0 +1,276 @@
+#include "commands/CommandCatalog.h"
+
+#include "commands/CommandActions.h"
+#include "state/WindowState.h"
+
+namespace orwick::CommandCatalog {
+
+namespace {
+
+using Predicate = std::function<bool(const WindowState&)>;
+using Action = std::function<void(WindowState&)>;
+
+AppCommand make(const char* id, const char* title, const char* symbol, QKeySequence shortcut, const char* keywords,
+                Action run, Predicate enabled = {})
+{
+    AppCommand command;
+    command.id = QString::fromUtf8(id);
+    command.title = QString::fromUtf8(title);
+    command.symbol = QString::fromUtf8(symbol);
+    command.shortcut = std::move(shortcut);
+    command.keywords = QString::fromUtf8(keywords);
+    command.run = std::move(run);
+    command.isEnabled = std::move(enabled);
+    return command;
+}
+
+// A command whose work is not built yet: listed, dimmed, and saying why.
+AppCommand later(const char* id, const char* title, const char* symbol, QKeySequence shortcut, const char* keywords, const char* note)
+{
+    AppCommand command = make(id, title, symbol, std::move(shortcut), keywords, [](WindowState&) {}, [](const WindowState&) { return false; });
+    command.disabledNote = QString::fromUtf8(note);
+    return command;
+}
+
+QKeySequence keys(int combination) { return QKeySequence(combination); }
+QKeySequence none() { return {}; }
+
+const Predicate onSelection = [](const WindowState& w) { return w.canActOnSelection(); };
+const Predicate withOtherPane = [](const WindowState& w) { return w.canActOnSelection() && w.hasOtherPane(); };
+const Predicate isSplit = [](const WindowState& w) { return w.selectedTab()->isSplit(); };
+const Predicate hasFolder = [](const WindowState& w) { return !w.activePane()->listing().has_value(); };
+
+const char* kNoCloud = "No cloud storage provider on Linux";
+const char* kNoCounterpart = "Not available on Linux yet";
+const char* kNotYet = "Not built yet";
+const char* kFileOps = "Comes with file operations";
+const char* kDiskTools = "Comes with the disk tools";
+
+QList<AppCommand> buildFixed()
+{
+    using namespace actions;
+    const int C = Qt::CTRL, S = Qt::SHIFT, A = Qt::ALT, M = Qt::META;
+    QList<AppCommand> list{
+        make("newTab", "New Tab", "plus.square.on.square", keys(C | Qt::Key_T), "", [](WindowState& w) { w.newTab(); }),
+        later("newFolder", "New Folder", "folder.badge.plus", keys(C | S | Qt::Key_N), "create mkdir", kFileOps),
+        later("newFile", "New File", "doc.badge.plus", keys(C | A | Qt::Key_N), "create touch", kFileOps),
+        later("newNote", "New Note", "square.and.pencil", keys(C | A | S | Qt::Key_N), "markdown create write obsidian", kNotYet),
+        later("todaysNote", "Today's Note", "calendar.badge.plus", keys(C | A | S | Qt::Key_D), "daily journal date obsidian", kNotYet),
+        later("toggleEditing", "Edit File", "pencil.line", keys(C | Qt::Key_E), "write markdown text editor", kNotYet),
+        make("reopenTab", "Reopen Closed Tab", "", keys(C | S | Qt::Key_T), "", [](WindowState& w) { w.reopenClosedTab(); },
+             [](const WindowState& w) { return !w.closedTabURLs().isEmpty(); }),
+        make("closeTab", "Close Tab", "xmark", keys(C | Qt::Key_W), "", [](WindowState& w) { w.closeTab(); }),
+        later("rename", "Rename", "pencil", keys(Qt::Key_F2), "", kFileOps),
+        later("duplicate", "Duplicate", "plus.square.on.square", keys(C | Qt::Key_D), "", kFileOps),
+        later("trash", "Move to Trash", "trash", keys(C | Qt::Key_Delete), "delete remove", kFileOps),
+        later("copyToOther", "Copy to Other Pane", "arrow.right.doc.on.clipboard", keys(Qt::Key_F5), "", kFileOps),
+        later("moveToOther", "Move to Other Pane", "arrow.right.square", keys(Qt::Key_F6), "", kFileOps),
+        make("copyPath", "Copy Path", "", keys(C | A | Qt::Key_C), "link path clipboard", copyPath, onSelection),
+        make("copyRelativePath", "Copy Relative Path", "", keys(C | A | S | Qt::Key_C), "link path relative git repo", copyRelativePath, onSelection),
+        make("copyContents", "Copy Contents", "doc.on.clipboard", none(), "text clipboard file content paste without opening", copyContents, canCopyContents),
+        make("copyDataURI", "Copy as Data URI", "chevron.left.forwardslash.chevron.right", none(), "base64 inline css html embed svg image font", copyDataURI, canCopyContents),
+        make("showInFinder", "Show in System File Manager", "macwindow", none(), "reveal", showInSystemFileManager, hasFolder),
+        later("getInfo", "Get Info", "info.circle", keys(C | Qt::Key_I), "properties size details permissions", kNotYet),
+        later("quickLook", "Quick Look", "", keys(C | Qt::Key_Y), "preview look", kNotYet),
+        later("downloadNow", "Download Now", "icloud.and.arrow.down", none(), "cloud icloud google drive offline keep", kNoCloud),
+        later("removeDownload", "Remove Download", "icloud", none(), "cloud icloud google drive free space evict", kNoCloud),
+        later("reviewChanges", "Review Changes", "arrow.triangle.branch", keys(C | S | Qt::Key_U), "git diff commit stage status changes", kNotYet),
+        later("findInFiles", "Find in Files…", "text.magnifyingglass", keys(C | A | Qt::Key_F), "grep search contents text code ripgrep inside", kNotYet),
+        later("compare", "Compare", "rectangle.split.2x1", none(), "diff difference versions images side by side", kNotYet),
+        make("moveTo", "Move to…", "folder.badge.gearshape", keys(C | S | Qt::Key_M), "send relocate destination",
+             [](WindowState& w) { w.requestPalette(PaletteMode::moveDestination); }, onSelection),
+        make("copyTo", "Copy to…", "doc.on.doc", none(), "send duplicate destination",
+             [](WindowState& w) { w.requestPalette(PaletteMode::copyDestination); }, onSelection),
+        later("addToShelf", "Add to Shelf", "tray.and.arrow.down", keys(C | A | Qt::Key_S), "drop stack gather collect basket", kNotYet),
+        later("copyShelfHere", "Copy Shelf Here", "tray.and.arrow.up", none(), "drop stack paste land", kNotYet),
+        later("moveShelfHere", "Move Shelf Here", "tray.and.arrow.up", none(), "drop stack land", kNotYet),
+        later("clearShelf", "Clear Shelf", "tray", none(), "drop stack empty", kNotYet),
+        later("airDrop", "AirDrop", "dot.radiowaves.left.and.right", none(), "send share nearby iphone", kNoCounterpart),
+        later("connectToServer", "Connect to Server…", "network", keys(C | M | Qt::Key_K), "smb afp nfs nas network share mount webdav", kNotYet),
+        later("putBack", "Put Back", "arrow.uturn.backward", none(), "restore trash undelete", kFileOps),
+        make("showRecents", "Recents", "clock.arrow.circlepath", keys(C | S | Qt::Key_F), "recent files opened lately",
+             [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::recents)); }),
+        make("thisMac", "This Computer", "desktopcomputer", keys(C | S | Qt::Key_C),
+             "computer drives disks storage space usage capacity free volumes pc",
+             [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::thisMac)); }),
+        make("screenshots", "Screenshots", "camera.viewfinder", none(), "screen capture recording shots images",
+             [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::screenshots)); }),
+        later("tidyUp", "Tidy Up Folder…", "tray.2", none(), "organize sort downloads desktop clean messy files into folders", kFileOps),
+        make("cleanUp", "Clean Up Build Folders…", "sparkles", none(), "node_modules deriveddata disk space junk cache free up delete build",
+             [](WindowState& w) { w.showPanel(WindowState::Panel::cleanUp, w.activePane()->url()); }, hasFolder),
+        make("findDuplicates", "Find Duplicates…", "square.on.square", none(), "duplicate same identical copies files photos disk space free up dedupe",
+             [](WindowState& w) { w.showPanel(WindowState::Panel::duplicates, w.activePane()->url()); }, hasFolder),
+        make("showSpace", "Show Space Used…", "chart.pie", none(), "disk usage size treemap daisydisk storage big files what's taking space free up",
+             [](WindowState& w) { w.showPanel(WindowState::Panel::space, w.activePane()->url()); }, hasFolder),
+        make("trashFolder", "Open Trash", "trash", none(), "bin deleted put back",
+             [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::trash)); }),
+        later("pin", "Add to or Remove from Sidebar", "sidebar.left", keys(C | M | Qt::Key_T), "pin quick access favorite", kNotYet),
+        later("newSidebarGroup", "New Sidebar Group", "folder.badge.plus", none(), "section pin quick access", kNotYet),
+        later("compress", "Compress to Zip", "archivebox", none(), "zip archive", kFileOps),
+        later("extract", "Extract Here", "archivebox.circle", none(), "unzip decompress expand untar", kFileOps),
+        later("cut", "Cut", "scissors", keys(C | Qt::Key_X), "move", kFileOps),
+        later("copy", "Copy", "doc.on.doc", keys(C | Qt::Key_C), "", kFileOps),
+        later("copyImage", "Copy Image", "photo.on.rectangle", keys(C | M | Qt::Key_C), "picture clipboard figma paste pixels", kNotYet),
+        later("removeBackground", "Remove Background", "person.crop.rectangle", none(), "cut out subject transparent png isolate lift image picture photo", kNoCounterpart),
+        later("removeLocation", "Remove Location from Photos", "location.slash", none(), "gps privacy exif strip share geotag where taken metadata", kNotYet),
+        later("removeMetadata", "Remove All Metadata from Photos", "eye.slash", none(), "exif strip privacy camera gps xmp iptc clean share", kNotYet),
+        later("exportPDF", "Export Note as PDF", "doc.richtext", none(), "markdown print save pdf share document", kNotYet),
+        later("exportHTML", "Export Note as HTML", "globe", none(), "markdown web page html save publish", kNotYet),
+        later("imageSets", "Make Image Sets (@1x @2x @3x)", "square.stack.3d.up", none(), "retina 1x 2x 3x scale export assets ios app icon svg pdf png xcode web", kNotYet),
+        later("copyText", "Copy Text from Image", "text.viewfinder", none(), "ocr recognize read scan screenshot words picture pdf", kNotYet),
+        later("combinePDF", "Combine into PDF", "doc.on.doc", none(), "merge join pdfs pages images to pdf scan", kNotYet),
+        later("paste", "Paste", "doc.on.clipboard", keys(C | Qt::Key_V), "", kFileOps),
+        later("moveHere", "Move Item Here", "arrow.down.doc", keys(C | A | Qt::Key_V), "", kFileOps),
+        make("selectAll", "Select All", "checkmark.circle", keys(C | Qt::Key_A), "", [](WindowState& w) { w.activePane()->selectAll(); }),
+        make("selectNone", "Select None", "circle", keys(C | A | Qt::Key_A), "deselect clear", [](WindowState& w) { w.activePane()->clearSelection(); }),
+        make("invertSelection", "Invert Selection", "", keys(C | S | Qt::Key_I), "reverse", [](WindowState& w) { w.activePane()->invertSelection(); }),
+        make("back", "Back", "chevron.left", keys(C | Qt::Key_BracketLeft), "", [](WindowState& w) { w.activePane()->goBack(); },
+             [](const WindowState& w) { return !w.activePane()->backStack().isEmpty() || w.activePane()->listing(); }),
+        make("forward", "Forward", "chevron.right", keys(C | Qt::Key_BracketRight), "", [](WindowState& w) { w.activePane()->goForward(); },
+             [](const WindowState& w) { return !w.activePane()->forwardStack().isEmpty(); }),
+        make("up", "Enclosing Folder", "arrow.up", keys(C | Qt::Key_Up), "parent up", [](WindowState& w) { w.activePane()->goUp(); },
+             [](const WindowState& w) { return !w.activePane()->url().isRoot() || w.activePane()->listing(); }),
+        make("open", "Open", "arrow.down.right.square", keys(C | Qt::Key_Down), "", [](WindowState& w) { w.activePane()->openSelection(); },
+             [](const WindowState& w) { return !w.activePane()->selection().isEmpty(); }),
+        make("openInNewTab", "Open in New Tab", "plus.rectangle.on.folder", keys(C | Qt::Key_Return), "",
+             [](WindowState& w) { w.openSelectionInNewTabs(); }, [](const WindowState& w) { return !w.selectedFolders().isEmpty(); }),
+        make("goToPath", "Go to Path…", "arrow.turn.down.right", keys(C | Qt::Key_L), "location folder",
+             [](WindowState& w) { w.requestPalette(PaletteMode::path); }),
+        make("palette", "Command Palette", "command", keys(C | Qt::Key_K), "search jump", [](WindowState& w) { w.requestPalette(PaletteMode::main); }),
+        make("filter", "Filter This Folder", "line.3.horizontal.decrease", keys(C | Qt::Key_F), "find search narrow",
+             [](WindowState& w) { w.activePane()->focusFilter(); }),
+        make("dualPane", "Toggle Split", "rectangle.split.2x1", keys(C | Qt::Key_Backslash), "dual pane split two",
+             [](WindowState& w) { w.selectedTab()->toggleSplit(); }),
+        make("splitRight", "Split Right", "rectangle.righthalf.inset.filled", none(), "pane open beside column",
+             [](WindowState& w) { w.selectedTab()->split(w.activePane(), PaneEdge::right, w.activePane()->url()); },
+             [](const WindowState& w) { return w.selectedTab()->canSplit(w.activePane(), PaneEdge::right); }),
+        make("splitDown", "Split Down", "rectangle.bottomhalf.inset.filled", none(), "pane open below row",
+             [](WindowState& w) { w.selectedTab()->split(w.activePane(), PaneEdge::bottom, w.activePane()->url()); },
+             [](const WindowState& w) { return w.selectedTab()->canSplit(w.activePane(), PaneEdge::bottom); }),
+        make("closePane", "Close Pane", "xmark.rectangle", none(), "split remove", [](WindowState& w) { w.selectedTab()->close(w.activePane()); }, isSplit),
+        make("nextPane", "Focus Next Pane", "rectangle.2.swap", none(), "switch pane split", [](WindowState& w) { w.selectedTab()->activateNext(1); }, isSplit),
+        make("nextTab", "Show Next Tab", "arrow.right", keys(C | Qt::Key_Tab), "", [](WindowState& w) { w.selectTab(1); }),
+        make("previousTab", "Show Previous Tab", "arrow.left", keys(C | S | Qt::Key_Backtab), "", [](WindowState& w) { w.selectTab(-1); }),
+        make("hiddenFiles", "Toggle Hidden Files", "", keys(C | S | Qt::Key_Period), "dotfiles show hidden",
+             [](WindowState& w) { w.activePane()->setShowHidden(!w.activePane()->showHidden()); }),
+        make("hideIgnored", "Hide Git-Ignored Files", "eye.slash", none(), "gitignore node_modules build ignored show dim", toggleHideIgnored, hasGit),
+        later("toggleSidebar", "Toggle Sidebar", "sidebar.left", keys(C | M | Qt::Key_S), "hide show places favorites room", kNotYet),
+        later("togglePreview", "Toggle Preview", "sidebar.right", keys(C | A | Qt::Key_P), "viewer markdown quick look show file", kNotYet),
+        later("expandPreview", "Expand Preview", "arrow.up.left.and.arrow.down.right", keys(C | A | Qt::Key_Return), "viewer markdown read full focus", kNotYet),
+        later("toggleTerminal", "Toggle Terminal", "terminal", keys(C | Qt::Key_J), "shell console bottom panel", kNotYet),
+        make("biggerIcons", "Bigger Icons", "plus.magnifyingglass", keys(C | Qt::Key_Equal), "zoom grid thumbnails larger",
+             [](WindowState& w) { w.activePane()->zoomIcons(1); }, [](const WindowState& w) { return w.activePane()->isTiled(); }),
+        make("smallerIcons", "Smaller Icons", "minus.magnifyingglass", keys(C | Qt::Key_Minus), "zoom grid thumbnails",
+             [](WindowState& w) { w.activePane()->zoomIcons(-1); }, [](const WindowState& w) { return w.activePane()->isTiled(); }),
+        later("newTerminal", "New Terminal", "plus.rectangle", keys(C | S | Qt::Key_J), "shell console tab another", kNotYet),
+        later("folderSizes", "Calculate Folder Sizes", "internaldrive", none(), "size folders disk usage", kDiskTools),
+        make("groupByDate", "Group by Date", "calendar", keys(C | M | Qt::Key_G), "recent today sections",
+             [](WindowState& w) { w.activePane()->setGroupByDate(!w.activePane()->groupByDate()); }),
+        make("reload", "Reload", "arrow.clockwise", keys(C | Qt::Key_R), "refresh", [](WindowState& w) { w.activePane()->reload(); }),
+        make("projects", "Projects", "chevron.left.forwardslash.chevron.right", keys(C | S | Qt::Key_P), "git repositories repos code switch open",
+             [](WindowState& w) { w.requestPalette(PaletteMode::projects); }),
+        later("gitPull", "Git: Pull", "arrow.down.circle", none(), "git update remote origin download sync", kNotYet),
+        later("gitPush", "Git: Push", "arrow.up.circle", none(), "git upload remote origin publish sync", kNotYet),
+        later("gitFetch", "Git: Fetch", "arrow.triangle.2.circlepath", none(), "git remote check update", kNotYet),
+        later("gitNewBranch", "Git: New Branch…", "", none(), "git branch create checkout feature", kNotYet),
+        later("gitSwitchBranch", "Git: Switch Branch…", "arrow.triangle.branch", none(), "git branch checkout change", kNotYet),
+        later("gitStash", "Git: Stash Changes", "tray.and.arrow.down", none(), "git stash save shelve put aside", kNotYet),
+        later("gitPopStash", "Git: Apply Latest Stash", "tray.and.arrow.up", none(), "git stash pop restore unshelve", kNotYet),
+        later("gitHistory", "Git: History", "clock.arrow.circlepath", none(), "git log commits history timeline", kNotYet),
+        later("saveSearch", "Save Search to Sidebar", "magnifyingglass", none(), "smart folder keep remember query bookmark", kNotYet),
+        later("welcome", "Welcome to Orwick", "hand.wave", none(), "help shortcuts keys start onboarding", kNotYet),
+        later("checkForUpdates", "Check for Updates…", "arrow.down.circle", none(), "update upgrade new version sparkle download latest",
+              "Updates come through your system's packages"),
+        make("about", "About Orwick", "info.circle", none(), "version credits acknowledgements open source licenses",
+             [](WindowState& w) { Q_EMIT w.messageRequested(QStringLiteral("Orwick %1 — a keyboard-driven file manager").arg(QStringLiteral(ORWICK_VERSION))); }),
+        later("contactSupport", "Contact Support…", "envelope", none(), "help email question support feedback", kNotYet),
+        later("reportProblem", "Report a Problem…", "ladybug", none(), "bug crash broken issue report feedback", kNotYet),
+        later("customize", "Customize…", "slider.horizontal.3", keys(C | Qt::Key_Comma), "settings preferences sidebar groups favorites", kNotYet),
+        later("guide", "Orwick Guide", "graduationcap", keys(C | S | Qt::Key_Slash), "", kNotYet),
+        later("chooseTheme", "Choose Theme…", "paintpalette", none(), "appearance colors look settings", kNotYet),
+        later("openThemesFolder", "Open Themes Folder", "folder", none(), "theme custom colors json override", kNotYet),
+        make("openInEditor", "", "", none(), "code editor ide vscode cursor zed xcode project", openInEditor, hasEditor),
+        make("openInTerminal", "", "macwindow.badge.plus", none(), "shell console external terminal app", openInTerminal, hasTerminal),
+    };
+    // Titles that name an installed program are made once the program is known.
+    for (AppCommand& command : list) {
+        if (command.id == QLatin1StringView("openInEditor"))
+            command.title = QStringLiteral("Open in ") + editorName();
+        if (command.id == QLatin1StringView("openInTerminal"))
+            command.title = QStringLiteral("Open in ") + terminalName();
+    }
+    return list;
+}
+
+QList<AppCommand> generated()
+{
+    QList<AppCommand> list;
+    struct Mode {
+        const char *id, *title, *symbol;
+        ViewMode mode;
+        int key;
+    };
+    const Mode modes[] = {{"view.list", "View as List", "list.bullet", ViewMode::list, Qt::Key_2},
+                          {"view.grid", "View as Grid", "square.grid.2x2", ViewMode::grid, Qt::Key_1},
+                          {"view.table", "View as Table", "tablecells", ViewMode::table, Qt::Key_4},
+                          {"view.columns", "View as Columns", "rectangle.split.3x1", ViewMode::columns, Qt::Key_3}};
+    for (const Mode& m : modes) {
+        const ViewMode mode = m.mode;
+        list.append(make(m.id, m.title, m.symbol, keys(Qt::CTRL | m.key), "layout icons thumbnails miller",
+                         [mode](WindowState& w) { w.activePane()->chooseViewMode(mode); }));
+    }
+    struct Sort {
+        const char *id, *title;
+        SortKey key;
+    };
+    const Sort sorts[] = {{"sort.name", "Sort by Name", SortKey::name},
+                          {"sort.modified", "Sort by Date Modified", SortKey::modified},
+                          {"sort.size", "Sort by Size", SortKey::size},
+                          {"sort.kind", "Sort by Kind", SortKey::kind}};
+    for (const Sort& s : sorts) {
+        const SortKey key = s.key;
+        list.append(make(s.id, s.title, "arrow.up.arrow.down", none(), "order arrange", [key](WindowState& w) { w.activePane()->sort(key); }));
+    }
+    return list;
+}
+
+} // namespace
+
+const QList<AppCommand>& fixed()
+{
+    static const QList<AppCommand> list = buildFixed();
+    return list;
+}
+
+QList<AppCommand> all(const WindowState&)
+{
+    return fixed() + generated();
+}
+
+const AppCommand* find(const QString& id)
+{
+    for (const AppCommand& command : fixed())
+        if (command.id == id)
+            return &command;
+    static const QList<AppCommand> families = generated();
+    for (const AppCommand& command : families)
+        if (command.id == id)
+            return &command;
+    return nullptr;
+}
+
+bool run(const AppCommand& command, WindowState& window)
+{
+    if (!command.enabledIn(window))
+        return false;
+    command.run(window);
+    return true;
+}
+
+bool run(const QString& id, WindowState& window)
+{
+    const AppCommand* command = find(id);
+    return command && run(*command, window);
+}
+
+} // namespace orwick::CommandCatalog

@@ -1,0 +1,27 @@
+#pragma once
+// CommandCatalog: every command of the program, in one ordered list. Menus, context menus, keys
+// and the palette all read it, so a command's title, icon, key and enabled test live here once.
+// Commands whose work is not built yet stay listed, disabled, with a note that says so.
+
+#include "commands/AppCommand.h"
+
+#include <QList>
+
+namespace orwick {
+
+namespace CommandCatalog {
+
+// The fixed commands in catalogue order, built once.
+const QList<AppCommand>& fixed();
+// The fixed commands followed by the generated families (view modes, sort orders).
+QList<AppCommand> all(const WindowState& window);
+// A command by id (fixed or generated), or null.
+const AppCommand* find(const QString& id);
+
+// Runs a command when it is enabled; returns whether it ran.
+bool run(const AppCommand& command, WindowState& window);
+bool run(const QString& id, WindowState& window);
+
+} // namespace CommandCatalog
+
+} // namespace orwick
