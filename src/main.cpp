@@ -4,12 +4,14 @@
 //   orwick --show trash|recents|screenshots|drives|tag:NAME
 
 #include "files/Listing.h"
+#include "app/Services.h"
 #include "git/Git.h"
 #include "platform/DirectoryReader.h"
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
 #include "ui/pane/PaneGitDecoration.h"
 #include "ui/panels/DiskToolKeys.h"
+#include "ui/panels/PanelSheet.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
 
@@ -90,15 +92,25 @@ int main(int argc, char** argv)
 
     ViewPreferences preferences;
     Git git;
+    services().git = &git;
     WindowState state(folder, &preferences);
     if (listing)
         state.activePane()->show(*listing);
     else if (selecting)
         state.activePane()->reveal({*selecting});
     MainWindow window(&state);
-    PaneGitDecoration::decorateWindow(&window, &git);
-    DiskToolKeys::install(&window, [](QMainWindow* w) { return static_cast<MainWindow*>(w)->state()->activePane(); });
+    window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
+    // The disk-tool commands set the window's panel; the sheets draw it.
+    QObject::connect(&state, &WindowState::panelChanged, &window, [&state, &window] {
+        switch (state.panel()) {
+        case WindowState::Panel::duplicates: DiskToolKeys::openDuplicates(&window, state.activePane()); break;
+        case WindowState::Panel::space: DiskToolKeys::openSpace(&window, state.activePane()); break;
+        case WindowState::Panel::cleanUp: DiskToolKeys::openCleanUp(&window, state.activePane()); break;
+        case WindowState::Panel::none: PanelSheet::closeOpenSheet(&window); break;
+        }
+    });
     traceStartup(window, sinceStart);
     window.show();
+    window.activateWindow(); // window-wide keys need an active window, even with no window manager
     return app.exec();
 }

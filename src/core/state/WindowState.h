@@ -15,7 +15,7 @@
 namespace orwick {
 
 // What the palette is opened for.
-enum class PaletteMode { main, path, projects, copyDestination, moveDestination };
+enum class PaletteRequest { main, path, projects, copyDestination, moveDestination };
 
 class WindowState : public QObject {
     Q_OBJECT
@@ -52,7 +52,7 @@ public:
     void endFilter();
 
     // Asks the window to open the palette in `mode`.
-    void requestPalette(PaletteMode mode) { Q_EMIT paletteRequested(mode); }
+    void requestPalette(PaletteRequest request) { Q_EMIT paletteRequested(request); }
 
     // --- Panels over the content (at most one at a time)
     enum class Panel { none, duplicates, space, cleanUp };
@@ -67,7 +67,7 @@ Q_SIGNALS:
     void closeRequested();
     void panelChanged();
     void messageRequested(const QString& message);
-    void paletteRequested(orwick::PaletteMode mode);
+    void paletteRequested(orwick::PaletteRequest request);
 
 protected:
     TabState* makeTab(const FilePath& folder);

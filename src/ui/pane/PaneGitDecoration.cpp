@@ -6,7 +6,6 @@
 #include "ui/views/FileListModel.h"
 #include "ui/views/GitMarks.h"
 
-#include <QShortcut>
 
 namespace orwick {
 
@@ -22,15 +21,6 @@ PaneGitDecoration::PaneGitDecoration(PaneWidget* widget, Git* git) : QObject(wid
     connect(git, &Git::hidesIgnoredChanged, this, &PaneGitDecoration::update);
     update();
     loadFinished();
-}
-
-void PaneGitDecoration::decorateWindow(QWidget* window, Git* git)
-{
-    for (PaneWidget* widget : window->findChildren<PaneWidget*>())
-        new PaneGitDecoration(widget, git);
-    auto* shortcut = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), window);
-    shortcut->setContext(Qt::WindowShortcut);
-    QObject::connect(shortcut, &QShortcut::activated, git, [git] { git->setHidesIgnored(!git->hidesIgnored()); });
 }
 
 QString PaneGitDecoration::describe(const RepoStatus& status)

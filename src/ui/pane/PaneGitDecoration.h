@@ -21,10 +21,6 @@ class PaneGitDecoration : public QObject {
 public:
     PaneGitDecoration(PaneWidget* widget, Git* git);
 
-    // Decorates every pane widget in `window` and lets Ctrl+Shift+I there toggle "Hide
-    // Git-Ignored Files" (until the command catalogue carries it). A pane widget made later gets
-    // its own PaneGitDecoration.
-    static void decorateWindow(QWidget* window, Git* git);
 
     // The status line's git part: "main ↑2 ↓1 · Merging"; empty without a branch.
     static QString describe(const RepoStatus& status);

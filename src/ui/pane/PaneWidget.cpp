@@ -55,6 +55,11 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    m_activeMark = new QWidget(this);
+    m_activeMark->setFixedHeight(2);
+    m_activeMark->setAutoFillBackground(true);
+    setActive(false);
+    layout->addWidget(m_activeMark);
     layout->addWidget(m_pathBar);
     layout->addWidget(m_filterBar);
     layout->addWidget(m_stack, 1);
@@ -89,6 +94,13 @@ QWidget* PaneWidget::itemsView() const
     case ViewMode::list: break;
     }
     return m_listView;
+}
+
+void PaneWidget::setActive(bool active)
+{
+    QPalette palette = m_activeMark->palette();
+    palette.setColor(QPalette::Window, active ? theme::accent() : Qt::transparent);
+    m_activeMark->setPalette(palette);
 }
 
 void PaneWidget::takeFocus() { focusTarget()->setFocus(Qt::OtherFocusReason); }

@@ -39,6 +39,8 @@ public:
     // The widget that takes the keyboard for this pane now.
     QWidget* focusTarget() const;
     void takeFocus();
+    // Marks this pane as the one commands act on (shown only while the tab is split).
+    void setActive(bool active);
 
 Q_SIGNALS:
     void messageRequested(const QString& message);
@@ -63,6 +65,7 @@ private:
     QLabel* m_message;
     DrivesView* m_drives;
     StatusLine* m_statusLine;
+    QWidget* m_activeMark;
 };
 
 } // namespace orwick

@@ -6,7 +6,6 @@
 #include "ui/panels/SpacePanel.h"
 
 #include <QMainWindow>
-#include <QShortcut>
 
 namespace orwick::DiskToolKeys {
 
@@ -28,23 +27,5 @@ void open(QMainWindow* window, PaneState* pane)
 void openDuplicates(QMainWindow* window, PaneState* pane) { open<DuplicatesPanel>(window, pane); }
 void openSpace(QMainWindow* window, PaneState* pane) { open<SpacePanel>(window, pane); }
 void openCleanUp(QMainWindow* window, PaneState* pane) { open<CleanUpPanel>(window, pane); }
-
-void install(QMainWindow* window, PaneState* (*activePane)(QMainWindow*))
-{
-    const struct {
-        QKeySequence keys;
-        void (*action)(QMainWindow*, PaneState*);
-    } bindings[] = {
-        {QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_D), &openDuplicates},
-        {QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S), &openSpace},
-        {QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_B), &openCleanUp},
-    };
-    for (const auto& binding : bindings) {
-        auto* shortcut = new QShortcut(binding.keys, window);
-        shortcut->setContext(Qt::WindowShortcut);
-        QObject::connect(shortcut, &QShortcut::activated, window,
-                         [window, activePane, action = binding.action] { action(window, activePane(window)); });
-    }
-}
 
 } // namespace orwick::DiskToolKeys

@@ -1,9 +1,7 @@
 #pragma once
-// The disk tools' keys, in one place until the command catalogue takes them over:
-//   Ctrl+Alt+D  Find Duplicates…          (on the active pane's folder)
-//   Ctrl+Alt+S  Show Space Used…
-//   Ctrl+Alt+B  Clean Up Build Folders…
-// Opening a panel closes the one shown before.
+// Opening the disk-tool panels (Find Duplicates…, Show Space Used…, Clean Up Build Folders…) on
+// the active pane's folder, as the commands of the same names ask. Opening a panel closes the
+// one shown before.
 
 class QMainWindow;
 
@@ -12,9 +10,6 @@ namespace orwick {
 class PaneState;
 
 namespace DiskToolKeys {
-
-// `activePane` answers the pane whose folder a panel opens on.
-void install(QMainWindow* window, PaneState* (*activePane)(QMainWindow*));
 
 void openDuplicates(QMainWindow* window, PaneState* pane);
 void openSpace(QMainWindow* window, PaneState* pane);

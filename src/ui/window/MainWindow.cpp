@@ -1,27 +1,141 @@
 #include "ui/window/MainWindow.h"
 
 #include "ui/pane/PaneWidget.h"
+#include "ui/views/FileListView.h"
+#include "ui/window/CommandMenus.h"
+#include "ui/window/PaneGrid.h"
 #include "ui/window/ToastHost.h"
+
+#include <QCloseEvent>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QVBoxLayout>
 
 namespace orwick {
 
 MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent), m_state(state)
 {
-    PaneState* pane = state->activePane();
-    m_paneWidget = new PaneWidget(pane, this);
-    setCentralWidget(m_paneWidget);
+    auto* central = new QWidget(this);
+    auto* layout = new QVBoxLayout(central);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    m_tabBar = new QTabBar(central);
+    m_tabBar->setMovable(true);
+    m_tabBar->setTabsClosable(true);
+    m_tabBar->setDocumentMode(true);
+    m_tabBar->setExpanding(false);
+    m_tabBar->setFocusPolicy(Qt::NoFocus);
+    m_tabBar->setElideMode(Qt::ElideMiddle);
+    m_grids = new QStackedWidget(central);
+    layout->addWidget(m_tabBar);
+    layout->addWidget(m_grids, 1);
+    setCentralWidget(central);
     m_toasts = new ToastHost(this);
-    connect(m_paneWidget, &PaneWidget::messageRequested, this, [this](const QString& message) { m_toasts->show(message); });
-    connect(pane, &PaneState::locationChanged, this, &MainWindow::updateTitle);
-    updateTitle();
-    resize(1100, 700);
-    m_paneWidget->takeFocus();
+    m_menus = new CommandMenus(this, state);
+    connect(m_menus, &CommandMenus::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
+
+    connect(state, &WindowState::tabsChanged, this, &MainWindow::syncTabs);
+    connect(state, &WindowState::selectedTabChanged, this, &MainWindow::showSelectedTab);
+    connect(state, &WindowState::closeRequested, this, &QWidget::close);
+    connect(state, &WindowState::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
+    connect(m_tabBar, &QTabBar::currentChanged, this, [this](int index) {
+        if (!m_syncing && index >= 0 && index < m_state->tabs().size())
+            m_state->selectTabWithID(m_state->tabs()[index]->id());
+    });
+    connect(m_tabBar, &QTabBar::tabMoved, this, [this](int from, int to) {
+        if (m_syncing)
+            return;
+        const QUuid moving = m_state->tabs()[from]->id(), onto = m_state->tabs()[to]->id();
+        m_syncing = true; // the bar already shows the new order
+        m_state->moveTab(moving, onto);
+        m_syncing = false;
+    });
+    connect(m_tabBar, &QTabBar::tabCloseRequested, this, [this](int index) { m_state->closeTab(m_state->tabs()[index]->id()); });
+
+    syncTabs();
+    resize(1200, 760);
 }
 
-void MainWindow::updateTitle()
+PaneWidget* MainWindow::activePaneWidget() const
 {
-    PaneState* pane = m_state->activePane();
-    setWindowTitle(pane->title() + QStringLiteral(" — Orwick"));
+    const PaneGrid* grid = m_gridOf.value(m_state->selectedTab());
+    return grid ? grid->activeWidget() : nullptr;
+}
+
+void MainWindow::addPaneDecorator(std::function<void(PaneWidget*)> decorator)
+{
+    for (PaneGrid* grid : std::as_const(m_gridOf))
+        for (PaneWidget* widget : grid->paneWidgets())
+            decorator(widget);
+    m_decorators.append(std::move(decorator));
+}
+
+void MainWindow::decorate(PaneWidget* widget)
+{
+    connect(widget->listView(), &FileListView::contextMenuRequestedAt, m_menus, &CommandMenus::showContextMenu);
+    connect(widget->pane(), &PaneState::locationChanged, this, &MainWindow::updateTitles);
+    for (const auto& decorator : std::as_const(m_decorators))
+        decorator(widget);
+}
+
+PaneGrid* MainWindow::gridFor(TabState* tab)
+{
+    PaneGrid* grid = m_gridOf.value(tab);
+    if (!grid) {
+        grid = new PaneGrid(tab, [this](PaneWidget* widget) { decorate(widget); }, m_grids);
+        connect(grid, &PaneGrid::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
+        connect(tab, &TabState::activePaneChanged, this, &MainWindow::updateTitles);
+        m_gridOf.insert(tab, grid);
+        m_grids->addWidget(grid);
+    }
+    return grid;
+}
+
+void MainWindow::syncTabs()
+{
+    m_syncing = true;
+    // Grids of closed tabs go; every open tab has one.
+    for (auto it = m_gridOf.begin(); it != m_gridOf.end();) {
+        if (!m_state->tabs().contains(it.key())) {
+            it.value()->deleteLater();
+            it = m_gridOf.erase(it);
+        } else {
+            ++it;
+        }
+    }
+    while (m_tabBar->count() > m_state->tabs().size())
+        m_tabBar->removeTab(m_tabBar->count() - 1);
+    while (m_tabBar->count() < m_state->tabs().size())
+        m_tabBar->addTab(QString());
+    for (TabState* tab : m_state->tabs())
+        gridFor(tab);
+    m_syncing = false;
+    updateTitles();
+    showSelectedTab();
+}
+
+void MainWindow::showSelectedTab()
+{
+    m_syncing = true;
+    TabState* selected = m_state->selectedTab();
+    m_tabBar->setCurrentIndex(int(m_state->tabs().indexOf(selected)));
+    m_tabBar->setVisible(m_state->tabs().size() > 1);
+    PaneGrid* grid = gridFor(selected);
+    m_grids->setCurrentWidget(grid);
+    m_syncing = false;
+    if (PaneWidget* widget = grid->activeWidget())
+        widget->takeFocus();
+    updateTitles();
+}
+
+void MainWindow::updateTitles()
+{
+    for (int i = 0; i < m_state->tabs().size() && i < m_tabBar->count(); ++i) {
+        PaneState* pane = m_state->tabs()[i]->activePane();
+        m_tabBar->setTabText(i, pane->title());
+        m_tabBar->setTabToolTip(i, pane->listing() ? pane->title() : pane->url().abbreviated());
+    }
+    setWindowTitle(m_state->activePane()->title() + QStringLiteral(" — Orwick"));
 }
 
 } // namespace orwick

@@ -1,13 +1,21 @@
 #pragma once
-// The window: the selected tab's panes, toasts over them. Input goes to the panes; window-wide
-// keys and menus come from the command catalogue.
+// The window: a tab bar over the shown tab's pane grid, the menu bar built from the command
+// catalogue, toasts over everything. Input goes to the panes and the commands; the window only
+// draws the state and forwards.
 
 #include "state/WindowState.h"
 
+#include <QHash>
 #include <QMainWindow>
+#include <functional>
+
+class QStackedWidget;
+class QTabBar;
 
 namespace orwick {
 
+class CommandMenus;
+class PaneGrid;
 class PaneWidget;
 class ToastHost;
 
@@ -17,15 +25,29 @@ public:
     MainWindow(WindowState* state, QWidget* parent = nullptr);
 
     WindowState* state() const { return m_state; }
-    PaneWidget* activePaneWidget() const { return m_paneWidget; }
+    PaneWidget* activePaneWidget() const;
     ToastHost* toasts() const { return m_toasts; }
+    CommandMenus* menus() const { return m_menus; }
+    QTabBar* tabBar() const { return m_tabBar; }
+
+    // Called for every pane widget made, now and later (git marks, property columns…).
+    void addPaneDecorator(std::function<void(PaneWidget*)> decorate);
 
 private:
-    void updateTitle();
+    void syncTabs();
+    void showSelectedTab();
+    void updateTitles();
+    PaneGrid* gridFor(TabState* tab);
+    void decorate(PaneWidget* widget);
 
     WindowState* m_state;
-    PaneWidget* m_paneWidget;
+    QTabBar* m_tabBar;
+    QStackedWidget* m_grids;
+    QHash<TabState*, PaneGrid*> m_gridOf;
     ToastHost* m_toasts;
+    CommandMenus* m_menus;
+    QList<std::function<void(PaneWidget*)>> m_decorators;
+    bool m_syncing = false;
 };
 
 } // namespace orwick

@@ -1,0 +1,152 @@
+#include "ui/window/CommandMenus.h"
+
+#include "commands/CommandCatalog.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QUndoStack>
+
+namespace orwick {
+
+QIcon commandIcon(const QString& symbol)
+{
+    static const QHash<QString, QString> themeNames{
+        {"plus.square.on.square", "tab-new"}, {"folder.badge.plus", "folder-new"}, {"doc.badge.plus", "document-new"},
+        {"xmark", "window-close"}, {"pencil", "edit-rename"}, {"trash", "user-trash"}, {"doc.on.doc", "edit-copy"},
+        {"scissors", "edit-cut"}, {"doc.on.clipboard", "edit-paste"}, {"chevron.left", "go-previous"},
+        {"chevron.right", "go-next"}, {"arrow.up", "go-up"}, {"arrow.clockwise", "view-refresh"},
+        {"checkmark.circle", "edit-select-all"}, {"info.circle", "help-about"}, {"archivebox", "package-x-generic"},
+        {"line.3.horizontal.decrease", "view-filter"}, {"terminal", "utilities-terminal"}, {"desktopcomputer", "computer"},
+        {"clock.arrow.circlepath", "document-open-recent"}, {"arrow.down.right.square", "document-open"},
+        {"list.bullet", "view-list-details"}, {"square.grid.2x2", "view-list-icons"}, {"tablecells", "view-list-text"},
+        {"rectangle.split.3x1", "view-split-left-right"}, {"rectangle.split.2x1", "view-split-left-right"},
+        {"chart.pie", "drive-harddisk"}, {"square.on.square", "edit-copy"}, {"sparkles", "edit-clear"},
+        {"magnifyingglass", "edit-find"}, {"text.magnifyingglass", "edit-find"}, {"plus.magnifyingglass", "zoom-in"},
+        {"minus.magnifyingglass", "zoom-out"}, {"arrow.uturn.backward", "edit-undo"}, {"network", "network-server"}};
+    const QString name = themeNames.value(symbol);
+    return name.isEmpty() ? QIcon() : QIcon::fromTheme(name);
+}
+
+CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
+{
+    addMenu(QStringLiteral("&File"), {"newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openInNewTab",
+                                      "openInEditor", "openInTerminal", "showInFinder", "-", "getInfo", "compress", "extract",
+                                      "tidyUp", "-", "putBack", "trash", "-", "closeTab"});
+    QMenu* edit = addMenu(QStringLiteral("&Edit"), {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath",
+                                                    "copyRelativePath", "copyContents", "copyDataURI", "-", "selectAll",
+                                                    "selectNone", "invertSelection", "-", "filter"});
+    // Undo and Redo come from the window's undo stack, named by what they would undo.
+    QAction* undo = state->undoStack()->createUndoAction(edit, QStringLiteral("Undo"));
+    undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
+    QAction* redo = state->undoStack()->createRedoAction(edit, QStringLiteral("Redo"));
+    redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    const QList<QAction*> first = edit->actions();
+    edit->insertAction(first.isEmpty() ? nullptr : first.first(), undo);
+    edit->insertAction(first.isEmpty() ? nullptr : first.first(), redo);
+    edit->insertSeparator(first.isEmpty() ? nullptr : first.first());
+
+    addMenu(QStringLiteral("&View"), {"view.grid", "view.list", "view.columns", "view.table", "-", "sort.name", "sort.modified",
+                                      "sort.size", "sort.kind", "groupByDate", "-", "hiddenFiles", "hideIgnored", "biggerIcons",
+                                      "smallerIcons", "folderSizes", "reload", "-", "toggleSidebar", "togglePreview",
+                                      "expandPreview", "toggleTerminal", "newTerminal"});
+    addMenu(QStringLiteral("&Go"), {"back", "forward", "up", "-", "palette", "goToPath", "projects", "-", "showRecents", "thisMac",
+                                    "screenshots", "trashFolder", "-", "moveTo", "copyTo", "copyToOther", "moveToOther", "-",
+                                    "findDuplicates", "showSpace", "cleanUp", "findInFiles", "reviewChanges"});
+    addMenu(QStringLiteral("&Window"), {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-", "nextTab",
+                                        "previousTab", "reopenTab"});
+    addMenu(QStringLiteral("&Help"), {"guide", "welcome", "about"});
+
+    // The Linux habits, besides each command's own key.
+    const std::pair<const char*, QKeySequence> habits[] = {
+        {"back", QKeySequence(Qt::ALT | Qt::Key_Left)}, {"forward", QKeySequence(Qt::ALT | Qt::Key_Right)},
+        {"up", QKeySequence(Qt::ALT | Qt::Key_Up)}, {"hiddenFiles", QKeySequence(Qt::CTRL | Qt::Key_H)},
+        {"trash", QKeySequence(Qt::Key_Delete)}};
+    for (const auto& [id, extra] : habits)
+        if (QAction* a = action(QString::fromLatin1(id)))
+            a->setShortcuts({a->shortcut(), extra});
+}
+
+QAction* CommandMenus::makeAction(const QString& id)
+{
+    const AppCommand* command = CommandCatalog::find(id);
+    if (!command)
+        return nullptr;
+    auto* action = new QAction(commandIcon(command->symbol), command->title, m_window);
+    action->setShortcut(command->shortcut);
+    action->setShortcutContext(Qt::WindowShortcut);
+    action->setStatusTip(command->disabledNote);
+    connect(action, &QAction::triggered, this, [this, id] {
+        const AppCommand* command = CommandCatalog::find(id);
+        if (!command)
+            return;
+        if (!CommandCatalog::run(*command, *m_state) && !command->disabledNote.isEmpty())
+            Q_EMIT messageRequested(command->title + QStringLiteral(": ") + command->disabledNote);
+    });
+    m_window->addAction(action); // shortcuts work while the menu bar is closed
+    m_actions.insert(id, action);
+    return action;
+}
+
+QMenu* CommandMenus::addMenu(const QString& title, const QStringList& ids)
+{
+    QMenu* menu = m_window->menuBar()->addMenu(title);
+    for (const QString& id : ids) {
+        if (id == QLatin1StringView("-")) {
+            menu->addSeparator();
+            continue;
+        }
+        if (QAction* a = makeAction(id))
+            menu->addAction(a);
+    }
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] { refresh(menu); });
+    // Closed menus leave every action enabled, so each shortcut reaches its command, which checks.
+    connect(menu, &QMenu::aboutToHide, this, [menu] {
+        for (QAction* a : menu->actions())
+            if (!a->isSeparator() && a->property("fromCatalogue").toBool())
+                a->setEnabled(true);
+    });
+    return menu;
+}
+
+void CommandMenus::refresh(QMenu* menu)
+{
+    for (QAction* a : menu->actions()) {
+        const QString id = m_actions.key(a);
+        if (id.isEmpty())
+            continue;
+        const AppCommand* command = CommandCatalog::find(id);
+        a->setProperty("fromCatalogue", true);
+        a->setEnabled(command && command->enabledIn(*m_state));
+        if (id.startsWith(QLatin1StringView("view."))) {
+            a->setCheckable(true);
+            a->setChecked(viewModeName(m_state->activePane()->viewMode()) == id.mid(5));
+        }
+    }
+}
+
+void CommandMenus::showContextMenu(const QPoint& globalPosition)
+{
+    const bool hasSelection = !m_state->activePane()->selection().isEmpty();
+    const QStringList ids = hasSelection
+        ? QStringList{"open", "openInNewTab", "openInEditor", "-", "rename", "duplicate", "compress", "extract", "-", "cut", "copy",
+                      "copyPath", "copyRelativePath", "copyToOther", "moveToOther", "-", "getInfo", "putBack", "trash"}
+        : QStringList{"newFolder", "newFile", "paste", "-", "openInTerminal", "showInFinder", "-", "selectAll", "reload"};
+    QMenu menu(m_window);
+    for (const QString& id : ids) {
+        if (id == QLatin1StringView("-")) {
+            menu.addSeparator();
+            continue;
+        }
+        if (QAction* a = action(id)) {
+            const AppCommand* command = CommandCatalog::find(id);
+            if (command && !command->enabledIn(*m_state))
+                continue; // a context menu lists what can be done here
+            menu.addAction(a);
+        }
+    }
+    menu.exec(globalPosition);
+}
+
+} // namespace orwick

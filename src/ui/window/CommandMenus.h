@@ -1,0 +1,42 @@
+#pragma once
+// The menu bar and context menus, built from the command catalogue: one QAction per command,
+// whose shortcut, title and icon are the command's. A menu shows each command's enabled state as
+// it opens; a shortcut runs the command only when its predicate holds.
+
+#include "state/WindowState.h"
+
+#include <QHash>
+#include <QObject>
+
+class QAction;
+class QMainWindow;
+class QMenu;
+
+namespace orwick {
+
+class CommandMenus : public QObject {
+    Q_OBJECT
+public:
+    CommandMenus(QMainWindow* window, WindowState* state);
+
+    QAction* action(const QString& id) const { return m_actions.value(id); }
+    // The context menu for the active pane's selection (or for its folder when nothing is selected).
+    void showContextMenu(const QPoint& globalPosition);
+
+Q_SIGNALS:
+    void messageRequested(const QString& message);
+
+private:
+    QAction* makeAction(const QString& id);
+    QMenu* addMenu(const QString& title, const QStringList& ids);
+    void refresh(QMenu* menu);
+
+    QMainWindow* m_window;
+    WindowState* m_state;
+    QHash<QString, QAction*> m_actions;
+};
+
+// A desktop icon for a command's symbol name (empty when there is no good match).
+QIcon commandIcon(const QString& symbol);
+
+} // namespace orwick
