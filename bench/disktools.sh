@@ -59,7 +59,7 @@ tail -n 1 "$work/orwick-dups.txt"
 hyperfine --shell=none --warmup 1 --runs "$runs" --style basic --export-csv "$work/dups.csv" \
   --command-name orwick-cli "$cli duplicates $tree --min-size 1" \
   --command-name jdupes "jdupes -r -q $tree" \
-  --command-name rmlint "rmlint -T df -o fdupes:/dev/null $tree" \
+  --command-name rmlint "rmlint -T df -o fdupes:$work/rmlint.out $tree" \
   --command-name fdupes "fdupes -r -q $tree" \
   --command-name rdfind "rdfind -makeresultsfile false $tree" > "$work/dups.log" 2>&1 || { cat "$work/dups.log"; exit 1; }
 ratios "$work/dups.csv" orwick-cli
