@@ -1,0 +1,209 @@
+#include "commands/Frecency.h"
+
+#include "async/Background.h"
+#include "platform/DirectoryReader.h"
+#include "platform/JsonFile.h"
+#include "platform/XdgPaths.h"
+
+#include <QJsonObject>
+#include <algorithm>
+#include <mutex>
+
+namespace orwick {
+
+// Writes snapshots one at a time and never lets an older one replace a newer.
+struct Frecency::Writer {
+    std::mutex mutex;
+    quint64 written = 0;
+
+    Status write(const FilePath& file, const QJsonDocument& document, quint64 snapshot)
+    {
+        std::lock_guard lock(mutex);
+        if (snapshot <= written)
+            return {};
+        written = snapshot;
+        return writeJsonFile(file, document);
+    }
+};
+
+namespace {
+
+constexpr auto kCountKey = "count";
+constexpr auto kLastVisitKey = "lastVisit";
+
+// Paths that are UTF-8 are stored as they are; any other is stored as its file URL, which keeps
+// every byte (a path never starts with "file:").
+QString keyFor(const FilePath& path)
+{
+    if (isValidUtf8(path.native()))
+        return path.text();
+    return path.toUrl().toString(QUrl::FullyEncoded);
+}
+
+FilePath pathFor(const QString& key)
+{
+    if (key.startsWith(QLatin1StringView("file:")))
+        return FilePath::fromUrl(QUrl(key, QUrl::StrictMode));
+    if (!key.startsWith(QLatin1Char('/')))
+        return {};
+    return FilePath::fromNative(key.toUtf8());
+}
+
+QJsonDocument toJson(const QHash<FilePath, Frecency::Entry>& entries)
+{
+    QJsonObject root;
+    for (auto it = entries.begin(); it != entries.end(); ++it) {
+        QJsonObject entry;
+        entry.insert(QLatin1StringView(kCountKey), it->count);
+        entry.insert(QLatin1StringView(kLastVisitKey),
+                     QDateTime::fromMSecsSinceEpoch(it->lastVisit).toUTC().toString(Qt::ISODateWithMs));
+        root.insert(keyFor(it.key()), entry);
+    }
+    return QJsonDocument(root);
+}
+
+// Only sound entries are taken; anything else in the file is ignored.
+QHash<FilePath, Frecency::Entry> fromJson(const QJsonDocument& document)
+{
+    QHash<FilePath, Frecency::Entry> entries;
+    if (!document.isObject())
+        return entries;
+    const QJsonObject root = document.object();
+    for (auto it = root.begin(); it != root.end(); ++it) {
+        const FilePath path = pathFor(it.key());
+        const QJsonObject value = it.value().toObject();
+        const QJsonValue count = value.value(QLatin1StringView(kCountKey));
+        const QDateTime lastVisit =
+            QDateTime::fromString(value.value(QLatin1StringView(kLastVisitKey)).toString(), Qt::ISODateWithMs);
+        if (path.isEmpty() || !count.isDouble() || !(count.toDouble() > 0.0) || !lastVisit.isValid())
+            continue;
+        entries.insert(path, {count.toDouble(), lastVisit.toMSecsSinceEpoch()});
+    }
+    return entries;
+}
+
+bool isFolder(const FilePath& path)
+{
+    const auto stat = statPath(path, FollowLinks::yes);
+    return stat && stat->isDirectory();
+}
+
+} // namespace
+
+Frecency::Frecency(const FilePath& file, QObject* parent)
+    : QObject(parent)
+    , m_file(file.isEmpty() ? xdg::orwickDataDir().child(QStringLiteral("frecency.json")) : file)
+    , m_writer(std::make_shared<Writer>())
+{
+    m_saveTimer.setSingleShot(true);
+    m_saveTimer.setInterval(kDefaultSaveDelayMs);
+    connect(&m_saveTimer, &QTimer::timeout, this, [this] { saveNow(true); });
+    load();
+}
+
+Frecency::~Frecency()
+{
+    if (m_saveTimer.isActive())
+        saveNow(false);
+}
+
+void Frecency::load()
+{
+    if (const auto document = readJsonFile(m_file))
+        m_entries = fromJson(*document);
+}
+
+void Frecency::record(const FilePath& folder, const QDateTime& now)
+{
+    if (folder.isEmpty())
+        return;
+    const qint64 at = now.toMSecsSinceEpoch();
+    Entry& entry = m_entries[folder];
+    entry.count += 1.0;
+    entry.lastVisit = at;
+
+    double sum = 0.0;
+    for (const Entry& e : std::as_const(m_entries))
+        sum += e.count;
+    if (sum > kAgingThreshold) {
+        for (auto it = m_entries.begin(); it != m_entries.end();) {
+            it->count *= kAgingFactor;
+            if (it->count < kForgetBelow)
+                it = m_entries.erase(it);
+            else
+                ++it;
+        }
+    }
+    scheduleSave();
+}
+
+double Frecency::ageWeight(qint64 secondsAgo)
+{
+    if (secondsAgo < 3600)
+        return 4.0;
+    if (secondsAgo < 86400)
+        return 2.0;
+    if (secondsAgo < 604800)
+        return 0.5;
+    return 0.25;
+}
+
+std::vector<FrecentFolder> Frecency::ranked(const QDateTime& now)
+{
+    const qint64 at = now.toMSecsSinceEpoch();
+    std::vector<std::pair<FrecentFolder, qint64>> scored;
+    scored.reserve(size_t(m_entries.size()));
+    bool forgot = false;
+    for (auto it = m_entries.begin(); it != m_entries.end();) {
+        if (!isFolder(it.key())) {
+            it = m_entries.erase(it);
+            forgot = true;
+            continue;
+        }
+        const qint64 secondsAgo = (at - it->lastVisit) / 1000;
+        scored.push_back({{it.key(), it->count * ageWeight(secondsAgo)}, it->lastVisit});
+        ++it;
+    }
+    if (forgot)
+        scheduleSave();
+
+    std::sort(scored.begin(), scored.end(), [](const auto& a, const auto& b) {
+        if (a.first.score != b.first.score)
+            return a.first.score > b.first.score;
+        if (a.second != b.second)
+            return a.second > b.second;
+        return a.first.path < b.first.path;
+    });
+    std::vector<FrecentFolder> result;
+    result.reserve(scored.size());
+    for (auto& [folder, lastVisit] : scored)
+        result.push_back(std::move(folder));
+    return result;
+}
+
+void Frecency::scheduleSave()
+{
+    m_saveTimer.start(); // restarting replaces the pending save
+}
+
+void Frecency::saveNow(bool inBackground)
+{
+    m_saveTimer.stop();
+    const quint64 snapshot = ++m_snapshots;
+    auto work = [writer = m_writer, file = m_file, entries = m_entries, snapshot] {
+        return writer->write(file, toJson(entries), snapshot);
+    };
+    if (!inBackground) {
+        if (!work())
+            qWarning("Frecency: the visit record could not be written to %s", m_file.c_str());
+        return;
+    }
+    runInBackground(this, std::move(work), [this](const Status& status) {
+        if (status)
+            Q_EMIT saved();
+        else
+            Q_EMIT saveFailed(status.error());
+    });
+}
+
+} // namespace orwick

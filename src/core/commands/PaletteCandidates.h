@@ -1,0 +1,82 @@
+#pragma once
+// PaletteCandidates: everything the main palette can offer for one opening — the commands with
+// their enabled state, the frecent folders and the file candidates — prepared once for fuzzy
+// scoring, so that a keystroke only scores and sorts (see PaletteRanking.h).
+//
+// Bounds: at most the first 500 folders of the frecency ranking and the first 5,000 file
+// candidates are kept. Folders are matched against their abbreviated path ("~/Projects/site");
+// files against their name (they come from the shown folder, so the shared parent would only add
+// noise); commands against their title and, separately, their title with keywords.
+
+#include "commands/Frecency.h"
+#include "commands/FuzzyMatch.h"
+
+#include <QList>
+#include <QString>
+#include <span>
+#include <vector>
+
+namespace orwick {
+
+// Folders prepared for scoring against their abbreviated path, each with its frecency bonus.
+class PreparedFolders {
+public:
+    struct Folder {
+        FilePath path;
+        double frecency = 0.0;
+        int bonus = 0; // the integer part of log2(frecency + 1) × 150
+    };
+
+    // `ranking` best first; only its first `limit` folders are kept.
+    void assign(std::span<const FrecentFolder> ranking, qsizetype limit);
+    qsizetype size() const { return qsizetype(m_folders.size()); }
+    const Folder& operator[](qsizetype index) const { return m_folders[size_t(index)]; }
+    FuzzyCandidate text(qsizetype index) const { return m_texts[index]; }
+
+    // The extra weight of a folder for its frecency score.
+    static int frecencyBonus(double frecency);
+
+private:
+    std::vector<Folder> m_folders;
+    FuzzyCandidateList m_texts;
+};
+
+// A command as the palette needs it, taken from the catalogue with its enabled state in the
+// window at the time the palette opened.
+struct PaletteCommand {
+    QString id;
+    QString title;
+    QString keywords;     // space-separated extra search words
+    QString symbol;
+    QString shortcut;     // as text ("Ctrl+Shift+N"); empty when none
+    QString disabledNote; // why it is dimmed, shown under it when disabled
+    bool isEnabled = true;
+};
+
+class PaletteCandidates {
+public:
+    static constexpr qsizetype kMaxFolders = 500;
+    static constexpr qsizetype kMaxFiles = 5000;
+
+    void setCommands(QList<PaletteCommand> commands);
+    // `ranking` best first, as Frecency::ranked() gives it; only its head is kept.
+    void setFolders(std::span<const FrecentFolder> ranking);
+    void setFiles(std::span<const FilePath> files);
+
+    const QList<PaletteCommand>& commands() const { return m_commands; }
+    const FuzzyCandidateList& commandTitles() const { return m_commandTitles; }
+    const FuzzyCandidateList& commandTexts() const { return m_commandTexts; }
+    const PreparedFolders& folders() const { return m_folders; }
+    const std::vector<FilePath>& files() const { return m_files; }
+    const FuzzyCandidateList& fileNames() const { return m_fileNames; }
+
+private:
+    QList<PaletteCommand> m_commands;
+    FuzzyCandidateList m_commandTitles;
+    FuzzyCandidateList m_commandTexts;
+    PreparedFolders m_folders;
+    std::vector<FilePath> m_files;
+    FuzzyCandidateList m_fileNames;
+};
+
+} // namespace orwick

@@ -1,0 +1,145 @@
+#include "commands/PaletteRanking.h"
+
+#include <algorithm>
+
+namespace orwick::PaletteRanking {
+namespace {
+
+struct Scored {
+    int score;
+    qsizetype index;
+};
+
+// The best `limit` of `count` candidates by `scoreOf` (absent drops one), best first, ties in
+// candidate order.
+template <class ScoreOf>
+std::vector<Scored> best(qsizetype count, qsizetype limit, ScoreOf scoreOf)
+{
+    std::vector<Scored> found;
+    for (qsizetype i = 0; i < count; ++i)
+        if (const std::optional<int> score = scoreOf(i))
+            found.push_back({*score, i});
+    const auto better = [](const Scored& a, const Scored& b) {
+        return a.score != b.score ? a.score > b.score : a.index < b.index;
+    };
+    const size_t kept = std::min(found.size(), size_t(limit));
+    std::partial_sort(found.begin(), found.begin() + qsizetype(kept), found.end(), better);
+    found.resize(kept);
+    return found;
+}
+
+PaletteItem commandItem(const PaletteCommand& command)
+{
+    PaletteItem item;
+    item.id = QStringLiteral("cmd.") + command.id;
+    item.kind = PaletteItem::Kind::command;
+    item.title = command.title;
+    item.symbol = command.symbol;
+    item.shortcut = command.shortcut;
+    item.isEnabled = command.isEnabled;
+    if (!command.isEnabled)
+        item.subtitle = command.disabledNote;
+    item.commandId = command.id;
+    return item;
+}
+
+// Folders by fuzzy score plus their frecency bonus.
+std::vector<Scored> bestFolders(const FuzzyQuery& query, const PreparedFolders& folders, qsizetype limit)
+{
+    return best(folders.size(), limit, [&](qsizetype i) -> std::optional<int> {
+        const auto score = FuzzyMatch::score(query, folders.text(i));
+        return score ? std::optional<int>(*score + folders[i].bonus) : std::nullopt;
+    });
+}
+
+struct RankedSection {
+    PaletteSection section;
+    int bestScore = 0;
+    int order = 0;
+};
+
+} // namespace
+
+QList<PaletteItem> rankFolders(const FuzzyQuery& query, const PreparedFolders& folders, qsizetype limit)
+{
+    QList<PaletteItem> rows;
+    for (const Scored& s : bestFolders(query, folders, limit))
+        rows.append(pathItem(folders[s.index].path, PaletteItem::Kind::folder));
+    return rows;
+}
+
+QList<PaletteSection> rank(const FuzzyQuery& query, const PaletteCandidates& candidates)
+{
+    const QList<PaletteCommand>& commands = candidates.commands();
+    if (query.matchesEverything()) {
+        QList<PaletteSection> sections;
+        const PreparedFolders& folders = candidates.folders();
+        PaletteSection recent{QStringLiteral("Folders"), {}};
+        for (qsizetype i = 0; i < std::min(folders.size(), kEmptyQueryFolderRows); ++i)
+            recent.items.append(pathItem(folders[i].path, PaletteItem::Kind::folder));
+        if (!recent.items.isEmpty())
+            sections.append(recent);
+        PaletteSection all{QStringLiteral("Commands"), {}};
+        for (const PaletteCommand& command : commands)
+            all.items.append(commandItem(command));
+        if (!all.items.isEmpty())
+            sections.append(all);
+        return sections;
+    }
+
+    std::vector<RankedSection> ranked;
+
+    const PreparedFolders& folders = candidates.folders();
+    const auto folderHits = bestFolders(query, folders, kFolderRows);
+    if (!folderHits.empty()) {
+        RankedSection section{{QStringLiteral("Folders"), {}}, folderHits.front().score, 0};
+        for (const Scored& s : folderHits)
+            section.section.items.append(pathItem(folders[s.index].path, PaletteItem::Kind::folder));
+        ranked.push_back(std::move(section));
+    }
+
+    const FuzzyCandidateList& names = candidates.fileNames();
+    const auto fileHits = best(names.size(), kFileRows, [&](qsizetype i) { return FuzzyMatch::score(query, names[i]); });
+    if (!fileHits.empty()) {
+        RankedSection section{{QStringLiteral("Files"), {}}, fileHits.front().score, 1};
+        for (const Scored& s : fileHits)
+            section.section.items.append(pathItem(candidates.files()[size_t(s.index)], PaletteItem::Kind::file));
+        ranked.push_back(std::move(section));
+    }
+
+    const FuzzyCandidateList& titles = candidates.commandTitles();
+    const FuzzyCandidateList& texts = candidates.commandTexts();
+    const auto commandHits = best(titles.size(), kCommandRows, [&](qsizetype i) {
+        const auto title = FuzzyMatch::score(query, titles[i]);
+        const auto text = FuzzyMatch::score(query, texts[i]);
+        if (!title || !text)
+            return title ? title : text;
+        return std::optional<int>(std::max(*title, *text));
+    });
+    if (!commandHits.empty()) {
+        RankedSection section{{QStringLiteral("Commands"), {}}, commandHits.front().score, 2};
+        for (const Scored& s : commandHits)
+            section.section.items.append(commandItem(commands[s.index]));
+        ranked.push_back(std::move(section));
+    }
+
+    std::stable_sort(ranked.begin(), ranked.end(), [](const RankedSection& a, const RankedSection& b) {
+        return a.bestScore != b.bestScore ? a.bestScore > b.bestScore : a.order < b.order;
+    });
+    QList<PaletteSection> sections;
+    for (RankedSection& r : ranked)
+        sections.append(std::move(r.section));
+    return sections;
+}
+
+QList<PaletteSection> rank(QStringView query, const QList<PaletteCommand>& commands,
+                           std::span<const FrecentFolder> frecency, std::span<const FilePath> files)
+{
+    PaletteCandidates candidates;
+    candidates.setCommands(commands);
+    candidates.setFolders(frecency);
+    candidates.setFiles(files);
+    return rank(FuzzyQuery(query), candidates);
+}
+
+} // namespace orwick::PaletteRanking
