@@ -82,8 +82,21 @@ QHash<FilePath, Frecency::Entry> fromJson(const QJsonDocument& document)
     return entries;
 }
 
+// Removable and network volumes are not touched while ranking: a sleeping disk or a lost server
+// would stall the palette. Folders there are kept until aging drops them.
+bool isOnOtherVolume(const FilePath& path)
+{
+    static const FilePath roots[] = {FilePath::fromNative("/media"), FilePath::fromNative("/mnt"),
+                                     FilePath::fromNative("/run/media"), FilePath::fromNative("/net")};
+    if (std::any_of(std::begin(roots), std::end(roots), [&](const FilePath& root) { return root.isAncestorOf(path); }))
+        return true;
+    return path.native().startsWith("/run/user/") && path.native().contains("/gvfs/");
+}
+
 bool isFolder(const FilePath& path)
 {
+    if (isOnOtherVolume(path))
+        return true;
     const auto stat = statPath(path, FollowLinks::yes);
     return stat && stat->isDirectory();
 }

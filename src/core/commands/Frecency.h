@@ -56,7 +56,8 @@ public:
     void record(const FilePath& folder, const QDateTime& now = QDateTime::currentDateTimeUtc());
 
     // Every remembered folder that still exists with its score, best first (ties: the latest
-    // visit first). Folders that no longer exist are left out and forgotten.
+    // visit first). Folders that no longer exist are left out and forgotten. Folders on
+    // removable and network volumes (/media, /mnt, /run/media, gvfs mounts) are not checked.
     std::vector<FrecentFolder> ranked(const QDateTime& now = QDateTime::currentDateTimeUtc());
 
     // The weight of a visit made `secondsAgo` seconds ago.

@@ -96,22 +96,26 @@ TEST_F(FrecencyFixture, DeletedFolderIsSkippedThenForgotten)
 {
     const FilePath kept = tree.folder(QStringLiteral("kept"));
     const FilePath gone = tree.folder(QStringLiteral("gone"));
+    const FilePath unplugged = FilePath::fromNative("/media/someone/stick/photos"); // not looked at
     {
         Frecency frecency(file);
         frecency.setSaveDelay(10);
         frecency.record(kept, kNow);
+        frecency.record(kept, kNow);
         frecency.record(gone, kNow);
+        frecency.record(unplugged, kNow);
         ASSERT_TRUE(QDir(gone.text()).removeRecursively());
 
         const auto ranked = frecency.ranked(kNow);
-        ASSERT_EQ(ranked.size(), 1u);
+        ASSERT_EQ(ranked.size(), 2u);
         EXPECT_EQ(ranked[0].path, kept);
+        EXPECT_EQ(ranked[1].path, unplugged);
         EXPECT_FALSE(frecency.entries().contains(gone));
         EXPECT_TRUE(frecency.hasPendingSave());
     }
     const auto saved = readJsonFile(file);
     ASSERT_TRUE(saved);
-    EXPECT_EQ(saved->object().keys(), QStringList{kept.text()});
+    EXPECT_EQ(saved->object().keys(), (QStringList{unplugged.text(), kept.text()}));
 }
 
 TEST_F(FrecencyFixture, DamagedOrOddFilesGiveAnEmptyRecordThatTheNextSaveReplaces)
