@@ -5,6 +5,7 @@
 
 #include "files/Listing.h"
 #include "app/Services.h"
+#include "commands/Frecency.h"
 #include "git/Git.h"
 #include "platform/DirectoryReader.h"
 #include "platform/XdgPaths.h"
@@ -93,6 +94,8 @@ int main(int argc, char** argv)
     ViewPreferences preferences;
     Git git;
     services().git = &git;
+    Frecency frecency;
+    services().frecency = &frecency;
     WindowState state(folder, &preferences);
     if (listing)
         state.activePane()->show(*listing);

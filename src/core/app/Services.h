@@ -4,10 +4,12 @@
 
 namespace orwick {
 
+class Frecency;
 class Git;
 
 struct Services {
     Git* git = nullptr;
+    Frecency* frecency = nullptr; // folder visits, for the palette
 };
 
 Services& services();

@@ -140,6 +140,16 @@ bool WindowState::beginRename()
     return true;
 }
 
+bool WindowState::transferSelection(bool move, const FilePath& folder)
+{
+    if (!canActOnSelection() || !m_transfer)
+        return false;
+    m_transfer(selectedURLs(), folder, move);
+    return true;
+}
+
+void WindowState::setTransfer(Transfer transfer) { m_transfer = std::move(transfer); }
+
 void WindowState::endFilter() { activePane()->setFiltering(false); }
 
 void WindowState::showPanel(Panel panel, const FilePath& folder)

@@ -11,6 +11,7 @@
 
 #include <QObject>
 #include <QUndoStack>
+#include <functional>
 
 namespace orwick {
 
@@ -49,6 +50,12 @@ public:
     bool hasOtherPane() const { return selectedTab()->otherPane() != nullptr; }
     // One item: inline rename. Several: batch rename, which is not built yet (returns false).
     bool beginRename();
+    // Copies or moves the selection into `folder`; false when it can't be done (nothing selected,
+    // or no file operations in this program).
+    bool transferSelection(bool move, const FilePath& folder);
+    using Transfer = std::function<void(const QList<FilePath>& items, const FilePath& folder, bool move)>;
+    // How this window copies and moves files (given by whoever owns file operations).
+    void setTransfer(Transfer transfer);
     void endFilter();
 
     // Asks the window to open the palette in `mode`.
@@ -78,6 +85,7 @@ protected:
     QUndoStack m_undoStack;
     ViewPreferences* m_preferences;
     Panel m_panel = Panel::none;
+    Transfer m_transfer;
     FilePath m_panelFolder;
 };
 

@@ -2,7 +2,10 @@
 
 #include "ui/pane/PaneWidget.h"
 #include "ui/views/FileListView.h"
+#include "app/Services.h"
+#include "commands/Frecency.h"
 #include "ui/window/CommandMenus.h"
+#include "ui/window/PaletteController.h"
 #include "ui/window/PaneGrid.h"
 #include "ui/window/ToastHost.h"
 
@@ -32,6 +35,7 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     setCentralWidget(central);
     m_toasts = new ToastHost(this);
     m_menus = new CommandMenus(this, state);
+    m_palette = new PaletteController(state, services().frecency, this);
     connect(m_menus, &CommandMenus::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
 
     connect(state, &WindowState::tabsChanged, this, &MainWindow::syncTabs);
@@ -74,6 +78,14 @@ void MainWindow::decorate(PaneWidget* widget)
 {
     connect(widget->listView(), &FileListView::contextMenuRequestedAt, m_menus, &CommandMenus::showContextMenu);
     connect(widget->pane(), &PaneState::locationChanged, this, &MainWindow::updateTitles);
+    // Every folder shown counts as a visit for the palette's ranking.
+    PaneState* pane = widget->pane();
+    auto recordVisit = [pane] {
+        if (Frecency* frecency = services().frecency; frecency && !pane->listing())
+            frecency->record(pane->url());
+    };
+    connect(pane, &PaneState::locationChanged, this, recordVisit);
+    recordVisit();
     for (const auto& decorator : std::as_const(m_decorators))
         decorator(widget);
 }

@@ -15,6 +15,7 @@ class QTabBar;
 namespace orwick {
 
 class CommandMenus;
+class PaletteController;
 class PaneGrid;
 class PaneWidget;
 class ToastHost;
@@ -28,6 +29,7 @@ public:
     PaneWidget* activePaneWidget() const;
     ToastHost* toasts() const { return m_toasts; }
     CommandMenus* menus() const { return m_menus; }
+    PaletteController* palette() const { return m_palette; }
     QTabBar* tabBar() const { return m_tabBar; }
 
     // Called for every pane widget made, now and later (git marks, property columns…).
@@ -46,6 +48,7 @@ private:
     QHash<TabState*, PaneGrid*> m_gridOf;
     ToastHost* m_toasts;
     CommandMenus* m_menus;
+    PaletteController* m_palette;
     QList<std::function<void(PaneWidget*)>> m_decorators;
     bool m_syncing = false;
 };

@@ -1,0 +1,175 @@
+#include "ui/window/PaletteWidget.h"
+
+#include "ui/theme/Theme.h"
+#include "ui/window/CommandMenus.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QVBoxLayout>
+
+namespace orwick {
+
+namespace {
+constexpr int kWidth = 640;
+constexpr int kMaxHeight = 480;
+enum Role { PaletteRowRole = Qt::UserRole + 1, ShortcutRole, SubtitleRole };
+} // namespace
+
+PaletteWidget::PaletteWidget(PaletteState* state, QWidget* window) : QFrame(window), m_state(state)
+{
+    setFrameShape(QFrame::StyledPanel);
+    setAutoFillBackground(true);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(8, 8, 8, 6);
+    layout->setSpacing(6);
+    m_title = new QLabel(this);
+    QFont bold = m_title->font();
+    bold.setBold(true);
+    m_title->setFont(bold);
+    m_query = new QLineEdit(this);
+    QFont big = m_query->font();
+    big.setPointSizeF(big.pointSizeF() * 1.2);
+    m_query->setFont(big);
+    m_query->setFrame(false);
+    m_rows = new QListWidget(this);
+    m_rows->setFrameShape(QFrame::NoFrame);
+    m_rows->setFocusPolicy(Qt::NoFocus);
+    m_rows->setUniformItemSizes(false);
+    m_rows->setIconSize(QSize(16, 16));
+    m_footer = new QLabel(this);
+    QPalette dim = m_footer->palette();
+    dim.setColor(QPalette::WindowText, theme::dimText());
+    m_footer->setPalette(dim);
+    layout->addWidget(m_title);
+    layout->addWidget(m_query);
+    layout->addWidget(m_rows, 1);
+    layout->addWidget(m_footer);
+
+    m_query->installEventFilter(this);
+    window->installEventFilter(this);
+    connect(m_query, &QLineEdit::textEdited, state, &PaletteState::setQuery);
+    connect(state, &PaletteState::openChanged, this, &PaletteWidget::sync);
+    connect(state, &PaletteState::queryChanged, this, [this] {
+        if (m_query->text() != m_state->query())
+            m_query->setText(m_state->query());
+    });
+    connect(state, &PaletteState::resultsChanged, this, &PaletteWidget::fillRows);
+    connect(state, &PaletteState::selectionChanged, this, &PaletteWidget::showSelection);
+    connect(state, &PaletteState::statusChanged, this, &PaletteWidget::fillRows);
+    connect(m_rows, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
+        const QVariant row = item->data(PaletteRowRole);
+        if (row.isValid()) {
+            m_state->selectRow(row.toInt());
+            m_state->choose(false);
+        }
+    });
+    hide();
+}
+
+void PaletteWidget::sync()
+{
+    if (!m_state->isOpen()) {
+        hide();
+        if (QWidget* window = parentWidget())
+            window->setFocus();
+        return;
+    }
+    m_query->setText(m_state->query());
+    fillRows();
+    place();
+    show();
+    raise();
+    m_query->setFocus(Qt::PopupFocusReason);
+}
+
+void PaletteWidget::fillRows()
+{
+    const bool destination = m_state->mode() == PaletteMode::destination;
+    m_title->setVisible(destination);
+    m_title->setText(destination ? m_state->prompt() : QString());
+    m_query->setPlaceholderText(destination ? QStringLiteral("Choose a folder…") : m_state->prompt());
+    const QString status = m_state->status();
+    m_footer->setText(status.isEmpty() ? m_state->footer() : status);
+    m_footer->setVisible(!m_footer->text().isEmpty());
+
+    m_rows->clear();
+    m_listRowOf.clear();
+    int paletteRow = 0;
+    for (const PaletteSection& section : m_state->sections()) {
+        if (!section.heading.isEmpty()) {
+            auto* heading = new QListWidgetItem(section.heading.toUpper(), m_rows);
+            heading->setFlags(Qt::NoItemFlags);
+            QFont font = m_rows->font();
+            font.setPointSizeF(font.pointSizeF() * 0.85);
+            font.setBold(true);
+            heading->setFont(font);
+            heading->setForeground(theme::dimText());
+        }
+        for (const PaletteItem& row : section.items) {
+            QString text = row.title;
+            if (!row.subtitle.isEmpty())
+                text += QStringLiteral("    ") + row.subtitle;
+            auto* item = new QListWidgetItem(commandIcon(row.symbol), text, m_rows);
+            if (!row.shortcut.isEmpty())
+                item->setText(text + QStringLiteral("\t") + row.shortcut);
+            item->setData(PaletteRowRole, paletteRow);
+            item->setToolTip(row.kind == PaletteItem::Kind::command ? row.subtitle : row.path.text());
+            if (!row.isEnabled)
+                item->setForeground(theme::dimText());
+            m_listRowOf.append(m_rows->count() - 1);
+            ++paletteRow;
+        }
+    }
+    showSelection();
+    const int rowsHeight = std::min(kMaxHeight, std::max(1, m_rows->count()) * (m_rows->sizeHintForRow(0) + 2));
+    m_rows->setFixedHeight(rowsHeight);
+    adjustSize();
+    place();
+}
+
+void PaletteWidget::showSelection()
+{
+    const int selected = m_state->selectedRow();
+    if (selected >= 0 && selected < m_listRowOf.size()) {
+        m_rows->setCurrentRow(m_listRowOf[selected]);
+        m_rows->scrollToItem(m_rows->currentItem());
+    } else {
+        m_rows->setCurrentRow(-1);
+    }
+}
+
+void PaletteWidget::place()
+{
+    const QWidget* window = parentWidget();
+    const int width = std::min(kWidth, window->width() - 40);
+    resize(width, sizeHint().height());
+    move((window->width() - width) / 2, 48);
+}
+
+bool PaletteWidget::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == parentWidget() && event->type() == QEvent::Resize && isVisible())
+        place();
+    if (watched != m_query || event->type() != QEvent::KeyPress)
+        return QFrame::eventFilter(watched, event);
+    auto* key = static_cast<QKeyEvent*>(event);
+    switch (key->key()) {
+    case Qt::Key_Escape: m_state->close(); return true;
+    case Qt::Key_Down: m_state->moveSelection(1); return true;
+    case Qt::Key_Up: m_state->moveSelection(-1); return true;
+    case Qt::Key_PageDown: m_state->moveSelection(8); return true;
+    case Qt::Key_PageUp: m_state->moveSelection(-8); return true;
+    case Qt::Key_Tab:
+        if (m_state->mode() == PaletteMode::path)
+            m_state->completePath();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: m_state->choose(key->modifiers() & Qt::ControlModifier); return true;
+    default: return false;
+    }
+}
+
+} // namespace orwick
