@@ -194,6 +194,10 @@ QList<AppCommand> buildFixed()
     };
     // Titles that name an installed program are made once the program is known.
     for (AppCommand& command : list) {
+        // Until these run through the catalogue, the file operations' own keys handle them in
+        // the views, so the commands do not claim the keys.
+        if (command.disabledNote == QLatin1StringView(kFileOps))
+            command.shortcut = QKeySequence();
         if (command.id == QLatin1StringView("openInEditor"))
             command.title = QStringLiteral("Open in ") + editorName();
         if (command.id == QLatin1StringView("openInTerminal"))

@@ -64,7 +64,7 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
         {"up", QKeySequence(Qt::ALT | Qt::Key_Up)}, {"hiddenFiles", QKeySequence(Qt::CTRL | Qt::Key_H)},
         {"trash", QKeySequence(Qt::Key_Delete)}};
     for (const auto& [id, extra] : habits)
-        if (QAction* a = action(QString::fromLatin1(id)))
+        if (QAction* a = action(QString::fromLatin1(id)); a && !a->shortcut().isEmpty())
             a->setShortcuts({a->shortcut(), extra});
 }
 
