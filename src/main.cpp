@@ -7,9 +7,11 @@
 #include "app/Services.h"
 #include "commands/Frecency.h"
 #include "git/Git.h"
+#include "notes/FileProperties.h"
 #include "platform/DirectoryReader.h"
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
+#include "ui/notes/PaneNotesDecoration.h"
 #include "ui/pane/PaneGitDecoration.h"
 #include "ui/panels/DiskToolKeys.h"
 #include "ui/panels/PanelSheet.h"
@@ -96,6 +98,8 @@ int main(int argc, char** argv)
     services().git = &git;
     Frecency frecency;
     services().frecency = &frecency;
+    FileProperties properties;
+    services().properties = &properties;
     WindowState state(folder, &preferences);
     if (listing)
         state.activePane()->show(*listing);
@@ -103,6 +107,7 @@ int main(int argc, char** argv)
         state.activePane()->reveal({*selecting});
     MainWindow window(&state);
     window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
+    PaneNotesDecoration::attach(&window, &properties);
     // The disk-tool commands set the window's panel; the sheets draw it.
     QObject::connect(&state, &WindowState::panelChanged, &window, [&state, &window] {
         switch (state.panel()) {

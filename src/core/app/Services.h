@@ -5,11 +5,13 @@
 namespace orwick {
 
 class Frecency;
+class FileProperties;
 class Git;
 
 struct Services {
     Git* git = nullptr;
     Frecency* frecency = nullptr; // folder visits, for the palette
+    FileProperties* properties = nullptr; // typed file properties and folder database settings
 };
 
 Services& services();

@@ -89,6 +89,12 @@ void FileProperties::load(const FileItems& items)
         });
 }
 
+void FileProperties::cancelLoad(const FilePath& folder)
+{
+    if (const auto slot = m_loads.value(folder))
+        slot->cancel();
+}
+
 bool FileProperties::isLoading() const
 {
     return std::any_of(m_loads.begin(), m_loads.end(), [](const auto& slot) { return slot->isRunning(); });

@@ -39,6 +39,8 @@ public:
 
     void load(const FileItems& items);
     bool isLoading() const;
+    // Stops the running load of a folder (a pane left it); what it read is not published.
+    void cancelLoad(const FilePath& folder);
     // Puts loaded results in place (load() does this on arrival).
     void apply(const QList<notefile::Loaded>& loaded);
 

@@ -293,6 +293,8 @@ ArrangeInput PaneState::arrangeInput() const
     input.ignored = m_ignored;
     input.folder = m_url;
     input.now = QDateTime::currentMSecsSinceEpoch();
+    if (m_propertySource)
+        m_propertySource(input);
     return input;
 }
 
@@ -543,6 +545,12 @@ void PaneState::setRenaming(const std::optional<FilePath>& url)
         return;
     m_renaming = url;
     Q_EMIT renamingChanged();
+}
+
+void PaneState::setPropertySource(PropertySource source)
+{
+    m_propertySource = std::move(source);
+    rearrange();
 }
 
 void PaneState::setIgnoredPaths(std::shared_ptr<const QSet<FilePath>> ignored)

@@ -113,6 +113,13 @@ public:
     const std::optional<FilePath>& renaming() const { return m_renaming; }
     void setRenaming(const std::optional<FilePath>& url);
     void setIgnoredPaths(std::shared_ptr<const QSet<FilePath>> ignored);
+    // Lets an outside layer (file properties) adjust each arrangement's input on the GUI thread:
+    // drop items its filters reject, or sort by a property (ArrangeInput::propertySort and
+    // propertyValue). Anything it captures for the arranging thread must be a snapshot. Setting
+    // it, and propertiesChanged(), arrange the shown items again.
+    using PropertySource = std::function<void(ArrangeInput&)>;
+    void setPropertySource(PropertySource source);
+    void propertiesChanged() { rearrange(); }
 
     // After a create, paste or move: select these once they show up in a load.
     void setPendingSelection(const QSet<FilePath>& urls) { m_pendingSelection = urls; }
@@ -175,6 +182,7 @@ private:
     bool m_isFiltering = false;
     bool m_showHidden = false;
     std::shared_ptr<const QSet<FilePath>> m_ignored;
+    PropertySource m_propertySource;
     ViewMode m_viewMode = ViewMode::list;
     ViewPreferences::Reason m_viewModeReason = ViewPreferences::Reason::defaultMode;
     int m_gridColumns = 1;

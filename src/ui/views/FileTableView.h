@@ -11,6 +11,18 @@ class FileTableView : public FileListView {
     Q_OBJECT
 public:
     FileTableView(FileListModel* model, QWidget* parent = nullptr);
+
+    // Shows the rows through `model` (a proxy that keeps the list's rows and adds columns),
+    // laying its columns out like the list's own.
+    void showModel(QAbstractItemModel* model);
+
+protected:
+    // A double click on an editable cell (a property) edits it; elsewhere it opens the row.
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    void layoutColumns();
+    int m_laidOut = 0; // column count the widths were last set for
 };
 
 } // namespace orwick

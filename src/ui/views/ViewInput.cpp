@@ -3,6 +3,7 @@
 #include "ui/views/FileListModel.h"
 
 #include <QAbstractItemView>
+#include <QAbstractProxyModel>
 #include <QMouseEvent>
 
 namespace orwick {
@@ -34,12 +35,17 @@ void followCursor(QAbstractItemView* view, const QWidget* visibleOwner)
 {
     if (!visibleOwner->isVisible())
         return;
-    const auto* model = qobject_cast<const FileListModel*>(view->model());
+    // The view may show the list through proxies that keep its rows (property columns).
+    const QAbstractItemModel* shown = view->model();
+    const QAbstractItemModel* source = shown;
+    while (const auto* proxy = qobject_cast<const QAbstractProxyModel*>(source))
+        source = proxy->sourceModel();
+    const auto* model = qobject_cast<const FileListModel*>(source);
     PaneState* pane = model ? model->pane() : nullptr;
     if (pane && pane->cursor()) {
         const int row = pane->row(*pane->cursor());
-        if (row >= 0)
-            view->scrollTo(model->index(row, FileListModel::NameColumn), QAbstractItemView::EnsureVisible);
+        if (row >= 0 && row < shown->rowCount())
+            view->scrollTo(shown->index(row, FileListModel::NameColumn), QAbstractItemView::EnsureVisible);
     }
     view->viewport()->update();
 }

@@ -1,0 +1,183 @@
+#include "ui/notes/PaneNotesDecoration.h"
+
+#include "notes/FileProperties.h"
+#include "ui/notes/FilterChipsBar.h"
+#include "ui/notes/PropertyColumnsModel.h"
+#include "ui/pane/PaneWidget.h"
+#include "ui/views/FileListModel.h"
+#include "ui/views/FileTableView.h"
+#include "ui/window/MainWindow.h"
+#include "ui/window/ToastHost.h"
+
+#include <QHeaderView>
+#include <QMenu>
+#include <QVBoxLayout>
+
+namespace orwick {
+
+PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* store, QUndoStack* undo,
+                                         std::function<void(const QString&)> toast)
+    : QObject(widget), m_widget(widget), m_store(store), m_toast(toast)
+{
+    PaneState* pane = widget->pane();
+    m_columns = new PropertyColumnsModel(store, FileListModel::UrlRole, this);
+    m_columns->setSourceModel(widget->model());
+    m_columns->setUndoStack(undo);
+    widget->tableView()->showModel(m_columns);
+    // Property cells edit in place: F2 or a double click on a property cell (elsewhere a
+    // double click still opens the row).
+    widget->tableView()->setEditTriggers(QAbstractItemView::EditKeyPressed);
+
+    m_chips = new FilterChipsBar(store, widget);
+    if (auto* layout = qobject_cast<QVBoxLayout*>(widget->layout())) {
+        const int viewsAt = layout->indexOf(widget->tableView()->parentWidget());
+        layout->insertWidget(viewsAt < 0 ? layout->count() : viewsAt, m_chips);
+    }
+
+    connect(m_columns, &PropertyColumnsModel::writeFailed, this, toast);
+    connect(m_chips, &FilterChipsBar::saveFailed, this, toast);
+    connect(store, &FileProperties::valuesChanged, this, &PaneNotesDecoration::valuesChanged);
+    connect(store, &FileProperties::columnsChanged, this, [this](const FilePath& folder) {
+        if (folder == m_folder) {
+            updateChips();
+            if (m_widget)
+                m_widget->pane()->propertiesChanged();
+        }
+    });
+    connect(pane, &PaneState::locationChanged, this, &PaneNotesDecoration::locationChanged);
+    connect(pane, &PaneState::loadingChanged, this, &PaneNotesDecoration::loadingChanged);
+    connect(pane, &PaneState::viewModeChanged, this, &PaneNotesDecoration::updateChips);
+    QHeaderView* header = widget->tableView()->header();
+    connect(header, &QHeaderView::sectionClicked, this, &PaneNotesDecoration::headerClicked);
+    header->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header, &QWidget::customContextMenuRequested, this, [this, header](const QPoint& at) {
+        showColumnsMenu(header->mapToGlobal(at));
+    });
+
+    // Filters and the property sort, applied to every arrangement of this pane.
+    pane->setPropertySource([self = QPointer(this)](ArrangeInput& input) {
+        if (self)
+            self->adjust(input);
+    });
+    locationChanged();
+    if (!pane->isLoading())
+        loadingChanged();
+}
+
+void PaneNotesDecoration::attach(MainWindow* window, FileProperties* store)
+{
+    // Undo and redo of property edits run outside any pane: their failures are the window's.
+    QObject::connect(store, &FileProperties::writeFailed, window,
+                     [window](const QString& message) { window->toasts()->show(message); });
+    window->addPaneDecorator([window, store](PaneWidget* widget) {
+        new PaneNotesDecoration(widget, store, window->state()->undoStack(),
+                                [window](const QString& message) { window->toasts()->show(message); });
+    });
+}
+
+PaneNotesDecoration* PaneNotesDecoration::of(const PaneWidget* widget)
+{
+    return widget->findChild<PaneNotesDecoration*>(QString(), Qt::FindDirectChildrenOnly);
+}
+
+void PaneNotesDecoration::adjust(ArrangeInput& input) const
+{
+    if (!m_store || input.items.isEmpty())
+        return;
+    input.items = m_store->filtered(input.items, input.folder);
+    if (m_sortKey) {
+        input.propertySort = m_sortKey;
+        input.propertyValue = m_store->sortValues(*m_sortKey, m_store->type(*m_sortKey, input.folder, input.items));
+        input.ascending = m_sortAscending;
+    }
+}
+
+void PaneNotesDecoration::locationChanged()
+{
+    if (!m_widget || !m_store)
+        return;
+    const FilePath folder = m_widget->pane()->listing() ? FilePath() : m_widget->pane()->url();
+    if (folder == m_folder)
+        return;
+    if (!m_folder.isEmpty())
+        m_store->cancelLoad(m_folder);
+    m_folder = folder;
+    m_sortKey.reset();
+    m_columns->setFolder(m_folder);
+    updateChips();
+}
+
+void PaneNotesDecoration::loadingChanged()
+{
+    if (!m_widget || !m_store || m_widget->pane()->isLoading())
+        return;
+    // Rows are shown already; their properties follow in the background.
+    m_store->load(m_widget->pane()->unsortedItems());
+}
+
+void PaneNotesDecoration::valuesChanged()
+{
+    if (!m_widget)
+        return;
+    updateChips();
+    // Re-arranging is only needed when properties decide which rows show or their order.
+    if (m_sortKey || !m_store->columns(m_folder).filters.isEmpty())
+        m_widget->pane()->propertiesChanged();
+}
+
+void PaneNotesDecoration::headerClicked(int column)
+{
+    const PropertyColumn* property = m_columns->propertyColumn(column);
+    QHeaderView* header = m_widget->tableView()->header();
+    if (!property) {
+        if (m_sortKey) {
+            m_sortKey.reset();
+            m_widget->pane()->propertiesChanged();
+        }
+        return;
+    }
+    m_sortAscending = m_sortKey == property->key ? !m_sortAscending : true;
+    m_sortKey = property->key;
+    header->setSortIndicator(column, m_sortAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    m_widget->pane()->propertiesChanged();
+}
+
+void PaneNotesDecoration::showColumnsMenu(const QPoint& globalPosition)
+{
+    if (!m_widget || !m_store || m_folder.isEmpty())
+        return;
+    const FileItems items = m_widget->pane()->unsortedItems();
+    QMenu menu;
+    const QStringList keys = m_store->keys(items);
+    if (keys.isEmpty())
+        menu.addAction(tr("No Properties in This Folder"))->setEnabled(false);
+    const QStringList shown = m_store->columns(m_folder).shown;
+    for (const QString& key : keys) {
+        QAction* action = menu.addAction(key);
+        action->setCheckable(true);
+        action->setChecked(shown.contains(key));
+    }
+    QAction* chosen = menu.exec(globalPosition);
+    if (!chosen || !m_store || !keys.contains(chosen->text()))
+        return;
+    FolderColumns columns = m_store->columns(m_folder);
+    if (chosen->isChecked())
+        columns.shown.append(chosen->text());
+    else
+        columns.shown.removeAll(chosen->text());
+    if (const Status saved = m_store->setColumns(m_folder, columns); !saved)
+        m_toast(saved.error());
+}
+
+void PaneNotesDecoration::updateChips()
+{
+    if (!m_widget || !m_store)
+        return;
+    const bool hasFilters = !m_folder.isEmpty() && !m_store->columns(m_folder).filters.isEmpty();
+    const bool table = m_widget->pane()->viewMode() == ViewMode::table;
+    m_chips->setVisible(!m_folder.isEmpty() && (hasFilters || table));
+    if (m_chips->isVisibleTo(m_widget))
+        m_chips->setFolder(m_folder, m_widget->pane()->unsortedItems());
+}
+
+} // namespace orwick
