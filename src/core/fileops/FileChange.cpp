@@ -1,0 +1,222 @@
+#include "fileops/FileChange.h"
+
+#include "fileops/ItemCopier.h"
+#include "fileops/OperationTexts.h"
+#include "fileops/UniqueName.h"
+#include "platform/ErrorText.h"
+#include "platform/Trash.h"
+
+#include <cerrno>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orwick {
+
+namespace {
+
+QString sentence(const QString& verb, const FilePath& item, const QString& reason)
+{
+    return QStringLiteral("Couldn’t %1 %2: %3.").arg(verb, quoted(item.fileName()), reason);
+}
+
+// The path itself when free, else the next free "name 2" beside it.
+FilePath freePath(const FilePath& wanted) { return uniqueURL(wanted, false); }
+
+} // namespace
+
+bool ChangeRunner::isCancelled()
+{
+    if (m_progress.isCancelled())
+        m_report.cancelled = true;
+    return m_report.cancelled;
+}
+
+bool ChangeRunner::copy(const FilePath& from, const FilePath& to)
+{
+    const CopyResult result = copyItem(from, to, m_progress);
+    switch (result.outcome) {
+    case CopyResult::Outcome::done:
+        m_report.changes.push_back({FileChange::Kind::copied, from, to, {}});
+        return true;
+    case CopyResult::Outcome::vanished:
+        ++m_report.skipped;
+        return false;
+    case CopyResult::Outcome::cancelled:
+        m_report.cancelled = true;
+        return false;
+    case CopyResult::Outcome::failed:
+        fail(sentence(QStringLiteral("copy"), from, result.reason));
+        return false;
+    }
+    return false;
+}
+
+bool ChangeRunner::move(const FilePath& from, const FilePath& to, const QString& verb)
+{
+    MoveKind how = MoveKind::renamed;
+    const CopyResult result = moveItem(from, to, m_progress, &how);
+    if (result.ok()) {
+        m_report.changes.push_back({FileChange::Kind::moved, from, to, {}});
+        m_report.moves.append({from, to});
+        return true;
+    }
+    if (result.outcome == CopyResult::Outcome::vanished) {
+        ++m_report.skipped;
+        return false;
+    }
+    if (result.outcome == CopyResult::Outcome::cancelled) {
+        m_report.cancelled = true;
+        return false;
+    }
+    // A copy across volumes whose original could not be removed is still a copy to undo.
+    if (how == MoveKind::copied && pathExists(to) && pathExists(from))
+        m_report.changes.push_back({FileChange::Kind::copied, from, to, {}});
+    fail(sentence(verb, from, result.reason));
+    return false;
+}
+
+std::optional<FilePath> ChangeRunner::parkInTrash(const FilePath& item)
+{
+    const auto place = trash::trashItem(item);
+    if (!place) {
+        if (!pathExists(item))
+            ++m_report.skipped;
+        else
+            fail(sentence(QStringLiteral("move"), item, QStringLiteral("it can’t go to the Trash: ") + place.error()));
+        return std::nullopt;
+    }
+    m_report.trashLogAdded.append({*place, item});
+    return *place;
+}
+
+bool ChangeRunner::trash(const FilePath& item)
+{
+    const auto place = parkInTrash(item);
+    if (place)
+        m_report.changes.push_back({FileChange::Kind::trashed, item, *place, {}});
+    return place.has_value();
+}
+
+bool ChangeRunner::takeFromTrash(const FilePath& inTrash, const FilePath& to, bool record)
+{
+    MoveKind how = MoveKind::renamed;
+    const CopyResult result = moveItem(inTrash, to, m_progress, &how);
+    if (!result.ok()) {
+        if (result.outcome == CopyResult::Outcome::vanished)
+            fail(QStringLiteral("Couldn’t put back %1: it is no longer in the Trash.").arg(quoted(to.fileName())));
+        else if (result.outcome != CopyResult::Outcome::cancelled)
+            fail(QStringLiteral("Couldn’t put back %1: %2.").arg(quoted(to.fileName()), result.reason));
+        return false;
+    }
+    trash::removeInfo(inTrash);
+    m_report.trashLogRemoved.append(inTrash);
+    if (record)
+        m_report.changes.push_back({FileChange::Kind::restored, inTrash, to, {}});
+    return true;
+}
+
+bool ChangeRunner::putBack(const FilePath& inTrash, const FilePath& to) { return takeFromTrash(inTrash, to, true); }
+
+bool ChangeRunner::makeFolder(const FilePath& path)
+{
+    if (::mkdir(path.c_str(), 0755) != 0) {
+        fail(QStringLiteral("Couldn’t make the folder %1: %2.").arg(quoted(path.fileName()), errorReason(errno)));
+        return false;
+    }
+    m_report.changes.push_back({FileChange::Kind::madeFolder, {}, path, {}});
+    return true;
+}
+
+void ChangeRunner::recordCreated(const FilePath& path)
+{
+    m_report.changes.push_back({FileChange::Kind::created, {}, path, {}});
+}
+
+void ChangeRunner::undo(std::vector<FileChange>& changes)
+{
+    for (auto it = changes.rbegin(); it != changes.rend(); ++it) {
+        FileChange& change = *it;
+        switch (change.kind) {
+        case FileChange::Kind::moved: {
+            const FilePath back = freePath(change.from);
+            MoveKind how;
+            const CopyResult result = moveItem(change.to, back, m_progress, &how);
+            if (result.ok()) {
+                m_report.moves.append({change.to, back});
+                change.from = back;
+            } else {
+                fail(sentence(QStringLiteral("move back"), change.to, result.reason));
+            }
+            break;
+        }
+        case FileChange::Kind::copied:
+        case FileChange::Kind::created:
+            if (const auto place = parkInTrash(change.to))
+                change.parked = *place;
+            break;
+        case FileChange::Kind::madeFolder:
+            ::rmdir(change.to.c_str()); // a folder that gained other items stays
+            break;
+        case FileChange::Kind::trashed: {
+            const FilePath back = freePath(change.from);
+            if (takeFromTrash(change.to, back, false))
+                change.from = back;
+            break;
+        }
+        case FileChange::Kind::restored:
+            if (const auto place = parkInTrash(change.to))
+                change.from = *place;
+            break;
+        }
+    }
+}
+
+void ChangeRunner::redo(std::vector<FileChange>& changes)
+{
+    for (FileChange& change : changes) {
+        switch (change.kind) {
+        case FileChange::Kind::moved: {
+            const FilePath there = freePath(change.to);
+            MoveKind how;
+            const CopyResult result = moveItem(change.from, there, m_progress, &how);
+            if (result.ok()) {
+                m_report.moves.append({change.from, there});
+                change.to = there;
+            } else {
+                fail(sentence(QStringLiteral("move"), change.from, result.reason));
+            }
+            break;
+        }
+        case FileChange::Kind::copied:
+            // The copy undo put in the Trash comes back; when the Trash was emptied, copy again.
+            change.to = freePath(change.to);
+            if (!change.parked.isEmpty() && pathExists(change.parked)) {
+                if (takeFromTrash(change.parked, change.to, false))
+                    change.parked = {};
+            } else {
+                const CopyResult result = copyItem(change.from, change.to, m_progress);
+                if (!result.ok())
+                    fail(sentence(QStringLiteral("copy"), change.from, result.reason));
+            }
+            break;
+        case FileChange::Kind::created:
+            change.to = freePath(change.to);
+            if (takeFromTrash(change.parked, change.to, false))
+                change.parked = {};
+            break;
+        case FileChange::Kind::madeFolder:
+            ::mkdir(change.to.c_str(), 0755);
+            break;
+        case FileChange::Kind::trashed:
+            if (const auto place = parkInTrash(change.from))
+                change.to = *place;
+            break;
+        case FileChange::Kind::restored:
+            change.to = freePath(change.to);
+            takeFromTrash(change.from, change.to, false);
+            break;
+        }
+    }
+}
+
+} // namespace orwick

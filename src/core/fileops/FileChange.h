@@ -1,0 +1,84 @@
+#pragma once
+// FileChange: one recorded change on disk, enough to undo and redo it exactly; ChangeRunner:
+// the worker that makes changes (and their inverses) and reports what it did.
+//
+// An operation's undo step holds its changes in the order they were made. Undo runs their
+// inverses backwards, redo runs them forwards again; both update the records (a copy undone
+// waits in the Trash, and redo takes it back from there).
+
+#include "fileops/CopyProgress.h"
+#include "files/FilePath.h"
+
+#include <QList>
+#include <QStringList>
+#include <utility>
+#include <vector>
+
+namespace orwick {
+
+// One planned or made transfer of an item to its destination path.
+struct FileMove {
+    FilePath from;
+    FilePath to;
+    bool operator==(const FileMove&) const = default;
+};
+
+struct FileChange {
+    enum class Kind {
+        moved,      // from → to, by rename or across volumes; undo moves back
+        copied,     // to is a new copy of from; undo puts it in the Trash
+        created,    // to was made (new folder, archive, extracted item); undo puts it in the Trash
+        madeFolder, // to was made as a holder (tidy up); undo removes it when empty
+        trashed,    // from was moved to the Trash, where it lies at to; undo puts it back
+        restored,   // from (in the Trash) was put back at to; undo trashes it again
+    };
+    Kind kind = Kind::moved;
+    FilePath from;
+    FilePath to;
+    FilePath parked; // copied/created while undone: where it waits in the Trash
+};
+
+// What a worker did, handed to the interface thread in one piece.
+struct ChangeReport {
+    std::vector<FileChange> changes;                       // made, in order
+    QList<FileMove> moves;                                 // every move or rename made
+    QList<std::pair<FilePath, FilePath>> trashLogAdded;    // place in the Trash → former path
+    QList<FilePath> trashLogRemoved;                       // places in the Trash now empty
+    QStringList errors;                                    // full sentences, first one shown
+    int skipped = 0;                                       // items that vanished before their turn
+    bool cancelled = false;
+};
+
+// Makes changes for one job. Not shared between threads; the progress is.
+class ChangeRunner {
+public:
+    explicit ChangeRunner(CopyProgress& progress) : m_progress(progress) {}
+
+    ChangeReport& report() { return m_report; }
+    CopyProgress& progress() { return m_progress; }
+    bool isCancelled();
+
+    // Each step records its change on success and an error sentence on failure, naming `verb`
+    // ("Couldn’t copy “a.txt”: the disk is full."). False when nothing was done.
+    bool copy(const FilePath& from, const FilePath& to);
+    bool move(const FilePath& from, const FilePath& to, const QString& verb = QStringLiteral("move"));
+    bool trash(const FilePath& item);
+    bool putBack(const FilePath& inTrash, const FilePath& to);
+    bool makeFolder(const FilePath& path);
+    void recordCreated(const FilePath& path);
+    void fail(const QString& sentence) { m_report.errors.append(sentence); }
+
+    // Runs the inverse of `changes` (last first) or the changes again (first first); the records
+    // are updated in place to describe the state afterwards.
+    void undo(std::vector<FileChange>& changes);
+    void redo(std::vector<FileChange>& changes);
+
+private:
+    bool takeFromTrash(const FilePath& inTrash, const FilePath& to, bool record);
+    std::optional<FilePath> parkInTrash(const FilePath& item);
+
+    CopyProgress& m_progress;
+    ChangeReport m_report;
+};
+
+} // namespace orwick

@@ -1,0 +1,31 @@
+#include "fileops/FileOperationCommand.h"
+
+#include "fileops/FileOperations.h"
+
+namespace orwick {
+
+FileOperationCommand::FileOperationCommand(FileOperations* operations, const QString& actionName,
+                                           std::vector<FileChange> changes)
+    : QUndoCommand(actionName)
+    , m_operations(operations)
+    , m_changes(std::make_shared<std::vector<FileChange>>(std::move(changes)))
+{
+}
+
+void FileOperationCommand::undo()
+{
+    m_done = false;
+    if (m_operations)
+        m_operations->replay(m_changes, false, text());
+}
+
+void FileOperationCommand::redo()
+{
+    if (m_done)
+        return; // pushed after the operation ran
+    m_done = true;
+    if (m_operations)
+        m_operations->replay(m_changes, true, text());
+}
+
+} // namespace orwick

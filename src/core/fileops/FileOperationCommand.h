@@ -1,0 +1,33 @@
+#pragma once
+// FileOperationCommand: the undo step of one file operation. It holds the operation's changes;
+// undo and redo hand them to FileOperations, which runs them as a job, one at a time in the
+// order they were asked. The first redo (made by QUndoStack::push) does nothing: the
+// operation itself already ran.
+
+#include "fileops/FileChange.h"
+
+#include <QPointer>
+#include <QUndoCommand>
+#include <memory>
+
+namespace orwick {
+
+class FileOperations;
+
+class FileOperationCommand : public QUndoCommand {
+public:
+    FileOperationCommand(FileOperations* operations, const QString& actionName, std::vector<FileChange> changes);
+
+    void undo() override;
+    void redo() override;
+
+    // The changes as they stand now; read by tests and by the batch rename.
+    const std::vector<FileChange>& changes() const { return *m_changes; }
+
+private:
+    QPointer<FileOperations> m_operations;
+    std::shared_ptr<std::vector<FileChange>> m_changes;
+    bool m_done = true;
+};
+
+} // namespace orwick

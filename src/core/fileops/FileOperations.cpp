@@ -1,0 +1,310 @@
+#include "fileops/FileOperations.h"
+
+#include "fileops/FileOperationCommand.h"
+#include "fileops/ItemCopier.h"
+#include "fileops/OperationTexts.h"
+#include "platform/Trash.h"
+
+#include <QCoreApplication>
+#include <QLoggingCategory>
+#include <QSet>
+
+namespace orwick {
+
+Q_LOGGING_CATEGORY(lcFileOps, "orwick.fileops")
+
+FileOperations::FileOperations(QObject* parent) : QObject(parent)
+{
+    m_ticker.setInterval(100);
+    connect(&m_ticker, &QTimer::timeout, this, &FileOperations::progressChanged);
+    m_replayPool.setMaxThreadCount(1);
+}
+
+FileOperations::~FileOperations()
+{
+    for (const FileJob& job : m_jobs)
+        job.progress->cancel();
+    m_replayPool.waitForDone();
+}
+
+FileOperations& FileOperations::shared()
+{
+    static QPointer<FileOperations> instance;
+    if (!instance)
+        instance = new FileOperations(QCoreApplication::instance());
+    return *instance;
+}
+
+void FileOperations::cancelJob(quint64 id)
+{
+    for (const FileJob& job : m_jobs)
+        if (job.id == id)
+            job.progress->cancel();
+}
+
+void FileOperations::report(const QString& message)
+{
+    if (m_reportErrors)
+        m_reportErrors(message);
+    else
+        qCWarning(lcFileOps) << message;
+}
+
+void FileOperations::run(Spec spec)
+{
+    FileJob job{m_nextId++, spec.title, QDateTime::currentDateTime(), std::make_shared<CopyProgress>()};
+    m_jobs.append(job);
+    if (!m_ticker.isActive())
+        m_ticker.start();
+    Q_EMIT jobsChanged();
+
+    QPointer<FileOperations> guard(this);
+    auto progress = job.progress;
+    Work work = std::move(spec.work);
+    QThreadPool* pool = spec.pool ? spec.pool : QThreadPool::globalInstance();
+    const quint64 id = job.id;
+    m_specs.insert(id, std::move(spec));
+    pool->start([guard, progress, work = std::move(work), id]() {
+        auto output = std::make_shared<JobOutput>();
+        ChangeRunner runner(*progress);
+        work(runner, *output);
+        output->report = std::move(runner.report());
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, id, output]() {
+            if (guard)
+                guard->finish(id, std::move(*output));
+        }, Qt::QueuedConnection);
+    });
+}
+
+void FileOperations::finish(quint64 id, JobOutput output)
+{
+    const Spec spec = m_specs.take(id);
+    m_jobs.removeIf([id](const FileJob& job) { return job.id == id; });
+    if (m_jobs.isEmpty())
+        m_ticker.stop();
+    Q_EMIT jobsChanged();
+
+    ChangeReport& report = output.report;
+    if (const Status saved = m_trashLog.update(report.trashLogAdded, report.trashLogRemoved); !saved)
+        qCWarning(lcFileOps) << saved.error();
+    if (!report.moves.isEmpty())
+        Q_EMIT itemsMoved(report.moves);
+    const bool changed = !report.changes.empty();
+    if (changed && spec.undo)
+        spec.undo->push(new FileOperationCommand(this, spec.actionName, std::move(report.changes)));
+    if (!report.errors.isEmpty())
+        this->report(report.errors.first());
+    else if (spec.announce && !report.cancelled && changed && !output.toast.isEmpty())
+        Q_EMIT announced({output.toast, output.icon, spec.undo != nullptr, false});
+    if (spec.created && !output.made.isEmpty())
+        spec.created(output.made);
+    if (spec.after)
+        spec.after();
+    Q_EMIT operationFinished();
+}
+
+void FileOperations::replay(std::shared_ptr<std::vector<FileChange>> changes, bool forward, const QString& actionName)
+{
+    ++m_pendingReplays;
+    Spec spec;
+    spec.title = (forward ? QStringLiteral("Redoing ") : QStringLiteral("Undoing ")) + actionName;
+    spec.announce = false;
+    spec.pool = &m_replayPool;
+    spec.work = [changes, forward](ChangeRunner& runner, JobOutput&) {
+        if (forward)
+            runner.redo(*changes);
+        else
+            runner.undo(*changes);
+    };
+    spec.after = [this] { --m_pendingReplays; };
+    run(std::move(spec));
+}
+
+void FileOperations::ask(const QList<Move>& collisions, const FilePath& folder, ConflictAnswer answer)
+{
+    ConflictQuestion question;
+    question.collisions = collisions;
+    question.title = collisions.size() == 1
+        ? quoted(collisions.first().to.fileName()) + QStringLiteral(" is already in ") + quoted(folder.fileName())
+        : QString::number(collisions.size()) + QStringLiteral(" items are already in ") + quoted(folder.fileName());
+    question.message = QStringLiteral("Replacing moves the ones there now to the Trash.");
+    if (m_resolveConflicts)
+        m_resolveConflicts(question, std::move(answer));
+    else
+        answer(ConflictChoice::keepBoth);
+}
+
+void FileOperations::transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo)
+{
+    for (const FilePath& item : items) {
+        if (item.contains(folder)) {
+            report(quoted(item.fileName()) + QStringLiteral(" can't be put inside itself."));
+            return;
+        }
+    }
+    QList<Move> moves;
+    QList<Move> collisions;
+    for (const FilePath& item : items) {
+        Move move{item, folder.child(QByteArrayView(item.fileNameBytes()))};
+        if (move.to == item) {
+            if (mode == Mode::move)
+                continue; // already there
+            move.to = uniqueURL(move.to, true); // a copy into its own folder is a duplicate
+        } else if (pathExists(move.to)) {
+            collisions.append(move);
+        }
+        moves.append(move);
+    }
+    if (moves.isEmpty())
+        return;
+    const QString actionName = mode == Mode::copy ? QStringLiteral("Copy") : QStringLiteral("Move");
+    auto proceed = [this, moves, collisions, actionName, mode, undo = QPointer<QUndoStack>(undo)](ConflictChoice choice) mutable {
+        QList<FilePath> replacing;
+        if (choice == ConflictChoice::cancel)
+            return;
+        for (const Move& collision : collisions) {
+            const auto at = std::find(moves.begin(), moves.end(), collision);
+            if (choice == ConflictChoice::skip)
+                moves.erase(at);
+            else if (choice == ConflictChoice::keepBoth)
+                at->to = uniqueURL(at->to, false);
+            else
+                replacing.append(collision.to);
+        }
+        if (!moves.isEmpty())
+            copy(moves, actionName, mode == Mode::move, undo, replacing);
+    };
+    if (collisions.isEmpty())
+        proceed(ConflictChoice::keepBoth);
+    else
+        ask(collisions, folder, std::move(proceed));
+}
+
+void FileOperations::copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
+                          const QList<FilePath>& replacing)
+{
+    Spec spec;
+    spec.title = (removingSources ? QStringLiteral("Moving ") : QStringLiteral("Copying ")) + itemCount(moves.size());
+    spec.actionName = actionName;
+    spec.undo = undo;
+    const QSet<FilePath> replace(replacing.begin(), replacing.end());
+    spec.work = [moves, removingSources, replace](ChangeRunner& runner, JobOutput& output) {
+        qint64 total = 0;
+        for (const Move& move : moves)
+            if (!removingSources || !isSameVolume(move.from, move.to.parent()))
+                total += treeBytes(move.from, &runner.progress());
+        runner.progress().setTotalBytes(total);
+        QList<FilePath> done;
+        for (const Move& move : moves) {
+            if (runner.isCancelled())
+                break;
+            if (!pathExists(move.from)) {
+                ++runner.report().skipped;
+                continue;
+            }
+            if (replace.contains(move.to) && pathExists(move.to)) {
+                if (move.to.contains(move.from)) {
+                    runner.fail(quoted(move.from.fileName()) + QStringLiteral(" can't replace the folder that holds it."));
+                    continue;
+                }
+                if (!runner.trash(move.to))
+                    continue;
+            }
+            const bool ok = removingSources ? runner.move(move.from, move.to) : runner.copy(move.from, move.to);
+            if (ok)
+                done.append(move.from);
+        }
+        output.toast = (removingSources ? QStringLiteral("Moved ") : QStringLiteral("Copied ")) + countOrName(done);
+        output.icon = removingSources ? QStringLiteral("arrow.right.doc.on.clipboard") : QStringLiteral("doc.on.doc");
+    };
+    run(std::move(spec));
+}
+
+void FileOperations::duplicate(const QList<FilePath>& items, QUndoStack* undo)
+{
+    Spec spec;
+    spec.title = QStringLiteral("Duplicate");
+    spec.actionName = QStringLiteral("Duplicate");
+    spec.undo = undo;
+    spec.work = [items](ChangeRunner& runner, JobOutput& output) {
+        qint64 total = 0;
+        for (const FilePath& item : items)
+            total += treeBytes(item, &runner.progress());
+        runner.progress().setTotalBytes(total);
+        QList<FilePath> done;
+        for (const FilePath& item : items) {
+            if (runner.isCancelled())
+                break;
+            if (runner.copy(item, uniqueURL(item, true)))
+                done.append(item);
+        }
+        output.toast = QStringLiteral("Duplicated ") + countOrName(done);
+        output.icon = QStringLiteral("plus.square.on.square");
+    };
+    run(std::move(spec));
+}
+
+void FileOperations::trash(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo, bool announce)
+{
+    Spec spec;
+    spec.title = QStringLiteral("Moving ") + itemCount(items.size()) + QStringLiteral(" to the Trash");
+    spec.actionName = actionName;
+    spec.undo = undo;
+    spec.announce = announce;
+    spec.work = [items](ChangeRunner& runner, JobOutput& output) {
+        runner.progress().setTotalBytes(items.size());
+        QList<FilePath> done;
+        for (const FilePath& item : items) {
+            if (runner.isCancelled())
+                break;
+            if (runner.trash(item))
+                done.append(item);
+            runner.progress().addFinished(1);
+        }
+        output.toast = QStringLiteral("Moved ") + countOrName(done) + QStringLiteral(" to the Trash");
+        output.icon = QStringLiteral("trash");
+    };
+    run(std::move(spec));
+}
+
+void FileOperations::putBack(const QList<FilePath>& itemsInTrash, QUndoStack* undo)
+{
+    QList<Move> moves;
+    for (const FilePath& item : itemsInTrash) {
+        auto former = m_trashLog.formerPath(item);
+        if (!former)
+            former = trash::originalPath(item);
+        if (!former) {
+            report(quoted(item.fileName()) + QStringLiteral(" can't be put back: where it came from isn't known."));
+            continue;
+        }
+        moves.append({item, *former});
+    }
+    if (moves.isEmpty())
+        return;
+    Spec spec;
+    spec.title = QStringLiteral("Putting back ") + itemCount(moves.size());
+    spec.actionName = QStringLiteral("Put Back");
+    spec.undo = undo;
+    spec.work = [moves](ChangeRunner& runner, JobOutput& output) {
+        QList<FilePath> done;
+        for (const Move& move : moves) {
+            if (runner.isCancelled())
+                break;
+            // The folder it came from may be gone: make it again.
+            QList<FilePath> missing;
+            for (FilePath folder = move.to.parent(); !folder.isRoot() && !pathExists(folder); folder = folder.parent())
+                missing.prepend(folder);
+            bool ok = true;
+            for (const FilePath& folder : missing)
+                ok = ok && runner.makeFolder(folder);
+            if (ok && runner.putBack(move.from, uniqueURL(move.to, false)))
+                done.append(move.to);
+        }
+        output.toast = QStringLiteral("Put back ") + countOrName(done);
+        output.icon = QStringLiteral("arrow.uturn.backward");
+    };
+    run(std::move(spec));
+}
+
+} // namespace orwick

@@ -1,0 +1,132 @@
+#pragma once
+// FileOperations: the one place that changes files on disk for the user — copy, move,
+// duplicate, move to Trash and put back, rename, new folder and file, compress, extract and
+// tidy up.
+//
+// Every operation runs its file work on a background task as a FileJob (listed in jobs() until
+// it ends, progress by bytes), then on the interface thread: updates the trash log, emits
+// itemsMoved() for what was moved or renamed, pushes exactly one FileOperationCommand on the
+// given undo stack when anything changed, reports the first error through reportErrors and, when
+// all went well, emits announced() with the toast. Nothing throws; an item that vanished before
+// its turn is skipped; a cancelled job keeps what it finished and its undo step covers it.
+// Lives on the interface thread; all members must be called there.
+
+#include "fileops/FileChange.h"
+#include "fileops/FileJob.h"
+#include "fileops/TrashLog.h"
+#include "fileops/UniqueName.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QThreadPool>
+#include <QTimer>
+#include <QUndoStack>
+#include <functional>
+
+namespace orwick {
+
+class FileOperations : public QObject {
+    Q_OBJECT
+public:
+    enum class Mode { copy, move };
+    using Move = FileMove;
+    enum class ConflictChoice { replace, keepBoth, skip, cancel };
+    struct ConflictQuestion {
+        QString title;   // "“a.txt” is already in “Docs”" / "3 items are already in “Docs”"
+        QString message; // "Replacing moves the ones there now to the Trash."
+        QList<Move> collisions;
+    };
+    using ConflictAnswer = std::function<void(ConflictChoice)>;
+    // Shows the question and calls the answer once, now or later, on the interface thread.
+    using ConflictResolver = std::function<void(const ConflictQuestion&, ConflictAnswer)>;
+    using Created = std::function<void(const FilePath&)>;
+
+    explicit FileOperations(QObject* parent = nullptr);
+    ~FileOperations() override;
+    // The application's one instance.
+    static FileOperations& shared();
+
+    const QList<FileJob>& jobs() const { return m_jobs; }
+    bool isIdle() const { return m_jobs.isEmpty() && m_pendingReplays == 0; }
+    void cancelJob(quint64 id);
+
+    // Without a resolver, collisions keep both.
+    void setResolveConflicts(ConflictResolver resolver) { m_resolveConflicts = std::move(resolver); }
+    // Without a reporter, errors are only logged.
+    void setReportErrors(std::function<void(const QString&)> report) { m_reportErrors = std::move(report); }
+    TrashLog& trashLog() { return m_trashLog; }
+
+    void transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo);
+    // The worker under transfer: the moves as planned, nothing asked.
+    void copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
+              const QList<FilePath>& replacing = {});
+    void duplicate(const QList<FilePath>& items, QUndoStack* undo);
+    void trash(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo, bool announce = true);
+    // Items lying in the Trash go back where they came from (the trash log, else their .trashinfo).
+    void putBack(const QList<FilePath>& itemsInTrash, QUndoStack* undo);
+    void rename(const FilePath& item, const QByteArray& newName, QUndoStack* undo);
+    // Several renames at once, in two phases through temporary names, so names may swap.
+    void renameMany(const QList<Move>& renames, const QString& actionName, QUndoStack* undo);
+    void newFolder(const FilePath& folder, QUndoStack* undo, Created created = {});
+    void newFile(const FilePath& folder, const QByteArray& name, QUndoStack* undo, Created created = {});
+    void compress(const QList<FilePath>& items, QUndoStack* undo);
+    void extract(const QList<FilePath>& archives, QUndoStack* undo);
+    void tidyUp(const FilePath& folder, QUndoStack* undo);
+    // Items made by other code; undo moves them to the Trash.
+    void registerCreated(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo);
+
+    static FilePath uniqueURL(const FilePath& wanted, bool copySuffix) { return orwick::uniqueURL(wanted, copySuffix); }
+    static bool isSameVolume(const FilePath& a, const FilePath& b) { return orwick::isSameVolume(a, b); }
+
+    // Used by FileOperationCommand: runs the changes' inverse (or the changes again) as a job.
+    void replay(std::shared_ptr<std::vector<FileChange>> changes, bool forward, const QString& actionName);
+
+    // Caps extraction for tests and callers with their own limit; 0 keeps the default rule.
+    void setExtractionLimit(qint64 bytes) { m_extractionLimit = bytes; }
+
+Q_SIGNALS:
+    void jobsChanged();                            // a job started or ended
+    void progressChanged();                        // about ten times a second while jobs run
+    void announced(const orwick::Toast& toast);    // an operation finished well
+    void itemsMoved(const QList<orwick::FileMove>& moves); // after every move or rename, undo included
+    void operationFinished();                      // after the results of any job were applied
+
+public:
+    // What a worker hands back besides its changes.
+    struct JobOutput {
+        ChangeReport report;
+        QString toast;       // empty: no toast
+        QString icon;
+        FilePath made;       // the item made, for `Created` callbacks
+    };
+    using Work = std::function<void(ChangeRunner&, JobOutput&)>;
+
+private:
+    struct Spec {
+        QString title;
+        QString actionName;
+        QPointer<QUndoStack> undo;
+        Work work;
+        Created created;
+        bool announce = true;
+        QThreadPool* pool = nullptr;
+        std::function<void()> after; // runs last, after the results were applied
+    };
+    void run(Spec spec);
+    void finish(quint64 id, JobOutput output);
+    void report(const QString& message);
+    void ask(const QList<Move>& collisions, const FilePath& folder, ConflictAnswer answer);
+
+    QList<FileJob> m_jobs;
+    QHash<quint64, Spec> m_specs; // by job id, kept on this thread while the worker runs
+    quint64 m_nextId = 1;
+    int m_pendingReplays = 0;
+    QTimer m_ticker;
+    QThreadPool m_replayPool; // undo and redo run one at a time, in order
+    ConflictResolver m_resolveConflicts;
+    std::function<void(const QString&)> m_reportErrors;
+    TrashLog m_trashLog;
+    qint64 m_extractionLimit = 0;
+};
+
+} // namespace orwick

@@ -1,0 +1,67 @@
+// FileOperations: compress and extract, as jobs with undo.
+
+#include "fileops/ArchiveFiles.h"
+#include "fileops/FileOperations.h"
+#include "fileops/OperationTexts.h"
+
+namespace orwick {
+
+void FileOperations::compress(const QList<FilePath>& items, QUndoStack* undo)
+{
+    if (items.isEmpty())
+        return;
+    const FilePath folder = items.first().parent();
+    const QByteArray name = items.size() == 1 ? items.first().fileNameBytes() + ".zip" : QByteArray("Archive.zip");
+    Spec spec;
+    spec.title = QStringLiteral("Compressing ") + itemCount(items.size());
+    spec.actionName = QStringLiteral("Compress");
+    spec.undo = undo;
+    spec.work = [items, folder, name](ChangeRunner& runner, JobOutput& output) {
+        const FilePath archive = uniqueURL(folder.child(QByteArrayView(name)), false);
+        const ArchiveResult result = compressToZip(items, archive, runner.progress());
+        if (result.cancelled) {
+            runner.report().cancelled = true;
+            return;
+        }
+        if (!result.error.isEmpty()) {
+            runner.fail(result.error);
+            return;
+        }
+        runner.recordCreated(result.made);
+        output.made = result.made;
+        output.toast = QStringLiteral("Created ") + result.made.fileName();
+        output.icon = QStringLiteral("archivebox");
+    };
+    run(std::move(spec));
+}
+
+void FileOperations::extract(const QList<FilePath>& archives, QUndoStack* undo)
+{
+    for (const FilePath& archive : archives) {
+        Spec spec;
+        spec.title = QStringLiteral("Extracting ") + archive.fileName();
+        spec.actionName = QStringLiteral("Extract");
+        spec.undo = undo;
+        spec.work = [archive, limit = m_extractionLimit](ChangeRunner& runner, JobOutput& output) {
+            const ArchiveResult result = extractArchive(archive, runner.progress(), limit);
+            if (result.cancelled) {
+                runner.report().cancelled = true;
+                return;
+            }
+            if (!result.error.isEmpty()) {
+                runner.fail(result.error);
+                return;
+            }
+            runner.recordCreated(result.made);
+            output.made = result.made;
+            if (result.refused > 0)
+                runner.fail(QStringLiteral("Extracted %1, leaving out %2 that would have landed outside its folder.")
+                                .arg(result.made.fileName(), result.refused == 1 ? QStringLiteral("1 item") : itemCount(result.refused)));
+            output.toast = QStringLiteral("Extracted ") + result.made.fileName();
+            output.icon = QStringLiteral("archivebox.circle");
+        };
+        run(std::move(spec));
+    }
+}
+
+} // namespace orwick

@@ -1,0 +1,212 @@
+// FileOperations: the operations that name things — rename (one or many), new folder, new
+// file, registering items made elsewhere — and tidy up.
+
+#include "fileops/FileOperationCommand.h"
+#include "fileops/FileOperations.h"
+#include "fileops/ItemCopier.h"
+#include "fileops/OperationTexts.h"
+#include "fileops/TidyUp.h"
+
+#include <QSet>
+#include "platform/DirectoryReader.h"
+#include "platform/ErrorText.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orwick {
+
+namespace {
+
+// True when `a` and `b` are one item (a case-insensitive volume gives one file two names).
+bool sameItem(const FilePath& a, const FilePath& b)
+{
+    const auto first = statPath(a);
+    const auto second = statPath(b);
+    return first && second && first->device == second->device && first->inode == second->inode;
+}
+
+// Renames through a temporary name in the same folder; how a change of letter case alone is
+// made on a case-insensitive volume.
+bool renameInTwoSteps(const FilePath& from, const FilePath& to)
+{
+    const FilePath temporary = temporarySibling(from, "rename");
+    if (!renameNoReplace(from, temporary))
+        return false;
+    if (renameNoReplace(temporary, to))
+        return true;
+    const int error = errno;
+    renameNoReplace(temporary, from);
+    errno = error;
+    return false;
+}
+
+} // namespace
+
+void FileOperations::rename(const FilePath& item, const QByteArray& newName, QUndoStack* undo)
+{
+    if (newName.contains('/')) {
+        report(QStringLiteral("A name can't contain “/”."));
+        return;
+    }
+    if (newName.isEmpty() || newName == item.fileNameBytes())
+        return;
+    const FilePath target = item.parent().child(QByteArrayView(newName));
+    const bool special = newName == "." || newName == "..";
+    if (special || (pathExists(target) && !sameItem(item, target))) {
+        report(quoted(displayName(newName)) + QStringLiteral(" already exists in this folder."));
+        return;
+    }
+    const QString oldName = item.fileName();
+    Spec spec;
+    spec.title = QStringLiteral("Rename ") + oldName;
+    spec.actionName = QStringLiteral("Rename ") + oldName;
+    spec.undo = undo;
+    spec.work = [item, target, oldName](ChangeRunner& runner, JobOutput& output) {
+        const bool caseOnly = sameItem(item, target)
+            || item.fileName().compare(target.fileName(), Qt::CaseInsensitive) == 0;
+        const bool ok = caseOnly ? renameInTwoSteps(item, target) : renameNoReplace(item, target);
+        if (!ok) {
+            runner.fail(QStringLiteral("Couldn’t rename %1: %2.").arg(quoted(oldName), errorReason(errno)));
+            return;
+        }
+        runner.report().changes.push_back({FileChange::Kind::moved, item, target, {}});
+        runner.report().moves.append({item, target});
+        output.toast = QStringLiteral("Renamed ") + oldName;
+        output.icon = QStringLiteral("pencil");
+        output.made = target;
+    };
+    run(std::move(spec));
+}
+
+void FileOperations::renameMany(const QList<Move>& renames, const QString& actionName, QUndoStack* undo)
+{
+    Spec spec;
+    spec.title = QStringLiteral("Renaming ") + itemCount(renames.size());
+    spec.actionName = actionName;
+    spec.undo = undo;
+    spec.work = [renames](ChangeRunner& runner, JobOutput& output) {
+        // Phase one frees every old name, so that "a → b, b → a" works; phase two names them.
+        QList<std::pair<Move, FilePath>> parked;
+        for (const Move& move : renames) {
+            const FilePath temporary = temporarySibling(move.from, "rename");
+            if (renameNoReplace(move.from, temporary))
+                parked.append({move, temporary});
+            else if (errno == ENOENT)
+                ++runner.report().skipped;
+            else
+                runner.fail(QStringLiteral("Couldn’t rename %1: %2.").arg(quoted(move.from.fileName()), errorReason(errno)));
+        }
+        QList<FilePath> done;
+        for (const auto& [move, temporary] : parked) {
+            if (renameNoReplace(temporary, move.to)) {
+                runner.report().changes.push_back({FileChange::Kind::moved, move.from, move.to, {}});
+                runner.report().moves.append(move);
+                done.append(move.from);
+                continue;
+            }
+            runner.fail(QStringLiteral("Couldn’t rename %1: %2.").arg(quoted(move.from.fileName()), errorReason(errno)));
+            if (!renameNoReplace(temporary, move.from))
+                renameNoReplace(temporary, uniqueURL(move.from, false));
+        }
+        output.toast = done.size() == 1 ? QStringLiteral("Renamed ") + done.first().fileName()
+                                        : QStringLiteral("Renamed ") + itemCount(done.size());
+        output.icon = QStringLiteral("pencil");
+    };
+    run(std::move(spec));
+}
+
+void FileOperations::newFolder(const FilePath& folder, QUndoStack* undo, Created created)
+{
+    Spec spec;
+    spec.title = QStringLiteral("New Folder");
+    spec.actionName = QStringLiteral("New Folder");
+    spec.undo = undo;
+    spec.created = std::move(created);
+    spec.work = [folder](ChangeRunner& runner, JobOutput& output) {
+        const FilePath path = uniqueURL(folder.child(QByteArrayView("untitled folder")), false);
+        if (::mkdir(path.c_str(), 0755) != 0) {
+            runner.fail(QStringLiteral("Couldn't create a folder in “%1”: %2.").arg(folder.fileName(), errorReason(errno)));
+            return;
+        }
+        runner.recordCreated(path);
+        output.made = path;
+        output.toast = QStringLiteral("Created ") + path.fileName();
+        output.icon = QStringLiteral("folder.badge.plus");
+    };
+    run(std::move(spec));
+}
+
+void FileOperations::newFile(const FilePath& folder, const QByteArray& name, QUndoStack* undo, Created created)
+{
+    if (name.contains('/')) {
+        report(QStringLiteral("A name can't contain “/”."));
+        return;
+    }
+    Spec spec;
+    spec.title = QStringLiteral("New File");
+    spec.actionName = QStringLiteral("New File");
+    spec.undo = undo;
+    spec.created = std::move(created);
+    spec.work = [folder, name](ChangeRunner& runner, JobOutput& output) {
+        const FilePath path = uniqueURL(folder.child(QByteArrayView(name)), false);
+        const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+        if (fd < 0) {
+            runner.fail(QStringLiteral("Couldn't create a file in “%1”").arg(folder.fileName()));
+            return;
+        }
+        ::close(fd);
+        runner.recordCreated(path);
+        output.made = path;
+        output.toast = QStringLiteral("Created ") + path.fileName();
+        output.icon = QStringLiteral("doc.badge.plus");
+    };
+    run(std::move(spec));
+}
+
+void FileOperations::registerCreated(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo)
+{
+    if (!undo || items.isEmpty())
+        return;
+    std::vector<FileChange> changes;
+    for (const FilePath& item : items)
+        changes.push_back({FileChange::Kind::created, {}, item, {}});
+    undo->push(new FileOperationCommand(this, actionName, std::move(changes)));
+}
+
+void FileOperations::tidyUp(const FilePath& folder, QUndoStack* undo)
+{
+    Spec spec;
+    spec.title = QStringLiteral("Tidying Up");
+    spec.actionName = QStringLiteral("Tidy Up");
+    spec.undo = undo;
+    spec.work = [folder](ChangeRunner& runner, JobOutput& output) {
+        const TidyPlan plan = planTidyUp(folder);
+        if (!plan.error.isEmpty()) {
+            runner.fail(plan.error);
+            return;
+        }
+        int files = 0;
+        QSet<FilePath> folders;
+        for (const Move& move : plan.moves) {
+            if (runner.isCancelled())
+                break;
+            const FilePath holder = move.to.parent();
+            if (!pathExists(holder) && !runner.makeFolder(holder))
+                continue;
+            if (runner.move(move.from, uniqueURL(move.to, false))) {
+                ++files;
+                folders.insert(holder);
+            }
+        }
+        output.toast = QStringLiteral("Tidied %1 %2 into %3 %4")
+                           .arg(files).arg(files == 1 ? QStringLiteral("file") : QStringLiteral("files"))
+                           .arg(folders.size()).arg(folders.size() == 1 ? QStringLiteral("folder") : QStringLiteral("folders"));
+        output.icon = QStringLiteral("tray.2");
+    };
+    run(std::move(spec));
+}
+
+} // namespace orwick

@@ -1,0 +1,16 @@
+#include "fileops/OperationTexts.h"
+
+namespace orwick {
+
+QString quoted(const QString& text) { return QStringLiteral("“") + text + QStringLiteral("”"); }
+
+QString countOrName(const QList<FilePath>& items)
+{
+    if (items.size() == 1)
+        return items.first().fileName();
+    return itemCount(items.size());
+}
+
+QString itemCount(qsizetype count) { return QString::number(count) + QStringLiteral(" items"); }
+
+} // namespace orwick

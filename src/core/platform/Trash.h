@@ -1,0 +1,35 @@
+#pragma once
+// The freedesktop Trash, written by our own code: an item goes to `files/` of the Trash on its
+// own volume and gets an `info/NAME.trashinfo` with its percent-encoded former Path and the
+// DeletionDate. The home Trash ($XDG_DATA_HOME/Trash) serves the home's volume; an item on
+// another volume goes to $topdir/.Trash/$UID (when an admin made a sticky .Trash) or
+// $topdir/.Trash-$UID, so trashing is always a rename, never a copy.
+//
+// All functions are plain system calls, safe on any thread, and keep names as bytes.
+
+#include "base/Result.h"
+#include "files/FilePath.h"
+
+#include <optional>
+
+namespace orwick::trash {
+
+// Moves `item` to the Trash of its volume; returns where it now lies (inside `files/`).
+[[nodiscard]] Result<FilePath> trashItem(const FilePath& item);
+
+// The Trash folder (holding files/ and info/) that an item at `path` goes to; made when needed.
+[[nodiscard]] Result<FilePath> trashFolderFor(const FilePath& path);
+
+// For an item lying in `files/` of a Trash: its .trashinfo file.
+FilePath infoFileFor(const FilePath& trashedItem);
+
+// The former path recorded in the item's .trashinfo, if it can be read.
+std::optional<FilePath> originalPath(const FilePath& trashedItem);
+
+// Forgets a trashed item that was moved out of the Trash: removes its .trashinfo.
+void removeInfo(const FilePath& trashedItem);
+
+// True when `path` lies in `files/` of a Trash folder (home or per-volume).
+bool isInTrash(const FilePath& path);
+
+} // namespace orwick::trash
