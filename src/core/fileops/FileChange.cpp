@@ -132,21 +132,44 @@ void ChangeRunner::recordCreated(const FilePath& path)
     m_report.changes.push_back({FileChange::Kind::created, {}, path, {}});
 }
 
+void ChangeRunner::moveInTwoPhases(const std::vector<FileChange*>& run, bool forward)
+{
+    // Phase one moves every item aside in its own folder, so that names one item frees can be
+    // taken by another ("a → b, b → a"); phase two moves each to its place.
+    std::vector<std::pair<FileChange*, FilePath>> aside;
+    for (FileChange* change : run) {
+        const FilePath& at = forward ? change->from : change->to;
+        const FilePath temporary = temporarySibling(at, "move");
+        if (renameNoReplace(at, temporary))
+            aside.push_back({change, temporary});
+        else
+            fail(sentence(forward ? QStringLiteral("move") : QStringLiteral("move back"), at, errorReason(errno)));
+    }
+    for (const auto& [change, temporary] : aside) {
+        const FilePath& at = forward ? change->from : change->to;
+        const FilePath target = freePath(forward ? change->to : change->from);
+        const CopyResult result = moveItem(temporary, target, m_progress);
+        if (!result.ok()) {
+            renameNoReplace(temporary, at);
+            fail(sentence(forward ? QStringLiteral("move") : QStringLiteral("move back"), at, result.reason));
+            continue;
+        }
+        m_report.moves.append({at, target});
+        (forward ? change->to : change->from) = target;
+    }
+}
+
 void ChangeRunner::undo(std::vector<FileChange>& changes)
 {
     for (auto it = changes.rbegin(); it != changes.rend(); ++it) {
         FileChange& change = *it;
         switch (change.kind) {
         case FileChange::Kind::moved: {
-            const FilePath back = freePath(change.from);
-            MoveKind how;
-            const CopyResult result = moveItem(change.to, back, m_progress, &how);
-            if (result.ok()) {
-                m_report.moves.append({change.to, back});
-                change.from = back;
-            } else {
-                fail(sentence(QStringLiteral("move back"), change.to, result.reason));
-            }
+            std::vector<FileChange*> run;
+            for (; it != changes.rend() && it->kind == FileChange::Kind::moved; ++it)
+                run.push_back(&*it);
+            --it;
+            moveInTwoPhases(run, false);
             break;
         }
         case FileChange::Kind::copied:
@@ -173,18 +196,15 @@ void ChangeRunner::undo(std::vector<FileChange>& changes)
 
 void ChangeRunner::redo(std::vector<FileChange>& changes)
 {
-    for (FileChange& change : changes) {
+    for (auto it = changes.begin(); it != changes.end(); ++it) {
+        FileChange& change = *it;
         switch (change.kind) {
         case FileChange::Kind::moved: {
-            const FilePath there = freePath(change.to);
-            MoveKind how;
-            const CopyResult result = moveItem(change.from, there, m_progress, &how);
-            if (result.ok()) {
-                m_report.moves.append({change.from, there});
-                change.to = there;
-            } else {
-                fail(sentence(QStringLiteral("move"), change.from, result.reason));
-            }
+            std::vector<FileChange*> run;
+            for (; it != changes.end() && it->kind == FileChange::Kind::moved; ++it)
+                run.push_back(&*it);
+            --it;
+            moveInTwoPhases(run, true);
             break;
         }
         case FileChange::Kind::copied:

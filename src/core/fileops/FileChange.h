@@ -74,6 +74,7 @@ public:
     void redo(std::vector<FileChange>& changes);
 
 private:
+    void moveInTwoPhases(const std::vector<FileChange*>& run, bool forward);
     bool takeFromTrash(const FilePath& inTrash, const FilePath& to, bool record);
     std::optional<FilePath> parkInTrash(const FilePath& item);
 

@@ -1,0 +1,157 @@
+// The freedesktop Trash, the trash log and Put Back, with the real Trash of the temporary home.
+
+#include "FileOpsFixture.h"
+
+#include "fileops/TrashLog.h"
+#include "fileops/UniqueName.h"
+#include "platform/Trash.h"
+#include "platform/XdgPaths.h"
+
+#include <QRegularExpression>
+
+namespace orwick::test {
+namespace {
+
+QByteArray infoOf(const FilePath& inTrash) { return readAll(trash::infoFileFor(inTrash)); }
+
+TEST_F(FileOpsTest, TrashWritesTheInfoFileAndTheLog)
+{
+    const FilePath item = file("Old Notes/draft 1.md", "draft");
+    ops.trash({item}, QStringLiteral("Move to Trash"), &stack);
+    settle();
+    const FilePath inTrash = homeTrashFiles().child(QStringLiteral("draft 1.md"));
+    EXPECT_EQ(readAll(inTrash), "draft");
+    EXPECT_FALSE(exists(item));
+    const QByteArray info = infoOf(inTrash);
+    EXPECT_TRUE(info.startsWith("[Trash Info]\nPath=" + item.native().toPercentEncoding("/") + "\n")) << info.constData();
+    EXPECT_TRUE(info.contains("%20")); // the blanks are encoded
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("DeletionDate=\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\n"))
+                    .match(QString::fromLatin1(info)).hasMatch());
+    EXPECT_EQ(ops.trashLog().formerPath(inTrash), item);
+    // The log on disk says the same, and a fresh reader finds it.
+    EXPECT_EQ(TrashLog().formerPath(inTrash), item);
+    EXPECT_EQ(lastToast(), QStringLiteral("Moved draft 1.md to the Trash"));
+    EXPECT_EQ(stack.undoText(), QStringLiteral("Move to Trash"));
+
+    undo();
+    EXPECT_EQ(readAll(item), "draft");
+    EXPECT_FALSE(exists(inTrash));
+    EXPECT_FALSE(exists(trash::infoFileFor(inTrash)));
+    EXPECT_FALSE(TrashLog().formerPath(inTrash));
+    redo();
+    EXPECT_FALSE(exists(item));
+    EXPECT_EQ(TrashLog().formerPath(inTrash), item);
+}
+
+TEST_F(FileOpsTest, TrashKeepsBothItemsOfOneName)
+{
+    const FilePath first = file("a/x.txt", "1");
+    const FilePath second = file("b/x.txt", "2");
+    ops.trash({first, second}, QStringLiteral("Move to Trash"), &stack, false);
+    settle();
+    EXPECT_EQ(readAll(homeTrashFiles().child(QStringLiteral("x.txt"))), "1");
+    EXPECT_EQ(readAll(homeTrashFiles().child(QStringLiteral("x 2.txt"))), "2");
+    EXPECT_TRUE(toasts.isEmpty()); // not announced when asked so
+    undo();
+    EXPECT_EQ(readAll(first), "1");
+    EXPECT_EQ(readAll(second), "2");
+}
+
+TEST_F(FileOpsTest, PutBackUsesTheLogThenTheInfoFile)
+{
+    const FilePath ours = file("docs/ours.txt", "ours");
+    ops.trash({ours}, QStringLiteral("Move to Trash"), &stack);
+    settle();
+    // An item another program trashed: only its .trashinfo knows where it came from.
+    const FilePath theirs = tree.path("docs/theirs.txt");
+    {
+        QFile content(homeTrashFiles().child(QStringLiteral("theirs.txt")).text());
+        ASSERT_TRUE(content.open(QIODevice::WriteOnly));
+        content.write("theirs");
+        QFile info(trash::infoFileFor(homeTrashFiles().child(QStringLiteral("theirs.txt"))).text());
+        ASSERT_TRUE(info.open(QIODevice::WriteOnly));
+        info.write("[Trash Info]\nPath=" + theirs.native().toPercentEncoding("/") + "\nDeletionDate=2020-01-01T10:00:00\n");
+    }
+    file("docs/ours.txt", "a new one"); // the old place is taken meanwhile
+
+    ops.putBack({homeTrashFiles().child(QStringLiteral("ours.txt")), homeTrashFiles().child(QStringLiteral("theirs.txt"))}, &stack);
+    settle();
+    EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
+    EXPECT_EQ(readAll(tree.path("docs/ours 2.txt")), "ours");
+    EXPECT_EQ(readAll(theirs), "theirs");
+    EXPECT_TRUE(names(homeTrashFiles()).isEmpty());
+    EXPECT_TRUE(names(homeTrashFiles().parent().child(QStringLiteral("info"))).isEmpty());
+    EXPECT_EQ(ops.trashLog().size(), 0);
+    EXPECT_EQ(lastToast(), QStringLiteral("Put back 2 items"));
+
+    undo(); // back into the Trash
+    EXPECT_FALSE(exists(theirs));
+    EXPECT_EQ(names(homeTrashFiles()).size(), 2);
+}
+
+TEST_F(FileOpsTest, PutBackMakesTheMissingFolderAgain)
+{
+    const FilePath item = file("gone/deeper/file.txt", "f");
+    ops.trash({item}, QStringLiteral("Move to Trash"), &stack);
+    settle();
+    rmdir(tree.path("gone/deeper").c_str());
+    rmdir(tree.path("gone").c_str());
+    ops.putBack({homeTrashFiles().child(QStringLiteral("file.txt"))}, &stack);
+    settle();
+    EXPECT_EQ(readAll(item), "f");
+    undo();
+    EXPECT_FALSE(exists(tree.path("gone")));
+}
+
+TEST_F(FileOpsTest, ItemWithoutOriginCannotBePutBack)
+{
+    const FilePath stray = homeTrashFiles().child(QStringLiteral("stray"));
+    mkdir(homeTrashFiles().parent().c_str(), 0700);
+    mkdir(homeTrashFiles().c_str(), 0700);
+    QFile created(stray.text());
+    ASSERT_TRUE(created.open(QIODevice::WriteOnly));
+    created.close();
+    ops.putBack({stray}, &stack);
+    settle();
+    EXPECT_EQ(errors, QStringList{QStringLiteral("“stray” can't be put back: where it came from isn't known.")});
+    EXPECT_TRUE(exists(stray));
+}
+
+TEST_F(FileOpsTest, ItemOnAnotherVolumeGoesToThatVolumesTrash)
+{
+    QTemporaryDir shm(QStringLiteral("/dev/shm/orwick-test-XXXXXX"));
+    const FilePath item = FilePath::fromText(shm.path()).child(QStringLiteral("tmp.txt"));
+    QFile(item.text()).open(QIODevice::WriteOnly);
+    if (isSameVolume(item, xdg::homeTrash().parent()))
+        GTEST_SKIP() << "/dev/shm is on the home's file system here";
+    const auto folder = trash::trashFolderFor(item);
+    ASSERT_TRUE(folder.has_value()) << folder.error().toStdString();
+    EXPECT_EQ(folder->text(), QStringLiteral("/dev/shm/.Trash-%1").arg(getuid()));
+    ops.trash({item}, QStringLiteral("Move to Trash"), &stack);
+    settle();
+    const FilePath inTrash = folder->child(QStringLiteral("files")).child(QStringLiteral("tmp.txt"));
+    EXPECT_TRUE(exists(inTrash));
+    // Paths in a volume's Trash are relative to its top folder.
+    EXPECT_TRUE(infoOf(inTrash).contains("\nPath=" + item.native().mid(9).toPercentEncoding("/") + "\n"));
+    EXPECT_EQ(trash::originalPath(inTrash), item);
+    undo();
+    EXPECT_TRUE(exists(item));
+    EXPECT_FALSE(exists(trash::infoFileFor(inTrash)));
+}
+
+TEST_F(FileOpsTest, DamagedTrashLogCountsAsEmpty)
+{
+    const FilePath logFile = xdg::orwickDataDir().child(QStringLiteral("trash-log.json"));
+    mkdir(logFile.parent().c_str(), 0700);
+    QFile damaged(logFile.text());
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+    damaged.write("{ not json");
+    damaged.close();
+    TrashLog log;
+    EXPECT_EQ(log.size(), 0);
+    EXPECT_TRUE(log.update({{file(QStringLiteral("t"), "t"), tree.path("x")}}, {}).has_value());
+    EXPECT_TRUE(readAll(logFile).contains("\"entries\""));
+}
+
+} // namespace
+} // namespace orwick::test
