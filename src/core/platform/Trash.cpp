@@ -21,6 +21,8 @@ const QByteArray kInfoSuffix = ".trashinfo";
 
 bool makeFolder(const FilePath& path)
 {
+    if (const auto st = statPath(path); st && st->isDirectory())
+        return true;
     if (::mkdir(path.c_str(), 0700) == 0)
         return true;
     if (errno != EEXIST)
@@ -71,7 +73,7 @@ Result<FilePath> volumeTrash(const FilePath& path, quint64 device)
     {
         QMutexLocker locker(&cacheLock);
         const auto found = volumeTrashCache().constFind(device);
-        if (found != volumeTrashCache().constEnd() && makeTrashFolder(*found))
+        if (found != volumeTrashCache().constEnd() && statPath(*found))
             return *found;
     }
     const FilePath top = mountTop(path, device);
@@ -129,12 +131,16 @@ Result<FilePath> trashFolderFor(const FilePath& path)
     const auto st = statPath(path);
     if (!st)
         return failure(errorReason(errno));
+    // Only a missing home Trash is made here: making folders that exist costs a journal
+    // round-trip on some file systems, so trashItem makes files/ and info/ when it finds them missing.
     const FilePath home = xdg::homeTrash();
-    if (!statPath(home))
+    auto homeStat = statPath(home);
+    if (!homeStat) {
         makeParents(home);
-    if (!makeTrashFolder(home) && !statPath(home))
-        return failure(QStringLiteral("the Trash folder can’t be made (%1)").arg(errorReason(errno)));
-    const auto homeStat = statPath(home);
+        if (!makeTrashFolder(home))
+            return failure(QStringLiteral("the Trash folder can’t be made (%1)").arg(errorReason(errno)));
+        homeStat = statPath(home);
+    }
     if (homeStat && homeStat->device == st->device)
         return home;
     return volumeTrash(path, st->device);
@@ -155,7 +161,9 @@ Result<FilePath> trashItem(const FilePath& item)
         const QByteArray candidate = candidateName(name, count);
         // The .trashinfo is made first and exclusively: it reserves the name in the Trash.
         const FilePath infoFile = info.child(QByteArrayView(candidate + kInfoSuffix));
-        const int fd = ::open(infoFile.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        int fd = ::open(infoFile.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        if (fd < 0 && errno == ENOENT && makeTrashFolder(*folder))
+            fd = ::open(infoFile.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         if (fd < 0) {
             if (errno == EEXIST)
                 continue;
@@ -170,6 +178,9 @@ Result<FilePath> trashItem(const FilePath& item)
         const FilePath target = files.child(QByteArrayView(candidate));
         if (::renameat2(AT_FDCWD, item.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0)
             return target;
+        if (errno == ENOENT && statPath(item) && makeTrashFolder(*folder)
+            && ::renameat2(AT_FDCWD, item.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0)
+            return target; // files/ was missing
         const int error = errno;
         ::unlink(infoFile.c_str());
         if (error != EEXIST)

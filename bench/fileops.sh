@@ -1,0 +1,87 @@
+#!/usr/bin/env bash
+# The file operations engine against the tools a user would otherwise run, in the same run:
+#  1. copying a tree of 20,000 small files and three 100 MB files to another folder on the same
+#     disk: `orwick-cli copy` against `cp -a` (target: orwick-cli ≤ 1.3 × cp -a);
+#  2. moving that tree within one file system: one rename per top-level item (counted by strace);
+#  3. moving 10,000 files to the Trash with `orwick-cli trash` (target: under 2 s).
+#   bench/fileops.sh BUILD_DIR
+set -euo pipefail
+build=$(realpath "${1:?usage: bench/fileops.sh BUILD_DIR}")
+cli="$build/orwick-cli"
+[ -x "$cli" ] || { echo "no $cli; build first" >&2; exit 1; }
+command -v hyperfine >/dev/null || { echo "hyperfine is needed" >&2; exit 1; }
+
+work=$(mktemp -d "${TMPDIR:-/var/tmp}/orwick-bench-fileops-XXXXXX")
+trap 'rm -rf "$work"' EXIT
+# The Trash and trash log of this run stay in the work folder, never in the real home.
+export HOME="$work/home" XDG_DATA_HOME="$work/home/.local/share"
+mkdir -p "$XDG_DATA_HOME"
+
+src="$work/tree"
+echo "generating 20,000 small files and 3 × 100 MB in $src"
+mkdir -p "$src"
+for d in $(seq 0 19); do
+  mkdir -p "$src/module$d"
+  (
+    cd "$src/module$d"
+    for s in $(seq 0 9); do
+      mkdir -p "part$s"
+      for f in $(seq 0 99); do
+        printf 'module %d part %d file %d\n' "$d" "$s" "$f" > "part$s/file$f.txt"
+      done
+    done
+  )
+done
+for b in 1 2 3; do
+  head -c $((100 * 1024 * 1024)) /dev/urandom > "$src/big$b.bin"
+done
+sync
+
+# Trashing 10,000 files, first (before the copies below delete anything: ext4 scans past
+# recently deleted inodes when it makes new ones, which would time the file system, not us).
+# Each run gets its own home, so nothing is deleted between runs either.
+echo "trashing 10,000 files, 3 runs"
+TIMEFORMAT='%R %U %S'
+for run in 1 2 3; do
+  home="$work/trash-home-$run"
+  mkdir -p "$home/.local/share" "$work/trashme-$run"
+  (cd "$work/trashme-$run" && seq 0 9999 | sed 's/$/.txt/' | xargs touch)
+  sync
+  { time HOME="$home" XDG_DATA_HOME="$home/.local/share" "$cli" trash "$work/trashme-$run"/*.txt >/dev/null; } 2>> "$work/trash-times.txt"
+  [ "$(find "$home/.local/share/Trash/files" -type f | wc -l)" = 10000 ] || { echo "not every file reached the Trash" >&2; exit 1; }
+done
+awk '{ wall += $1; cpu += $2 + $3; if ($1 > max) max = $1 } END {
+  printf "trash 10,000 files: %.0f ms wall (mean of %d), %.0f ms max, %.0f ms CPU (mean); target < 2000 ms\n", wall / NR * 1000, NR, max * 1000, cpu / NR * 1000 }' "$work/trash-times.txt"
+
+csv="$work/copy.csv"
+mkdir -p "$work/cp" "$work/orwick"
+hyperfine --shell=none --warmup 1 --runs 5 --export-csv "$csv" \
+  --prepare "rm -rf $work/cp/tree $work/orwick/tree" \
+  --command-name "cp -a" "cp -a $src $work/cp/" \
+  --command-name orwick-cli "$cli copy $src $work/orwick"
+diff -r "$src" "$work/orwick/tree" >/dev/null && echo "the copy matches the source"
+rm -rf "$work/cp/tree" "$work/orwick/tree"
+
+# command,mean,stddev,median,user,system,min,max
+awk -F, '
+  $1 == "cp -a" { cpMean = $2; cpMedian = $4 }
+  $1 == "orwick-cli" { oMean = $2; oMedian = $4 }
+  END {
+    printf "copy: cp -a %.0f ms, orwick-cli copy %.0f ms (means)\n", cpMean * 1000, oMean * 1000
+    printf "ratio orwick-cli / cp -a: %.3f (mean), %.3f (median); target <= 1.3\n", oMean / cpMean, oMedian / cpMedian
+  }' "$csv"
+
+# Moving within one file system renames each top-level item once.
+top=$(find "$src" -mindepth 1 -maxdepth 1 | wc -l)
+mkdir -p "$work/moved"
+start=$(date +%s.%N)
+if command -v strace >/dev/null; then
+  strace -f -qq -e trace=rename,renameat,renameat2 -o "$work/strace.txt" "$cli" move "$src"/* "$work/moved" >/dev/null
+  renames=$(grep -c 'rename' "$work/strace.txt" || true)
+else
+  "$cli" move "$src"/* "$work/moved" >/dev/null
+  renames="(strace not installed)"
+fi
+end=$(date +%s.%N)
+echo "move within one file system: $top top-level items, $renames renames, $(awk -v a="$start" -v b="$end" 'BEGIN { printf "%.0f", (b - a) * 1000 }') ms (under strace)"
+
