@@ -1,5 +1,7 @@
 #include "ui/window/MainWindow.h"
 
+#include "fileops/FileOperations.h"
+#include "ui/fileops/FileOpsController.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/views/FileListView.h"
 #include "app/Services.h"
@@ -34,6 +36,8 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     layout->addWidget(m_grids, 1);
     setCentralWidget(central);
     m_toasts = new ToastHost(this);
+    m_fileOps = new FileOpsController(this, state, m_toasts, &FileOperations::shared());
+    addPaneDecorator([this](PaneWidget* widget) { m_fileOps->attach(widget); });
     m_menus = new CommandMenus(this, state);
     m_palette = new PaletteController(state, services().frecency, this);
     connect(m_menus, &CommandMenus::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });

@@ -16,6 +16,7 @@ namespace orwick {
 
 class CommandMenus;
 class PaletteController;
+class FileOpsController;
 class PaneGrid;
 class PaneWidget;
 class ToastHost;
@@ -30,6 +31,8 @@ public:
     ToastHost* toasts() const { return m_toasts; }
     CommandMenus* menus() const { return m_menus; }
     PaletteController* palette() const { return m_palette; }
+    // The file commands and keys, progress card and conflict question of this window.
+    FileOpsController* fileOps() const { return m_fileOps; }
     QTabBar* tabBar() const { return m_tabBar; }
 
     // Called for every pane widget made, now and later (git marks, property columns…).
@@ -49,6 +52,7 @@ private:
     ToastHost* m_toasts;
     CommandMenus* m_menus;
     PaletteController* m_palette;
+    FileOpsController* m_fileOps;
     QList<std::function<void(PaneWidget*)>> m_decorators;
     bool m_syncing = false;
 };

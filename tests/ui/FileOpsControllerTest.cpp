@@ -1,0 +1,185 @@
+// The window's file keys, toasts with Undo, the progress card, the conflict question and inline
+// rename, driven through a real window over real files.
+
+#include "fileops/FileClipboard.h"
+#include "fileops/FileOperations.h"
+#include "state/WindowState.h"
+#include "support/TempHome.h"
+#include "support/TestMain.h"
+#include "ui/fileops/FileOpsController.h"
+#include "ui/fileops/ProgressCard.h"
+#include "ui/pane/PaneWidget.h"
+#include "ui/views/FileListView.h"
+#include "ui/window/MainWindow.h"
+#include "ui/window/ToastHost.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <gtest/gtest.h>
+
+using namespace orwick;
+using test::waitUntil;
+
+namespace {
+
+struct FileOpsWindowTest : ::testing::Test {
+    test::TempTree tree;
+    ViewPreferences preferences;
+    std::unique_ptr<WindowState> state;
+    std::unique_ptr<MainWindow> window;
+
+    void open(const FilePath& folder)
+    {
+        state = std::make_unique<WindowState>(folder, &preferences);
+        window = std::make_unique<MainWindow>(state.get());
+        window->show();
+        ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading(); }));
+    }
+    PaneState* pane() { return state->activePane(); }
+    FileOperations& ops() { return FileOperations::shared(); }
+    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : window->activePaneWidget()->focusTarget();
+        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        QApplication::sendEvent(target, &event);
+    }
+    void select(const FilePath& item)
+    {
+        ASSERT_TRUE(waitUntil([&] { return pane()->row(item) >= 0; })) << item.text().toStdString();
+        pane()->click(item, Qt::NoModifier);
+    }
+    void settle() { ASSERT_TRUE(waitUntil([&] { return ops().isIdle(); }, 20000)); }
+    QString toast() const { return window->toasts()->currentMessage(); }
+};
+
+TEST_F(FileOpsWindowTest, CopyPasteShowsAToastWhoseUndoRemovesTheCopy)
+{
+    const FilePath file = tree.file("a.txt", "a");
+    const FilePath other = tree.folder("other");
+    open(tree.root());
+    select(file);
+    press(Qt::Key_C, Qt::ControlModifier);
+    const ClipboardFiles clip = readFileClipboard(QApplication::clipboard()->mimeData());
+    EXPECT_EQ(clip.items, QList<FilePath>{file});
+    EXPECT_FALSE(clip.cut);
+
+    pane()->navigate(other);
+    ASSERT_TRUE(waitUntil([&] { return pane()->url() == other && !pane()->isLoading(); }));
+    press(Qt::Key_V, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(test::readAll(other.child(QStringLiteral("a.txt"))), "a");
+    EXPECT_EQ(toast(), QStringLiteral("Copied a.txt"));
+    auto* undoButton = window->toasts()->findChild<QPushButton*>();
+    ASSERT_NE(undoButton, nullptr);
+    EXPECT_EQ(undoButton->text(), QStringLiteral("Undo"));
+    undoButton->click();
+    settle();
+    EXPECT_FALSE(test::exists(other.child(QStringLiteral("a.txt"))));
+    EXPECT_TRUE(test::exists(file));
+}
+
+TEST_F(FileOpsWindowTest, DeleteTrashesAndCtrlZPutsBack)
+{
+    const FilePath file = tree.file("old.txt", "o");
+    open(tree.root());
+    select(file);
+    press(Qt::Key_Delete);
+    settle();
+    EXPECT_FALSE(test::exists(file));
+    EXPECT_EQ(toast(), QStringLiteral("Moved old.txt to the Trash"));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(test::readAll(file), "o");
+    press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    settle();
+    EXPECT_FALSE(test::exists(file));
+}
+
+TEST_F(FileOpsWindowTest, NewFolderStartsInlineRename)
+{
+    open(tree.root());
+    press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    settle();
+    QLineEdit* editor = nullptr;
+    ASSERT_TRUE(waitUntil([&] {
+        editor = window->activePaneWidget()->listView()->viewport()->findChild<QLineEdit*>();
+        return editor && editor->isVisible();
+    }));
+    EXPECT_EQ(editor->text(), QStringLiteral("untitled folder"));
+    EXPECT_TRUE(window->fileOps()->isRenaming());
+    editor->setText(QStringLiteral("Invoices"));
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(editor, &enter);
+    settle();
+    EXPECT_TRUE(test::exists(tree.path("Invoices")));
+    EXPECT_FALSE(test::exists(tree.path("untitled folder")));
+    EXPECT_EQ(state->undoStack()->undoText(), QStringLiteral("Rename untitled folder"));
+}
+
+TEST_F(FileOpsWindowTest, F2RenamesAndEscapeCancels)
+{
+    const FilePath file = tree.file("draft.md", "d");
+    open(tree.root());
+    select(file);
+    press(Qt::Key_F2);
+    auto* editor = window->activePaneWidget()->listView()->viewport()->findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_EQ(editor->selectedText(), QStringLiteral("draft")); // the extension stays out
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(editor, &escape);
+    QApplication::processEvents();
+    settle();
+    EXPECT_TRUE(test::exists(file));
+    EXPECT_FALSE(window->fileOps()->isRenaming());
+}
+
+TEST_F(FileOpsWindowTest, ConflictQuestionOffersTheFourChoices)
+{
+    const FilePath file = tree.file("in/a.txt", "new");
+    const FilePath dest = tree.folder("Docs");
+    tree.file("Docs/a.txt", "old");
+    open(dest);
+    QApplication::clipboard()->setMimeData(makeFileClipboard({file}, false).release());
+    press(Qt::Key_V, Qt::ControlModifier);
+    QMessageBox* box = nullptr;
+    ASSERT_TRUE(waitUntil([&] { return (box = window->findChild<QMessageBox*>()) && box->isVisible(); }));
+    EXPECT_EQ(box->text(), QStringLiteral("“a.txt” is already in “Docs”"));
+    EXPECT_EQ(box->informativeText(), QStringLiteral("Replacing moves the ones there now to the Trash."));
+    QStringList titles;
+    for (QAbstractButton* button : box->buttons())
+        titles.append(button->text());
+    titles.sort();
+    EXPECT_EQ(titles, (QStringList{QStringLiteral("Cancel"), QStringLiteral("Keep Both"), QStringLiteral("Replace"), QStringLiteral("Skip")}));
+    for (QAbstractButton* button : box->buttons())
+        if (button->text() == QStringLiteral("Replace"))
+            button->click();
+    settle();
+    EXPECT_EQ(test::readAll(dest.child(QStringLiteral("a.txt"))), "new");
+}
+
+TEST_F(FileOpsWindowTest, ProgressCardShowsEachRunningJob)
+{
+    const FilePath big = tree.file("big.bin", QByteArray(8 << 20, 'b'));
+    open(tree.root());
+    select(big);
+    press(Qt::Key_D, Qt::ControlModifier);
+    ProgressCard* card = window->fileOps()->progressCard();
+    ASSERT_FALSE(ops().jobs().isEmpty());
+    EXPECT_TRUE(card->isVisible());
+    ASSERT_EQ(card->rowTexts().size(), 1);
+    EXPECT_TRUE(card->rowTexts().first().startsWith(QStringLiteral("Duplicate — ")));
+    settle();
+    EXPECT_FALSE(card->isVisible());
+    EXPECT_TRUE(test::exists(tree.path("big copy.bin")));
+
+    CopyProgress::Snapshot snapshot;
+    snapshot.totalBytes = 3 << 20;
+    snapshot.finishedBytes = 1 << 20;
+    EXPECT_EQ(ProgressCard::progressText(snapshot), QStringLiteral("%1 of %2").arg(QLocale::system().formattedDataSize(1 << 20), QLocale::system().formattedDataSize(3 << 20)));
+}
+
+} // namespace
