@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QInputDialog>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMessageBox>
@@ -237,15 +238,25 @@ void FileOpsController::beginRename()
 void FileOpsController::startRename(const FilePath& url)
 {
     PaneWidget* widget = paneWidget();
-    if (!widget)
+    if (!widget || m_renaming)
         return;
-    QWidget* editor = startInlineRename(widget->listView(), url, [this](const FilePath& item, const QString& name) {
-        commitRename(item, name);
-    });
-    m_renaming = editor != nullptr;
+    auto commit = [this](const FilePath& item, const QString& name) { commitRename(item, name); };
+    // In the list the name is edited in place; the other views ask in a small sheet.
+    QWidget* editor = widget->listView()->isVisible() ? startInlineRename(widget->listView(), url, commit) : nullptr;
+    if (!editor) {
+        auto* dialog = new QInputDialog(m_window);
+        dialog->setWindowTitle(QStringLiteral("Rename"));
+        dialog->setLabelText(QStringLiteral("Name:"));
+        dialog->setTextValue(url.fileName());
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        dialog->setWindowModality(Qt::WindowModal);
+        connect(dialog, &QInputDialog::textValueSelected, this, [commit, url](const QString& name) { commit(url, name); });
+        dialog->open();
+        editor = dialog;
+    }
+    m_renaming = true;
     // The editor ends by committing or cancelling; either way the keys come back.
-    if (editor)
-        connect(editor, &QObject::destroyed, this, [this] { m_renaming = false; });
+    connect(editor, &QObject::destroyed, this, [this] { m_renaming = false; });
 }
 
 void FileOpsController::commitRename(const FilePath& url, const QString& name)
