@@ -50,9 +50,9 @@ void FileOperations::report(const QString& message)
         qCWarning(lcFileOps) << message;
 }
 
-void FileOperations::run(Spec spec)
+void FileOperations::run(JobRequest request)
 {
-    FileJob job{m_nextId++, spec.title, QDateTime::currentDateTime(), std::make_shared<CopyProgress>()};
+    FileJob job{m_nextId++, request.title, QDateTime::currentDateTime(), std::make_shared<CopyProgress>()};
     m_jobs.append(job);
     if (!m_ticker.isActive())
         m_ticker.start();
@@ -60,10 +60,10 @@ void FileOperations::run(Spec spec)
 
     QPointer<FileOperations> guard(this);
     auto progress = job.progress;
-    Work work = std::move(spec.work);
-    QThreadPool* pool = spec.pool ? spec.pool : QThreadPool::globalInstance();
+    Work work = std::move(request.work);
+    QThreadPool* pool = request.pool ? request.pool : QThreadPool::globalInstance();
     const quint64 id = job.id;
-    m_specs.insert(id, std::move(spec));
+    m_requests.insert(id, std::move(request));
     pool->start([guard, progress, work = std::move(work), id]() {
         auto output = std::make_shared<JobOutput>();
         ChangeRunner runner(*progress);
@@ -78,7 +78,7 @@ void FileOperations::run(Spec spec)
 
 void FileOperations::finish(quint64 id, JobOutput output)
 {
-    const Spec spec = m_specs.take(id);
+    const JobRequest request = m_requests.take(id);
     m_jobs.removeIf([id](const FileJob& job) { return job.id == id; });
     if (m_jobs.isEmpty())
         m_ticker.stop();
@@ -90,34 +90,34 @@ void FileOperations::finish(quint64 id, JobOutput output)
     if (!report.moves.isEmpty())
         Q_EMIT itemsMoved(report.moves);
     const bool changed = !report.changes.empty();
-    if (changed && spec.undo)
-        spec.undo->push(new FileOperationCommand(this, spec.actionName, std::move(report.changes)));
+    if (changed && request.undo)
+        request.undo->push(new FileOperationCommand(this, request.actionName, std::move(report.changes)));
     if (!report.errors.isEmpty())
         this->report(report.errors.first());
-    else if (spec.announce && !report.cancelled && changed && !output.toast.isEmpty())
-        Q_EMIT announced({output.toast, output.icon, spec.undo != nullptr, false});
-    if (spec.created && !output.made.isEmpty())
-        spec.created(output.made);
-    if (spec.after)
-        spec.after();
+    else if (request.announce && !report.cancelled && changed && !output.toast.isEmpty())
+        Q_EMIT announced({output.toast, output.icon, request.undo != nullptr, false});
+    if (request.created && !output.made.isEmpty())
+        request.created(output.made);
+    if (request.after)
+        request.after();
     Q_EMIT operationFinished();
 }
 
 void FileOperations::replay(std::shared_ptr<std::vector<FileChange>> changes, bool forward, const QString& actionName)
 {
     ++m_pendingReplays;
-    Spec spec;
-    spec.title = (forward ? QStringLiteral("Redoing ") : QStringLiteral("Undoing ")) + actionName;
-    spec.announce = false;
-    spec.pool = &m_replayPool;
-    spec.work = [changes, forward](ChangeRunner& runner, JobOutput&) {
+    JobRequest request;
+    request.title = (forward ? QStringLiteral("Redoing ") : QStringLiteral("Undoing ")) + actionName;
+    request.announce = false;
+    request.pool = &m_replayPool;
+    request.work = [changes, forward](ChangeRunner& runner, JobOutput&) {
         if (forward)
             runner.redo(*changes);
         else
             runner.undo(*changes);
     };
-    spec.after = [this] { --m_pendingReplays; };
-    run(std::move(spec));
+    request.after = [this] { --m_pendingReplays; };
+    run(std::move(request));
 }
 
 void FileOperations::ask(const QList<Move>& collisions, const FilePath& folder, ConflictAnswer answer)
@@ -183,12 +183,12 @@ void FileOperations::transfer(const QList<FilePath>& items, const FilePath& fold
 void FileOperations::copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
                           const QList<FilePath>& replacing)
 {
-    Spec spec;
-    spec.title = (removingSources ? QStringLiteral("Moving ") : QStringLiteral("Copying ")) + itemCount(moves.size());
-    spec.actionName = actionName;
-    spec.undo = undo;
+    JobRequest request;
+    request.title = (removingSources ? QStringLiteral("Moving ") : QStringLiteral("Copying ")) + itemCount(moves.size());
+    request.actionName = actionName;
+    request.undo = undo;
     const QSet<FilePath> replace(replacing.begin(), replacing.end());
-    spec.work = [moves, removingSources, replace](ChangeRunner& runner, JobOutput& output) {
+    request.work = [moves, removingSources, replace](ChangeRunner& runner, JobOutput& output) {
         qint64 total = 0;
         for (const Move& move : moves)
             if (!removingSources || !isSameVolume(move.from, move.to.parent()))
@@ -217,16 +217,16 @@ void FileOperations::copy(const QList<Move>& moves, const QString& actionName, b
         output.toast = (removingSources ? QStringLiteral("Moved ") : QStringLiteral("Copied ")) + countOrName(done);
         output.icon = removingSources ? QStringLiteral("arrow.right.doc.on.clipboard") : QStringLiteral("doc.on.doc");
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 void FileOperations::duplicate(const QList<FilePath>& items, QUndoStack* undo)
 {
-    Spec spec;
-    spec.title = QStringLiteral("Duplicate");
-    spec.actionName = QStringLiteral("Duplicate");
-    spec.undo = undo;
-    spec.work = [items](ChangeRunner& runner, JobOutput& output) {
+    JobRequest request;
+    request.title = QStringLiteral("Duplicate");
+    request.actionName = QStringLiteral("Duplicate");
+    request.undo = undo;
+    request.work = [items](ChangeRunner& runner, JobOutput& output) {
         qint64 total = 0;
         for (const FilePath& item : items)
             total += treeBytes(item, &runner.progress());
@@ -241,17 +241,17 @@ void FileOperations::duplicate(const QList<FilePath>& items, QUndoStack* undo)
         output.toast = QStringLiteral("Duplicated ") + countOrName(done);
         output.icon = QStringLiteral("plus.square.on.square");
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 void FileOperations::trash(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo, bool announce)
 {
-    Spec spec;
-    spec.title = QStringLiteral("Moving ") + itemCount(items.size()) + QStringLiteral(" to the Trash");
-    spec.actionName = actionName;
-    spec.undo = undo;
-    spec.announce = announce;
-    spec.work = [items](ChangeRunner& runner, JobOutput& output) {
+    JobRequest request;
+    request.title = QStringLiteral("Moving ") + itemCount(items.size()) + QStringLiteral(" to the Trash");
+    request.actionName = actionName;
+    request.undo = undo;
+    request.announce = announce;
+    request.work = [items](ChangeRunner& runner, JobOutput& output) {
         runner.progress().setTotalBytes(items.size());
         QList<FilePath> done;
         for (const FilePath& item : items) {
@@ -264,7 +264,7 @@ void FileOperations::trash(const QList<FilePath>& items, const QString& actionNa
         output.toast = QStringLiteral("Moved ") + countOrName(done) + QStringLiteral(" to the Trash");
         output.icon = QStringLiteral("trash");
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 void FileOperations::putBack(const QList<FilePath>& itemsInTrash, QUndoStack* undo)
@@ -282,11 +282,11 @@ void FileOperations::putBack(const QList<FilePath>& itemsInTrash, QUndoStack* un
     }
     if (moves.isEmpty())
         return;
-    Spec spec;
-    spec.title = QStringLiteral("Putting back ") + itemCount(moves.size());
-    spec.actionName = QStringLiteral("Put Back");
-    spec.undo = undo;
-    spec.work = [moves](ChangeRunner& runner, JobOutput& output) {
+    JobRequest request;
+    request.title = QStringLiteral("Putting back ") + itemCount(moves.size());
+    request.actionName = QStringLiteral("Put Back");
+    request.undo = undo;
+    request.work = [moves](ChangeRunner& runner, JobOutput& output) {
         QList<FilePath> done;
         for (const Move& move : moves) {
             if (runner.isCancelled())
@@ -304,7 +304,7 @@ void FileOperations::putBack(const QList<FilePath>& itemsInTrash, QUndoStack* un
         output.toast = QStringLiteral("Put back ") + countOrName(done);
         output.icon = QStringLiteral("arrow.uturn.backward");
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 } // namespace orwick

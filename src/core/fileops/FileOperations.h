@@ -102,7 +102,7 @@ public:
     using Work = std::function<void(ChangeRunner&, JobOutput&)>;
 
 private:
-    struct Spec {
+    struct JobRequest {
         QString title;
         QString actionName;
         QPointer<QUndoStack> undo;
@@ -112,13 +112,13 @@ private:
         QThreadPool* pool = nullptr;
         std::function<void()> after; // runs last, after the results were applied
     };
-    void run(Spec spec);
+    void run(JobRequest request);
     void finish(quint64 id, JobOutput output);
     void report(const QString& message);
     void ask(const QList<Move>& collisions, const FilePath& folder, ConflictAnswer answer);
 
     QList<FileJob> m_jobs;
-    QHash<quint64, Spec> m_specs; // by job id, kept on this thread while the worker runs
+    QHash<quint64, JobRequest> m_requests; // by job id, kept on this thread while the worker runs
     quint64 m_nextId = 1;
     int m_pendingReplays = 0;
     QTimer m_ticker;

@@ -12,11 +12,11 @@ void FileOperations::compress(const QList<FilePath>& items, QUndoStack* undo)
         return;
     const FilePath folder = items.first().parent();
     const QByteArray name = items.size() == 1 ? items.first().fileNameBytes() + ".zip" : QByteArray("Archive.zip");
-    Spec spec;
-    spec.title = QStringLiteral("Compressing ") + itemCount(items.size());
-    spec.actionName = QStringLiteral("Compress");
-    spec.undo = undo;
-    spec.work = [items, folder, name](ChangeRunner& runner, JobOutput& output) {
+    JobRequest request;
+    request.title = QStringLiteral("Compressing ") + itemCount(items.size());
+    request.actionName = QStringLiteral("Compress");
+    request.undo = undo;
+    request.work = [items, folder, name](ChangeRunner& runner, JobOutput& output) {
         const FilePath archive = uniqueURL(folder.child(QByteArrayView(name)), false);
         const ArchiveResult result = compressToZip(items, archive, runner.progress());
         if (result.cancelled) {
@@ -32,17 +32,17 @@ void FileOperations::compress(const QList<FilePath>& items, QUndoStack* undo)
         output.toast = QStringLiteral("Created ") + result.made.fileName();
         output.icon = QStringLiteral("archivebox");
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 void FileOperations::extract(const QList<FilePath>& archives, QUndoStack* undo)
 {
     for (const FilePath& archive : archives) {
-        Spec spec;
-        spec.title = QStringLiteral("Extracting ") + archive.fileName();
-        spec.actionName = QStringLiteral("Extract");
-        spec.undo = undo;
-        spec.work = [archive, limit = m_extractionLimit](ChangeRunner& runner, JobOutput& output) {
+        JobRequest request;
+        request.title = QStringLiteral("Extracting ") + archive.fileName();
+        request.actionName = QStringLiteral("Extract");
+        request.undo = undo;
+        request.work = [archive, limit = m_extractionLimit](ChangeRunner& runner, JobOutput& output) {
             const ArchiveResult result = extractArchive(archive, runner.progress(), limit);
             if (result.cancelled) {
                 runner.report().cancelled = true;
@@ -60,7 +60,7 @@ void FileOperations::extract(const QList<FilePath>& archives, QUndoStack* undo)
             output.toast = QStringLiteral("Extracted ") + result.made.fileName();
             output.icon = QStringLiteral("archivebox.circle");
         };
-        run(std::move(spec));
+        run(std::move(request));
     }
 }
 

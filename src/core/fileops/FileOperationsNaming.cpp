@@ -60,11 +60,11 @@ void FileOperations::rename(const FilePath& item, const QByteArray& newName, QUn
         return;
     }
     const QString oldName = item.fileName();
-    Spec spec;
-    spec.title = QStringLiteral("Rename ") + oldName;
-    spec.actionName = QStringLiteral("Rename ") + oldName;
-    spec.undo = undo;
-    spec.work = [item, target, oldName](ChangeRunner& runner, JobOutput& output) {
+    JobRequest request;
+    request.title = QStringLiteral("Rename ") + oldName;
+    request.actionName = QStringLiteral("Rename ") + oldName;
+    request.undo = undo;
+    request.work = [item, target, oldName](ChangeRunner& runner, JobOutput& output) {
         const bool caseOnly = sameItem(item, target)
             || item.fileName().compare(target.fileName(), Qt::CaseInsensitive) == 0;
         const bool ok = caseOnly ? renameInTwoSteps(item, target) : renameNoReplace(item, target);
@@ -78,16 +78,16 @@ void FileOperations::rename(const FilePath& item, const QByteArray& newName, QUn
         output.icon = QStringLiteral("pencil");
         output.made = target;
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 void FileOperations::renameMany(const QList<Move>& renames, const QString& actionName, QUndoStack* undo)
 {
-    Spec spec;
-    spec.title = QStringLiteral("Renaming ") + itemCount(renames.size());
-    spec.actionName = actionName;
-    spec.undo = undo;
-    spec.work = [renames](ChangeRunner& runner, JobOutput& output) {
+    JobRequest request;
+    request.title = QStringLiteral("Renaming ") + itemCount(renames.size());
+    request.actionName = actionName;
+    request.undo = undo;
+    request.work = [renames](ChangeRunner& runner, JobOutput& output) {
         // Phase one frees every old name, so that "a → b, b → a" works; phase two names them.
         QList<std::pair<Move, FilePath>> parked;
         for (const Move& move : renames) {
@@ -115,17 +115,17 @@ void FileOperations::renameMany(const QList<Move>& renames, const QString& actio
                                         : QStringLiteral("Renamed ") + itemCount(done.size());
         output.icon = QStringLiteral("pencil");
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 void FileOperations::newFolder(const FilePath& folder, QUndoStack* undo, Created created)
 {
-    Spec spec;
-    spec.title = QStringLiteral("New Folder");
-    spec.actionName = QStringLiteral("New Folder");
-    spec.undo = undo;
-    spec.created = std::move(created);
-    spec.work = [folder](ChangeRunner& runner, JobOutput& output) {
+    JobRequest request;
+    request.title = QStringLiteral("New Folder");
+    request.actionName = QStringLiteral("New Folder");
+    request.undo = undo;
+    request.created = std::move(created);
+    request.work = [folder](ChangeRunner& runner, JobOutput& output) {
         const FilePath path = uniqueURL(folder.child(QByteArrayView("untitled folder")), false);
         if (::mkdir(path.c_str(), 0755) != 0) {
             runner.fail(QStringLiteral("Couldn't create a folder in “%1”: %2.").arg(folder.fileName(), errorReason(errno)));
@@ -136,7 +136,7 @@ void FileOperations::newFolder(const FilePath& folder, QUndoStack* undo, Created
         output.toast = QStringLiteral("Created ") + path.fileName();
         output.icon = QStringLiteral("folder.badge.plus");
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 void FileOperations::newFile(const FilePath& folder, const QByteArray& name, QUndoStack* undo, Created created)
@@ -145,12 +145,12 @@ void FileOperations::newFile(const FilePath& folder, const QByteArray& name, QUn
         report(QStringLiteral("A name can't contain “/”."));
         return;
     }
-    Spec spec;
-    spec.title = QStringLiteral("New File");
-    spec.actionName = QStringLiteral("New File");
-    spec.undo = undo;
-    spec.created = std::move(created);
-    spec.work = [folder, name](ChangeRunner& runner, JobOutput& output) {
+    JobRequest request;
+    request.title = QStringLiteral("New File");
+    request.actionName = QStringLiteral("New File");
+    request.undo = undo;
+    request.created = std::move(created);
+    request.work = [folder, name](ChangeRunner& runner, JobOutput& output) {
         const FilePath path = uniqueURL(folder.child(QByteArrayView(name)), false);
         const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
         if (fd < 0) {
@@ -163,7 +163,7 @@ void FileOperations::newFile(const FilePath& folder, const QByteArray& name, QUn
         output.toast = QStringLiteral("Created ") + path.fileName();
         output.icon = QStringLiteral("doc.badge.plus");
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 void FileOperations::registerCreated(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo)
@@ -178,11 +178,11 @@ void FileOperations::registerCreated(const QList<FilePath>& items, const QString
 
 void FileOperations::tidyUp(const FilePath& folder, QUndoStack* undo)
 {
-    Spec spec;
-    spec.title = QStringLiteral("Tidying Up");
-    spec.actionName = QStringLiteral("Tidy Up");
-    spec.undo = undo;
-    spec.work = [folder](ChangeRunner& runner, JobOutput& output) {
+    JobRequest request;
+    request.title = QStringLiteral("Tidying Up");
+    request.actionName = QStringLiteral("Tidy Up");
+    request.undo = undo;
+    request.work = [folder](ChangeRunner& runner, JobOutput& output) {
         const TidyPlan plan = planTidyUp(folder);
         if (!plan.error.isEmpty()) {
             runner.fail(plan.error);
@@ -206,7 +206,7 @@ void FileOperations::tidyUp(const FilePath& folder, QUndoStack* undo)
                            .arg(folders.size()).arg(folders.size() == 1 ? QStringLiteral("folder") : QStringLiteral("folders"));
         output.icon = QStringLiteral("tray.2");
     };
-    run(std::move(spec));
+    run(std::move(request));
 }
 
 } // namespace orwick
