@@ -110,10 +110,7 @@ void CleanUpPanel::fill()
     m_list->clear();
     for (const Row& row : m_rows) {
         auto* item = new QTreeWidgetItem(m_list);
-        const QByteArray& path = row.found.url.native();
-        item->setText(0, m_folder.isAncestorOf(row.found.url)
-                             ? displayName(QByteArrayView(path).sliced(m_folder.native().size() + (m_folder.isRoot() ? 0 : 1)))
-                             : row.found.url.text());
+        item->setText(0, relativeText(m_folder, row.found.url));
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
         item->setCheckState(0, row.ticked ? Qt::Checked : Qt::Unchecked);
         item->setText(1, row.found.kind);

@@ -174,7 +174,7 @@ void DuplicatesPanel::fillTree()
         top->setFlags(Qt::ItemIsEnabled);
         for (const Duplicates::File& file : group.files) {
             auto* row = new QTreeWidgetItem(top);
-            row->setText(0, relative(file.url));
+            row->setText(0, relativeText(m_folder, file.url));
             row->setData(0, kUrlRole, file.url.native());
             row->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
             row->setCheckState(0, m_choice.isChosen(file.url) ? Qt::Checked : Qt::Unchecked);
@@ -237,13 +237,6 @@ void DuplicatesPanel::showInFolder(const FilePath& file)
 {
     m_pane->reveal({file});
     closeSheet();
-}
-
-QString DuplicatesPanel::relative(const FilePath& file) const
-{
-    if (m_folder.isAncestorOf(file))
-        return displayName(QByteArrayView(file.native()).sliced(m_folder.native().size() + (m_folder.isRoot() ? 0 : 1)));
-    return file.text();
 }
 
 } // namespace orwick

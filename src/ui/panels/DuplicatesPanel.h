@@ -47,7 +47,6 @@ private:
     void updateFooter();
     void itemChanged(QTreeWidgetItem* item);
     void showInFolder(const FilePath& file);
-    QString relative(const FilePath& file) const;
 
     PaneState* m_pane;
     FilePath m_folder;

@@ -56,6 +56,13 @@ PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* w
     setFocus();
 }
 
+QString relativeText(const FilePath& folder, const FilePath& file)
+{
+    if (!folder.isAncestorOf(file))
+        return file.text();
+    return displayName(QByteArrayView(file.native()).sliced(folder.native().size() + (folder.isRoot() ? 0 : 1)));
+}
+
 void PanelSheet::closeOpenSheet(QWidget* window)
 {
     for (PanelSheet* sheet : window->findChildren<PanelSheet*>(Qt::FindDirectChildrenOnly))

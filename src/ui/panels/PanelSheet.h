@@ -4,6 +4,8 @@
 // a one-line footer. Esc or the close button closes it: stopWork() runs at once (the panel's walk
 // must stop within a fraction of a second), then the sheet goes. closed() follows every close.
 
+#include "files/FilePath.h"
+
 #include <QWidget>
 
 class QHBoxLayout;
@@ -11,6 +13,9 @@ class QLabel;
 class QVBoxLayout;
 
 namespace orwick {
+
+// How a panel names a file below its folder: the path from there ("src/a.c"), else the whole path.
+QString relativeText(const FilePath& folder, const FilePath& file);
 
 class PanelSheet : public QWidget {
     Q_OBJECT
