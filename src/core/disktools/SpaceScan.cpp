@@ -113,7 +113,7 @@ std::unique_ptr<SpaceNode> scan(const FilePath& folder, Shared& shared, int thre
     root->name = folder.isRoot() ? QByteArray("/") : folder.fileNameBytes();
     root->isFolder = true;
     root->rootURL = folder;
-    WalkPool pool(threads);
+    WalkPool pool(threads > 0 ? threads : metadataWalkThreads());
     Walker walker(shared, true, &pool);
     pool.post([&](int) { walker.walkRoot(folder, *root); });
     pool.wait();

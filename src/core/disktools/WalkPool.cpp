@@ -1,6 +1,7 @@
 #include "disktools/WalkPool.h"
 
 #include <QtGlobal>
+#include <cstdlib>
 #include <thread>
 #include <vector>
 
@@ -13,6 +14,17 @@ int diskWalkThreads()
         return std::min(forced, 64);
     const unsigned cores = std::thread::hardware_concurrency();
     return cores == 0 ? 1 : int(std::min(cores, 8u));
+}
+
+int metadataWalkThreads()
+{
+    const int cores = diskWalkThreads();
+    if (qEnvironmentVariableIsSet("ORWICK_WALK_THREADS"))
+        return cores;
+    double load = 0;
+    if (getloadavg(&load, 1) == 1 && load >= cores)
+        return 1;
+    return cores;
 }
 
 WalkPool::WalkPool(int threads) : m_threads(threads > 0 ? threads : diskWalkThreads()) {}
