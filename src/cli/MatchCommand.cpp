@@ -21,14 +21,14 @@ namespace {
 
 struct Hit {
     int score;
-    uint64_t prefix; // the line's first 8 bytes, big-endian: most ties end here
+    uint64_t prefix[2]; // the line's first 16 bytes, big-endian: most ties end here
     std::string_view line;
 };
 
-uint64_t prefixOf(std::string_view line)
+uint64_t prefixAt(std::string_view line, size_t from)
 {
     uint64_t prefix = 0;
-    for (size_t k = 0; k < 8; ++k)
+    for (size_t k = from; k < from + 8; ++k)
         prefix = (prefix << 8) | (k < line.size() ? static_cast<unsigned char>(line[k]) : 0);
     return prefix;
 }
@@ -38,8 +38,10 @@ bool better(const Hit& a, const Hit& b)
 {
     if (a.score != b.score)
         return a.score > b.score;
-    if (a.prefix != b.prefix)
-        return a.prefix < b.prefix;
+    if (a.prefix[0] != b.prefix[0])
+        return a.prefix[0] < b.prefix[0];
+    if (a.prefix[1] != b.prefix[1])
+        return a.prefix[1] < b.prefix[1];
     return a.line < b.line;
 }
 
@@ -140,7 +142,7 @@ void scoreLines(const std::vector<std::string_view>& lines, size_t begin, size_t
         }
         const QStringView view(text.data(), stop - text.data());
         if (const auto score = FuzzyMatch::score(query, buffer.prepare(view)))
-            hits.push_back({*score, prefixOf(line), line});
+            hits.push_back({*score, {prefixAt(line, 0), prefixAt(line, 8)}, line});
     }
     std::sort(hits.begin(), hits.end(), better);
 }

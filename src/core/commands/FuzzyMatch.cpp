@@ -39,8 +39,8 @@ struct Prepared {
     int length;
 };
 
-// Folds `text` into `chars` and marks word starts in `starts` (both sized like `text`).
-Prepared prepareInto(QStringView text, char16_t* chars, uint8_t* starts)
+// Folds `text` into `chars` (sized like `text`); finds the last component and the length.
+Prepared prepareInto(QStringView text, char16_t* chars)
 {
     const char16_t* source = text.utf16();
     const int size = int(text.size());
@@ -49,17 +49,17 @@ Prepared prepareInto(QStringView text, char16_t* chars, uint8_t* starts)
     for (int i = 0; i < size; ++i) {
         const char16_t c = source[i];
         chars[i] = lowerUnit(c);
-        if (i == 0) {
-            starts[i] = 1;
-        } else {
-            const char16_t before = source[i - 1];
-            starts[i] = isSeparator(before) || (isUpper(c) && isLower(before));
-        }
         if (c == u'/')
             componentStart = i + 1;
         lowSurrogates += QChar::isLowSurrogate(c);
     }
     return {componentStart, size - lowSurrogates};
+}
+
+// A word starts at the beginning, after a separator, or where lower case turns to upper case.
+inline bool isWordStart(const char16_t* original, int i)
+{
+    return i == 0 || isSeparator(original[i - 1]) || (isUpper(original[i]) && isLower(original[i - 1]));
 }
 
 } // namespace
@@ -79,18 +79,16 @@ FuzzyQuery::FuzzyQuery(QStringView text)
 FuzzyCandidate FuzzyCandidateBuffer::prepare(QStringView text)
 {
     const size_t size = size_t(text.size());
-    if (m_chars.size() < size) {
+    if (m_chars.size() < size)
         m_chars.resize(size);
-        m_starts.resize(size);
-    }
-    const Prepared p = prepareInto(text, m_chars.data(), m_starts.data());
-    return {m_chars.data(), m_starts.data(), int(size), p.componentStart, p.length};
+    const Prepared p = prepareInto(text, m_chars.data());
+    return {m_chars.data(), text.utf16(), int(size), p.componentStart, p.length};
 }
 
 void FuzzyCandidateList::reserve(qsizetype count, qsizetype totalUnits)
 {
     m_chars.reserve(size_t(totalUnits));
-    m_starts.reserve(size_t(totalUnits));
+    m_original.reserve(size_t(totalUnits));
     m_offsets.reserve(size_t(count) + 1);
     m_componentStarts.reserve(size_t(count));
     m_lengths.reserve(size_t(count));
@@ -100,8 +98,8 @@ void FuzzyCandidateList::append(QStringView text)
 {
     const size_t at = m_chars.size();
     m_chars.resize(at + size_t(text.size()));
-    m_starts.resize(at + size_t(text.size()));
-    const Prepared p = prepareInto(text, m_chars.data() + at, m_starts.data() + at);
+    m_original.insert(m_original.end(), text.utf16(), text.utf16() + text.size());
+    const Prepared p = prepareInto(text, m_chars.data() + at);
     m_offsets.push_back(int(m_chars.size()));
     m_componentStarts.push_back(p.componentStart);
     m_lengths.push_back(p.length);
@@ -111,7 +109,7 @@ FuzzyCandidate FuzzyCandidateList::operator[](qsizetype index) const
 {
     const int begin = m_offsets[size_t(index)];
     const int end = m_offsets[size_t(index) + 1];
-    return {m_chars.data() + begin, m_starts.data() + begin, end - begin, m_componentStarts[size_t(index)],
+    return {m_chars.data() + begin, m_original.data() + begin, end - begin, m_componentStarts[size_t(index)],
             m_lengths[size_t(index)]};
 }
 
@@ -138,7 +136,7 @@ std::optional<int> score(const FuzzyQuery& query, const FuzzyCandidate& candidat
             return std::nullopt;
 
         int points = (previous >= 0 && position == previous + 1) ? fuzzy::kConsecutive : fuzzy::kMatch;
-        if (candidate.wordStarts[position])
+        if (isWordStart(candidate.original, position))
             points += fuzzy::kWordStartBonus;
         if (position >= candidate.componentStart)
             points += fuzzy::kLastComponentBonus;

@@ -48,23 +48,24 @@ private:
     bool m_ascii = true;
 };
 
-// A view of one prepared candidate; the storage belongs to a list or buffer.
+// A view of one prepared candidate; the storage belongs to a list or buffer (and, for a buffer,
+// the original text to the caller).
 struct FuzzyCandidate {
-    const char16_t* chars = nullptr;   // lower-cased text
-    const uint8_t* wordStarts = nullptr; // non-zero where a match starts a word
-    int size = 0;                      // UTF-16 units
+    const char16_t* chars = nullptr;    // lower-cased text
+    const char16_t* original = nullptr; // the text in its own case (word starts are read there)
+    int size = 0;                       // UTF-16 units
     int componentStart = 0;            // just after the last "/"
     int length = 0;                    // characters (surrogate pairs count once)
 };
 
-// Prepares one candidate at a time into storage it reuses.
+// Prepares one candidate at a time into storage it reuses. The candidate refers to `text`, which
+// must outlive it.
 class FuzzyCandidateBuffer {
 public:
     FuzzyCandidate prepare(QStringView text);
 
 private:
     std::vector<char16_t> m_chars;
-    std::vector<uint8_t> m_starts;
 };
 
 // Many candidates prepared once, kept in flat arrays (a folder's names).
@@ -77,7 +78,7 @@ public:
 
 private:
     std::vector<char16_t> m_chars;
-    std::vector<uint8_t> m_starts;
+    std::vector<char16_t> m_original;
     std::vector<int> m_offsets{0};
     std::vector<int> m_componentStarts;
     std::vector<int> m_lengths;
