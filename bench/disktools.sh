@@ -8,14 +8,8 @@
 # It also checks that the duplicate groups are jdupes' groups and that the space total is
 # du -s -B1's apart from hard links.
 #   bench/disktools.sh BUILD_DIR      (ORWICK_BENCH_RUNS, ORWICK_BENCH_TREE to override)
-set -euo pipefail
-build=$(realpath "${1:?usage: bench/disktools.sh BUILD_DIR}")
-cli="$build/orwick-cli"
 here=$(dirname "$(realpath "$0")")
-[ -x "$cli" ] || { echo "no $cli; build first" >&2; exit 1; }
-for tool in hyperfine jdupes rmlint fdupes rdfind gdu du python3; do
-  command -v "$tool" >/dev/null || { echo "$tool is needed" >&2; exit 1; }
-done
+source "$here/preamble.bash" "${1:-}" disktools hyperfine jdupes rmlint fdupes rdfind gdu du python3
 runs=${ORWICK_BENCH_RUNS:-5}
 
 # The tree is kept between runs, keyed by the generator's contents.
@@ -32,8 +26,6 @@ if [ ! -e "$store/.complete" ]; then
   sync # written data must reach the disk first, or tools that ask for file extents wait on it
   touch "$store/.complete"
 fi
-work=$(mktemp -d "${TMPDIR:-/tmp}/orwick-bench-disktools-XXXXXX")
-trap 'rm -rf "$work"' EXIT
 cd "$work" # rmlint and rdfind leave files in the working folder otherwise
 
 echo "tree: $(find "$tree" -type f | wc -l) files, $(du -sh "$tree" | cut -f1)"

@@ -5,14 +5,9 @@
 #  2. moving that tree within one file system: one rename per top-level item (counted by strace);
 #  3. moving 10,000 files to the Trash with `orwick-cli trash` (target: under 2 s).
 #   bench/fileops.sh BUILD_DIR
-set -euo pipefail
-build=$(realpath "${1:?usage: bench/fileops.sh BUILD_DIR}")
-cli="$build/orwick-cli"
-[ -x "$cli" ] || { echo "no $cli; build first" >&2; exit 1; }
-command -v hyperfine >/dev/null || { echo "hyperfine is needed" >&2; exit 1; }
-
-work=$(mktemp -d "${TMPDIR:-/var/tmp}/orwick-bench-fileops-XXXXXX")
-trap 'rm -rf "$work"' EXIT
+# On disk, not in a memory file system: /var/tmp unless BENCH_TMPDIR says otherwise.
+BENCH_TMPDIR=${BENCH_TMPDIR:-/var/tmp}
+source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" fileops hyperfine
 # The Trash and trash log of this run stay in the work folder, never in the real home.
 export HOME="$work/home" XDG_DATA_HOME="$work/home/.local/share"
 mkdir -p "$XDG_DATA_HOME"

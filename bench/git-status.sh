@@ -3,14 +3,7 @@
 # run, on a generated repository of 20,000 tracked files (2,000 modified), 500 untracked files and
 # an ignored folder of 5,000 files. Target: orwick-cli ≤ 1.15 × git.
 #   bench/git-status.sh BUILD_DIR
-set -euo pipefail
-build=$(realpath "${1:?usage: bench/git-status.sh BUILD_DIR}")
-cli="$build/orwick-cli"
-[ -x "$cli" ] || { echo "no $cli; build first" >&2; exit 1; }
-command -v hyperfine >/dev/null || { echo "hyperfine is needed" >&2; exit 1; }
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/orwick-bench-git-XXXXXX")
-trap 'rm -rf "$work"' EXIT
+source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" git-status hyperfine
 repo="$work/repo"
 
 # A private identity and no user or system configuration.

@@ -4,14 +4,7 @@
 # of orwick-cli's time is start-up, and how much is the system calls; then the window: time to
 # the first rows and the memory it holds with the folder open.
 #   bench/list.sh BUILD_DIR
-set -euo pipefail
-build=$(realpath "${1:?usage: bench/list.sh BUILD_DIR}")
-cli="$build/orwick-cli"
-[ -x "$cli" ] || { echo "no $cli; build first" >&2; exit 1; }
-command -v hyperfine >/dev/null || { echo "hyperfine is needed" >&2; exit 1; }
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/orwick-bench-list-XXXXXX")
-trap 'rm -rf "$work"' EXIT
+source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" list hyperfine python3
 big="$work/big"
 empty="$work/empty"
 mkdir -p "$big" "$empty"

@@ -3,16 +3,7 @@
 # run, on 500,000 generated path lines, with the same queries (one narrow, one broad).
 # Targets: orwick-cli at least as fast as fzf, faster than fzy.
 #   bench/match.sh BUILD_DIR
-set -euo pipefail
-build=$(realpath "${1:?usage: bench/match.sh BUILD_DIR}")
-cli="$build/orwick-cli"
-[ -x "$cli" ] || { echo "no $cli; build first" >&2; exit 1; }
-for tool in hyperfine fzf fzy; do
-  command -v $tool >/dev/null || { echo "$tool is needed" >&2; exit 1; }
-done
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/orwick-bench-match-XXXXXX")
-trap 'rm -rf "$work"' EXIT
+source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" match hyperfine fzf fzy
 lines="$work/paths.txt"
 
 # Paths like a large source tree: nested folders, words, numbers, extensions. Fixed seed.

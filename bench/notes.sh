@@ -3,13 +3,7 @@
 # body of one to eight KB each, a few hundred other files with the properties attribute) through
 # the loader the window uses: `orwick-cli props DIR`. Target: under one second.
 #   bench/notes.sh BUILD_DIR
-set -euo pipefail
-build=$(realpath "${1:?usage: bench/notes.sh BUILD_DIR}")
-cli="$build/orwick-cli"
-[ -x "$cli" ] || { echo "no $cli; build first" >&2; exit 1; }
-
-work=$(mktemp -d "${TMPDIR:-/tmp}/orwick-bench-notes-XXXXXX")
-trap 'rm -rf "$work"' EXIT
+source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" notes python3
 folder="$work/notes"
 mkdir -p "$folder"
 
