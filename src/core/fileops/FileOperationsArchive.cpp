@@ -6,6 +6,27 @@
 
 namespace orwick {
 
+namespace {
+
+// Carries an archive job's result into the change report; false when it was cancelled or failed.
+template <typename JobOutput>
+bool recordArchiveResult(const ArchiveResult& result, ChangeRunner& runner, JobOutput& output)
+{
+    if (result.cancelled) {
+        runner.report().cancelled = true;
+        return false;
+    }
+    if (!result.error.isEmpty()) {
+        runner.fail(result.error);
+        return false;
+    }
+    runner.recordCreated(result.made);
+    output.made = result.made;
+    return true;
+}
+
+} // namespace
+
 void FileOperations::compress(const QList<FilePath>& items, QUndoStack* undo)
 {
     if (items.isEmpty())
@@ -19,16 +40,8 @@ void FileOperations::compress(const QList<FilePath>& items, QUndoStack* undo)
     request.work = [items, folder, name](ChangeRunner& runner, JobOutput& output) {
         const FilePath archive = uniqueURL(folder.child(QByteArrayView(name)), false);
         const ArchiveResult result = compressToZip(items, archive, runner.progress());
-        if (result.cancelled) {
-            runner.report().cancelled = true;
+        if (!recordArchiveResult(result, runner, output))
             return;
-        }
-        if (!result.error.isEmpty()) {
-            runner.fail(result.error);
-            return;
-        }
-        runner.recordCreated(result.made);
-        output.made = result.made;
         output.toast = QStringLiteral("Created ") + result.made.fileName();
         output.icon = QStringLiteral("archivebox");
     };
@@ -44,16 +57,8 @@ void FileOperations::extract(const QList<FilePath>& archives, QUndoStack* undo)
         request.undo = undo;
         request.work = [archive, limit = m_extractionLimit](ChangeRunner& runner, JobOutput& output) {
             const ArchiveResult result = extractArchive(archive, runner.progress(), limit);
-            if (result.cancelled) {
-                runner.report().cancelled = true;
+            if (!recordArchiveResult(result, runner, output))
                 return;
-            }
-            if (!result.error.isEmpty()) {
-                runner.fail(result.error);
-                return;
-            }
-            runner.recordCreated(result.made);
-            output.made = result.made;
             if (result.refused > 0)
                 runner.fail(QStringLiteral("Extracted %1, leaving out %2 that would have landed outside its folder.")
                                 .arg(result.made.fileName(), result.refused == 1 ? QStringLiteral("1 item") : itemCount(result.refused)));
