@@ -14,6 +14,7 @@ QList<Property> props(std::initializer_list<Property> list) { return QList<Prope
 
 struct BlockCase {
     const char* name;
+    friend void PrintTo(const BlockCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
     QString text;
     std::optional<QString> block;
 };
@@ -42,6 +43,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 struct ParseCase {
     const char* name;
+    friend void PrintTo(const ParseCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
     QString block;
     std::optional<QList<Property>> properties;
 };
@@ -135,6 +137,7 @@ TEST(FrontMatter, WritingQuotesThenReadingKeepsTheBackslashes)
 
 struct SettingCase {
     const char* name;
+    friend void PrintTo(const SettingCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
     QString key;
     std::optional<QString> value;
     QString before;

@@ -24,6 +24,7 @@ PropertyMap readNote(const FilePath& path) { return read(path, false).values; }
 
 struct ReadCase {
     const char* name;
+    friend void PrintTo(const ReadCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
     QByteArray content;
     PropertyMap expected;
 };
@@ -122,6 +123,7 @@ TEST(NoteFile, WritingKeepsPermissionsAndLinks)
 
 struct RefusalCase {
     const char* name;
+    friend void PrintTo(const RefusalCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
     QByteArray content;
     Change change;
 };

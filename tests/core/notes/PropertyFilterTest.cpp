@@ -15,6 +15,7 @@ std::optional<PropertyValue> text(const QString& t) { return PropertyValue::ofTe
 
 struct MatchCase {
     const char* name;
+    friend void PrintTo(const MatchCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
     C condition;
     QString operand;
     PropertyType type;
@@ -113,6 +114,7 @@ TEST(PropertyFilter, StoredByFieldNames)
 
 struct GroupCase {
     const char* name;
+    friend void PrintTo(const GroupCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
     QDateTime date;
     const char* title;
 };

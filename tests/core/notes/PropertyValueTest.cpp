@@ -85,6 +85,7 @@ TEST(PropertyValue, JsonRoundTripAndRefusals)
 
 struct GuessCase {
     const char* name;
+    friend void PrintTo(const GuessCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
     QList<PropertyValue> values;
     PropertyType type;
 };
