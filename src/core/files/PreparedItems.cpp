@@ -1,6 +1,7 @@
 // Preparing a load for arrangement: natural ranks of names and kinds, names for the filter.
 
 #include "files/Arrangement.h"
+#include "files/KeySort.h"
 #include "files/NaturalCompare.h"
 
 #include <algorithm>
@@ -15,8 +16,7 @@ std::vector<int> naturalRanks(const QString& folded, const std::vector<int>& off
                               std::vector<int>* sortedOut = nullptr)
 {
     const size_t count = offsets.size() - 1;
-    // Sort keys in one buffer; the first four units of each packed beside its index, so most
-    // comparisons read only the array being sorted.
+    // Sort keys in one buffer, sorted as views into it.
     std::u16string keys;
     keys.reserve(size_t(folded.size()) + size_t(folded.size()) / 4);
     std::vector<int> keyOffsets{0};
@@ -25,37 +25,19 @@ std::vector<int> naturalRanks(const QString& folded, const std::vector<int>& off
         appendNaturalSortKey(QStringView(folded.constData() + offsets[i], offsets[i + 1] - offsets[i]), keys);
         keyOffsets.push_back(int(keys.size()));
     }
-    struct Entry {
-        uint64_t prefix;
-        int index;
-    };
-    std::vector<Entry> entries(count);
-    for (size_t i = 0; i < count; ++i) {
-        uint64_t prefix = 0;
-        for (int k = 0; k < 4; ++k) {
-            const int at = keyOffsets[i] + k;
-            prefix = (prefix << 16) | (at < keyOffsets[i + 1] ? keys[size_t(at)] : 0);
-        }
-        entries[i] = {prefix, int(i)};
-    }
-    auto compare = [&](const Entry& a, const Entry& b) {
-        if (a.prefix != b.prefix)
-            return a.prefix < b.prefix ? -1 : 1;
-        const std::u16string_view ka(keys.data() + keyOffsets[size_t(a.index)], size_t(keyOffsets[size_t(a.index) + 1] - keyOffsets[size_t(a.index)]));
-        const std::u16string_view kb(keys.data() + keyOffsets[size_t(b.index)], size_t(keyOffsets[size_t(b.index) + 1] - keyOffsets[size_t(b.index)]));
-        return ka.compare(kb);
-    };
-    std::sort(entries.begin(), entries.end(), [&](const Entry& a, const Entry& b) {
-        const int c = compare(a, b);
-        return c != 0 ? c < 0 : a.index < b.index;
-    });
+    std::vector<SortKeyRef> entries(count);
+    for (size_t i = 0; i < count; ++i)
+        entries[i] = {std::u16string_view(keys).substr(size_t(keyOffsets[i]), size_t(keyOffsets[i + 1] - keyOffsets[i])), int(i)};
+    if (cancel && cancel->isCancelled())
+        return std::vector<int>(count);
+    sortKeys(entries);
     std::vector<int> rank(count);
     std::vector<int> order(count);
     if (cancel && cancel->isCancelled())
         return rank;
     int current = 0;
     for (size_t k = 0; k < count; ++k) {
-        if (k > 0 && compare(entries[k - 1], entries[k]) != 0)
+        if (k > 0 && entries[k - 1].units != entries[k].units)
             current = int(k);
         rank[size_t(entries[k].index)] = current;
         order[k] = entries[k].index;
