@@ -11,7 +11,8 @@
 namespace orwick {
 
 PaneState::PaneState(const FilePath& folder, ViewPreferences* preferences, QObject* parent)
-    : QObject(parent), m_preferences(preferences), m_viewMode(preferences ? preferences->defaultViewMode() : ViewMode::list)
+    : QObject(parent), m_preferences(preferences), m_viewMode(preferences ? preferences->defaultViewMode() : ViewMode::list),
+      m_iconSize(preferences ? preferences->iconSize() : ViewPreferences::kDefaultIconSize)
 {
     m_clock.start();
     m_reloadTimer.setSingleShot(true);
@@ -532,10 +533,12 @@ void PaneState::focusFilter()
 
 void PaneState::zoomIcons(int steps)
 {
-    const double size = std::clamp(m_iconSize * std::pow(1.25, steps), kMinIconSize, kMaxIconSize);
+    const double size = std::clamp(m_iconSize * std::pow(1.25, steps), ViewPreferences::kMinIconSize, ViewPreferences::kMaxIconSize);
     if (size == m_iconSize)
         return;
     m_iconSize = size;
+    if (m_preferences)
+        m_preferences->setIconSize(size); // the next pane and the next start begin at this size
     Q_EMIT iconSizeChanged();
 }
 

@@ -108,7 +108,6 @@ public:
     // Grid tile size in pixels; each step is a quarter larger or smaller, within the range.
     double iconSize() const { return m_iconSize; }
     void zoomIcons(int steps);
-    static constexpr double kMinIconSize = 48, kMaxIconSize = 256, kDefaultIconSize = 96;
     // The item whose name is being edited in place.
     const std::optional<FilePath>& renaming() const { return m_renaming; }
     void setRenaming(const std::optional<FilePath>& url);
@@ -186,7 +185,7 @@ private:
     ViewMode m_viewMode = ViewMode::list;
     ViewPreferences::Reason m_viewModeReason = ViewPreferences::Reason::defaultMode;
     int m_gridColumns = 1;
-    double m_iconSize = kDefaultIconSize;
+    double m_iconSize = ViewPreferences::kDefaultIconSize;
     std::optional<FilePath> m_renaming;
 
     QList<FilePath> m_backStack;

@@ -2,6 +2,8 @@
 
 #include "app/Settings.h"
 
+#include <algorithm>
+
 namespace orwick {
 
 namespace {
@@ -10,6 +12,7 @@ const QString kOlderViewMode = QStringLiteral("viewMode");
 const QString kGridForMedia = QStringLiteral("gridForMedia");
 const QString kFolderViewModes = QStringLiteral("folderViewModes");
 const QString kVimKeys = QStringLiteral("vimKeys");
+const QString kIconSize = QStringLiteral("iconSize");
 
 bool readBool(const QSettings& settings, const QString& key, bool fallback)
 {
@@ -51,6 +54,10 @@ ViewPreferences::ViewPreferences(QObject* parent) : QObject(parent)
     m_defaultViewMode = viewModeFromName(stored.toString()).value_or(ViewMode::list);
     m_gridForMedia = readBool(*settings, kGridForMedia, true);
     m_vimKeys = readBool(*settings, kVimKeys, false);
+    bool isNumber = false;
+    const double iconSize = settings->value(kIconSize).toDouble(&isNumber);
+    if (isNumber && iconSize >= kMinIconSize && iconSize <= kMaxIconSize)
+        m_iconSize = iconSize;
     const QVariantMap modes = settings->value(kFolderViewModes).toMap();
     for (auto it = modes.begin(); it != modes.end(); ++it)
         if (const auto mode = viewModeFromName(it.value().toString()))
@@ -63,6 +70,7 @@ void ViewPreferences::save() const
     settings->setValue(kDefaultViewMode, viewModeName(m_defaultViewMode));
     settings->setValue(kGridForMedia, m_gridForMedia);
     settings->setValue(kVimKeys, m_vimKeys);
+    settings->setValue(kIconSize, m_iconSize);
     QVariantMap modes;
     for (auto it = m_folderViewModes.begin(); it != m_folderViewModes.end(); ++it)
         modes.insert(it.key(), viewModeName(it.value()));
@@ -86,6 +94,16 @@ void ViewPreferences::setGridForMedia(bool on)
 void ViewPreferences::setVimKeys(bool on)
 {
     m_vimKeys = on;
+    save();
+    Q_EMIT changed();
+}
+
+void ViewPreferences::setIconSize(double size)
+{
+    size = std::clamp(size, kMinIconSize, kMaxIconSize);
+    if (size == m_iconSize)
+        return;
+    m_iconSize = size;
     save();
     Q_EMIT changed();
 }

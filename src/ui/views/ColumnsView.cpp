@@ -1,11 +1,13 @@
 #include "ui/views/ColumnsView.h"
 
+#include "ui/theme/Theme.h"
 #include "ui/views/FolderColumnModel.h"
 #include "ui/views/RowDelegate.h"
 #include "ui/views/ViewInput.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 namespace orwick {
@@ -51,6 +53,18 @@ protected:
     }
     void mousePressEvent(QMouseEvent* event) override { pressOnView(this, *m_model->pane(), event); }
     void mouseDoubleClickEvent(QMouseEvent* event) override { doubleClickOnView(this, *m_model->pane(), event); }
+    // The other views give way to the pane's message; here the enclosing columns stay, so the
+    // pane's own column says why it is empty ("Nothing matches …", "This folder is empty").
+    void paintEvent(QPaintEvent* event) override
+    {
+        QListView::paintEvent(event);
+        const PaneState& pane = *m_model->pane();
+        if (pane.isLoading() || m_model->rowCount() > 0)
+            return;
+        QPainter painter(viewport());
+        painter.setPen(theme::dimText());
+        painter.drawText(viewport()->rect().adjusted(12, 0, -12, 0), Qt::AlignCenter | Qt::TextWordWrap, pane.emptyText());
+    }
 
 private:
     FileListModel* m_model;

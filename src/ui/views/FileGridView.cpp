@@ -6,6 +6,7 @@
 #include "ui/views/ViewInput.h"
 
 #include <QKeyEvent>
+#include <cmath>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyledItemDelegate>
@@ -100,9 +101,9 @@ FileGridView::FileGridView(FileListModel* model, QWidget* parent) : QListView(pa
     setWordWrap(true);
     setItemDelegate(new TileDelegate(this, m_thumbnails));
     setContextMenuPolicy(Qt::CustomContextMenu);
-    setTileSize(kDefaultTile);
-
     PaneState* pane = model->pane();
+    followTileSize();
+    connect(pane, &PaneState::iconSizeChanged, this, &FileGridView::followTileSize);
     connect(pane, &PaneState::selectionChanged, this, &FileGridView::followSelection);
     connect(pane, &PaneState::itemsChanged, this, &FileGridView::followSelection);
     connect(m_thumbnails, &Thumbnails::ready, this, [this, pane](const FilePath& url) {
@@ -112,9 +113,9 @@ FileGridView::FileGridView(FileListModel* model, QWidget* parent) : QListView(pa
     });
 }
 
-void FileGridView::setTileSize(int edge)
+void FileGridView::followTileSize()
 {
-    m_tileSize = std::clamp(edge, kMinTile, kMaxTile);
+    m_tileSize = int(std::lround(m_model->pane()->iconSize()));
     QStyleOptionViewItem option;
     option.initFrom(this);
     const QSize tile = itemDelegate()->sizeHint(option, {});
@@ -138,15 +139,6 @@ void FileGridView::followSelection()
 
 void FileGridView::keyPressEvent(QKeyEvent* event)
 {
-    const bool ctrlOnly = (event->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier)) == Qt::ControlModifier;
-    if (ctrlOnly && (event->key() == Qt::Key_Equal || event->key() == Qt::Key_Plus)) {
-        setTileSize(m_tileSize + 16);
-        return;
-    }
-    if (ctrlOnly && (event->key() == Qt::Key_Minus || event->key() == Qt::Key_Underscore)) {
-        setTileSize(m_tileSize - 16);
-        return;
-    }
     PaneKeyContext context;
     context.horizontalMoves = true;
     context.pageRows = std::max(1, viewport()->height() / std::max(1, gridSize().height())) * std::max(1, m_model->pane()->gridColumns());

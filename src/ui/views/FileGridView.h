@@ -1,7 +1,8 @@
 #pragma once
 // The grid view: one tile per arranged item, an icon or a picture's thumbnail over its name.
 // Tiles flow left to right; the view tells the pane how many fit in a row (gridColumns) so that
-// Up and Down move a whole row, Left and Right one tile. Ctrl+= and Ctrl+- change the tile size.
+// Up and Down move a whole row, Left and Right one tile. The tile size is the pane's iconSize
+// (the Bigger Icons and Smaller Icons commands change it).
 // Thumbnails are made in the background and drawn when they arrive; scrolling never waits.
 
 #include "ui/views/FileListModel.h"
@@ -18,10 +19,6 @@ public:
     FileGridView(FileListModel* model, QWidget* parent = nullptr);
 
     int tileSize() const { return m_tileSize; }
-    void setTileSize(int edge);
-    static constexpr int kMinTile = 64;
-    static constexpr int kMaxTile = 256;
-    static constexpr int kDefaultTile = 112;
 
     void followSelection();
 
@@ -33,11 +30,12 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void followTileSize();
     void updateColumns();
 
     FileListModel* m_model;
     Thumbnails* m_thumbnails;
-    int m_tileSize = kDefaultTile;
+    int m_tileSize = 0;
     bool m_vimPendingG = false;
 };
 

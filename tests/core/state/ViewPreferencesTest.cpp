@@ -1,5 +1,6 @@
 #include "app/Settings.h"
 #include "platform/XdgPaths.h"
+#include "state/PaneState.h"
 #include "state/ViewPreferences.h"
 
 #include <QDir>
@@ -54,16 +55,34 @@ TEST(ViewPreferences, RememberedBeatsMediaBeatsDefaultAndPersists)
 
 TEST(ViewPreferences, ADamagedSettingsFileGivesDefaults)
 {
-    resetSettings("\x01\xff[[[General\ndefaultViewMode=sideways\ngridForMedia=perhaps\nfolderViewModes=@Variant(garbage\n");
+    resetSettings("\x01\xff[[[General\ndefaultViewMode=sideways\ngridForMedia=perhaps\nfolderViewModes=@Variant(garbage\n"
+                  "iconSize=huge\n");
     ViewPreferences preferences;
     EXPECT_EQ(preferences.defaultViewMode(), ViewMode::list);
     EXPECT_TRUE(preferences.gridForMedia());
     EXPECT_FALSE(preferences.vimKeys());
     EXPECT_TRUE(preferences.folderViewModes().isEmpty());
+    EXPECT_EQ(preferences.iconSize(), ViewPreferences::kDefaultIconSize);
+    resetSettings("[General]\niconSize=100000\n");
+    EXPECT_EQ(ViewPreferences().iconSize(), ViewPreferences::kDefaultIconSize);
 }
 
 TEST(ViewPreferences, FallsBackToTheOlderViewModeKey)
 {
     resetSettings("[General]\nviewMode=columns\n");
     EXPECT_EQ(ViewPreferences().defaultViewMode(), ViewMode::columns);
+}
+
+// Zooming a pane's grid is kept for the next pane and the next start, within the range.
+TEST(ViewPreferences, TheGridTileSizeChosenInAPaneIsKept)
+{
+    resetSettings({});
+    ViewPreferences preferences;
+    PaneState pane(FilePath::fromNative("/"), &preferences);
+    pane.zoomIcons(2);
+    EXPECT_GT(pane.iconSize(), ViewPreferences::kDefaultIconSize);
+    EXPECT_EQ(ViewPreferences().iconSize(), pane.iconSize());
+    EXPECT_EQ(PaneState(FilePath::fromNative("/"), &preferences).iconSize(), pane.iconSize());
+    pane.zoomIcons(-50);
+    EXPECT_EQ(ViewPreferences().iconSize(), ViewPreferences::kMinIconSize);
 }
