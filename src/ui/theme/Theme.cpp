@@ -56,6 +56,9 @@ QColor separator()
 }
 
 QColor warning() { return QColor(0xf0, 0x8c, 0x1a); }
+QColor positive() { return QColor::fromRgbF(0.30f, 0.72f, 0.42f); }
+QColor negative() { return QColor::fromRgbF(0.92f, 0.40f, 0.40f); }
+QColor informative() { return QColor::fromRgbF(0.30f, 0.56f, 0.95f); }
 QColor toastBackground() { return isDark() ? QColor(0xee, 0xee, 0xee) : QColor(0x2b, 0x2d, 0x31); }
 QColor toastText() { return isDark() ? QColor(0x1b, 0x1b, 0x1b) : QColor(0xf4, 0xf4, 0xf4); }
 

@@ -16,6 +16,9 @@ QColor selection();   // selected rows' background
 QColor cursorRing();  // the keyboard caret's outline
 QColor separator();
 QColor warning();     // orange: "has changes" dots, cautions
+QColor positive();    // green: added and untracked files
+QColor negative();    // red: deleted and conflicted files, failures
+QColor informative(); // blue: renamed files
 QColor toastBackground();
 QColor toastText();
 bool isDark();

@@ -33,14 +33,13 @@ std::optional<int> markOf(const QModelIndex& index)
 
 QColor gitMarkColor(Change change)
 {
-    static const QColor red = QColor::fromRgbF(0.92f, 0.4f, 0.4f);
     switch (change) {
     case Change::modified: return theme::warning();
     case Change::added:
-    case Change::untracked: return QColor::fromRgbF(0.30f, 0.72f, 0.42f);
+    case Change::untracked: return theme::positive();
     case Change::deleted:
-    case Change::conflicted: return red;
-    case Change::renamed: return QColor::fromRgbF(0.30f, 0.56f, 0.95f);
+    case Change::conflicted: return theme::negative();
+    case Change::renamed: return theme::informative();
     }
     return theme::dimText();
 }
