@@ -44,7 +44,6 @@ const char* kNoCloud = "No cloud storage provider on Linux";
 const char* kNoCounterpart = "Not available on Linux yet";
 const char* kNotYet = "Not built yet";
 const char* kFileOps = "Comes with file operations";
-const char* kDiskTools = "Comes with the disk tools";
 
 QList<AppCommand> buildFixed()
 {
@@ -163,7 +162,9 @@ QList<AppCommand> buildFixed()
         make("smallerIcons", "Smaller Icons", "minus.magnifyingglass", keys(C | Qt::Key_Minus), "zoom grid thumbnails",
              [](WindowState& w) { w.activePane()->zoomIcons(-1); }, [](const WindowState& w) { return w.activePane()->isTiled(); }),
         later("newTerminal", "New Terminal", "plus.rectangle", keys(C | S | Qt::Key_J), "shell console tab another", kNotYet),
-        later("folderSizes", "Calculate Folder Sizes", "internaldrive", none(), "size folders disk usage", kDiskTools),
+        make("folderSizes", "Calculate Folder Sizes", "internaldrive", none(), "size folders disk usage",
+             [](WindowState& w) { w.activePane()->measureFolderSizes(); },
+             [](const WindowState& w) { return w.activePane()->canMeasureFolderSizes(); }),
         make("groupByDate", "Group by Date", "calendar", keys(C | M | Qt::Key_G), "recent today sections",
              [](WindowState& w) { w.activePane()->setGroupByDate(!w.activePane()->groupByDate()); }),
         make("reload", "Reload", "arrow.clockwise", keys(C | Qt::Key_R), "refresh", [](WindowState& w) { w.activePane()->reload(); }),

@@ -98,6 +98,8 @@ void FileOperations::finish(quint64 id, JobOutput output)
         Q_EMIT announced({output.toast, output.icon, request.undo != nullptr, false});
     if (request.created && !output.made.isEmpty())
         request.created(output.made);
+    if (request.finished)
+        request.finished(output.done);
     if (request.after)
         request.after();
     Q_EMIT operationFinished();
@@ -244,9 +246,11 @@ void FileOperations::duplicate(const QList<FilePath>& items, QUndoStack* undo)
     run(std::move(request));
 }
 
-void FileOperations::trash(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo, bool announce)
+void FileOperations::trash(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo, bool announce,
+                           Finished finished)
 {
     JobRequest request;
+    request.finished = std::move(finished);
     request.title = QStringLiteral("Moving ") + itemCount(items.size()) + QStringLiteral(" to the Trash");
     request.actionName = actionName;
     request.undo = undo;
@@ -263,6 +267,7 @@ void FileOperations::trash(const QList<FilePath>& items, const QString& actionNa
         }
         output.toast = QStringLiteral("Moved ") + countOrName(done) + QStringLiteral(" to the Trash");
         output.icon = QStringLiteral("trash");
+        output.done = done;
     };
     run(std::move(request));
 }

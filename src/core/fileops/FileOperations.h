@@ -40,6 +40,8 @@ public:
     // Shows the question and calls the answer once, now or later, on the interface thread.
     using ConflictResolver = std::function<void(const ConflictQuestion&, ConflictAnswer)>;
     using Created = std::function<void(const FilePath&)>;
+    // Called once a job's results were applied, with the items it acted on in full.
+    using Finished = std::function<void(const QList<FilePath>& done)>;
 
     explicit FileOperations(QObject* parent = nullptr);
     ~FileOperations() override;
@@ -61,7 +63,9 @@ public:
     void copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
               const QList<FilePath>& replacing = {});
     void duplicate(const QList<FilePath>& items, QUndoStack* undo);
-    void trash(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo, bool announce = true);
+    // `finished` gets the items that went to the Trash; the others are still where they were.
+    void trash(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo, bool announce = true,
+               Finished finished = {});
     // Items lying in the Trash go back where they came from (the trash log, else their .trashinfo).
     void putBack(const QList<FilePath>& itemsInTrash, QUndoStack* undo);
     void rename(const FilePath& item, const QByteArray& newName, QUndoStack* undo);
@@ -98,6 +102,7 @@ public:
         QString toast;       // empty: no toast
         QString icon;
         FilePath made;       // the item made, for `Created` callbacks
+        QList<FilePath> done; // the items acted on in full, for `Finished` callbacks
     };
     using Work = std::function<void(ChangeRunner&, JobOutput&)>;
 
@@ -108,6 +113,7 @@ private:
         QPointer<QUndoStack> undo;
         Work work;
         Created created;
+        Finished finished;
         bool announce = true;
         QThreadPool* pool = nullptr;
         std::function<void()> after; // runs last, after the results were applied

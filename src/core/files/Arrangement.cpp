@@ -172,8 +172,15 @@ std::optional<Arrangement> arrange(const ArrangeInput& input, const CancelFlag* 
             sortByProperty(rows, input, *prepared);
         } else {
             const std::vector<qint64>* keys = input.sortKey == SortKey::modified ? &prepared->modified : &prepared->size;
+            const QHash<FilePath, qint64>* folderSizes =
+                input.sortKey == SortKey::size && input.folderSizes && !input.folderSizes->isEmpty() ? input.folderSizes.get() : nullptr;
             if (input.sortKey == SortKey::kind)
                 sortByKey(rows, input.ascending, [&](int r) { return qint64(prepared->kindRank[size_t(r)]); });
+            else if (folderSizes)
+                sortByKey(rows, input.ascending, [&](int r) {
+                    const qint64 own = prepared->size[size_t(r)];
+                    return own >= 0 || !prepared->isFolder[size_t(r)] ? own : folderSizes->value(items[qsizetype(r)].url, -1);
+                });
             else
                 sortByKey(rows, input.ascending, [&](int r) { return (*keys)[size_t(r)]; });
         }

@@ -74,6 +74,9 @@ struct ArrangeInput {
     // shown item, on the arranging thread). Items with a value come first in both directions.
     std::optional<QString> propertySort;
     std::function<std::optional<SortValue>(const FilePath&)> propertyValue;
+    // Measured sizes of folders by path ("Calculate Folder Sizes"): sorting by size uses them
+    // for folders, which otherwise have no size.
+    std::shared_ptr<const QHash<FilePath, qint64>> folderSizes;
     Timestamp now = 0;                // "today" for the day headings, in ms since the epoch
 };
 

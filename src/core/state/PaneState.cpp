@@ -12,9 +12,19 @@ namespace orwick {
 
 PaneState::PaneState(const FilePath& folder, ViewPreferences* preferences, QObject* parent)
     : QObject(parent), m_preferences(preferences), m_viewMode(preferences ? preferences->defaultViewMode() : ViewMode::list),
-      m_iconSize(preferences ? preferences->iconSize() : ViewPreferences::kDefaultIconSize)
+      m_iconSize(preferences ? preferences->iconSize() : ViewPreferences::kDefaultIconSize),
+      m_folderSizes(new FolderSizes(this))
 {
     m_clock.start();
+    // Measured folder sizes last until the folder is left; a sort by size takes each batch in.
+    connect(this, &PaneState::locationChanged, this, [this] {
+        if (m_listing || m_folderSizes->folder() != m_url)
+            m_folderSizes->clear();
+    });
+    connect(m_folderSizes, &FolderSizes::changed, this, [this] {
+        if (m_sortKey == SortKey::size && !m_folderSizes->isEmpty())
+            rearrange();
+    });
     m_reloadTimer.setSingleShot(true);
     connect(&m_reloadTimer, &QTimer::timeout, this, [this] { load({}); });
     showFolder(folder, {});
@@ -294,9 +304,21 @@ ArrangeInput PaneState::arrangeInput() const
     input.ignored = m_ignored;
     input.folder = m_url;
     input.now = QDateTime::currentMSecsSinceEpoch();
+    input.folderSizes = m_folderSizes->snapshot();
     if (m_propertySource)
         m_propertySource(input);
     return input;
+}
+
+void PaneState::measureFolderSizes()
+{
+    if (!canMeasureFolderSizes())
+        return;
+    QList<FilePath> folders;
+    for (const FileItem& item : m_items)
+        if ((item.isFolder || item.isPackage) && !item.isSymlink())
+            folders.append(item.url);
+    m_folderSizes->measure(m_url, folders);
 }
 
 void PaneState::rearrange()

@@ -9,6 +9,7 @@
 // selectionChanged() follows any change of selection, cursor or anchor.
 
 #include "async/Background.h"
+#include "disktools/FolderSizes.h"
 #include "files/Arrangement.h"
 #include "files/Listing.h"
 #include "state/ViewPreferences.h"
@@ -120,6 +121,12 @@ public:
     void setPropertySource(PropertySource source);
     void propertiesChanged() { rearrange(); }
 
+    // "Calculate Folder Sizes": measures every folder row of the shown folder in the background;
+    // the sizes stay until the pane leaves the folder, and sorting by size uses them.
+    bool canMeasureFolderSizes() const { return !m_listing && !m_url.isEmpty(); }
+    void measureFolderSizes();
+    FolderSizes* folderSizes() const { return m_folderSizes; }
+
     // After a create, paste or move: select these once they show up in a load.
     void setPendingSelection(const QSet<FilePath>& urls) { m_pendingSelection = urls; }
     void setPendingRename(const FilePath& url) { m_pendingRename = url; }
@@ -199,6 +206,7 @@ private:
     TaskSlot m_arrangeTask;
     qint64 m_lastLoadTime = 0;
     DirectoryWatcher* m_watcher = nullptr;
+    FolderSizes* m_folderSizes;
     QTimer m_reloadTimer;
     bool m_changedDuringLoad = false;
 };

@@ -17,6 +17,7 @@ CleanUpPanel::CleanUpPanel(PaneState* pane, QWidget* window)
     : PanelSheet(QStringLiteral("Clean Up Build Folders"), pane->url().abbreviated(), window), m_folder(pane->url())
 {
     m_trash = new QPushButton(QStringLiteral("Move to Trash"), this);
+    m_trash->setToolTip(QStringLiteral("Move the ticked folders to the Trash (Ctrl+Z puts them back)"));
     connect(m_trash, &QPushButton::clicked, this, &CleanUpPanel::trashTicked);
     tools()->addWidget(m_trash);
 
@@ -128,11 +129,14 @@ void CleanUpPanel::trashTicked()
     for (const Row& row : m_rows)
         if (row.ticked)
             ticked.append(row.found.url);
-    if (ticked.isEmpty() || !isTrashAvailable())
+    if (ticked.isEmpty() || m_trashing)
         return;
+    m_trashing = true;
+    updateFooter();
     trashForPanel(window(), ticked, QStringLiteral("Clean Up Build Folders"), [self = QPointer(this)](const std::vector<FilePath>& moved) {
         if (!self)
             return;
+        self->m_trashing = false;
         std::erase_if(self->m_rows, [&](const Row& row) {
             return std::find(moved.begin(), moved.end(), row.found.url) != moved.end();
         });
@@ -155,9 +159,7 @@ void CleanUpPanel::updateFooter()
                                            .arg(ticked)
                                            .arg(m_rows.size())
                                            .arg(byteCountText(bytes), m_isScanning ? QStringLiteral(" so far") : QString()));
-    m_trash->setEnabled(ticked > 0 && isTrashAvailable());
-    m_trash->setToolTip(isTrashAvailable() ? QStringLiteral("Move the ticked folders to the Trash (Ctrl+Z puts them back)")
-                                           : trashPendingNote());
+    m_trash->setEnabled(ticked > 0 && !m_trashing);
 }
 
 } // namespace orwick

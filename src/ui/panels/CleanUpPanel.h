@@ -30,6 +30,7 @@ public:
     };
     const std::vector<Row>& rows() const { return m_rows; }
     bool isScanning() const { return m_isScanning; }
+    bool isTrashing() const { return m_trashing; }
     void trashTicked();
 
 protected:
@@ -46,6 +47,7 @@ private:
     std::vector<Row> m_rows;
     bool m_isScanning = false;
     bool m_filling = false;
+    bool m_trashing = false; // a Trash step is under way
     QPushButton* m_trash;
     QStackedWidget* m_stack;
     QLabel* m_placeholder;

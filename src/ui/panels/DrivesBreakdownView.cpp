@@ -57,7 +57,13 @@ DrivesBreakdownView::DrivesBreakdownView(QWidget* parent) : QWidget(parent)
     showRows();
 }
 
-DrivesBreakdownView::~DrivesBreakdownView() { m_task.cancel(); }
+DrivesBreakdownView::~DrivesBreakdownView() { stop(); }
+
+void DrivesBreakdownView::stop()
+{
+    m_task.cancel();
+    m_measure->setEnabled(true);
+}
 
 void DrivesBreakdownView::measure()
 {

@@ -3,7 +3,8 @@
 // total space (an eject button for removable ones) and, for the drive holding the home folder,
 // rows for the places that fill a home plus the remainder line. "Show What's Using Space"
 // measures the rows in the background and saves the result under "spaceBreakdown"; the saved
-// result shows again when the view opens. Destroying the view cancels a running measurement.
+// result shows again when the view opens. stop(), or destroying the view, cancels a running
+// measurement.
 
 #include "async/Background.h"
 #include "disktools/SpaceBreakdown.h"
@@ -23,6 +24,8 @@ public:
     ~DrivesBreakdownView() override;
 
     void measure();
+    void stop();
+    bool isMeasuring() const { return m_task.isRunning(); }
 
 Q_SIGNALS:
     void mapHomeRequested();

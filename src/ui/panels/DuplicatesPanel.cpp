@@ -48,6 +48,7 @@ DuplicatesPanel::DuplicatesPanel(PaneState* pane, QWidget* window)
     m_tick->setToolTip(QStringLiteral("Every copy but one in each group shown: the oldest, or the one not named like a copy"));
     connect(m_tick, &QPushButton::clicked, this, &DuplicatesPanel::tickExtraCopies);
     m_remove = new QPushButton(QStringLiteral("Remove Duplicates"), this);
+    m_remove->setToolTip(QStringLiteral("Move the ticked files to the Trash (Ctrl+Z puts them back)"));
     connect(m_remove, &QPushButton::clicked, this, &DuplicatesPanel::trashChosen);
     tools()->addWidget(m_sizes);
     tools()->addWidget(m_tick);
@@ -208,13 +209,15 @@ void DuplicatesPanel::tickExtraCopies()
 void DuplicatesPanel::trashChosen()
 {
     const std::vector<FilePath> chosen = m_choice.toTrash();
-    if (chosen.empty() || !isTrashAvailable())
+    if (chosen.empty() || m_trashing)
         return;
+    m_trashing = true;
     m_remove->setEnabled(false);
     trashForPanel(window(), QList<FilePath>(chosen.begin(), chosen.end()), QStringLiteral("Remove Duplicates"),
                   [self = QPointer(this)](const std::vector<FilePath>& moved) {
                       if (!self)
                           return;
+                      self->m_trashing = false;
                       self->m_choice.removeMoved(moved);
                       self->showResult();
                   });
@@ -228,9 +231,7 @@ void DuplicatesPanel::updateFooter()
         text += QStringLiteral(" · %1 ticked (%2)").arg(ticked).arg(byteCountText(m_choice.chosenBytes()));
     setFooter(text);
     m_tick->setEnabled(m_scanned && !m_choice.groups().empty());
-    m_remove->setEnabled(ticked > 0 && isTrashAvailable());
-    m_remove->setToolTip(isTrashAvailable() ? QStringLiteral("Move the ticked files to the Trash (Ctrl+Z puts them back)")
-                                            : trashPendingNote());
+    m_remove->setEnabled(ticked > 0 && !m_trashing);
 }
 
 void DuplicatesPanel::showInFolder(const FilePath& file)

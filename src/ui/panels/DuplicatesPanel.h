@@ -31,6 +31,7 @@ public:
 
     const FilePath& folder() const { return m_folder; }
     bool isSearching() const { return !m_scanned; }
+    bool isTrashing() const { return m_trashing; }
     const DuplicatesChoice& choice() const { return m_choice; }
 
     void find();
@@ -56,6 +57,7 @@ private:
     bool m_scanned = false;
     DuplicatesChoice m_choice;
     bool m_filling = false;
+    bool m_trashing = false; // a Trash step is under way
 
     QComboBox* m_sizes;
     QPushButton* m_tick;

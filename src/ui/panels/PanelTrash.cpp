@@ -1,21 +1,19 @@
 #include "ui/panels/PanelTrash.h"
 
+#include "fileops/FileOperations.h"
+#include "ui/window/MainWindow.h"
+
 namespace orwick {
-
-bool isTrashAvailable() { return false; }
-
-QString trashPendingNote() { return QStringLiteral("Moving to the Trash isn't available in this build yet."); }
 
 void trashForPanel(QWidget* window, const QList<FilePath>& items, const QString& actionName,
                    std::function<void(const std::vector<FilePath>& moved)> done)
 {
-    // PENDING (file operations engine): FileOperations::shared().trash(items, actionName,
-    // mainWindow->state()->undoStack()), then, after its operationFinished(), report the items
-    // that no longer exist where they were as moved. Nothing is moved until then.
-    Q_UNUSED(window);
-    Q_UNUSED(items);
-    Q_UNUSED(actionName);
-    done({});
+    auto* main = qobject_cast<MainWindow*>(window);
+    QUndoStack* undo = main ? main->state()->undoStack() : nullptr;
+    FileOperations::shared().trash(items, actionName, undo, true, [done = std::move(done)](const QList<FilePath>& moved) {
+        if (done)
+            done(std::vector<FilePath>(moved.begin(), moved.end()));
+    });
 }
 
 } // namespace orwick

@@ -65,6 +65,8 @@ SpacePanel::~SpacePanel() { stopWork(); }
 void SpacePanel::stopWork()
 {
     m_task.cancel();
+    if (m_drives)
+        m_drives->stop();
     m_ticker->stop();
 }
 
@@ -140,29 +142,36 @@ void SpacePanel::offerMenu(SpaceNode* node, const QPoint& at)
 {
     QMenu menu(this);
     QAction* trash = menu.addAction(QStringLiteral("Move to Trash (Ctrl+Z puts it back)"));
-    trash->setEnabled(isTrashAvailable());
-    if (!isTrashAvailable())
-        trash->setToolTip(trashPendingNote());
-    menu.setToolTipsVisible(true);
+    trash->setEnabled(!m_trashing);
     menu.addAction(QStringLiteral("Show in Its Folder"), this, [this, node] {
         m_pane->reveal({node->url()});
         closeSheet();
     });
-    if (menu.exec(at) != trash)
+    if (menu.exec(at) == trash)
+        trashNode(node);
+}
+
+void SpacePanel::trashNode(SpaceNode* node)
+{
+    if (!node || !node->parent || m_trashing)
         return;
-    const FilePath url = node->url();
-    trashForPanel(window(), {url}, QStringLiteral("Move to Trash"), [self = QPointer(this), url](const std::vector<FilePath>& moved) {
-        if (!self || moved.empty() || !self->m_current)
-            return;
-        // The node may have gone with a rescan meanwhile: find it again by its place.
-        for (const auto& child : self->m_current->children) {
-            if (child->url() == url) {
-                self->m_current->remove(child.get());
-                break;
-            }
-        }
-        self->showCurrent();
-    });
+    m_trashing = true;
+    trashForPanel(window(), {node->url()}, QStringLiteral("Move to Trash"),
+                  [self = QPointer(this), root = m_root.get(), node](const std::vector<FilePath>& moved) {
+                      if (!self)
+                          return;
+                      self->m_trashing = false;
+                      // A new scan meanwhile has the change already; the old tree is gone.
+                      if (moved.empty() || self->m_root.get() != root)
+                          return;
+                      // Nodes leave only here, one step at a time, so `node` is still in the tree.
+                      for (const SpaceNode* at = self->m_current; at; at = at->parent)
+                          if (at == node)
+                              self->m_current = node->parent;
+                      node->parent->remove(node);
+                      ++self->m_revision;
+                      self->showCurrent();
+                  });
 }
 
 void SpacePanel::showDrives(bool drives)

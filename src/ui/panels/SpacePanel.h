@@ -33,6 +33,10 @@ public:
     const SpaceNode* current() const { return m_current; }
     void goIn(SpaceNode* node);
     void goOut();
+    // Moves a block's file or folder to the Trash (one undo step); the map loses it when it went.
+    void trashNode(SpaceNode* node);
+    bool isTrashing() const { return m_trashing; }
+    int revision() const { return m_revision; } // bumped after every change of the tree
 
 protected:
     void stopWork() override;
@@ -51,6 +55,8 @@ private:
     std::shared_ptr<SpaceScan::Shared> m_shared;
     std::unique_ptr<SpaceNode> m_root;
     SpaceNode* m_current = nullptr;
+    int m_revision = 0;
+    bool m_trashing = false;
 
     QPushButton* m_drivesButton;
     QStackedWidget* m_stack;

@@ -15,6 +15,11 @@ FileListModel::FileListModel(PaneState* pane, QObject* parent) : QAbstractTableM
         m_now = QDateTime::currentMSecsSinceEpoch();
         endResetModel();
     });
+    // Measured folder sizes fill the size column as they come in.
+    connect(pane->folderSizes(), &FolderSizes::changed, this, [this] {
+        if (rowCount() > 0)
+            Q_EMIT dataChanged(index(0, SizeColumn), index(rowCount() - 1, SizeColumn), {Qt::DisplayRole});
+    });
     connect(pane, &PaneState::arrangementOptionsChanged, this, [this] { Q_EMIT headerDataChanged(Qt::Horizontal, 0, ColumnCount - 1); });
 }
 
@@ -45,7 +50,7 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const
         switch (index.column()) {
         case NameColumn: return item->name;
         case ModifiedColumn: return formatDate(item->modified, m_now);
-        case SizeColumn: return item->size ? formatByteCount(*item->size) : QStringLiteral("—");
+        case SizeColumn: return sizeText(*item);
         case KindColumn: return item->kind;
         }
         break;
@@ -79,6 +84,17 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const
     }
     }
     return {};
+}
+
+QString FileListModel::sizeText(const FileItem& item) const
+{
+    if (item.size)
+        return formatByteCount(*item.size);
+    if (const std::optional<qint64> measured = m_pane->folderSizes()->size(item.url))
+        return formatByteCount(*measured);
+    if (m_pane->folderSizes()->isPending(item.url))
+        return QStringLiteral("Calculating…");
+    return QStringLiteral("—");
 }
 
 QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const

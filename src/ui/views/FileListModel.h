@@ -38,6 +38,7 @@ public:
     void refreshDecorations();
 
 private:
+    QString sizeText(const FileItem& item) const; // a file's size, a measured folder's, or "—"
     QPointer<PaneState> m_pane;
     QList<Decorator> m_decorators;
     Timestamp m_now = 0;

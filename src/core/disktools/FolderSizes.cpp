@@ -1,0 +1,90 @@
+#include "disktools/FolderSizes.h"
+
+#include "disktools/SpaceScan.h"
+
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QThreadPool>
+
+namespace orwick {
+
+namespace {
+constexpr qint64 kBatchMs = 100;
+} // namespace
+
+FolderSizes::FolderSizes(QObject* parent) : QObject(parent) {}
+
+std::optional<qint64> FolderSizes::size(const FilePath& url) const
+{
+    const auto found = m_sizes->constFind(url);
+    return found == m_sizes->constEnd() ? std::nullopt : std::optional<qint64>(*found);
+}
+
+void FolderSizes::clear()
+{
+    m_task.cancel();
+    ++m_generation;
+    const bool hadAny = !isEmpty();
+    m_folder = {};
+    m_sizes = std::make_shared<const Sizes>();
+    m_pending.clear();
+    if (hadAny)
+        Q_EMIT changed();
+}
+
+void FolderSizes::measure(const FilePath& folder, const QList<FilePath>& subfolders)
+{
+    if (folder != m_folder)
+        clear();
+    const TaskSlot::Ticket ticket = m_task.start();
+    const quint64 generation = ++m_generation;
+    m_folder = folder;
+    m_pending = QSet<FilePath>(subfolders.begin(), subfolders.end());
+    Q_EMIT changed();
+
+    QPointer<FolderSizes> guard(this);
+    // Batches are posted as they fill; the last one says the walk is over.
+    QThreadPool::globalInstance()->start([guard, generation, subfolders, token = ticket.token] {
+        std::vector<std::pair<FilePath, qint64>> batch;
+        QElapsedTimer sinceSent;
+        sinceSent.start();
+        auto send = [&](bool last) {
+            QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, generation, batch = std::move(batch), last] {
+                if (guard)
+                    guard->apply(generation, batch, last);
+            }, Qt::QueuedConnection);
+            batch = {};
+            sinceSent.restart();
+        };
+        for (const FilePath& sub : subfolders) {
+            const std::optional<qint64> bytes = SpaceScan::measure(sub, *token);
+            if (!bytes)
+                return; // cancelled: nothing more is wanted
+            batch.emplace_back(sub, *bytes);
+            if (sinceSent.elapsed() >= kBatchMs)
+                send(false);
+        }
+        send(true);
+    });
+}
+
+void FolderSizes::apply(quint64 generation, const std::vector<std::pair<FilePath, qint64>>& batch, bool last)
+{
+    if (generation != m_generation)
+        return; // cleared or started again meanwhile
+    Sizes sizes = *m_sizes;
+    for (const auto& [url, bytes] : batch) {
+        sizes.insert(url, bytes);
+        m_pending.remove(url);
+    }
+    m_sizes = std::make_shared<const Sizes>(std::move(sizes));
+    if (last) {
+        m_pending.clear();
+        m_task.cancel(); // done: nothing is running any more
+    }
+    Q_EMIT changed();
+    if (last)
+        Q_EMIT finished();
+}
+
+} // namespace orwick
