@@ -103,6 +103,8 @@ TEST_F(DiskToolTrashTest, TickedDuplicatesGoInOneUndoableStepAndComeBack)
     for (const FilePath& back : {aCopy, aTwo, bNew})
         EXPECT_EQ(test::readAll(back).size(), back == bNew ? b.size() : a.size()) << back.text().toStdString();
     EXPECT_EQ(trashCount(), trashedBefore);
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    EXPECT_EQ(panel->choice().groups().size(), 2u) << "after the undo the panel looks again and finds them";
 }
 
 TEST_F(DiskToolTrashTest, DuplicatesThatCouldNotGoStayInTheirGroup)
@@ -160,6 +162,30 @@ TEST_F(DiskToolTrashTest, TreemapBlockGoesAndTheMapLosesIt)
     undo()->undo();
     settle();
     EXPECT_EQ(test::readAll(big).size(), 3000000);
+    ASSERT_TRUE(waitUntil([&] { return panel->root() && panel->root()->size == sizeBefore; }))
+        << "after the undo the panel measures again";
+}
+
+TEST_F(DiskToolTrashTest, AfterAnUndoTheMapStaysInTheFolderItShowed)
+{
+    const FilePath large = tree.file("a/b/large", QByteArray(2000000, 'l'));
+    tree.file("a/b/other", QByteArray(1500000, 'o'));
+    open();
+    DiskToolKeys::openSpace(window.get(), pane());
+    auto* panel = window->findChild<SpacePanel*>();
+    ASSERT_TRUE(waitUntil([&] { return panel->current() != nullptr; }));
+    panel->goIn(panel->root()->children.front().get());
+    panel->goIn(const_cast<SpaceNode*>(panel->current())->children.front().get());
+    ASSERT_EQ(panel->current()->url(), large.parent());
+    ASSERT_EQ(panel->current()->children.front()->url(), large);
+    panel->trashNode(panel->current()->children.front().get());
+    ASSERT_TRUE(waitUntil([&] { return !panel->isTrashing(); }, 20000));
+    EXPECT_EQ(panel->current()->children.size(), 1u);
+
+    undo()->undo();
+    settle();
+    ASSERT_TRUE(waitUntil([&] { return panel->current() && panel->current()->children.size() == 2; }));
+    EXPECT_EQ(panel->current()->url(), large.parent());
 }
 
 TEST_F(DiskToolTrashTest, TickedBuildFoldersGoInOneStepAndLeaveTheList)
@@ -192,6 +218,13 @@ TEST_F(DiskToolTrashTest, TickedBuildFoldersGoInOneStepAndLeaveTheList)
     settle();
     EXPECT_TRUE(test::exists(modules.child(QStringLiteral("x/index.js"))));
     EXPECT_TRUE(test::exists(cache.child(QStringLiteral("m.pyc"))));
+    EXPECT_TRUE(waitUntil([&] { return !panel->isScanning() && panel->rows().size() == 3; }))
+        << "after the undo the panel looks again";
+
+    undo()->redo();
+    settle();
+    EXPECT_FALSE(test::exists(modules));
+    EXPECT_TRUE(waitUntil([&] { return !panel->isScanning() && panel->rows().size() == 1; })) << "and after the redo";
 }
 
 } // namespace

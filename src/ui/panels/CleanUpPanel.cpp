@@ -133,15 +133,13 @@ void CleanUpPanel::trashTicked()
         return;
     m_trashing = true;
     updateFooter();
-    trashForPanel(window(), ticked, QStringLiteral("Clean Up Build Folders"), [self = QPointer(this)](const std::vector<FilePath>& moved) {
-        if (!self)
-            return;
-        self->m_trashing = false;
-        std::erase_if(self->m_rows, [&](const Row& row) {
+    trashForPanel(this, ticked, QStringLiteral("Clean Up Build Folders"), [this](const std::vector<FilePath>& moved) {
+        m_trashing = false;
+        std::erase_if(m_rows, [&](const Row& row) {
             return std::find(moved.begin(), moved.end(), row.found.url) != moved.end();
         });
-        self->fill();
-    });
+        fill();
+    }, [this] { search(); }); // undone or redone: look again
 }
 
 void CleanUpPanel::updateFooter()

@@ -100,6 +100,7 @@ void DuplicatesPanel::find()
 {
     const TaskSlot::Ticket ticket = m_task.start();
     m_scanned = false;
+    m_removedAny = false;
     m_choice = DuplicatesChoice();
     m_progress = std::make_shared<Duplicates::Progress>();
     m_tree->clear();
@@ -149,7 +150,8 @@ void DuplicatesPanel::showProgress()
 void DuplicatesPanel::showResult()
 {
     if (m_choice.groups().empty()) {
-        const bool sizeMayHide = m_minimumSize > 0 && m_choice.scan().files > 0;
+        // After a removal the groups are gone because of it, not because of the size.
+        const bool sizeMayHide = m_minimumSize > 0 && m_choice.scan().files > 0 && !m_removedAny;
         m_placeholder->setText(sizeMayHide ? QStringLiteral("No duplicates this big; try a smaller size")
                                            : QStringLiteral("No duplicates here"));
         m_stack->setCurrentWidget(m_placeholder);
@@ -213,14 +215,14 @@ void DuplicatesPanel::trashChosen()
         return;
     m_trashing = true;
     m_remove->setEnabled(false);
-    trashForPanel(window(), QList<FilePath>(chosen.begin(), chosen.end()), QStringLiteral("Remove Duplicates"),
-                  [self = QPointer(this)](const std::vector<FilePath>& moved) {
-                      if (!self)
-                          return;
-                      self->m_trashing = false;
-                      self->m_choice.removeMoved(moved);
-                      self->showResult();
-                  });
+    trashForPanel(this, QList<FilePath>(chosen.begin(), chosen.end()), QStringLiteral("Remove Duplicates"),
+                  [this](const std::vector<FilePath>& moved) {
+                      m_trashing = false;
+                      m_choice.removeMoved(moved);
+                      m_removedAny = m_removedAny || !moved.empty();
+                      showResult();
+                  },
+                  [this] { find(); }); // undone or redone: look again
 }
 
 void DuplicatesPanel::updateFooter()

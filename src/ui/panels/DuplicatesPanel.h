@@ -58,6 +58,7 @@ private:
     DuplicatesChoice m_choice;
     bool m_filling = false;
     bool m_trashing = false; // a Trash step is under way
+    bool m_removedAny = false; // files of this result went to the Trash
 
     QComboBox* m_sizes;
     QPushButton* m_tick;

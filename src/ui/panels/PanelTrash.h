@@ -4,6 +4,10 @@
 // as one step on the window's undo stack (so Ctrl+Z puts everything back), with the engine's
 // toast and its Undo button; then `done` gets the files that really left. Those it could not
 // move stay where they were, and in the panel; the engine reports why in its own words.
+//
+// A panel shows what it found before the step; when the step is later undone or redone, its
+// picture is out of date. `replayed` then runs (once the file operations are idle again, so the
+// files are where the step left them), for the panel to look again.
 
 #include "files/FilePath.h"
 
@@ -15,9 +19,10 @@ class QWidget;
 
 namespace orwick {
 
-// `window` is the MainWindow whose undo stack takes the step (none: the move can't be undone
-// from a window); `actionName` names the undo step. `done` runs on the interface thread.
-void trashForPanel(QWidget* window, const QList<FilePath>& items, const QString& actionName,
-                   std::function<void(const std::vector<FilePath>& moved)> done);
+// `panel` lies in the MainWindow whose undo stack takes the step (outside one the move can't be
+// undone); `actionName` names the step. The callbacks run on the interface thread while `panel`
+// lives.
+void trashForPanel(QWidget* panel, const QList<FilePath>& items, const QString& actionName,
+                   std::function<void(const std::vector<FilePath>& moved)> done, std::function<void()> replayed = {});
 
 } // namespace orwick

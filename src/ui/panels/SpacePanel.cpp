@@ -70,7 +70,7 @@ void SpacePanel::stopWork()
     m_ticker->stop();
 }
 
-void SpacePanel::scan(const FilePath& folder)
+void SpacePanel::scan(const FilePath& folder, const std::optional<FilePath>& showing)
 {
     const TaskSlot::Ticket ticket = m_task.start();
     m_folder = folder;
@@ -85,13 +85,25 @@ void SpacePanel::scan(const FilePath& folder)
     // The token rides along so the flag the shared record reads outlives the worker.
     runInBackground(this, [folder, shared = m_shared, token = ticket.token] {
         return SpaceScan::scan(folder, *shared);
-    }, [this, ticket](std::unique_ptr<SpaceNode> root) {
+    }, [this, ticket, showing](std::unique_ptr<SpaceNode> root) {
         if (!m_task.isCurrent(ticket) || !root)
             return;
         m_task.finish(ticket);
         m_ticker->stop();
         m_root = std::move(root);
         m_current = m_root.get();
+        // Back to the folder shown before, as far down as it still exists.
+        for (bool deeper = showing.has_value(); deeper;) {
+            deeper = false;
+            for (const auto& child : m_current->children) {
+                if (child->isFolder && child->url().contains(*showing)) {
+                    m_current = child.get();
+                    deeper = true;
+                    break;
+                }
+            }
+        }
+        ++m_revision;
         showCurrent();
     });
 }
@@ -156,22 +168,21 @@ void SpacePanel::trashNode(SpaceNode* node)
     if (!node || !node->parent || m_trashing)
         return;
     m_trashing = true;
-    trashForPanel(window(), {node->url()}, QStringLiteral("Move to Trash"),
-                  [self = QPointer(this), root = m_root.get(), node](const std::vector<FilePath>& moved) {
-                      if (!self)
-                          return;
-                      self->m_trashing = false;
+    trashForPanel(this, {node->url()}, QStringLiteral("Move to Trash"),
+                  [this, root = m_root.get(), node](const std::vector<FilePath>& moved) {
+                      m_trashing = false;
                       // A new scan meanwhile has the change already; the old tree is gone.
-                      if (moved.empty() || self->m_root.get() != root)
+                      if (moved.empty() || m_root.get() != root)
                           return;
                       // Nodes leave only here, one step at a time, so `node` is still in the tree.
-                      for (const SpaceNode* at = self->m_current; at; at = at->parent)
+                      for (const SpaceNode* at = m_current; at; at = at->parent)
                           if (at == node)
-                              self->m_current = node->parent;
+                              m_current = node->parent;
                       node->parent->remove(node);
-                      ++self->m_revision;
-                      self->showCurrent();
-                  });
+                      ++m_revision;
+                      showCurrent();
+                  },
+                  [this] { scan(m_folder, m_current ? std::optional(m_current->url()) : std::nullopt); });
 }
 
 void SpacePanel::showDrives(bool drives)

@@ -28,7 +28,8 @@ public:
     SpacePanel(PaneState* pane, QWidget* window);
     ~SpacePanel() override;
 
-    void scan(const FilePath& folder);
+    // Scans `folder` and shows it, or the folder `showing` below it when that is still there.
+    void scan(const FilePath& folder, const std::optional<FilePath>& showing = std::nullopt);
     const SpaceNode* root() const { return m_root.get(); }
     const SpaceNode* current() const { return m_current; }
     void goIn(SpaceNode* node);
