@@ -220,6 +220,8 @@ TEST_F(DiskToolTrashTest, TickedBuildFoldersGoInOneStepAndLeaveTheList)
     EXPECT_TRUE(test::exists(cache.child(QStringLiteral("m.pyc"))));
     EXPECT_TRUE(waitUntil([&] { return !panel->isScanning() && panel->rows().size() == 3; }))
         << "after the undo the panel looks again";
+    for (const auto& row : panel->rows())
+        EXPECT_EQ(row.ticked, row.found.url != venv) << "and keeps the ticks it had";
 
     undo()->redo();
     settle();

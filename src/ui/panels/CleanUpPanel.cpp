@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QSet>
 #include <QStackedWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -64,9 +65,16 @@ void CleanUpPanel::search()
         if (!m_task.isCurrent(ticket))
             return;
         m_task.finish(ticket);
+        // A folder found again (after an undo) keeps the tick the user gave it.
+        QSet<FilePath> unticked;
+        for (const Row& row : m_rows)
+            if (!row.ticked)
+                unticked.insert(row.found.url);
         m_rows.clear();
-        for (BuildJunk::Found& f : found)
-            m_rows.push_back({std::move(f), std::nullopt, true});
+        for (BuildJunk::Found& f : found) {
+            const bool ticked = !unticked.contains(f.url);
+            m_rows.push_back({std::move(f), std::nullopt, ticked});
+        }
         fill();
         measure();
     });
