@@ -1,7 +1,7 @@
 // The disk-tool panels in a real window over real temporary trees: each finds what its engine
 // finds, words its states in the footer, covers the content area, and closing stops its work.
 
-#include "state/WindowState.h"
+#include "DiskToolWindow.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 #include "ui/panels/CleanUpPanel.h"
@@ -44,23 +44,7 @@ void click(QWidget* widget, const QPointF& at)
     QCoreApplication::sendEvent(widget, &release);
 }
 
-class DiskToolPanelsTest : public ::testing::Test {
-protected:
-    void open()
-    {
-        state = std::make_unique<WindowState>(tree.root(), &preferences);
-        window = std::make_unique<MainWindow>(state.get());
-        window->show();
-    }
-    PaneState* pane() { return state->activePane(); }
-    template <class Panel>
-    Panel* shown() { return window->findChild<Panel*>(); }
-
-    TempTree tree;
-    ViewPreferences preferences;
-    std::unique_ptr<WindowState> state;
-    std::unique_ptr<MainWindow> window;
-};
+using DiskToolPanelsTest = test::DiskToolWindowTest;
 
 TEST_F(DiskToolPanelsTest, DuplicatesPanelListsGroupsAndTicksExtraCopies)
 {

@@ -3,6 +3,7 @@
 // stack, with the toast and its Undo; the panel drops what left, keeps what could not go, and
 // one undo puts everything back.
 
+#include "DiskToolWindow.h"
 #include "fileops/FileOperations.h"
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
@@ -34,15 +35,8 @@ int trashCount()
     return int(QDir(xdg::homeTrash().child(QStringLiteral("files")).text()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden).size());
 }
 
-class DiskToolTrashTest : public ::testing::Test {
+class DiskToolTrashTest : public test::DiskToolWindowTest {
 protected:
-    void open()
-    {
-        state = std::make_unique<WindowState>(tree.root(), &preferences);
-        window = std::make_unique<MainWindow>(state.get());
-        window->show();
-    }
-    PaneState* pane() { return state->activePane(); }
     QUndoStack* undo() { return state->undoStack(); }
     void settle() { ASSERT_TRUE(waitUntil([] { return FileOperations::shared().isIdle(); }, 20000)); }
     QString toast() const { return window->toasts()->currentMessage(); }
@@ -56,11 +50,6 @@ protected:
             }
         FAIL() << "the toast offers no Undo";
     }
-
-    TempTree tree;
-    ViewPreferences preferences;
-    std::unique_ptr<WindowState> state;
-    std::unique_ptr<MainWindow> window;
 };
 
 TEST_F(DiskToolTrashTest, TickedDuplicatesGoInOneUndoableStepAndComeBack)
@@ -75,7 +64,7 @@ TEST_F(DiskToolTrashTest, TickedDuplicatesGoInOneUndoableStepAndComeBack)
     tree.touch(bNew, 2000000);
     open();
     DiskToolKeys::openDuplicates(window.get(), pane());
-    auto* panel = window->findChild<DuplicatesPanel*>();
+    auto* panel = shown<DuplicatesPanel>();
     ASSERT_TRUE(panel);
     ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
     ASSERT_EQ(panel->choice().groups().size(), 2u);
@@ -116,7 +105,7 @@ TEST_F(DiskToolTrashTest, DuplicatesThatCouldNotGoStayInTheirGroup)
     const FilePath copy3 = tree.file("a copy 3.bin", a);
     open();
     DiskToolKeys::openDuplicates(window.get(), pane());
-    auto* panel = window->findChild<DuplicatesPanel*>();
+    auto* panel = shown<DuplicatesPanel>();
     ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
     panel->tickExtraCopies();
     ASSERT_EQ(panel->choice().chosenCount(), 3);
@@ -140,7 +129,7 @@ TEST_F(DiskToolTrashTest, TreemapBlockGoesAndTheMapLosesIt)
     tree.file("other/large", QByteArray(2000000, 'o'));
     open();
     DiskToolKeys::openSpace(window.get(), pane());
-    auto* panel = window->findChild<SpacePanel*>();
+    auto* panel = shown<SpacePanel>();
     ASSERT_TRUE(waitUntil([&] { return panel->current() != nullptr; }));
     auto* map = panel->findChild<TreemapWidget*>();
     ASSERT_EQ(map->blocks().front().node->name, "big");
@@ -172,7 +161,7 @@ TEST_F(DiskToolTrashTest, AfterAnUndoTheMapStaysInTheFolderItShowed)
     tree.file("a/b/other", QByteArray(1500000, 'o'));
     open();
     DiskToolKeys::openSpace(window.get(), pane());
-    auto* panel = window->findChild<SpacePanel*>();
+    auto* panel = shown<SpacePanel>();
     ASSERT_TRUE(waitUntil([&] { return panel->current() != nullptr; }));
     panel->goIn(panel->root()->children.front().get());
     panel->goIn(const_cast<SpaceNode*>(panel->current())->children.front().get());
@@ -196,7 +185,7 @@ TEST_F(DiskToolTrashTest, TickedBuildFoldersGoInOneStepAndLeaveTheList)
     const FilePath venv = tree.file("py/.venv/lib/site.py", "s").parent().parent();
     open();
     DiskToolKeys::openCleanUp(window.get(), pane());
-    auto* panel = window->findChild<CleanUpPanel*>();
+    auto* panel = shown<CleanUpPanel>();
     ASSERT_TRUE(waitUntil([&] { return !panel->isScanning() && panel->rows().size() == 3; }));
     // Untick the virtual environment: it stays on disk and in the list.
     auto* list = panel->findChild<QTreeWidget*>();
