@@ -1,10 +1,12 @@
 #include "disktools/FolderSizes.h"
 
 #include "disktools/SpaceScan.h"
+#include "disktools/WalkPool.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
 #include <QThreadPool>
+#include <mutex>
 
 namespace orwick {
 
@@ -43,12 +45,14 @@ void FolderSizes::measure(const FilePath& folder, const QList<FilePath>& subfold
     Q_EMIT changed();
 
     QPointer<FolderSizes> guard(this);
-    // Batches are posted as they fill; the last one says the walk is over.
+    // The sub-folders are measured on a walk pool (both cores while the machine is free); their
+    // sizes are posted in batches as they fill, and the last batch says the walk is over.
     QThreadPool::globalInstance()->start([guard, generation, subfolders, token = ticket.token] {
+        std::mutex lock;
         std::vector<std::pair<FilePath, qint64>> batch;
         QElapsedTimer sinceSent;
         sinceSent.start();
-        auto send = [&](bool last) {
+        auto send = [&](bool last) { // under `lock`, or after the pool is done
             QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, generation, batch = std::move(batch), last] {
                 if (guard)
                     guard->apply(generation, batch, last);
@@ -56,15 +60,21 @@ void FolderSizes::measure(const FilePath& folder, const QList<FilePath>& subfold
             batch = {};
             sinceSent.restart();
         };
+        WalkPool pool(metadataWalkThreads());
         for (const FilePath& sub : subfolders) {
-            const std::optional<qint64> bytes = SpaceScan::measure(sub, *token);
-            if (!bytes)
-                return; // cancelled: nothing more is wanted
-            batch.emplace_back(sub, *bytes);
-            if (sinceSent.elapsed() >= kBatchMs)
-                send(false);
+            pool.post([&, sub](int) {
+                const std::optional<qint64> bytes = token->isCancelled() ? std::nullopt : SpaceScan::measure(sub, *token);
+                if (!bytes)
+                    return; // cancelled: nothing more is wanted
+                const std::lock_guard<std::mutex> locked(lock);
+                batch.emplace_back(sub, *bytes);
+                if (sinceSent.elapsed() >= kBatchMs)
+                    send(false);
+            });
         }
-        send(true);
+        pool.wait();
+        if (!token->isCancelled())
+            send(true);
     });
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 // FolderSizes: the sizes of one shown folder's sub-folders, measured on demand ("Calculate
 // Folder Sizes") with the space walk — allocated bytes, links never followed, other mounted file
-// systems never entered — one sub-folder after the other on a background task.
+// systems never entered — on a background task that walks sub-folders side by side.
 //
 // The sizes belong to the folder they were measured in; clear() (when the pane leaves it)
 // cancels the walk and forgets them. Results come back in batches at most ten times a second:
