@@ -12,6 +12,8 @@
 #include "ui/window/MainWindow.h"
 
 #include <QPointer>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <gtest/gtest.h>
@@ -68,6 +70,27 @@ TEST_F(DiskToolPanelsTest, DuplicatesPanelListsGroupsAndTicksExtraCopies)
     QPointer<DuplicatesPanel> guard(panel);
     pressKey(panel, Qt::Key_Escape);
     EXPECT_TRUE(waitUntil([&] { return deleted(guard.data()); })) << "Esc closes the sheet";
+}
+
+TEST_F(DiskToolPanelsTest, ActivatingADuplicateShowsItInItsFolder)
+{
+    const QByteArray big(150000, 'x');
+    tree.file(QStringLiteral("a.bin"), big);
+    const FilePath deep = tree.file(QStringLiteral("sub/deeper/b.bin"), big);
+    open();
+    DiskToolKeys::openDuplicates(window.get(), pane());
+    auto* panel = shown<DuplicatesPanel>();
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    auto* list = panel->findChild<QTreeWidget*>();
+    QTreeWidgetItem* row = nullptr;
+    for (QTreeWidgetItemIterator it(list); *it; ++it)
+        if ((*it)->text(0) == "sub/deeper/b.bin")
+            row = *it;
+    ASSERT_TRUE(row) << "members are named from the searched folder down";
+    QPointer<DuplicatesPanel> guard(panel);
+    Q_EMIT list->itemActivated(row, 0);
+    EXPECT_TRUE(waitUntil([&] { return deleted(guard.data()); })) << "the sheet makes way";
+    ASSERT_TRUE(waitUntil([&] { return pane()->url() == deep.parent() && pane()->selection().contains(deep); }));
 }
 
 TEST_F(DiskToolPanelsTest, SpacePanelGoesInAndOut)
