@@ -1,8 +1,7 @@
 #include "disktools/DiskNames.h"
 
 #include "files/FileCategory.h"
-
-#include <QLocale>
+#include "files/Formatting.h"
 
 namespace orwick {
 
@@ -14,13 +13,6 @@ bool isPackageFolderName(QByteArrayView name)
     return isPackageExtension(QString::fromUtf8(name.sliced(dot + 1)).toLower());
 }
 
-QString byteCountText(qint64 bytes)
-{
-    if (bytes == 1)
-        return QStringLiteral("1 byte");
-    if (bytes < 1000)
-        return QLocale().toString(bytes) + QStringLiteral(" bytes");
-    return QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat);
-}
+QString byteCountText(qint64 bytes) { return formatByteCount(bytes); }
 
 } // namespace orwick
