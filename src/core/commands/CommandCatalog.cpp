@@ -1,6 +1,7 @@
 #include "commands/CommandCatalog.h"
 
 #include "commands/CommandActions.h"
+#include "commands/NoteActions.h"
 #include "state/WindowState.h"
 
 namespace orwick::CommandCatalog {
@@ -54,7 +55,7 @@ QList<AppCommand> buildFixed()
         later("newFolder", "New Folder", "folder.badge.plus", keys(C | S | Qt::Key_N), "create mkdir", kFileOps),
         later("newFile", "New File", "doc.badge.plus", keys(C | A | Qt::Key_N), "create touch", kFileOps),
         later("newNote", "New Note", "square.and.pencil", keys(C | A | S | Qt::Key_N), "markdown create write obsidian", kNotYet),
-        later("todaysNote", "Today's Note", "calendar.badge.plus", keys(C | A | S | Qt::Key_D), "daily journal date obsidian", kNotYet),
+        make("todaysNote", "Today's Note", "calendar.badge.plus", keys(C | A | S | Qt::Key_D), "daily journal date obsidian", openTodaysNote, hasFolder),
         later("toggleEditing", "Edit File", "pencil.line", keys(C | Qt::Key_E), "write markdown text editor", kNotYet),
         make("reopenTab", "Reopen Closed Tab", "", keys(C | S | Qt::Key_T), "", [](WindowState& w) { w.reopenClosedTab(); },
              [](const WindowState& w) { return !w.closedTabURLs().isEmpty(); }),

@@ -202,6 +202,19 @@ Status FileProperties::rename(const QString& key, const QString& newKey, const F
     return commit(QStringLiteral("Rename ") + key, edits, folder, columns, undo);
 }
 
+Status FileProperties::remove(const QString& key, const FilePath& folder, const FileItems& items, QUndoStack* undo)
+{
+    QList<FileEdit> edits;
+    for (const FileItem& item : items) {
+        const PropertyMap before = currentProperties(item.url);
+        if (before.contains(key))
+            edits.append({item.url, {Change{key, std::nullopt, {}}}, {restoring(key, before)}});
+    }
+    FolderColumns columns = this->columns(folder);
+    columns.removeKey(key);
+    return commit(QStringLiteral("Delete ") + key, edits, folder, columns, undo);
+}
+
 QList<FileProperties::FileEdit> FileProperties::optionEdits(const QString& key, const QString& option,
                                                             const std::optional<QString>& replacement,
                                                             const FileItems& items)
@@ -253,7 +266,7 @@ Status FileProperties::deleteOption(const QString& option, const QString& key, c
 }
 
 void FileProperties::moveOption(const QString& option, const QString& key, const std::optional<QString>& before,
-                                const FilePath& folder, const FileItems& items)
+                                const FilePath& folder, const FileItems& items, QUndoStack* undo)
 {
     QStringList order = options(key, folder, items);
     if (!order.removeOne(option))
@@ -261,15 +274,26 @@ void FileProperties::moveOption(const QString& option, const QString& key, const
     const qsizetype at = before ? order.indexOf(*before) : -1;
     order.insert(at < 0 ? order.size() : at, option);
     FolderColumns columns = this->columns(folder);
+    if (columns.options.value(key) == order)
+        return;
     columns.options.insert(key, order);
-    restoreColumns(folder, columns);
+    (void)commit(QStringLiteral("Move ") + option, {}, folder, columns, undo);
 }
 
-void FileProperties::setColor(int index, const QString& option, const QString& key, const FilePath& folder)
+void FileProperties::setColor(std::optional<int> index, const QString& option, const QString& key,
+                              const FilePath& folder, QUndoStack* undo)
 {
     FolderColumns columns = this->columns(folder);
-    columns.optionColors[key].insert(option, index);
-    restoreColumns(folder, columns);
+    QMap<QString, int>& colors = columns.optionColors[key];
+    if (index)
+        colors.insert(option, *index);
+    else
+        colors.remove(option);
+    if (colors.isEmpty())
+        columns.optionColors.remove(key);
+    if (columns == this->columns(folder))
+        return;
+    (void)commit(QStringLiteral("Color ") + option, {}, folder, columns, undo);
 }
 
 FolderColumns FileProperties::columns(const FilePath& folder) const { return m_columns.folders.value(folder); }

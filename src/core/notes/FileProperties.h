@@ -50,14 +50,24 @@ public:
     // Renames a key on every item of the folder that has it, and in the folder's settings.
     Status rename(const QString& key, const QString& newKey, const FilePath& folder, const FileItems& items,
                   QUndoStack* undo = nullptr);
+    // Removes a key from every item of the folder that has it, and from the folder's settings:
+    // one undo step "Delete key".
+    Status remove(const QString& key, const FilePath& folder, const FileItems& items, QUndoStack* undo = nullptr);
     Status renameOption(const QString& key, const QString& from, const QString& to, const FilePath& folder,
                         const FileItems& items, QUndoStack* undo = nullptr);
     Status deleteOption(const QString& option, const QString& key, const FilePath& folder, const FileItems& items,
                         QUndoStack* undo = nullptr);
-    // Moves an option before `before` (to the end when absent) in the folder's option order.
+    // Moves an option before `before` (to the end when absent) in the folder's option order:
+    // one undo step "Move option".
     void moveOption(const QString& option, const QString& key, const std::optional<QString>& before,
-                    const FilePath& folder, const FileItems& items);
-    void setColor(int index, const QString& option, const QString& key, const FilePath& folder);
+                    const FilePath& folder, const FileItems& items, QUndoStack* undo = nullptr);
+    // Gives an option a colour index (none takes its colour away): one undo step "Color option".
+    void setColor(std::optional<int> index, const QString& option, const QString& key, const FilePath& folder,
+                  QUndoStack* undo = nullptr);
+
+    // Why columns.json gave no settings at start (damaged, moved aside), for the user; empty
+    // when it read, or once taken.
+    QString takeSettingsMessage() { return std::exchange(m_columns.message, QString()); }
 
     // The folder's settings, or empty defaults.
     FolderColumns columns(const FilePath& folder) const;

@@ -149,6 +149,19 @@ void FolderColumns::renameKey(const QString& from, const QString& to)
             *field = to;
 }
 
+void FolderColumns::removeKey(const QString& key)
+{
+    shown.removeAll(key);
+    types.remove(key);
+    options.remove(key);
+    widths.remove(key);
+    optionColors.remove(key);
+    filters.removeIf([&](const PropertyFilter& filter) { return filter.key == key; });
+    for (std::optional<QString>* field : {&groupBy, &calendarBy})
+        if (*field == key)
+            field->reset();
+}
+
 void FolderColumns::renameOption(const QString& key, const QString& from, const std::optional<QString>& to)
 {
     if (options.contains(key)) {

@@ -43,6 +43,9 @@ struct FolderColumns {
     // Every mention of a key moved to `to` (shown, types, options, widths, colours, filters,
     // lanes, calendar).
     void renameKey(const QString& from, const QString& to);
+    // Every mention of a key dropped (its column, type, options, width, colours, filters, and
+    // the lane or calendar property when it was that key).
+    void removeKey(const QString& key);
     // An option renamed (or dropped when `to` is absent) in the key's options and colours.
     void renameOption(const QString& key, const QString& from, const std::optional<QString>& to);
 

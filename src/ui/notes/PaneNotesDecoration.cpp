@@ -2,6 +2,8 @@
 
 #include "notes/FileProperties.h"
 #include "ui/notes/FilterChipsBar.h"
+#include "ui/notes/PropertyCellDelegate.h"
+#include "ui/notes/PropertyHeaderLayout.h"
 #include "ui/notes/PropertyColumnsModel.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/views/FileListModel.h"
@@ -10,7 +12,10 @@
 #include "ui/window/ToastHost.h"
 
 #include <QHeaderView>
+#include <QInputDialog>
+#include <QLineEdit>
 #include <QMenu>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace orwick {
@@ -20,10 +25,16 @@ PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* sto
     : QObject(widget), m_widget(widget), m_store(store), m_toast(toast)
 {
     PaneState* pane = widget->pane();
+    m_undo = undo;
     m_columns = new PropertyColumnsModel(store, FileListModel::UrlRole, this);
+    m_columns->setRowRoles({FileListModel::UrlRole, FileListModel::SelectedRole, FileListModel::CursorRole,
+                            FileListModel::HeadingRole, FileListModel::HiddenRole});
     m_columns->setSourceModel(widget->model());
     m_columns->setUndoStack(undo);
+    widget->tableView()->setItemDelegate(new PropertyCellDelegate(widget->tableView()));
     widget->tableView()->showModel(m_columns);
+    m_header = new PropertyHeaderLayout(widget->tableView()->header(), m_columns, store, this);
+    connect(m_header, &PropertyHeaderLayout::saveFailed, this, toast);
     // Property cells edit in place: F2 or a double click on a property cell (elsewhere a
     // double click still opens the row).
     widget->tableView()->setEditTriggers(QAbstractItemView::EditKeyPressed);
@@ -51,7 +62,10 @@ PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* sto
     connect(header, &QHeaderView::sectionClicked, this, &PaneNotesDecoration::headerClicked);
     header->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(header, &QWidget::customContextMenuRequested, this, [this, header](const QPoint& at) {
-        showColumnsMenu(header->mapToGlobal(at));
+        QMenu menu;
+        fillHeaderMenu(&menu, headerMenuContext(header->logicalIndexAt(at)));
+        if (!menu.isEmpty())
+            menu.exec(header->mapToGlobal(at));
     });
 
     // Filters and the property sort, applied to every arrangement of this pane.
@@ -69,6 +83,9 @@ void PaneNotesDecoration::attach(MainWindow* window, FileProperties* store)
     // Undo and redo of property edits run outside any pane: their failures are the window's.
     QObject::connect(store, &FileProperties::writeFailed, window,
                      [window](const QString& message) { window->toasts()->show(message); });
+    // A damaged columns.json was set aside at start: say so once the window shows.
+    if (const QString message = store->takeSettingsMessage(); !message.isEmpty())
+        QTimer::singleShot(0, window, [window, message] { window->toasts()->show(message); });
     window->addPaneDecorator([window, store](PaneWidget* widget) {
         new PaneNotesDecoration(widget, store, window->state()->undoStack(),
                                 [window](const QString& message) { window->toasts()->show(message); });
@@ -104,6 +121,7 @@ void PaneNotesDecoration::locationChanged()
     m_folder = folder;
     m_sortKey.reset();
     m_columns->setFolder(m_folder);
+    m_header->setFolder(m_folder);
     updateChips();
 }
 
@@ -142,31 +160,24 @@ void PaneNotesDecoration::headerClicked(int column)
     m_widget->pane()->propertiesChanged();
 }
 
-void PaneNotesDecoration::showColumnsMenu(const QPoint& globalPosition)
+HeaderMenuContext PaneNotesDecoration::headerMenuContext(int column) const
 {
-    if (!m_widget || !m_store || m_folder.isEmpty())
-        return;
-    const FileItems items = m_widget->pane()->unsortedItems();
-    QMenu menu;
-    const QStringList keys = m_store->keys(items);
-    if (keys.isEmpty())
-        menu.addAction(tr("No Properties in This Folder"))->setEnabled(false);
-    const QStringList shown = m_store->columns(m_folder).shown;
-    for (const QString& key : keys) {
-        QAction* action = menu.addAction(key);
-        action->setCheckable(true);
-        action->setChecked(shown.contains(key));
-    }
-    QAction* chosen = menu.exec(globalPosition);
-    if (!chosen || !m_store || !keys.contains(chosen->text()))
-        return;
-    FolderColumns columns = m_store->columns(m_folder);
-    if (chosen->isChecked())
-        columns.shown.append(chosen->text());
-    else
-        columns.shown.removeAll(chosen->text());
-    if (const Status saved = m_store->setColumns(m_folder, columns); !saved)
-        m_toast(saved.error());
+    HeaderMenuContext context;
+    context.store = m_store;
+    context.undo = m_undo;
+    context.folder = m_folder;
+    if (m_widget)
+        context.items = m_widget->pane()->unsortedItems();
+    if (const PropertyColumn* property = m_columns->propertyColumn(column))
+        context.key = property->key;
+    QPointer<PaneWidget> widget = m_widget;
+    context.ask = [widget](const QString& title, const QString& label, const QString& text) -> std::optional<QString> {
+        bool accepted = false;
+        const QString answer = QInputDialog::getText(widget, title, label, QLineEdit::Normal, text, &accepted);
+        return accepted ? std::optional(answer) : std::nullopt;
+    };
+    context.report = m_toast;
+    return context;
 }
 
 void PaneNotesDecoration::updateChips()

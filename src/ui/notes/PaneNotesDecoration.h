@@ -2,12 +2,15 @@
 // Notes in one pane: the table view shows the folder's property columns (typed cells, edited in
 // place, each edit one step on the window's undo stack), the filter chips sit above the views,
 // and the folder's filters and a property sort chosen from the table's header reach the pane's
-// arrangement; the header's menu shows or hides a property column. Properties load for the shown folder in the background after each listing (a
-// newer load or leaving the folder cancels the older); the rows show first and are filtered or
-// sorted again when the properties arrive or change. Failed writes show as toasts. Owned by the
-// pane widget.
+// arrangement. The header's menu shows, hides, renames and deletes properties and edits their
+// options; the header's sections keep the folder's column order and widths (see
+// PropertyHeaderLayout). Properties load for the shown folder in the background after each
+// listing (a newer load or leaving the folder cancels the older); the rows show first and are
+// filtered or sorted again when the properties arrive or change. Failed writes show as toasts.
+// Owned by the pane widget.
 
 #include "files/Arrangement.h"
+#include "ui/notes/PropertyHeaderMenu.h"
 
 #include <QObject>
 #include <QPointer>
@@ -15,7 +18,7 @@
 #include <optional>
 
 class QPoint;
-class QUndoStack;
+#include <QUndoStack>
 
 namespace orwick {
 
@@ -24,6 +27,7 @@ class FilterChipsBar;
 class MainWindow;
 class PaneWidget;
 class PropertyColumnsModel;
+class PropertyHeaderLayout;
 
 class PaneNotesDecoration : public QObject {
     Q_OBJECT
@@ -38,6 +42,9 @@ public:
     static PaneNotesDecoration* of(const PaneWidget* widget);
 
     PropertyColumnsModel* columnsModel() const { return m_columns; }
+    PropertyHeaderLayout* headerLayout() const { return m_header; }
+    // What the header's menu acts on when opened over `column` (a logical section).
+    HeaderMenuContext headerMenuContext(int column) const;
     FilterChipsBar* chipsBar() const { return m_chips; }
     // The property the pane sorts by, if any (chosen by clicking its column header).
     const std::optional<QString>& propertySort() const { return m_sortKey; }
@@ -49,14 +56,14 @@ private:
     void loadingChanged();
     void valuesChanged();
     void headerClicked(int column);
-    // The header's menu: every key the folder's items carry, checked when shown as a column.
-    void showColumnsMenu(const QPoint& globalPosition);
     void updateChips();
 
     QPointer<PaneWidget> m_widget;
     QPointer<FileProperties> m_store;
     std::function<void(const QString&)> m_toast;
+    QPointer<QUndoStack> m_undo;
     PropertyColumnsModel* m_columns;
+    PropertyHeaderLayout* m_header;
     FilterChipsBar* m_chips;
     FilePath m_folder;
     std::optional<QString> m_sortKey;

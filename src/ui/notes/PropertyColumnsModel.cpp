@@ -1,6 +1,7 @@
 #include "ui/notes/PropertyColumnsModel.h"
 
 #include <QLocale>
+#include <cmath>
 #include <QUndoStack>
 
 namespace orwick {
@@ -29,12 +30,21 @@ std::optional<PropertyValue> valueFromEdit(const QVariant& edited, PropertyType 
     return PropertyValue::ofText(text);
 }
 
+QString displayNumber(double number)
+{
+    const QLocale locale;
+    if (std::trunc(number) == number && std::abs(number) < 1e15)
+        return locale.toString(qint64(number));
+    return locale.toString(number, 'g', QLocale::FloatingPointShortest);
+}
+
 } // namespace
 
 PropertyColumnsModel::PropertyColumnsModel(FileProperties* store, int urlRole, QObject* parent)
     : QIdentityProxyModel(parent)
     , m_store(store)
     , m_urlRole(urlRole)
+    , m_rowRoles{urlRole}
 {
     connect(store, &FileProperties::columnsChanged, this, [this](const FilePath& folder) {
         if (folder == m_folder)
@@ -134,8 +144,12 @@ QVariant PropertyColumnsModel::data(const QModelIndex& index, int role) const
     const PropertyColumn* column = propertyColumn(index.column());
     if (!column)
         return QIdentityProxyModel::data(index, role);
+    if (m_rowRoles.contains(role))
+        return sourceModel() ? sourceModel()->index(index.row(), 0).data(role) : QVariant();
     if (role == PropertyTypeRole)
         return int(column->type);
+    if (role == OptionsRole)
+        return column->options;
     if (role == OptionColorRole) {
         QVariantMap colors;
         for (auto it = column->colors.begin(); it != column->colors.end(); ++it)
@@ -157,8 +171,11 @@ QVariant PropertyColumnsModel::data(const QModelIndex& index, int role) const
         if (column->type == PropertyType::date)
             if (const auto day = value->date())
                 return QLocale().toString(*day, QLocale::ShortFormat);
-        if (column->type == PropertyType::list || column->type == PropertyType::select)
+        if (column->type == PropertyType::list)
             return value->list().join(QStringLiteral(", "));
+        if (column->type == PropertyType::number)
+            if (const auto number = value->number())
+                return displayNumber(*number);
         return value->text();
     case Qt::TextAlignmentRole:
         if (column->type == PropertyType::number && value->number())

@@ -2,6 +2,7 @@
 // PropertyColumnsModel: a file list's rows with the folder's shown property columns appended
 // after the source's own columns — typed cells (text, number, date, checkbox, select and list),
 // edited in place and written through FileProperties, each edit one undo step ("Set status").
+// Numbers and dates show in the user's locale; the edit role gives the text an editor starts from.
 // It sits between a table view and the pane's file-list model; rows are the source's, untouched,
 // and a row's file is read from the source's `urlRole` (a FilePath).
 //
@@ -12,7 +13,7 @@
 #include <QIdentityProxyModel>
 #include <QPointer>
 
-class QUndoStack;
+#include <QUndoStack>
 
 namespace orwick {
 
@@ -23,6 +24,7 @@ public:
         PropertyValueRole = Qt::UserRole + 100, // the cell's PropertyValue, invalid when the file has none
         PropertyTypeRole,                       // the column's PropertyType as int
         OptionColorRole,                        // select and list: option → colour index (QVariantMap)
+        OptionsRole,                            // select and list: the column's options in order (QStringList)
     };
 
     PropertyColumnsModel(FileProperties* store, int urlRole, QObject* parent = nullptr);
@@ -31,9 +33,15 @@ public:
     // rows' values.
     void setFolder(const FilePath& folder);
     void setUndoStack(QUndoStack* stack) { m_undo = stack; }
+    // Roles of the source's first column that property cells answer too (the row's file, its
+    // selection and caret, a group heading above it), so that views draw whole rows.
+    void setRowRoles(QList<int> roles) { m_rowRoles = std::move(roles); }
 
     // The property column at a proxy column, or nothing for the source's own columns.
     const PropertyColumn* propertyColumn(int column) const;
+    // The first property column: the source's own columns come before it.
+    int firstPropertyColumn() const { return sourceColumns(); }
+    const FilePath& folder() const { return m_folder; }
 
     int columnCount(const QModelIndex& parent = {}) const override;
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -60,6 +68,7 @@ private:
     FilePath m_folder;
     QList<PropertyColumn> m_columns;
     QPointer<QUndoStack> m_undo;
+    QList<int> m_rowRoles;
 };
 
 } // namespace orwick

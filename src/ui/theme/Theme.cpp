@@ -62,6 +62,37 @@ QColor informative() { return QColor::fromRgbF(0.30f, 0.56f, 0.95f); }
 QColor toastBackground() { return isDark() ? QColor(0xee, 0xee, 0xee) : QColor(0x2b, 0x2d, 0x31); }
 QColor toastText() { return isDark() ? QColor(0x1b, 0x1b, 0x1b) : QColor(0xf4, 0xf4, 0xf4); }
 
+QStringList optionColorNames()
+{
+    return {QStringLiteral("Gray"), QStringLiteral("Brown"), QStringLiteral("Orange"), QStringLiteral("Yellow"),
+            QStringLiteral("Green"), QStringLiteral("Blue"), QStringLiteral("Purple"), QStringLiteral("Pink"),
+            QStringLiteral("Red")};
+}
+
+QColor optionColor(std::optional<int> index)
+{
+    static const QColor light[] = {QColor(0xe3, 0xe2, 0xe0), QColor(0xee, 0xe0, 0xda), QColor(0xfa, 0xde, 0xc9),
+                                   QColor(0xfd, 0xec, 0xc8), QColor(0xdb, 0xed, 0xdb), QColor(0xd3, 0xe5, 0xef),
+                                   QColor(0xe8, 0xde, 0xee), QColor(0xf5, 0xe0, 0xe9), QColor(0xff, 0xe2, 0xdd)};
+    static const QColor dark[] = {QColor(0x5a, 0x5a, 0x5a), QColor(0x60, 0x3b, 0x2c), QColor(0x85, 0x4c, 0x1d),
+                                  QColor(0x89, 0x63, 0x2a), QColor(0x2b, 0x59, 0x3f), QColor(0x28, 0x45, 0x6c),
+                                  QColor(0x49, 0x2f, 0x64), QColor(0x69, 0x31, 0x4c), QColor(0x6e, 0x36, 0x30)};
+    const bool isDarkTheme = isDark();
+    if (!index || *index < 0 || *index >= int(std::size(light))) {
+        QColor plain = text();
+        plain.setAlphaF(0.10f);
+        return plain;
+    }
+    return isDarkTheme ? dark[*index] : light[*index];
+}
+
+QColor chipText(const QColor& background)
+{
+    if (background.alphaF() < 0.5f)
+        return text();
+    return background.lightness() < 128 ? QColor(0xf2, 0xf2, 0xf2) : QColor(0x25, 0x25, 0x25);
+}
+
 int rowHeight() { return QFontMetrics(QApplication::font()).height() + 10; }
 int cornerRadius() { return 6; }
 

@@ -5,6 +5,8 @@
 #include "files/FileCategory.h"
 
 #include <QColor>
+#include <QStringList>
+#include <optional>
 
 namespace orwick::theme {
 
@@ -22,6 +24,12 @@ QColor informative(); // blue: renamed files
 QColor toastBackground();
 QColor toastText();
 bool isDark();
+
+// The colours a select or list option can carry, by the index kept in the folder's settings;
+// an index out of range, or none, is the plain chip colour.
+QStringList optionColorNames();
+QColor optionColor(std::optional<int> index);
+QColor chipText(const QColor& background);
 
 int rowHeight();
 int cornerRadius();

@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QStyle>
 
 namespace orwick {
 
@@ -50,9 +51,41 @@ void FileTableView::layoutColumns()
     m_laidOut = head->count();
 }
 
+QRect FileTableView::checkBoxRect(const QModelIndex& index) const
+{
+    if (!index.isValid() || !(index.flags() & Qt::ItemIsUserCheckable))
+        return {};
+    QStyleOptionViewItem option;
+    initViewItemOption(&option);
+    option.rect = visualRect(index);
+    option.features |= QStyleOptionViewItem::HasCheckIndicator;
+    option.checkState = Qt::CheckState(index.data(Qt::CheckStateRole).toInt());
+    // A little slack around the box, so that a near miss still counts.
+    return style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, this).adjusted(-3, -3, 3, 3);
+}
+
+void FileTableView::mousePressEvent(QMouseEvent* event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && !(event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier))
+        && checkBoxRect(index).contains(event->position().toPoint())) {
+        setFocus(Qt::MouseFocusReason);
+        const bool checked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+        model()->setData(index, checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+        event->accept();
+        return;
+    }
+    FileListView::mousePressEvent(event);
+}
+
 void FileTableView::mouseDoubleClickEvent(QMouseEvent* event)
 {
     const QModelIndex index = indexAt(event->position().toPoint());
+    // The second click on a checkbox's box neither opens the row nor toggles it back.
+    if (checkBoxRect(index).contains(event->position().toPoint())) {
+        event->accept();
+        return;
+    }
     if (event->button() == Qt::LeftButton && index.isValid() && (index.flags() & Qt::ItemIsEditable)) {
         edit(index, QAbstractItemView::AllEditTriggers, event);
         return;

@@ -16,7 +16,13 @@ public:
     // laying its columns out like the list's own.
     void showModel(QAbstractItemModel* model);
 
+    // Where a checkable cell draws its box (empty for other cells).
+    QRect checkBoxRect(const QModelIndex& index) const;
+
 protected:
+    // A click on a checkable cell's box (a checkbox property) toggles it and leaves the
+    // selection alone; elsewhere a click selects as in the list.
+    void mousePressEvent(QMouseEvent* event) override;
     // A double click on an editable cell (a property) edits it; elsewhere it opens the row.
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 

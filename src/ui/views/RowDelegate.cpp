@@ -69,8 +69,13 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& givenOpti
     QStyleOptionViewItem plain = option;
     plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
     plain.rect.setRight(plain.rect.right() - gitMarkWidth(index));
-    QStyledItemDelegate::paint(painter, plain, index);
+    paintCell(painter, plain, index);
     paintGitMark(painter, option.rect, index);
+}
+
+void RowDelegate::paintCell(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    QStyledItemDelegate::paint(painter, option, index);
 }
 
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const

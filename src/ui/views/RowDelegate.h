@@ -12,6 +12,10 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+protected:
+    // Draws a cell's own content over the row's background (the selection, the caret bar).
+    virtual void paintCell(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
 };
 
 } // namespace orwick

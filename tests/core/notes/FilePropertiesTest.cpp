@@ -246,11 +246,78 @@ TEST_F(FilePropertiesTest, SettingsPersistAndDamagedEntriesSurvive)
     EXPECT_EQ(store.columns(m_tree.folder("other")), FolderColumns());
 }
 
-TEST_F(FilePropertiesTest, DamagedColumnsFileGivesNoSettings)
+TEST_F(FilePropertiesTest, DamagedColumnsFileGivesDefaultsAMessageAndIsKept)
 {
     m_tree.file(QString("data/columns.json"), "{ damaged");
     FileProperties store(nullptr, columnsFile());
     EXPECT_EQ(store.columns(m_tree.root()), FolderColumns());
+    const QString message = store.takeSettingsMessage();
+    EXPECT_TRUE(message.contains("couldn’t read its column settings")) << message.toStdString();
+    EXPECT_TRUE(store.takeSettingsMessage().isEmpty()); // said once
+    // The next save starts a new file; the damaged one stays where the message says.
+    FolderColumns columns;
+    columns.shown = {"a"};
+    ASSERT_TRUE(store.setColumns(m_tree.folder("n"), columns));
+    EXPECT_EQ(readAll(m_tree.path("data/columns.damaged.json")), "{ damaged");
+    EXPECT_EQ(FileProperties(nullptr, columnsFile()).columns(m_tree.folder("n")).shown, QStringList{"a"});
+    // A file that is simply not there yet is no news.
+    EXPECT_TRUE(FileProperties(nullptr, m_tree.path("data/none.json")).takeSettingsMessage().isEmpty());
+}
+
+TEST_F(FilePropertiesTest, DeleteAPropertyAcrossTheFolder)
+{
+    const QByteArray aText = "---\ndone: true\nstatus: open # keep\n---\nBody\n";
+    const FilePath a = m_tree.file(QString("n/a.md"), aText);
+    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstatus: open\n---\n");
+    const FilePath c = m_tree.file(QString("n/c.txt"), "C");
+    const FilePath folder = a.parent();
+    FileProperties store(nullptr, columnsFile());
+    ASSERT_TRUE(store.set("done", PropertyValue::ofBool(false), {c}));
+    FolderColumns columns;
+    columns.shown = {"status", "done"};
+    columns.types.insert("done", PropertyType::checkbox);
+    columns.filters = {{QUuid::createUuid(), "done", PropertyFilter::Condition::checked, ""}};
+    ASSERT_TRUE(store.setColumns(folder, columns));
+    const FileItems items = itemsOf({a, b, c});
+    QUndoStack undo;
+    ASSERT_TRUE(store.remove("done", folder, items, &undo));
+    EXPECT_EQ(undo.count(), 1);
+    EXPECT_EQ(undo.undoText(), "Delete done");
+    EXPECT_EQ(readAll(a), "---\nstatus: open # keep\n---\nBody\n");
+    EXPECT_EQ(readAll(b), "---\nstatus: open\n---\n");
+    EXPECT_FALSE(store.value(c, "done").has_value());
+    EXPECT_EQ(store.columns(folder).shown, QStringList{"status"});
+    EXPECT_TRUE(store.columns(folder).filters.isEmpty());
+    EXPECT_FALSE(store.columns(folder).types.contains("done"));
+    undo.undo();
+    EXPECT_EQ(store.value(a, "done"), PropertyValue::ofBool(true));
+    EXPECT_EQ(store.value(c, "done"), PropertyValue::ofBool(false));
+    EXPECT_TRUE(readAll(a).endsWith("---\nBody\n"));
+    EXPECT_EQ(readAll(b), "---\nstatus: open\n---\n");
+    EXPECT_EQ(store.columns(folder), columns);
+}
+
+TEST_F(FilePropertiesTest, MovingAndColouringOptionsAreUndoSteps)
+{
+    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstage: b\n---\n");
+    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstage: a\n---\n");
+    const FilePath folder = a.parent();
+    const FileItems items = itemsOf({a, b});
+    FileProperties store(nullptr, columnsFile());
+    loadAll(store, items);
+    QUndoStack undo;
+    store.moveOption("a", "stage", QString("b"), folder, items, &undo);
+    EXPECT_EQ(undo.undoText(), "Move a");
+    store.setColor(4, "a", "stage", folder, &undo);
+    EXPECT_EQ(undo.undoText(), "Color a");
+    store.setColor(4, "a", "stage", folder, &undo); // no change, no step
+    EXPECT_EQ(undo.count(), 2);
+    EXPECT_EQ(FileProperties(nullptr, columnsFile()).columns(folder).optionColors.value("stage").value("a"), 4);
+    undo.undo();
+    EXPECT_FALSE(store.columns(folder).optionColors.contains("stage"));
+    undo.undo();
+    EXPECT_EQ(store.options("stage", folder, items), (QStringList{"b", "a"}));
+    EXPECT_EQ(readAll(a), "---\nstage: b\n---\n"); // the notes were never touched
 }
 
 TEST_F(FilePropertiesTest, PropertySortPlugsIntoTheArrangement)
