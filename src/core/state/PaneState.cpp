@@ -72,7 +72,7 @@ qint64 PaneState::selectedSize() const
     qint64 total = 0;
     for (const FilePath& url : m_selection)
         if (const FileItem* found = item(url))
-            total += found->size.value_or(0);
+            total += found->size ? *found->size : m_folderSizes->size(url).value_or(0);
     return total;
 }
 

@@ -50,7 +50,7 @@ public:
     FileItems selectedItems() const; // in shown order
     const FileItem* item(const FilePath& url) const;
     int row(const FilePath& url) const; // -1 when not shown
-    qint64 selectedSize() const;
+    qint64 selectedSize() const; // files, and folders whose size was calculated
 
     // --- Arrangement and view
     SortKey sortKey() const { return m_sortKey; }

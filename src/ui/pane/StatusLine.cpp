@@ -28,6 +28,7 @@ StatusLine::StatusLine(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     connect(pane, &PaneState::itemsChanged, this, &StatusLine::update);
     connect(pane, &PaneState::selectionChanged, this, &StatusLine::update);
     connect(pane, &PaneState::loadingChanged, this, &StatusLine::update);
+    connect(pane->folderSizes(), &FolderSizes::changed, this, &StatusLine::update);
     update();
 }
 

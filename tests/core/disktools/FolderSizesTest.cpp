@@ -73,6 +73,11 @@ TEST_F(FolderSizesTest, EachFolderRowGetsTheSizeTheSpaceScanGivesIt)
     pane->sort(SortKey::size);
     EXPECT_EQ(shown(*pane).mid(1, 3), (QStringList{"empty", "mid", "big"})) << "the unmeasured link sorts as smallest";
 
+    pane->click(tree.path("big"), Qt::NoModifier);
+    pane->click(tree.path("file.bin"), Qt::ControlModifier);
+    EXPECT_EQ(pane->selectedSize(), *pane->folderSizes()->size(tree.path("big")) + 900000)
+        << "a selected folder counts with its calculated size";
+
     pane->navigate(tree.path("mid"));
     EXPECT_TRUE(pane->folderSizes()->isEmpty()) << "sizes last until the folder is left";
     EXPECT_FALSE(pane->folderSizes()->size(tree.path("big")).has_value());
