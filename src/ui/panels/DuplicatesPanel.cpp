@@ -218,6 +218,8 @@ void DuplicatesPanel::trashChosen()
     trashForPanel(this, QList<FilePath>(chosen.begin(), chosen.end()), QStringLiteral("Remove Duplicates"),
                   [this](const std::vector<FilePath>& moved) {
                       m_trashing = false;
+                      if (!m_scanned)
+                          return; // a new search started meanwhile and will show the disk as it is
                       m_choice.removeMoved(moved);
                       m_removedAny = m_removedAny || !moved.empty();
                       showResult();
