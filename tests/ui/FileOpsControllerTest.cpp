@@ -1,60 +1,23 @@
-// The window's file keys, toasts with Undo, the progress card, the conflict question and inline
-// rename, driven through a real window over real files.
+// The window's file keys (catalogue commands), toasts with Undo, the progress card, the
+// conflict question and inline rename, driven through a real window over real files.
 
+#include "FileWindowFixture.h"
 #include "fileops/FileClipboard.h"
-#include "fileops/FileOperations.h"
-#include "state/WindowState.h"
-#include "support/TempHome.h"
-#include "support/TestMain.h"
 #include "ui/fileops/FileOpsController.h"
 #include "ui/fileops/ProgressCard.h"
-#include "ui/pane/PaneWidget.h"
 #include "ui/views/FileListView.h"
-#include "ui/window/MainWindow.h"
-#include "ui/window/ToastHost.h"
 
-#include <QApplication>
 #include <QClipboard>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
-#include <gtest/gtest.h>
 
 using namespace orwick;
 using test::waitUntil;
 
 namespace {
 
-struct FileOpsWindowTest : ::testing::Test {
-    test::TempTree tree;
-    ViewPreferences preferences;
-    std::unique_ptr<WindowState> state;
-    std::unique_ptr<MainWindow> window;
-
-    void open(const FilePath& folder)
-    {
-        state = std::make_unique<WindowState>(folder, &preferences);
-        window = std::make_unique<MainWindow>(state.get());
-        window->show();
-        ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading(); }));
-    }
-    PaneState* pane() { return state->activePane(); }
-    FileOperations& ops() { return FileOperations::shared(); }
-    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
-    {
-        QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : window->activePaneWidget()->focusTarget();
-        QKeyEvent event(QEvent::KeyPress, key, modifiers);
-        QApplication::sendEvent(target, &event);
-    }
-    void select(const FilePath& item)
-    {
-        ASSERT_TRUE(waitUntil([&] { return pane()->row(item) >= 0; })) << item.text().toStdString();
-        pane()->click(item, Qt::NoModifier);
-    }
-    void settle() { ASSERT_TRUE(waitUntil([&] { return ops().isIdle(); }, 20000)); }
-    QString toast() const { return window->toasts()->currentMessage(); }
-};
+using test::FileOpsWindowTest;
 
 TEST_F(FileOpsWindowTest, CopyPasteShowsAToastWhoseUndoRemovesTheCopy)
 {

@@ -2,6 +2,7 @@
 
 #include "commands/CommandActions.h"
 #include "commands/NoteActions.h"
+#include "state/FileActions.h"
 #include "state/WindowState.h"
 
 namespace orwick::CommandCatalog {
@@ -25,6 +26,13 @@ AppCommand make(const char* id, const char* title, const char* symbol, QKeySeque
     return command;
 }
 
+// A command that says why it is dimmed when it is.
+AppCommand withNote(AppCommand command, const char* note)
+{
+    command.disabledNote = QString::fromUtf8(note);
+    return command;
+}
+
 // A command whose work is not built yet: listed, dimmed, and saying why.
 AppCommand later(const char* id, const char* title, const char* symbol, QKeySequence shortcut, const char* keywords, const char* note)
 {
@@ -36,15 +44,28 @@ AppCommand later(const char* id, const char* title, const char* symbol, QKeySequ
 QKeySequence keys(int combination) { return QKeySequence(combination); }
 QKeySequence none() { return {}; }
 
+// The shared tests: can-act-on-selection (nothing selected or a name being edited blocks the
+// file commands), other-pane transfer, clipboard-has-files.
 const Predicate onSelection = [](const WindowState& w) { return w.canActOnSelection(); };
-const Predicate withOtherPane = [](const WindowState& w) { return w.canActOnSelection() && w.hasOtherPane(); };
+const Predicate toOtherPane = [](const WindowState& w) { return w.files().canTransferToOther(); };
+const Predicate clipboardHasFiles = [](const WindowState& w) { return w.files().canPaste(); };
+Predicate test(bool (FileActions::*check)() const)
+{
+    return [check](const WindowState& w) { return (w.files().*check)(); };
+}
+Action files(void (FileActions::*verb)())
+{
+    return [verb](WindowState& w) { (w.files().*verb)(); };
+}
+const Predicate changeSelection = test(&FileActions::canChangeSelection);
+const Predicate canCreate = test(&FileActions::canCreateHere);
 const Predicate isSplit = [](const WindowState& w) { return w.selectedTab()->isSplit(); };
 const Predicate hasFolder = [](const WindowState& w) { return !w.activePane()->listing().has_value(); };
 
 const char* kNoCloud = "No cloud storage provider on Linux";
 const char* kNoCounterpart = "Not available on Linux yet";
 const char* kNotYet = "Not built yet";
-const char* kFileOps = "Comes with file operations";
+const char* kRenameOne = "Select one item: renaming several comes with batch rename";
 
 QList<AppCommand> buildFixed()
 {
@@ -52,19 +73,22 @@ QList<AppCommand> buildFixed()
     const int C = Qt::CTRL, S = Qt::SHIFT, A = Qt::ALT, M = Qt::META;
     QList<AppCommand> list{
         make("newTab", "New Tab", "plus.square.on.square", keys(C | Qt::Key_T), "", [](WindowState& w) { w.newTab(); }),
-        later("newFolder", "New Folder", "folder.badge.plus", keys(C | S | Qt::Key_N), "create mkdir", kFileOps),
-        later("newFile", "New File", "doc.badge.plus", keys(C | A | Qt::Key_N), "create touch", kFileOps),
+        make("newFolder", "New Folder", "folder.badge.plus", keys(C | S | Qt::Key_N), "create mkdir", files(&FileActions::newFolder), canCreate),
+        make("newFile", "New File", "doc.badge.plus", keys(C | A | Qt::Key_N), "create touch", files(&FileActions::newFile), canCreate),
         later("newNote", "New Note", "square.and.pencil", keys(C | A | S | Qt::Key_N), "markdown create write obsidian", kNotYet),
         make("todaysNote", "Today's Note", "calendar.badge.plus", keys(C | A | S | Qt::Key_D), "daily journal date obsidian", openTodaysNote, hasFolder),
         later("toggleEditing", "Edit File", "pencil.line", keys(C | Qt::Key_E), "write markdown text editor", kNotYet),
         make("reopenTab", "Reopen Closed Tab", "", keys(C | S | Qt::Key_T), "", [](WindowState& w) { w.reopenClosedTab(); },
              [](const WindowState& w) { return !w.closedTabURLs().isEmpty(); }),
         make("closeTab", "Close Tab", "xmark", keys(C | Qt::Key_W), "", [](WindowState& w) { w.closeTab(); }),
-        later("rename", "Rename", "pencil", keys(Qt::Key_F2), "", kFileOps),
-        later("duplicate", "Duplicate", "plus.square.on.square", keys(C | Qt::Key_D), "", kFileOps),
-        later("trash", "Move to Trash", "trash", keys(C | Qt::Key_Delete), "delete remove", kFileOps),
-        later("copyToOther", "Copy to Other Pane", "arrow.right.doc.on.clipboard", keys(Qt::Key_F5), "", kFileOps),
-        later("moveToOther", "Move to Other Pane", "arrow.right.square", keys(Qt::Key_F6), "", kFileOps),
+        withNote(make("rename", "Rename", "pencil", keys(Qt::Key_F2), "", files(&FileActions::beginRename), test(&FileActions::canRename)),
+                 kRenameOne),
+        make("duplicate", "Duplicate", "plus.square.on.square", keys(C | Qt::Key_D), "", files(&FileActions::duplicateSelection), changeSelection),
+        make("trash", "Move to Trash", "trash", keys(C | Qt::Key_Delete), "delete remove", files(&FileActions::trashSelection), changeSelection),
+        make("copyToOther", "Copy to Other Pane", "arrow.right.doc.on.clipboard", keys(Qt::Key_F5), "",
+             [](WindowState& w) { w.files().transferSelectionToOtherPane(FileOperations::Mode::copy); }, toOtherPane),
+        make("moveToOther", "Move to Other Pane", "arrow.right.square", keys(Qt::Key_F6), "",
+             [](WindowState& w) { w.files().transferSelectionToOtherPane(FileOperations::Mode::move); }, toOtherPane),
         make("copyPath", "Copy Path", "", keys(C | A | Qt::Key_C), "link path clipboard", copyPath, onSelection),
         make("copyRelativePath", "Copy Relative Path", "", keys(C | A | S | Qt::Key_C), "link path relative git repo", copyRelativePath, onSelection),
         make("copyContents", "Copy Contents", "doc.on.clipboard", none(), "text clipboard file content paste without opening", copyContents, canCopyContents),
@@ -87,7 +111,8 @@ QList<AppCommand> buildFixed()
         later("clearShelf", "Clear Shelf", "tray", none(), "drop stack empty", kNotYet),
         later("airDrop", "AirDrop", "dot.radiowaves.left.and.right", none(), "send share nearby iphone", kNoCounterpart),
         later("connectToServer", "Connect to Server…", "network", keys(C | M | Qt::Key_K), "smb afp nfs nas network share mount webdav", kNotYet),
-        later("putBack", "Put Back", "arrow.uturn.backward", none(), "restore trash undelete", kFileOps),
+        make("putBack", "Put Back", "arrow.uturn.backward", none(), "restore trash undelete", files(&FileActions::putBackSelection),
+             test(&FileActions::canPutBack)),
         make("showRecents", "Recents", "clock.arrow.circlepath", keys(C | S | Qt::Key_F), "recent files opened lately",
              [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::recents)); }),
         make("thisMac", "This Computer", "desktopcomputer", keys(C | S | Qt::Key_C),
@@ -95,7 +120,8 @@ QList<AppCommand> buildFixed()
              [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::thisMac)); }),
         make("screenshots", "Screenshots", "camera.viewfinder", none(), "screen capture recording shots images",
              [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::screenshots)); }),
-        later("tidyUp", "Tidy Up Folder…", "tray.2", none(), "organize sort downloads desktop clean messy files into folders", kFileOps),
+        make("tidyUp", "Tidy Up Folder…", "tray.2", none(), "organize sort downloads desktop clean messy files into folders",
+             files(&FileActions::requestTidyUp), canCreate),
         make("cleanUp", "Clean Up Build Folders…", "sparkles", none(), "node_modules deriveddata disk space junk cache free up delete build",
              [](WindowState& w) { w.showPanel(WindowState::Panel::cleanUp, w.activePane()->url()); }, hasFolder),
         make("findDuplicates", "Find Duplicates…", "square.on.square", none(), "duplicate same identical copies files photos disk space free up dedupe",
@@ -106,10 +132,12 @@ QList<AppCommand> buildFixed()
              [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::trash)); }),
         later("pin", "Add to or Remove from Sidebar", "sidebar.left", keys(C | M | Qt::Key_T), "pin quick access favorite", kNotYet),
         later("newSidebarGroup", "New Sidebar Group", "folder.badge.plus", none(), "section pin quick access", kNotYet),
-        later("compress", "Compress to Zip", "archivebox", none(), "zip archive", kFileOps),
-        later("extract", "Extract Here", "archivebox.circle", none(), "unzip decompress expand untar", kFileOps),
-        later("cut", "Cut", "scissors", keys(C | Qt::Key_X), "move", kFileOps),
-        later("copy", "Copy", "doc.on.doc", keys(C | Qt::Key_C), "", kFileOps),
+        make("compress", "Compress to Zip", "archivebox", none(), "zip archive", files(&FileActions::compressSelection),
+             test(&FileActions::canCompress)),
+        make("extract", "Extract Here", "archivebox.circle", none(), "unzip decompress expand untar", files(&FileActions::extractSelection),
+             test(&FileActions::canExtract)),
+        make("cut", "Cut", "scissors", keys(C | Qt::Key_X), "move", [](WindowState& w) { w.files().copySelection(true); }, onSelection),
+        make("copy", "Copy", "doc.on.doc", keys(C | Qt::Key_C), "", [](WindowState& w) { w.files().copySelection(false); }, onSelection),
         later("copyImage", "Copy Image", "photo.on.rectangle", keys(C | M | Qt::Key_C), "picture clipboard figma paste pixels", kNotYet),
         later("removeBackground", "Remove Background", "person.crop.rectangle", none(), "cut out subject transparent png isolate lift image picture photo", kNoCounterpart),
         later("removeLocation", "Remove Location from Photos", "location.slash", none(), "gps privacy exif strip share geotag where taken metadata", kNotYet),
@@ -119,8 +147,9 @@ QList<AppCommand> buildFixed()
         later("imageSets", "Make Image Sets (@1x @2x @3x)", "square.stack.3d.up", none(), "retina 1x 2x 3x scale export assets ios app icon svg pdf png xcode web", kNotYet),
         later("copyText", "Copy Text from Image", "text.viewfinder", none(), "ocr recognize read scan screenshot words picture pdf", kNotYet),
         later("combinePDF", "Combine into PDF", "doc.on.doc", none(), "merge join pdfs pages images to pdf scan", kNotYet),
-        later("paste", "Paste", "doc.on.clipboard", keys(C | Qt::Key_V), "", kFileOps),
-        later("moveHere", "Move Item Here", "arrow.down.doc", keys(C | A | Qt::Key_V), "", kFileOps),
+        make("paste", "Paste", "doc.on.clipboard", keys(C | Qt::Key_V), "", [](WindowState& w) { w.files().paste(false); }, clipboardHasFiles),
+        make("moveHere", "Move Item Here", "arrow.down.doc", keys(C | A | Qt::Key_V), "", [](WindowState& w) { w.files().paste(true); },
+             clipboardHasFiles),
         make("selectAll", "Select All", "checkmark.circle", keys(C | Qt::Key_A), "", [](WindowState& w) { w.activePane()->selectAll(); }),
         make("selectNone", "Select None", "circle", keys(C | A | Qt::Key_A), "deselect clear", [](WindowState& w) { w.activePane()->clearSelection(); }),
         make("invertSelection", "Invert Selection", "", keys(C | S | Qt::Key_I), "reverse", [](WindowState& w) { w.activePane()->invertSelection(); }),
@@ -196,10 +225,6 @@ QList<AppCommand> buildFixed()
     };
     // Titles that name an installed program are made once the program is known.
     for (AppCommand& command : list) {
-        // Until these run through the catalogue, the file operations' own keys handle them in
-        // the views, so the commands do not claim the keys.
-        if (command.disabledNote == QLatin1StringView(kFileOps))
-            command.shortcut = QKeySequence();
         if (command.id == QLatin1StringView("openInEditor"))
             command.title = QStringLiteral("Open in ") + editorName();
         if (command.id == QLatin1StringView("openInTerminal"))

@@ -44,7 +44,7 @@ void PaletteCandidates::setFiles(std::span<const FilePath> files)
     m_files.assign(files.begin(), files.begin() + qsizetype(count));
     m_fileNames = {};
     for (const FilePath& file : m_files)
-        m_fileNames.append(file.fileName());
+        m_fileNames.append(visibleName(file.fileNameBytes())); // matched as it is shown
 }
 
 } // namespace orwick

@@ -11,6 +11,9 @@ QString countOrName(const QList<FilePath>& items)
     return itemCount(items.size());
 }
 
-QString itemCount(qsizetype count) { return QString::number(count) + QStringLiteral(" items"); }
+QString itemCount(qsizetype count)
+{
+    return count == 1 ? QStringLiteral("1 item") : QString::number(count) + QStringLiteral(" items");
+}
 
 } // namespace orwick

@@ -12,7 +12,7 @@ namespace orwick {
 QString quoted(const QString& text);
 // The item's name for one item, else "N items" ("Copied report.pdf", "Copied 3 items").
 QString countOrName(const QList<FilePath>& items);
-// "N items" always (job titles: "Copying 12 items").
+// "1 item" or "N items" (job titles: "Copying 12 items", "Copying 1 item").
 QString itemCount(qsizetype count);
 
 } // namespace orwick

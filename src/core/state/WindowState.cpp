@@ -1,9 +1,11 @@
 #include "state/WindowState.h"
 
+#include "state/FileActions.h"
+
 namespace orwick {
 
 WindowState::WindowState(const FilePath& folder, ViewPreferences* preferences, QObject* parent)
-    : QObject(parent), m_preferences(preferences)
+    : QObject(parent), m_preferences(preferences), m_files(new FileActions(this, &FileOperations::shared()))
 {
     TabState* tab = makeTab(folder);
     m_tabs = {tab};
@@ -142,13 +144,8 @@ bool WindowState::beginRename()
 
 bool WindowState::transferSelection(bool move, const FilePath& folder)
 {
-    if (!canActOnSelection() || !m_transfer)
-        return false;
-    m_transfer(selectedURLs(), folder, move);
-    return true;
+    return m_files->transferSelection(folder, move ? FileOperations::Mode::move : FileOperations::Mode::copy);
 }
-
-void WindowState::setTransfer(Transfer transfer) { m_transfer = std::move(transfer); }
 
 void WindowState::endFilter() { activePane()->setFiltering(false); }
 

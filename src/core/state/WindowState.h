@@ -15,6 +15,8 @@
 
 namespace orwick {
 
+class FileActions;
+
 // What the palette is opened for.
 enum class PaletteRequest { main, path, projects, copyDestination, moveDestination };
 
@@ -50,12 +52,12 @@ public:
     bool hasOtherPane() const { return selectedTab()->otherPane() != nullptr; }
     // One item: inline rename. Several: batch rename, which is not built yet (returns false).
     bool beginRename();
-    // Copies or moves the selection into `folder`; false when it can't be done (nothing selected,
-    // or no file operations in this program).
+    // Copies or moves the selection into `folder` through the window's file actions; false when
+    // it can't be done (nothing selected, a name being edited).
     bool transferSelection(bool move, const FilePath& folder);
-    using Transfer = std::function<void(const QList<FilePath>& items, const FilePath& folder, bool move)>;
-    // How this window copies and moves files (given by whoever owns file operations).
-    void setTransfer(Transfer transfer);
+    // The window's file verbs: new folder, rename, trash, copy and move, clipboard… on the shared
+    // file operations, with this window's undo stack.
+    FileActions& files() const { return *m_files; }
     void endFilter();
 
     // Asks the window to open the palette in `mode`.
@@ -85,7 +87,7 @@ protected:
     QUndoStack m_undoStack;
     ViewPreferences* m_preferences;
     Panel m_panel = Panel::none;
-    Transfer m_transfer;
+    FileActions* m_files;
     FilePath m_panelFolder;
 };
 

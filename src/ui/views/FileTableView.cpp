@@ -1,6 +1,7 @@
 #include "ui/views/FileTableView.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyle>
 
@@ -91,6 +92,18 @@ void FileTableView::mouseDoubleClickEvent(QMouseEvent* event)
         return;
     }
     FileListView::mouseDoubleClickEvent(event);
+}
+
+bool FileTableView::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_F2 && key->modifiers() == Qt::NoModifier && (currentIndex().flags() & Qt::ItemIsEditable)) {
+            event->accept();
+            return true;
+        }
+    }
+    return FileListView::event(event);
 }
 
 } // namespace orwick

@@ -25,6 +25,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     // A double click on an editable cell (a property) edits it; elsewhere it opens the row.
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    // F2 on an editable cell edits the cell, ahead of the window's Rename shortcut.
+    bool event(QEvent* event) override;
 
 private:
     void layoutColumns();

@@ -1,6 +1,7 @@
 #include "ui/window/CommandMenus.h"
 
 #include "commands/CommandCatalog.h"
+#include "state/FileActions.h"
 
 #include <QAction>
 #include <QMainWindow>
@@ -41,7 +42,7 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     QAction* undo = state->undoStack()->createUndoAction(edit, QStringLiteral("Undo"));
     undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
     QAction* redo = state->undoStack()->createRedoAction(edit, QStringLiteral("Redo"));
-    redo->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z));
+    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
     const QList<QAction*> first = edit->actions();
     edit->insertAction(first.isEmpty() ? nullptr : first.first(), undo);
     edit->insertAction(first.isEmpty() ? nullptr : first.first(), redo);
@@ -81,7 +82,8 @@ QAction* CommandMenus::makeAction(const QString& id)
         const AppCommand* command = CommandCatalog::find(id);
         if (!command)
             return;
-        if (!CommandCatalog::run(*command, *m_state) && !command->disabledNote.isEmpty())
+        // A dimmed command says why, unless a name is being edited (its keys are the editor's then).
+        if (!CommandCatalog::run(*command, *m_state) && !command->disabledNote.isEmpty() && !m_state->files().isRenaming())
             Q_EMIT messageRequested(command->title + QStringLiteral(": ") + command->disabledNote);
     });
     m_window->addAction(action); // shortcuts work while the menu bar is closed
@@ -132,7 +134,8 @@ void CommandMenus::showContextMenu(const QPoint& globalPosition)
     const QStringList ids = hasSelection
         ? QStringList{"open", "openInNewTab", "openInEditor", "-", "rename", "duplicate", "compress", "extract", "-", "cut", "copy",
                       "copyPath", "copyRelativePath", "copyToOther", "moveToOther", "-", "getInfo", "putBack", "trash"}
-        : QStringList{"newFolder", "newFile", "paste", "-", "openInTerminal", "showInFinder", "-", "selectAll", "reload"};
+        : QStringList{"newFolder", "newFile", "paste", "moveHere", "-", "openInTerminal", "showInFinder", "tidyUp", "-", "selectAll",
+                      "reload"};
     QMenu menu(m_window);
     for (const QString& id : ids) {
         if (id == QLatin1StringView("-")) {

@@ -49,8 +49,7 @@ void PaletteController::carryOut(const PaletteItem& item, PaletteMode mode, bool
         break;
     }
     if (mode == PaletteMode::destination) {
-        if (!m_state->transferSelection(m_palette->transferKind() == TransferKind::move, item.path))
-            Q_EMIT m_state->messageRequested(QStringLiteral("Moving and copying come with file operations"));
+        m_state->transferSelection(m_palette->transferKind() == TransferKind::move, item.path);
         return;
     }
     if (mode == PaletteMode::projects && alternate) {

@@ -2,6 +2,7 @@
 
 #include "ui/theme/Theme.h"
 #include "ui/window/CommandMenus.h"
+#include "ui/window/PaletteRowDelegate.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -15,7 +16,7 @@ namespace orwick {
 namespace {
 constexpr int kWidth = 640;
 constexpr int kMaxHeight = 480;
-enum Role { PaletteRowRole = Qt::UserRole + 1, ShortcutRole, SubtitleRole };
+using Role = PaletteRowDelegate::Role;
 } // namespace
 
 PaletteWidget::PaletteWidget(PaletteState* state, QWidget* window) : QFrame(window), m_state(state)
@@ -39,6 +40,7 @@ PaletteWidget::PaletteWidget(PaletteState* state, QWidget* window) : QFrame(wind
     m_rows->setFocusPolicy(Qt::NoFocus);
     m_rows->setUniformItemSizes(false);
     m_rows->setIconSize(QSize(16, 16));
+    m_rows->setItemDelegate(new PaletteRowDelegate(m_rows));
     m_footer = new QLabel(this);
     QPalette dim = m_footer->palette();
     dim.setColor(QPalette::WindowText, theme::dimText());
@@ -60,7 +62,7 @@ PaletteWidget::PaletteWidget(PaletteState* state, QWidget* window) : QFrame(wind
     connect(state, &PaletteState::selectionChanged, this, &PaletteWidget::showSelection);
     connect(state, &PaletteState::statusChanged, this, &PaletteWidget::fillRows);
     connect(m_rows, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
-        const QVariant row = item->data(PaletteRowRole);
+        const QVariant row = item->data(Role::PaletteRowRole);
         if (row.isValid()) {
             m_state->selectRow(row.toInt());
             m_state->choose(false);
@@ -109,13 +111,10 @@ void PaletteWidget::fillRows()
             heading->setForeground(theme::dimText());
         }
         for (const PaletteItem& row : section.items) {
-            QString text = row.title;
-            if (!row.subtitle.isEmpty())
-                text += QStringLiteral("    ") + row.subtitle;
-            auto* item = new QListWidgetItem(commandIcon(row.symbol), text, m_rows);
-            if (!row.shortcut.isEmpty())
-                item->setText(text + QStringLiteral("\t") + row.shortcut);
-            item->setData(PaletteRowRole, paletteRow);
+            auto* item = new QListWidgetItem(commandIcon(row.symbol), row.title, m_rows);
+            item->setData(Role::SubtitleRole, row.subtitle);
+            item->setData(Role::ShortcutRole, row.shortcut);
+            item->setData(Role::PaletteRowRole, paletteRow);
             item->setToolTip(row.kind == PaletteItem::Kind::command ? row.subtitle : row.path.text());
             if (!row.isEnabled)
                 item->setForeground(theme::dimText());

@@ -1,8 +1,11 @@
 #include "commands/CommandCatalog.h"
+#include "state/FileActions.h"
 #include "state/WindowState.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QSet>
 #include <gtest/gtest.h>
 
@@ -82,4 +85,121 @@ TEST_F(CatalogFixture, RunningGoesThroughTheSamePredicate)
     EXPECT_TRUE(CommandCatalog::run("sort.size", *window));
     EXPECT_EQ(window->activePane()->sortKey(), SortKey::size);
     EXPECT_FALSE(CommandCatalog::run("no.such.command", *window));
+}
+
+namespace {
+// The file commands, run headless on a window over real files in a temporary folder.
+struct FileCommandsFixture : CatalogFixture {
+    QStringList enabledOf(const QStringList& ids)
+    {
+        QStringList result;
+        for (const QString& id : ids)
+            if (CommandCatalog::find(id)->enabledIn(*window))
+                result.append(id);
+        return result;
+    }
+    void select(const FilePath& item)
+    {
+        ASSERT_TRUE(test::waitUntil([&] { return window->activePane()->row(item) >= 0; })) << item.text().toStdString();
+        window->activePane()->click(item, Qt::NoModifier);
+    }
+    void settle() { ASSERT_TRUE(test::waitUntil([] { return FileOperations::shared().isIdle(); }, 20000)); }
+};
+} // namespace
+
+TEST_F(FileCommandsFixture, SelectionCommandsWaitForASelectionAndForANameBeingEdited)
+{
+    const QStringList onFiles{"rename", "duplicate", "trash", "cut", "copy", "compress", "copyTo", "moveTo"};
+    EXPECT_EQ(enabledOf(onFiles), QStringList{}) << "nothing selected";
+    EXPECT_EQ(enabledOf({"newFolder", "newFile", "tidyUp"}), (QStringList{"newFolder", "newFile", "tidyUp"}));
+    EXPECT_FALSE(enabled("copyToOther")) << "a single pane";
+    EXPECT_FALSE(enabled("putBack")) << "not the Trash";
+
+    select(tree.path("a.txt"));
+    EXPECT_EQ(enabledOf(onFiles), onFiles);
+    EXPECT_FALSE(enabled("extract")) << "a.txt is no archive";
+    window->activePane()->setRenaming(tree.path("a.txt"));
+    EXPECT_EQ(enabledOf(onFiles + QStringList{"newFolder", "newFile", "paste"}), QStringList{}) << "a name is being edited";
+    EXPECT_FALSE(CommandCatalog::run("trash", *window));
+    window->files().endRename();
+    EXPECT_TRUE(enabled("trash"));
+
+    // Several selected: rename waits for batch rename and says so.
+    window->activePane()->click(tree.path("Sub"), Qt::ShiftModifier);
+    EXPECT_EQ(window->activePane()->selection().size(), 2);
+    EXPECT_FALSE(enabled("rename"));
+    EXPECT_FALSE(CommandCatalog::find("rename")->disabledNote.isEmpty());
+    EXPECT_TRUE(enabled("duplicate"));
+}
+
+TEST_F(FileCommandsFixture, OtherPaneAndClipboardAndArchivesDecideTheirCommands)
+{
+    const FilePath archive = tree.file("photos.tar.gz", "not really");
+    window->activePane()->reload();
+    select(archive);
+    EXPECT_TRUE(enabled("extract"));
+    EXPECT_FALSE(enabled("copyToOther"));
+    window->selectedTab()->toggleSplit();
+    window->selectedTab()->activate(window->selectedTab()->panes().first());
+    EXPECT_TRUE(enabled("copyToOther"));
+    EXPECT_TRUE(enabled("moveToOther"));
+    window->selectedTab()->otherPane()->show(Listing::of(Listing::Kind::recents));
+    EXPECT_FALSE(enabled("copyToOther")) << "the other pane shows no folder to copy into";
+
+    QGuiApplication::clipboard()->clear();
+    EXPECT_FALSE(enabled("paste"));
+    EXPECT_TRUE(CommandCatalog::run("copy", *window));
+    EXPECT_TRUE(enabled("paste"));
+    EXPECT_TRUE(enabled("moveHere"));
+}
+
+TEST_F(FileCommandsFixture, CommandsChangeFilesAndTrashCanBePutBackFromTheTrashListing)
+{
+    const FilePath file = tree.path("a.txt");
+    select(file);
+    EXPECT_TRUE(CommandCatalog::run("duplicate", *window));
+    settle();
+    EXPECT_TRUE(test::exists(tree.path("a copy.txt")));
+
+    EXPECT_TRUE(CommandCatalog::run("trash", *window));
+    settle();
+    EXPECT_FALSE(test::exists(file));
+    EXPECT_EQ(window->undoStack()->undoText(), "Move to Trash");
+
+    EXPECT_TRUE(CommandCatalog::run("trashFolder", *window));
+    PaneState* pane = window->activePane();
+    ASSERT_TRUE(test::waitUntil([&] { return !pane->isLoading(); }));
+    FilePath trashed;
+    for (const FileItem& item : pane->items())
+        if (item.url.fileName() == "a.txt")
+            trashed = item.url;
+    ASSERT_FALSE(trashed.isEmpty());
+    EXPECT_FALSE(enabled("putBack")) << "nothing selected";
+    pane->click(trashed, Qt::NoModifier);
+    EXPECT_TRUE(enabled("putBack"));
+    EXPECT_FALSE(enabled("trash")) << "already in the Trash";
+    EXPECT_FALSE(enabled("duplicate"));
+    EXPECT_TRUE(CommandCatalog::run("putBack", *window));
+    settle();
+    EXPECT_TRUE(test::exists(file));
+}
+
+TEST_F(FileCommandsFixture, NewFolderAndTransferToAFolderGoThroughTheWindowsUndoStack)
+{
+    EXPECT_TRUE(CommandCatalog::run("newFolder", *window));
+    settle();
+    EXPECT_TRUE(test::exists(tree.path("untitled folder")));
+    EXPECT_TRUE(CommandCatalog::run("newFile", *window));
+    settle();
+    EXPECT_TRUE(test::exists(tree.path(FileActions::kNewFileName)));
+
+    select(tree.path("a.txt"));
+    EXPECT_TRUE(window->transferSelection(true, tree.path("Sub")));
+    settle();
+    EXPECT_TRUE(test::exists(tree.path("Sub/a.txt")));
+    EXPECT_FALSE(test::exists(tree.path("a.txt")));
+    EXPECT_EQ(window->undoStack()->undoText(), "Move");
+    window->undoStack()->undo();
+    settle();
+    EXPECT_TRUE(test::exists(tree.path("a.txt")));
 }

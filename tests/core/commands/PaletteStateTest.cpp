@@ -238,3 +238,17 @@ TEST(ProjectFinder, StopsWhenCancelledOrAtItsBounds)
     EXPECT_FALSE(all.isPartial);
     EXPECT_EQ(all.repositories, (std::vector<FilePath>{one.root(), two.root()}));
 }
+
+TEST_F(PaletteFixture, NamesWithControlCharactersShowTheirPicturesAndStillMatch)
+{
+    const std::vector<FilePath> files{tree.file(QByteArray("two\nlines.txt"), "x"), tree.file(QByteArray("tab\there.md"), "y")};
+    palette.setFileCandidates(files);
+    palette.open();
+    palette.setQuery(QStringLiteral("lines"));
+    ASSERT_NE(palette.selectedItem(), nullptr);
+    EXPECT_EQ(palette.selectedItem()->title, QStringLiteral("two\u240Alines.txt")) << "a newline must not break the row";
+    EXPECT_EQ(palette.selectedItem()->path, files[0]) << "the row still names the real file";
+    palette.setQuery(QStringLiteral("tabhere"));
+    ASSERT_NE(palette.selectedItem(), nullptr);
+    EXPECT_EQ(palette.selectedItem()->title, QStringLiteral("tab\u2409here.md"));
+}

@@ -66,6 +66,11 @@ TEST_F(FileOpsTest, CopyOfSeveralItemsCountsThemInTitleAndToast)
     EXPECT_EQ(titles.value(0), QStringLiteral("Copying 2 items"));
     EXPECT_EQ(lastToast(), QStringLiteral("Copied 2 items"));
     EXPECT_EQ(toasts.last().icon, QStringLiteral("doc.on.doc"));
+
+    titles.clear();
+    ops.transfer({a}, tree.folder("one"), FileOperations::Mode::move, &stack);
+    settle();
+    EXPECT_EQ(titles.value(0), QStringLiteral("Moving 1 item")) << "one is not \"1 items\"";
 }
 
 TEST_F(FileOpsTest, FolderCannotGoInsideItself)

@@ -1,0 +1,56 @@
+#pragma once
+// A real window over a temporary folder, driven by keys as the window system delivers them
+// (shortcuts included), for the tests of the window's file commands.
+
+#include "fileops/FileOperations.h"
+#include "state/WindowState.h"
+#include "support/KeyPress.h"
+#include "support/TempHome.h"
+#include "support/TestMain.h"
+#include "ui/pane/PaneWidget.h"
+#include "ui/window/MainWindow.h"
+#include "ui/window/ToastHost.h"
+
+#include <QApplication>
+#include <gtest/gtest.h>
+
+namespace orwick::test {
+
+struct FileOpsWindowTest : ::testing::Test {
+    test::TempTree tree;
+    ViewPreferences preferences;
+    std::unique_ptr<WindowState> state;
+    std::unique_ptr<MainWindow> window;
+
+    void open(const FilePath& folder)
+    {
+        state = std::make_unique<WindowState>(folder, &preferences);
+        window = std::make_unique<MainWindow>(state.get());
+        window->show();
+        window->activateWindow();
+        ASSERT_TRUE(test::waitUntil([&] { return QApplication::activeWindow() == window.get(); }));
+        ASSERT_TRUE(test::waitUntil([&] { return !pane()->isLoading(); }));
+    }
+    PaneState* pane() { return state->activePane(); }
+    FileOperations& ops() { return FileOperations::shared(); }
+    void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        QWidget* target = QApplication::focusWidget() ? QApplication::focusWidget() : window->activePaneWidget()->focusTarget();
+        pressKey(target, key, modifiers);
+    }
+    void select(const FilePath& item)
+    {
+        ASSERT_TRUE(test::waitUntil([&] { return pane()->row(item) >= 0; })) << item.text().toStdString();
+        pane()->click(item, Qt::NoModifier);
+    }
+    void settle() { ASSERT_TRUE(test::waitUntil([&] { return ops().isIdle(); }, 20000)); }
+    QString toast() const { return window->toasts()->currentMessage(); }
+    // Types `text` into the focused widget, one key at a time.
+    void type(const QString& text)
+    {
+        for (const QChar c : text)
+            pressKey(QApplication::focusWidget(), c.toUpper().unicode(), Qt::NoModifier, QString(c));
+    }
+};
+
+} // namespace orwick::test

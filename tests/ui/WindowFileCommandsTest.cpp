@@ -1,0 +1,265 @@
+// The file commands of the catalogue in a real window: keys reach them through the window's
+// shortcuts, F5 and F6 work between panes, the palette runs the same commands and picks
+// destinations, and nothing touches files while a name is being edited.
+
+#include "FileWindowFixture.h"
+#include "app/Services.h"
+#include "commands/CommandCatalog.h"
+#include "commands/Frecency.h"
+#include "fileops/FileClipboard.h"
+#include "notes/FileProperties.h"
+#include "ui/fileops/FileOpsController.h"
+#include "ui/notes/PaneNotesDecoration.h"
+#include "ui/views/FileListView.h"
+#include "ui/views/FileTableView.h"
+#include "ui/window/CommandMenus.h"
+#include "ui/window/PaletteController.h"
+#include "ui/window/PaletteRowDelegate.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+
+using namespace orwick;
+using test::waitUntil;
+
+namespace {
+
+// Counts the presses of one key that reach the watched widget.
+struct KeyCounter : QObject {
+    explicit KeyCounter(int key) : key(key) {}
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == key)
+            ++count;
+        return false;
+    }
+    int key;
+    int count = 0;
+};
+
+struct WindowFileCommandsTest : test::FileOpsWindowTest {
+    bool enabled(const char* id) { return CommandCatalog::find(QString::fromLatin1(id))->enabledIn(*state); }
+    PaletteState* palette() { return window->palette()->palette(); }
+    int paletteRow(const QString& id)
+    {
+        for (int i = 0; i < palette()->rows().size(); ++i)
+            if (palette()->rows()[i].id == id)
+                return i;
+        return -1;
+    }
+    QLineEdit* renameEditor() { return window->activePaneWidget()->listView()->viewport()->findChild<QLineEdit*>(); }
+};
+
+TEST_F(WindowFileCommandsTest, NothingActsOnFilesWhileANameIsBeingEdited)
+{
+    const FilePath file = tree.file("keep.txt", "k");
+    open(tree.root());
+    select(file);
+    press(Qt::Key_F2);
+    QLineEdit* editor = renameEditor();
+    ASSERT_NE(editor, nullptr);
+    ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() == editor; }));
+    EXPECT_FALSE(enabled("trash"));
+    EXPECT_FALSE(enabled("copy"));
+
+    QApplication::clipboard()->clear();
+    press(Qt::Key_Delete, Qt::ControlModifier); // the editor's: delete a word
+    press(Qt::Key_C, Qt::ControlModifier);      // the editor's: copy text
+    press(Qt::Key_X, Qt::ControlModifier);
+    press(Qt::Key_F2);                          // a shortcut, whose command waits
+    window->menus()->action(QStringLiteral("trash"))->trigger(); // even from the menu
+    settle();
+    EXPECT_TRUE(test::exists(file));
+    EXPECT_TRUE(readFileClipboard(QApplication::clipboard()->mimeData()).items.isEmpty()) << "no file went to the clipboard";
+
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(editor, &escape);
+    ASSERT_TRUE(waitUntil([&] { return !window->fileOps()->isRenaming(); }));
+    EXPECT_TRUE(enabled("trash"));
+    press(Qt::Key_Delete, Qt::ControlModifier);
+    settle();
+    EXPECT_FALSE(test::exists(file));
+}
+
+TEST_F(WindowFileCommandsTest, F5CopiesIntoTheOtherPanesFolderAndCtrlZTakesTheCopyBack)
+{
+    const FilePath file = tree.file("left/report.txt", "r");
+    const FilePath right = tree.folder("right");
+    open(tree.path("left"));
+    select(file);
+    EXPECT_FALSE(enabled("copyToOther")) << "no other pane";
+    press(Qt::Key_F5);
+    settle();
+    EXPECT_EQ(state->undoStack()->count(), 0);
+
+    press(Qt::Key_Backslash, Qt::ControlModifier); // split: the new pane is active
+    ASSERT_TRUE(state->selectedTab()->isSplit());
+    PaneState* left = state->selectedTab()->panes().first();
+    PaneState* other = state->activePane();
+    ASSERT_NE(left, other);
+    other->navigate(right);
+    state->selectedTab()->activate(left);
+    ASSERT_EQ(state->selectedTab()->otherPane(), other);
+    EXPECT_TRUE(enabled("copyToOther"));
+
+    press(Qt::Key_F5);
+    settle();
+    const FilePath copied = right.child(QStringLiteral("report.txt"));
+    EXPECT_EQ(test::readAll(copied), "r");
+    EXPECT_TRUE(test::exists(file));
+    EXPECT_EQ(toast(), QStringLiteral("Copied report.txt"));
+    EXPECT_TRUE(waitUntil([&] { return other->selection().contains(copied); })) << "the copy is selected where it landed";
+
+    press(Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    EXPECT_FALSE(test::exists(copied));
+    EXPECT_TRUE(test::exists(file));
+
+    // Again, into a folder that now holds one: the conflict question, then Keep Both.
+    tree.file("right/report.txt", "older");
+    press(Qt::Key_F5);
+    QMessageBox* box = nullptr;
+    ASSERT_TRUE(waitUntil([&] { return (box = window->findChild<QMessageBox*>()) && box->isVisible(); }));
+    EXPECT_EQ(box->text(), QStringLiteral("“report.txt” is already in “right”"));
+    for (QAbstractButton* button : box->buttons())
+        if (button->text() == QStringLiteral("Keep Both"))
+            button->click();
+    settle();
+    EXPECT_EQ(test::readAll(copied), "older");
+    EXPECT_EQ(test::readAll(right.child(QStringLiteral("report 2.txt"))), "r");
+}
+
+TEST_F(WindowFileCommandsTest, F6MovesIntoTheOtherPanesFolder)
+{
+    const FilePath file = tree.file("from/notes.md", "n");
+    const FilePath to = tree.folder("to");
+    open(tree.path("from"));
+    state->selectedTab()->split(pane(), PaneEdge::right, to);
+    state->selectedTab()->activate(state->selectedTab()->panes().first());
+    select(file);
+    press(Qt::Key_F6);
+    settle();
+    EXPECT_FALSE(test::exists(file));
+    EXPECT_EQ(test::readAll(to.child(QStringLiteral("notes.md"))), "n");
+    EXPECT_EQ(state->undoStack()->undoText(), QStringLiteral("Move"));
+}
+
+TEST_F(WindowFileCommandsTest, PaletteRowRunsTheSameCommandAsItsKey)
+{
+    const FilePath file = tree.file("old.txt", "o");
+    open(tree.root());
+    press(Qt::Key_K, Qt::ControlModifier);
+    ASSERT_TRUE(palette()->isOpen());
+    type(QStringLiteral("trash"));
+    int row = paletteRow(QStringLiteral("cmd.trash"));
+    ASSERT_GE(row, 0);
+    EXPECT_FALSE(palette()->rows()[row].isEnabled) << "nothing selected";
+    press(Qt::Key_Escape);
+    ASSERT_FALSE(palette()->isOpen());
+
+    select(file);
+    press(Qt::Key_K, Qt::ControlModifier);
+    type(QStringLiteral("trash"));
+    row = paletteRow(QStringLiteral("cmd.trash"));
+    ASSERT_GE(row, 0);
+    EXPECT_TRUE(palette()->rows()[row].isEnabled);
+    // The row shows the title alone; its shortcut is drawn in its own column.
+    auto* list = window->findChild<QListWidget*>();
+    ASSERT_NE(list, nullptr);
+    QListWidgetItem* shown = nullptr;
+    for (int i = 0; i < list->count(); ++i)
+        if (list->item(i)->data(PaletteRowDelegate::PaletteRowRole) == row)
+            shown = list->item(i);
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(shown->text(), QStringLiteral("Move to Trash"));
+    EXPECT_EQ(shown->data(PaletteRowDelegate::ShortcutRole).toString(), QKeySequence(Qt::CTRL | Qt::Key_Delete).toString(QKeySequence::NativeText));
+    palette()->selectRow(row);
+    press(Qt::Key_Return);
+    settle();
+    EXPECT_FALSE(test::exists(file));
+    EXPECT_EQ(state->undoStack()->undoText(), QStringLiteral("Move to Trash"));
+}
+
+TEST_F(WindowFileCommandsTest, MoveToFromThePaletteMovesTheSelectionIntoTheChosenFolder)
+{
+    Frecency frecency(tree.path(QStringLiteral("data/frecency.json")));
+    services().frecency = &frecency;
+    const FilePath file = tree.file("memo.txt", "m");
+    const FilePath archive = tree.folder("Archive");
+    frecency.record(archive);
+    open(tree.root());
+    select(file);
+    press(Qt::Key_M, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_TRUE(palette()->isOpen());
+    EXPECT_EQ(palette()->mode(), PaletteMode::destination);
+    EXPECT_EQ(palette()->prompt(), QStringLiteral("Move 1 item"));
+    type(QStringLiteral("archive"));
+    ASSERT_NE(palette()->selectedItem(), nullptr);
+    EXPECT_EQ(palette()->selectedItem()->path, archive);
+    press(Qt::Key_Return);
+    settle();
+    EXPECT_FALSE(test::exists(file));
+    EXPECT_EQ(test::readAll(archive.child(QStringLiteral("memo.txt"))), "m");
+    EXPECT_EQ(toast(), QStringLiteral("Moved memo.txt"));
+    window.reset();
+    services().frecency = nullptr;
+}
+
+TEST_F(WindowFileCommandsTest, F2OnAnEditablePropertyCellIsTheTablesEditKeyNotRename)
+{
+    const FilePath note = tree.file("notes/alpha.md", "---\nstatus: open\n---\nAlpha\n");
+    FileProperties store{nullptr, tree.path(QStringLiteral("settings/columns.json"))};
+    FolderColumns columns;
+    columns.shown = {QStringLiteral("status")};
+    ASSERT_TRUE(store.setColumns(note.parent(), columns));
+    open(note.parent());
+    PaneNotesDecoration::attach(window.get(), &store);
+    pane()->chooseViewMode(ViewMode::table);
+    select(note);
+    ASSERT_TRUE(waitUntil([&] { return store.value(note, QStringLiteral("status")).has_value(); }));
+    FileTableView* table = window->activePaneWidget()->tableView();
+    ASSERT_TRUE(waitUntil([&] { return table->model()->columnCount() > FileListModel::ColumnCount; }));
+    const int row = pane()->row(note);
+    table->setFocus();
+
+    // On the name F2 renames: outside the list, in a small sheet.
+    table->setCurrentIndex(table->model()->index(row, FileListModel::NameColumn));
+    press(Qt::Key_F2);
+    EXPECT_TRUE(window->fileOps()->isRenaming());
+    auto* sheet = window->findChild<QInputDialog*>();
+    ASSERT_NE(sheet, nullptr);
+    sheet->reject();
+    ASSERT_TRUE(waitUntil([&] { return !window->fileOps()->isRenaming(); }));
+    window->activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == window.get(); }));
+
+    // On a property cell F2 is the table's own edit key: it reaches the table, no rename starts.
+    const QModelIndex statusCell = table->model()->index(row, FileListModel::ColumnCount);
+    ASSERT_TRUE(statusCell.flags() & Qt::ItemIsEditable);
+    table->setFocus();
+    table->setCurrentIndex(statusCell);
+    KeyCounter f2s(Qt::Key_F2);
+    table->installEventFilter(&f2s);
+    press(Qt::Key_F2);
+    EXPECT_EQ(f2s.count, 1);
+    EXPECT_FALSE(window->fileOps()->isRenaming()) << "not the name";
+}
+
+TEST(PaletteRowDelegate, ShortcutsEndAtTheSameRightEdge)
+{
+    const QFontMetrics metrics(QApplication::font());
+    const QRect text(40, 0, 500, 24);
+    const QRect shortKey = PaletteRowDelegate::shortcutRect(text, metrics, QStringLiteral("F5"));
+    const QRect longKey = PaletteRowDelegate::shortcutRect(text, metrics, QStringLiteral("Ctrl+Shift+N"));
+    EXPECT_EQ(shortKey.right(), longKey.right());
+    EXPECT_LT(longKey.left(), shortKey.left());
+    EXPECT_LE(shortKey.right(), text.right());
+    EXPECT_TRUE(PaletteRowDelegate::shortcutRect(text, metrics, {}).isEmpty());
+}
+
+} // namespace
