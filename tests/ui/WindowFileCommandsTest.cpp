@@ -185,6 +185,26 @@ TEST_F(WindowFileCommandsTest, PaletteRowRunsTheSameCommandAsItsKey)
     EXPECT_EQ(state->undoStack()->undoText(), QStringLiteral("Move to Trash"));
 }
 
+TEST_F(WindowFileCommandsTest, APaletteRowActsOnThePaneThatWasActiveWhenItOpened)
+{
+    const FilePath file = tree.file("right/draft.txt", "d");
+    open(tree.root());
+    state->selectedTab()->split(pane(), PaneEdge::right, file.parent());
+    PaneState* right = state->activePane();
+    window->activePaneWidget()->takeFocus();
+    select(file);
+    press(Qt::Key_K, Qt::ControlModifier);
+    ASSERT_TRUE(palette()->isOpen());
+    type(QStringLiteral("move to trash"));
+    const int row = paletteRow(QStringLiteral("cmd.trash"));
+    ASSERT_GE(row, 0);
+    palette()->selectRow(row);
+    press(Qt::Key_Return);
+    EXPECT_EQ(state->activePane(), right) << "closing the palette keeps the pane active";
+    settle();
+    EXPECT_FALSE(test::exists(file));
+}
+
 TEST_F(WindowFileCommandsTest, MoveToFromThePaletteMovesTheSelectionIntoTheChosenFolder)
 {
     Frecency frecency(tree.path(QStringLiteral("data/frecency.json")));

@@ -74,11 +74,18 @@ PaletteWidget::PaletteWidget(PaletteState* state, QWidget* window) : QFrame(wind
 void PaletteWidget::sync()
 {
     if (!m_state->isOpen()) {
+        // Focus goes back before hiding, so that hiding does not hand it to the next pane.
+        if (isAncestorOf(QApplication::focusWidget())) {
+            if (m_returnFocus && m_returnFocus->isVisible())
+                m_returnFocus->setFocus(Qt::PopupFocusReason);
+            else if (parentWidget())
+                parentWidget()->setFocus();
+        }
         hide();
-        if (QWidget* window = parentWidget())
-            window->setFocus();
         return;
     }
+    if (!isVisible() || !isAncestorOf(QApplication::focusWidget()))
+        m_returnFocus = QApplication::focusWidget();
     m_query->setText(m_state->query());
     fillRows();
     place();
@@ -122,9 +129,12 @@ void PaletteWidget::fillRows()
             ++paletteRow;
         }
     }
+    // Headings are shorter than rows: add up the rows shown, until the list is as tall as it gets.
+    int rowsHeight = 2 * m_rows->frameWidth();
+    for (int i = 0; i < m_rows->count() && rowsHeight < kMaxHeight; ++i)
+        rowsHeight += m_rows->sizeHintForRow(i) + 2 * m_rows->spacing();
+    m_rows->setFixedHeight(std::clamp(rowsHeight, m_rows->fontMetrics().height(), kMaxHeight));
     showSelection();
-    const int rowsHeight = std::min(kMaxHeight, std::max(1, m_rows->count()) * (m_rows->sizeHintForRow(0) + 2));
-    m_rows->setFixedHeight(rowsHeight);
     adjustSize();
     place();
 }

@@ -6,6 +6,7 @@
 #include "commands/PaletteState.h"
 
 #include <QFrame>
+#include <QPointer>
 
 class QLabel;
 class QLineEdit;
@@ -33,6 +34,9 @@ private:
     QListWidget* m_rows;
     QLabel* m_footer;
     QList<int> m_listRowOf; // palette row → list row (headings take rows of their own)
+    // Where the keyboard was when the palette opened, and goes back to when it closes, so the
+    // pane that was active stays active for what the chosen row does.
+    QPointer<QWidget> m_returnFocus;
 };
 
 } // namespace orwick
