@@ -305,4 +305,31 @@ TEST_F(PropertyTableTest, SortingByAPropertyPutsNotesWithoutItLastBothWays)
     Q_EMIT header->sectionClicked(columnOf("due"));
     ASSERT_TRUE(waitUntil([&] { return names() == QStringList{"alpha.md", "gamma.md", "beta.md"}; })) << names().join(' ').toStdString();
     EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
+    // The indicator stays on the sorted property when its column moves.
+    header->moveSection(header->visualIndex(columnOf("due")), header->visualIndex(columnOf("status")));
+    ASSERT_TRUE(waitUntil([&] { return store->columns(folder).shown.first() == "due"; })) << store->columns(folder).shown.join(" ").toStdString() << " " << headerOrder().join(" ").toStdString();
+    EXPECT_EQ(header->sortIndicatorSection(), columnOf("due"));
+    EXPECT_EQ(names(), (QStringList{"alpha.md", "gamma.md", "beta.md"}));
+    // Hiding it goes back to the pane's own sort, by name.
+    find(headerMenu("due").get(), {"Hide Column"})->trigger();
+    ASSERT_TRUE(waitUntil([&] { return names() == QStringList{"alpha.md", "beta.md", "gamma.md"}; })) << names().join(' ').toStdString();
+    EXPECT_EQ(header->sortIndicatorSection(), int(FileListModel::NameColumn));
+}
+
+TEST_F(PropertyTableTest, ADoubleClickOnAPropertyCellEditsItInPlace)
+{
+    const QRect rect = view()->visualRect(cell(gamma, "due"));
+    QWidget* viewport = view()->viewport();
+    const QPointF at(rect.center()), global(viewport->mapToGlobal(rect.center()));
+    QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &press);
+    QMouseEvent release(QEvent::MouseButtonRelease, at, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &release);
+    QMouseEvent twice(QEvent::MouseButtonDblClick, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(viewport, &twice);
+    QApplication::sendEvent(viewport, &release);
+    QApplication::processEvents();
+    auto* editor = viewport->findChild<QDateEdit*>();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_TRUE(editor->isVisible());
 }

@@ -34,6 +34,7 @@ PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* sto
     widget->tableView()->setItemDelegate(new PropertyCellDelegate(widget->tableView()));
     widget->tableView()->showModel(m_columns);
     m_header = new PropertyHeaderLayout(widget->tableView()->header(), m_columns, store, this);
+    connect(m_columns, &QAbstractItemModel::modelReset, this, &PaneNotesDecoration::followSortColumn);
     connect(m_header, &PropertyHeaderLayout::saveFailed, this, toast);
     // Property cells edit in place: F2 or a double click on a property cell (elsewhere a
     // double click still opens the row).
@@ -47,7 +48,9 @@ PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* sto
 
     connect(m_columns, &PropertyColumnsModel::writeFailed, this, toast);
     connect(m_chips, &FilterChipsBar::saveFailed, this, toast);
-    connect(store, &FileProperties::valuesChanged, this, &PaneNotesDecoration::valuesChanged);
+    // Queued: an editor that commits while the window closes must not rebuild widgets that are
+    // going; the call is dropped with this decoration.
+    connect(store, &FileProperties::valuesChanged, this, &PaneNotesDecoration::valuesChanged, Qt::QueuedConnection);
     connect(store, &FileProperties::columnsChanged, this, [this](const FilePath& folder) {
         if (folder == m_folder) {
             updateChips();
@@ -141,6 +144,23 @@ void PaneNotesDecoration::valuesChanged()
     // Re-arranging is only needed when properties decide which rows show or their order.
     if (m_sortKey || !m_store->columns(m_folder).filters.isEmpty())
         m_widget->pane()->propertiesChanged();
+}
+
+void PaneNotesDecoration::followSortColumn()
+{
+    if (!m_sortKey || !m_widget)
+        return;
+    QHeaderView* header = m_widget->tableView()->header();
+    for (int column = m_columns->firstPropertyColumn(); column < m_columns->columnCount(); ++column)
+        if (m_columns->propertyColumn(column)->key == *m_sortKey) {
+            header->setSortIndicator(column, m_sortAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
+            return;
+        }
+    // The column went (hidden, renamed, deleted): back to the pane's own sort.
+    m_sortKey.reset();
+    PaneState* pane = m_widget->pane();
+    header->setSortIndicator(FileListModel::columnFor(pane->sortKey()), pane->sortAscending() ? Qt::AscendingOrder : Qt::DescendingOrder);
+    pane->propertiesChanged();
 }
 
 void PaneNotesDecoration::headerClicked(int column)

@@ -56,6 +56,8 @@ private:
     void loadingChanged();
     void valuesChanged();
     void headerClicked(int column);
+    // Keeps the sort indicator on the sorted property's column when columns change.
+    void followSortColumn();
     void updateChips();
 
     QPointer<PaneWidget> m_widget;

@@ -35,8 +35,9 @@ void paintChip(QPainter* painter, const QRect& rect, const QString& text, const 
     shape.addRoundedRect(QRectF(rect), rect.height() / 2.5, rect.height() / 2.5);
     painter->fillPath(shape, background);
     painter->setPen(theme::chipText(background));
-    painter->drawText(rect.adjusted(kChipPadding, 0, -kChipPadding, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                      painter->fontMetrics().elidedText(text, Qt::ElideRight, rect.width() - 2 * kChipPadding));
+    const QRect textRect = rect.adjusted(kChipPadding, 0, -kChipPadding, 0);
+    painter->drawText(textRect, Qt::AlignLeft | Qt::AlignVCenter,
+                      painter->fontMetrics().elidedText(text, Qt::ElideRight, textRect.width()));
 }
 
 } // namespace
@@ -78,10 +79,13 @@ void PropertyCellDelegate::paintCell(QPainter* painter, const QStyleOptionViewIt
     const int moreWidth = metrics.horizontalAdvance(more) + kChipSpacing;
     int x = area.left();
     for (qsizetype i = 0; i < chips.size(); ++i) {
-        const int natural = metrics.horizontalAdvance(chips[i].text) + 2 * kChipPadding;
+        // A pixel or two over the advance: eliding measures a little wider than it.
+        const int natural = metrics.horizontalAdvance(chips[i].text) + 2 * kChipPadding + 2;
         const bool last = i + 1 == chips.size();
         int room = area.right() + 1 - x - (last ? 0 : moreWidth);
-        if (room < 2 * kChipPadding + metrics.horizontalAdvance(more)) {
+        // Less room than a letter and an ellipsis: only the ellipsis says there is more.
+        const int smallest = 2 * kChipPadding + metrics.horizontalAdvance(chips[i].text.left(1) + more);
+        if (room < std::min(natural, smallest)) {
             painter->setPen(theme::dimText());
             painter->drawText(QRect(x, option.rect.top(), area.right() + 1 - x, option.rect.height()),
                               Qt::AlignLeft | Qt::AlignVCenter, more);

@@ -139,6 +139,11 @@ QModelIndex PropertyColumnsModel::mapToSource(const QModelIndex& proxy) const
     return QIdentityProxyModel::mapToSource(proxy);
 }
 
+QModelIndex PropertyColumnsModel::buddy(const QModelIndex& index) const
+{
+    return propertyColumn(index.column()) ? index : QIdentityProxyModel::buddy(index);
+}
+
 QVariant PropertyColumnsModel::data(const QModelIndex& index, int role) const
 {
     const PropertyColumn* column = propertyColumn(index.column());

@@ -48,6 +48,8 @@ public:
     QModelIndex parent(const QModelIndex& child) const override;
     QModelIndex sibling(int row, int column, const QModelIndex& index) const override;
     QModelIndex mapToSource(const QModelIndex& proxy) const override;
+    // A property cell is its own buddy (the source knows nothing of it), so views can edit it.
+    QModelIndex buddy(const QModelIndex& index) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;

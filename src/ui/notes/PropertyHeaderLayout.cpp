@@ -65,25 +65,27 @@ void PropertyHeaderLayout::apply()
 
 void PropertyHeaderLayout::sectionMoved()
 {
-    if (m_applying)
+    if (m_applying || !m_header)
         return;
-    // Later: the header is still inside its own mouse handling.
-    QTimer::singleShot(0, this, &PropertyHeaderLayout::saveOrder);
-}
-
-void PropertyHeaderLayout::saveOrder()
-{
-    if (!m_header || !m_store || m_folder.isEmpty())
-        return;
+    // The order as the user left it, saved a moment later: the header is still inside its own
+    // mouse handling, and a reset before then would lay the old order out again.
     QStringList order;
     for (int visual = 0; visual < m_header->count(); ++visual)
         if (const PropertyColumn* column = m_model->propertyColumn(m_header->logicalIndex(visual)))
             order.append(column->key);
+    QTimer::singleShot(0, this, [this, order] { saveOrder(order); });
+}
+
+void PropertyHeaderLayout::saveOrder(QStringList order)
+{
+    if (!m_store || m_folder.isEmpty())
+        return;
     FolderColumns settings = m_store->columns(m_folder);
     // Keys shown but not laid out here (none should be) keep their place at the end.
     for (const QString& key : std::as_const(settings.shown))
         if (!order.contains(key))
             order.append(key);
+    order.removeIf([&](const QString& key) { return !settings.shown.contains(key); });
     if (order == settings.shown) {
         apply(); // a built-in section moved among the properties: put them back in line
         return;

@@ -40,7 +40,7 @@ Q_SIGNALS:
 
 private:
     void sectionMoved();
-    void saveOrder();
+    void saveOrder(QStringList order);
 
     QPointer<QHeaderView> m_header;
     PropertyColumnsModel* m_model;
