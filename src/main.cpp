@@ -109,14 +109,7 @@ int main(int argc, char** argv)
     window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
     PaneNotesDecoration::attach(&window, &properties);
     // The disk-tool commands set the window's panel; the sheets draw it.
-    QObject::connect(&state, &WindowState::panelChanged, &window, [&state, &window] {
-        switch (state.panel()) {
-        case WindowState::Panel::duplicates: DiskToolKeys::openDuplicates(&window, state.activePane()); break;
-        case WindowState::Panel::space: DiskToolKeys::openSpace(&window, state.activePane()); break;
-        case WindowState::Panel::cleanUp: DiskToolKeys::openCleanUp(&window, state.activePane()); break;
-        case WindowState::Panel::none: PanelSheet::closeOpenSheet(&window); break;
-        }
-    });
+    DiskToolKeys::follow(state, &window);
     traceStartup(window, sinceStart);
     window.show();
     window.activateWindow(); // window-wide keys need an active window, even with no window manager

@@ -2,6 +2,7 @@
 // finds, words its states in the footer, covers the content area, and closing stops its work.
 
 #include "DiskToolWindow.h"
+#include "commands/CommandCatalog.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 #include "ui/panels/CleanUpPanel.h"
@@ -141,6 +142,26 @@ TEST_F(DiskToolPanelsTest, OpeningAPanelReplacesTheOneShown)
     DiskToolKeys::openSpace(window.get(), pane());
     EXPECT_TRUE(waitUntil([&] { return deleted(nullptr) && window->findChildren<PanelSheet*>().size() == 1; }));
     EXPECT_TRUE(shown<SpacePanel>());
+}
+
+// The commands set the window's panel; a sheet the user closes sets it back, so the same command
+// opens it again and nothing reads a panel that is gone.
+TEST_F(DiskToolPanelsTest, TheWindowsPanelFollowsTheSheets)
+{
+    open();
+    DiskToolKeys::follow(*state, window.get());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("findDuplicates"), *state));
+    ASSERT_TRUE(shown<DuplicatesPanel>());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("showSpace"), *state));
+    EXPECT_TRUE(waitUntil([&] { return deleted(nullptr) && window->findChildren<PanelSheet*>().size() == 1; }));
+    EXPECT_EQ(state->panel(), WindowState::Panel::space) << "the replaced sheet's close leaves the new panel";
+    pressKey(shown<SpacePanel>(), Qt::Key_Escape);
+    EXPECT_EQ(state->panel(), WindowState::Panel::none);
+    EXPECT_TRUE(waitUntil([&] { return deleted(nullptr) && !shown<PanelSheet>(); }));
+    state->showPanel(WindowState::Panel::cleanUp, tree.root());
+    EXPECT_TRUE(shown<CleanUpPanel>());
+    state->closePanel();
+    EXPECT_TRUE(waitUntil([&] { return deleted(nullptr) && !shown<PanelSheet>(); }));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "ui/panels/DiskToolKeys.h"
 
 #include "state/PaneState.h"
+#include "state/WindowState.h"
 #include "ui/panels/CleanUpPanel.h"
 #include "ui/panels/DuplicatesPanel.h"
 #include "ui/panels/SpacePanel.h"
@@ -14,15 +15,38 @@ namespace {
 bool showsFolder(PaneState* pane) { return pane && !pane->url().isEmpty() && !pane->listing(); }
 
 template <class Panel>
-void open(QMainWindow* window, PaneState* pane)
+PanelSheet* open(QMainWindow* window, PaneState* pane)
 {
     if (!showsFolder(pane))
-        return;
+        return nullptr;
     PanelSheet::closeOpenSheet(window);
-    new Panel(pane, window);
+    return new Panel(pane, window);
 }
 
 } // namespace
+
+void follow(WindowState& state, QMainWindow* window)
+{
+    QObject::connect(&state, &WindowState::panelChanged, window, [&state, window] {
+        const WindowState::Panel shown = state.panel();
+        PanelSheet* sheet = nullptr;
+        switch (shown) {
+        case WindowState::Panel::duplicates: sheet = open<DuplicatesPanel>(window, state.activePane()); break;
+        case WindowState::Panel::space: sheet = open<SpacePanel>(window, state.activePane()); break;
+        case WindowState::Panel::cleanUp: sheet = open<CleanUpPanel>(window, state.activePane()); break;
+        case WindowState::Panel::none: PanelSheet::closeOpenSheet(window); break;
+        }
+        if (!sheet) {
+            if (shown != WindowState::Panel::none)
+                state.closePanel(); // nothing to show it on
+            return;
+        }
+        QObject::connect(sheet, &PanelSheet::closed, &state, [&state, shown] {
+            if (state.panel() == shown) // not when another panel took its place
+                state.closePanel();
+        });
+    });
+}
 
 void openDuplicates(QMainWindow* window, PaneState* pane) { open<DuplicatesPanel>(window, pane); }
 void openSpace(QMainWindow* window, PaneState* pane) { open<SpacePanel>(window, pane); }

@@ -8,8 +8,13 @@ class QMainWindow;
 namespace orwick {
 
 class PaneState;
+class WindowState;
 
 namespace DiskToolKeys {
+
+// Draws the window state's panel: the commands set it, a sheet opens; a sheet the user closes
+// sets it back to none.
+void follow(WindowState& state, QMainWindow* window);
 
 void openDuplicates(QMainWindow* window, PaneState* pane);
 void openSpace(QMainWindow* window, PaneState* pane);
