@@ -14,7 +14,6 @@
 #include "ui/notes/PaneNotesDecoration.h"
 #include "ui/pane/PaneGitDecoration.h"
 #include "ui/panels/DiskToolKeys.h"
-#include "ui/panels/PanelSheet.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
 
