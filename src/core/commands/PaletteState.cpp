@@ -45,10 +45,11 @@ void PaletteState::open(PaletteMode mode, const FilePath& path)
     recompute();
 }
 
-void PaletteState::openDestination(TransferKind kind, int itemCount)
+void PaletteState::openDestination(TransferKind kind, int itemCount, const FilePath& from)
 {
     m_transferKind = kind;
     m_transferCount = itemCount;
+    m_transferFrom = from;
     open(PaletteMode::destination);
 }
 
@@ -190,10 +191,13 @@ void PaletteState::recompute()
     case PaletteMode::projects:
         setRows({{QString(), PaletteRanking::rankFolders(query, m_projects, kProjectRows)}});
         break;
-    case PaletteMode::destination:
-        setRows({{QStringLiteral("Folders"),
-                  PaletteRanking::rankFolders(query, m_candidates.folders(), kDestinationRows)}});
+    case PaletteMode::destination: {
+        // The items' own folder is no destination.
+        QList<PaletteItem> folders = PaletteRanking::rankFolders(query, m_candidates.folders(), kDestinationRows + 1);
+        folders.removeIf([this](const PaletteItem& row) { return row.path == m_transferFrom; });
+        setRows({{QStringLiteral("Folders"), folders.first(std::min(folders.size(), kDestinationRows))}});
         break;
+    }
     }
 }
 

@@ -48,8 +48,8 @@ public:
     // --- Opening and closing
     // `path`: the folder path mode starts from (and resolves relative text against).
     void open(PaletteMode mode = PaletteMode::main, const FilePath& path = {});
-    // Destination mode for moving or copying `itemCount` items.
-    void openDestination(TransferKind kind, int itemCount);
+    // Destination mode for moving or copying `itemCount` items out of `from` (not offered).
+    void openDestination(TransferKind kind, int itemCount, const FilePath& from = {});
     void close();
     bool isOpen() const { return m_isOpen; }
     PaletteMode mode() const { return m_mode; }
@@ -105,6 +105,7 @@ private:
     PaletteMode m_mode = PaletteMode::main;
     TransferKind m_transferKind = TransferKind::move;
     int m_transferCount = 0;
+    FilePath m_transferFrom;
     QString m_query;
     QString m_editorName;
 

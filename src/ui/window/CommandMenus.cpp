@@ -25,7 +25,9 @@ QIcon commandIcon(const QString& symbol)
         {"rectangle.split.3x1", "view-split-left-right"}, {"rectangle.split.2x1", "view-split-left-right"},
         {"chart.pie", "drive-harddisk"}, {"square.on.square", "edit-copy"}, {"sparkles", "edit-clear"},
         {"magnifyingglass", "edit-find"}, {"text.magnifyingglass", "edit-find"}, {"plus.magnifyingglass", "zoom-in"},
-        {"minus.magnifyingglass", "zoom-out"}, {"arrow.uturn.backward", "edit-undo"}, {"network", "network-server"}};
+        {"minus.magnifyingglass", "zoom-out"}, {"arrow.uturn.backward", "edit-undo"}, {"network", "network-server"},
+        {"arrow.right.doc.on.clipboard", "edit-copy"}, {"arrow.right.square", "go-next"}, {"archivebox.circle", "package-x-generic"},
+        {"arrow.down.doc", "edit-paste"}, {"tray.2", "view-sort-ascending"}, {"folder.badge.gearshape", "folder"}};
     const QString name = themeNames.value(symbol);
     return name.isEmpty() ? QIcon() : QIcon::fromTheme(name);
 }

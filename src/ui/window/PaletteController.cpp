@@ -30,8 +30,8 @@ void PaletteController::open(PaletteRequest request)
     case PaletteRequest::main: m_palette->open(PaletteMode::main); break;
     case PaletteRequest::path: m_palette->open(PaletteMode::path, m_state->activePane()->url()); break;
     case PaletteRequest::projects: m_palette->open(PaletteMode::projects); break;
-    case PaletteRequest::copyDestination: m_palette->openDestination(TransferKind::copy, selected); break;
-    case PaletteRequest::moveDestination: m_palette->openDestination(TransferKind::move, selected); break;
+    case PaletteRequest::copyDestination: m_palette->openDestination(TransferKind::copy, selected, m_state->activePane()->url()); break;
+    case PaletteRequest::moveDestination: m_palette->openDestination(TransferKind::move, selected, m_state->activePane()->url()); break;
     }
 }
 

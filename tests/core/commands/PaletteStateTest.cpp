@@ -162,8 +162,9 @@ TEST_F(PaletteFixture, DestinationModeNamesTheTransferAndOffersFrecentFolders)
     palette.setQuery(QStringLiteral("arch"));
     EXPECT_EQ(titles(palette.rows()), QStringList{QStringLiteral("Archive")});
 
-    palette.openDestination(TransferKind::copy, 1);
+    palette.openDestination(TransferKind::copy, 1, inbox);
     EXPECT_EQ(palette.prompt(), QStringLiteral("Copy 1 item"));
+    EXPECT_EQ(titles(palette.rows()), QStringList{QStringLiteral("Archive")}) << "the items' own folder is not offered";
     palette.openDestination(TransferKind::copy, 12);
     EXPECT_EQ(palette.prompt(), QStringLiteral("Copy 12 items"));
 }
