@@ -1,8 +1,10 @@
+#include "files/Listing.h"
 #include "state/WindowState.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/pane/StatusLine.h"
+#include "ui/views/DrivesView.h"
 #include "ui/views/FileListView.h"
 #include "ui/window/MainWindow.h"
 
@@ -107,4 +109,21 @@ TEST_F(WindowFixture, EmptyAndUnreadableFoldersSayWhyAndKeysStillWork)
     press(Qt::Key_Left, Qt::AltModifier);
     settle();
     EXPECT_EQ(pane()->url(), tree.path("Empty"));
+}
+
+// This Computer lists the drives in the background, startup drive first, and Return opens one.
+TEST_F(WindowFixture, ThisComputerListsTheDrivesAndOpensOne)
+{
+    open(tree.root());
+    pane()->show(*Listing::fromName(QStringLiteral("drives")));
+    QApplication::processEvents();
+    auto* drives = window->activePaneWidget()->findChild<DrivesView*>();
+    ASSERT_TRUE(drives);
+    ASSERT_TRUE(waitUntil([&] { return drives->topLevelItemCount() > 0; }));
+    EXPECT_EQ(drives->topLevelItem(0)->text(0), QStringLiteral("System"));
+    EXPECT_EQ(drives->currentItem(), drives->topLevelItem(0));
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(drives, &enter);
+    settle();
+    EXPECT_EQ(pane()->url(), FilePath::fromNative("/"));
 }

@@ -6,14 +6,10 @@
 #include "disktools/WalkPool.h"
 #include "platform/XdgPaths.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QStorageInfo>
 
 namespace orwick {
-
-QString Drive::freeText() const { return byteCountText(free) + QStringLiteral(" free of ") + byteCountText(total); }
 
 namespace SpaceBreakdown {
 
@@ -36,58 +32,7 @@ constexpr Place kPlaces[] = {
     {".gradle", "Gradle (.gradle)"},
 };
 
-bool isNetworkFormat(const QByteArray& type)
-{
-    static const QList<QByteArray> network{"nfs", "nfs4", "cifs", "smb3", "smbfs", "fuse.sshfs", "9p", "afs",
-                                           "ceph", "fuse.rclone", "davfs", "fuse.gvfsd-fuse"};
-    return network.contains(type);
-}
-
-bool isEjectable(const QStorageInfo& volume)
-{
-    // A removable disk says so in sysfs; a partition asks its disk ("sdb1/../removable").
-    const QByteArray device = volume.device();
-    if (!device.startsWith("/dev/"))
-        return false;
-    const QString block = QStringLiteral("/sys/class/block/") + QString::fromUtf8(device.mid(5));
-    for (const QString& path : {block + QStringLiteral("/removable"), block + QStringLiteral("/../removable")}) {
-        QFile flag(path);
-        if (flag.open(QIODevice::ReadOnly))
-            return flag.readAll().trimmed() == "1";
-    }
-    return false;
-}
-
 } // namespace
-
-std::vector<Drive> drives()
-{
-    std::vector<Drive> out;
-    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
-        if (!volume.isValid() || !volume.isReady())
-            continue;
-        const QByteArray type = volume.fileSystemType();
-        const bool network = isNetworkFormat(type);
-        const QString root = volume.rootPath();
-        const bool startup = root == QLatin1StringView("/"); // kept whatever it is (a container's overlay too)
-        if (!startup && !network && !volume.device().startsWith("/dev/"))
-            continue; // proc, sysfs, tmpfs, overlays
-        if (type == "squashfs" || root.startsWith(QLatin1StringView("/snap/")) || root.startsWith(QLatin1StringView("/boot")))
-            continue;
-        Drive drive;
-        drive.url = FilePath::fromText(root);
-        drive.isStartup = startup;
-        drive.name = drive.isStartup ? QStringLiteral("This Computer") : (volume.displayName().isEmpty() ? root : volume.displayName());
-        drive.total = volume.bytesTotal();
-        drive.free = volume.bytesAvailable();
-        drive.format = QString::fromUtf8(type);
-        drive.isNetwork = network;
-        drive.isEjectable = !drive.isStartup && !network && isEjectable(volume);
-        out.push_back(drive);
-    }
-    std::stable_sort(out.begin(), out.end(), [](const Drive& a, const Drive& b) { return a.isStartup > b.isStartup; });
-    return out;
-}
 
 std::vector<Row> homeRows()
 {

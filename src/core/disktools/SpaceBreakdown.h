@@ -1,12 +1,13 @@
 #pragma once
-// SpaceBreakdown: the drives view of the space tools. Lists the mounted drives (real devices and
-// network shares) with free and total space, and measures the places that fill a Linux home
-// (caches, apps' data, downloads, Flatpak and Snap apps, language package caches), keeping the
-// last measurement in the preferences store under "spaceBreakdown" so it shows again next time.
-// drives() and measure() do file-system work: call them off the GUI thread.
+// SpaceBreakdown: the drives view of the space tools. Beside the mounted drives (listDrives()), it
+// measures the places that fill a Linux home (caches, apps' data, downloads, Flatpak and Snap
+// apps, language package caches), keeping the last measurement in the preferences store under
+// "spaceBreakdown" so it shows again next time. measure() reads every file: call it off the GUI
+// thread.
 
 #include "async/CancelFlag.h"
 #include "files/FilePath.h"
+#include "platform/Drives.h"
 
 #include <QDateTime>
 #include <QJsonObject>
@@ -15,19 +16,6 @@
 
 namespace orwick {
 
-struct Drive {
-    FilePath url;
-    QString name;
-    qint64 total = 0;
-    qint64 free = 0;
-    QString format;    // the file system's name: "ext4", "btrfs", "nfs4"…
-    bool isStartup = false;
-    bool isEjectable = false;
-    bool isNetwork = false;
-
-    // "12.3 GB free of 256.1 GB"
-    QString freeText() const;
-};
 
 namespace SpaceBreakdown {
 
@@ -47,10 +35,6 @@ struct Saved {
 
 inline constexpr const char* settingsKey = "spaceBreakdown";
 inline constexpr const char* remainderTitle = "System, apps' data and everything else";
-
-// Mounted drives that hold files a user cares about: devices and network shares, not the
-// kernel's pseudo file systems, snaps' images or overlays. The startup drive first.
-std::vector<Drive> drives();
 
 // The fixed home places, in the order shown; each row unmeasured.
 std::vector<Row> homeRows();

@@ -1,7 +1,9 @@
 #include "platform/Drives.h"
 
+#include "files/Formatting.h"
 #include "files/NaturalCompare.h"
 
+#include <QFile>
 #include <QStorageInfo>
 #include <algorithm>
 
@@ -12,7 +14,23 @@ namespace {
 bool isNetworkFileSystem(const QByteArray& type)
 {
     return type.startsWith("nfs") || type == "cifs" || type == "smb3" || type == "smbfs" || type == "fuse.sshfs"
-        || type == "fuse.rclone" || type == "9p" || type == "davfs";
+        || type == "fuse.rclone" || type == "9p" || type == "davfs" || type == "afs" || type == "ceph";
+}
+
+bool isEjectable(const QStorageInfo& volume)
+{
+    // A removable disk says so in sysfs; a partition asks its disk ("sdb1/../removable").
+    const QByteArray device = volume.device();
+    if (!device.startsWith("/dev/"))
+        return false;
+    const QString block = QStringLiteral("/sys/class/block/") + QString::fromUtf8(device.mid(5));
+    for (const QString& path : {block + QStringLiteral("/removable"), block + QStringLiteral("/../removable")}) {
+        QFile flag(path);
+        if (flag.open(QIODevice::ReadOnly))
+            return flag.readAll().trimmed() == "1";
+    }
+    const QString root = volume.rootPath();
+    return root.startsWith(QLatin1StringView("/media/")) || root.startsWith(QLatin1StringView("/run/media/"));
 }
 
 bool isPseudoMount(const QStorageInfo& volume)
@@ -33,6 +51,8 @@ bool isPseudoMount(const QStorageInfo& volume)
 
 } // namespace
 
+QString Drive::freeText() const { return formatByteCount(free) + QStringLiteral(" free of ") + formatByteCount(total); }
+
 QList<Drive> listDrives()
 {
     QList<Drive> drives;
@@ -44,19 +64,19 @@ QList<Drive> listDrives()
         if (!network && !volume.device().startsWith("/dev/") && volume.rootPath() != QLatin1StringView("/"))
             continue;
         Drive drive;
-        drive.root = FilePath::fromText(volume.rootPath());
-        drive.name = volume.rootPath() == QLatin1StringView("/") ? QStringLiteral("System")
-                   : !volume.name().isEmpty() ? volume.name() : drive.root.fileName();
-        drive.freeBytes = volume.bytesAvailable();
-        drive.totalBytes = volume.bytesTotal();
-        drive.fileSystem = QString::fromUtf8(type);
+        drive.url = FilePath::fromText(volume.rootPath());
+        drive.isStartup = drive.url.isRoot();
+        drive.name = drive.isStartup ? QStringLiteral("System") : !volume.name().isEmpty() ? volume.name() : drive.url.fileName();
+        drive.free = volume.bytesAvailable();
+        drive.total = volume.bytesTotal();
+        drive.format = QString::fromUtf8(type);
         drive.isNetwork = network;
-        drive.isRemovable = volume.rootPath().startsWith(QLatin1StringView("/media/")) || volume.rootPath().startsWith(QLatin1StringView("/run/media/"));
+        drive.isEjectable = !drive.isStartup && !network && isEjectable(volume);
         drives.append(drive);
     }
     std::stable_sort(drives.begin(), drives.end(), [](const Drive& a, const Drive& b) {
-        if (a.root.isRoot() != b.root.isRoot())
-            return a.root.isRoot();
+        if (a.isStartup != b.isStartup)
+            return a.isStartup;
         return naturalCompare(a.name, b.name) < 0;
     });
     return drives;

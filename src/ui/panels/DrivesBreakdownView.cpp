@@ -15,23 +15,14 @@ namespace orwick {
 DrivesBreakdownView::DrivesBreakdownView(QWidget* parent) : QWidget(parent)
 {
     auto* layout = new QVBoxLayout(this);
-    m_drives = SpaceBreakdown::drives();
-    auto* drivesGrid = new QGridLayout;
-    int line = 0;
-    for (const Drive& drive : m_drives) {
-        drivesGrid->addWidget(new QLabel(QStringLiteral("What's using space on ") + drive.name, this), line, 0);
-        drivesGrid->addWidget(new QLabel(drive.url.abbreviated() + QStringLiteral(" · ") + drive.format, this), line, 1);
-        drivesGrid->addWidget(new QLabel(drive.freeText(), this), line, 2);
-        if (drive.isEjectable) {
-            auto* eject = new QPushButton(QStringLiteral("Eject"), this);
-            connect(eject, &QPushButton::clicked, this, [path = drive.url.text()] {
-                QProcess::startDetached(QStringLiteral("gio"), {QStringLiteral("mount"), QStringLiteral("-e"), path});
-            });
-            drivesGrid->addWidget(eject, line, 3);
-        }
-        ++line;
-    }
-    layout->addLayout(drivesGrid);
+    m_drivesGrid = new QGridLayout;
+    layout->addLayout(m_drivesGrid);
+    // A hung network share blocks whoever asks it for its space: never the window.
+    runInBackground(this, [] { return listDrives(); }, [this](QList<Drive> drives) {
+        m_drives = std::move(drives);
+        showDrives();
+        showRows(); // the remainder line needs the startup drive
+    });
 
     auto* buttons = new QHBoxLayout;
     m_measure = new QPushButton(QStringLiteral("Show What's Using Space"), this);
@@ -58,6 +49,24 @@ DrivesBreakdownView::DrivesBreakdownView(QWidget* parent) : QWidget(parent)
 }
 
 DrivesBreakdownView::~DrivesBreakdownView() { stop(); }
+
+void DrivesBreakdownView::showDrives()
+{
+    int line = 0;
+    for (const Drive& drive : std::as_const(m_drives)) {
+        m_drivesGrid->addWidget(new QLabel(QStringLiteral("What's using space on ") + drive.name, this), line, 0);
+        m_drivesGrid->addWidget(new QLabel(drive.url.abbreviated() + QStringLiteral(" · ") + drive.format, this), line, 1);
+        m_drivesGrid->addWidget(new QLabel(drive.freeText(), this), line, 2);
+        if (drive.isEjectable) {
+            auto* eject = new QPushButton(QStringLiteral("Eject"), this);
+            connect(eject, &QPushButton::clicked, this, [path = drive.url.text()] {
+                QProcess::startDetached(QStringLiteral("gio"), {QStringLiteral("mount"), QStringLiteral("-e"), path});
+            });
+            m_drivesGrid->addWidget(eject, line, 3);
+        }
+        ++line;
+    }
+}
 
 void DrivesBreakdownView::stop()
 {

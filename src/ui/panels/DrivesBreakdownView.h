@@ -31,10 +31,12 @@ Q_SIGNALS:
     void mapHomeRequested();
 
 private:
+    void showDrives();
     void showRows();
 
     TaskSlot m_task;
-    std::vector<Drive> m_drives;
+    QList<Drive> m_drives;
+    QGridLayout* m_drivesGrid;
     std::vector<SpaceBreakdown::Row> m_rows;
     std::optional<QDateTime> m_measuredAt;
     QGridLayout* m_rowsGrid;

@@ -1,7 +1,6 @@
 #include "ui/views/DrivesView.h"
 
 #include "files/Formatting.h"
-#include "platform/Drives.h"
 #include "ui/views/CategoryIcons.h"
 
 #include <QHeaderView>
@@ -23,18 +22,33 @@ DrivesView::DrivesView(PaneState* pane, QWidget* parent) : QTreeWidget(parent), 
 
 void DrivesView::refresh()
 {
+    // A hung network share blocks whoever asks it for its space: never the window.
+    const auto ticket = m_listing.start();
+    runInBackground(this, [] { return listDrives(); }, [this, ticket](const QList<Drive>& drives) {
+        if (!m_listing.isCurrent(ticket))
+            return;
+        m_listing.finish(ticket);
+        showDrives(drives);
+    });
+}
+
+void DrivesView::showDrives(const QList<Drive>& drives)
+{
+    const QVariant current = currentItem() ? currentItem()->data(0, Qt::UserRole) : QVariant();
     clear();
-    for (const Drive& drive : listDrives()) {
+    for (const Drive& drive : drives) {
         auto* row = new QTreeWidgetItem(this);
         row->setText(0, drive.name);
-        row->setToolTip(0, drive.root.text());
+        row->setToolTip(0, drive.url.text());
         row->setIcon(0, categoryIcon(FileCategory::diskImage));
-        row->setText(1, formatByteCount(drive.freeBytes));
-        row->setText(2, formatByteCount(drive.totalBytes));
-        row->setText(3, drive.isNetwork ? QStringLiteral("Network share (%1)").arg(drive.fileSystem) : drive.fileSystem);
-        row->setData(0, Qt::UserRole, QVariant::fromValue(drive.root));
+        row->setText(1, formatByteCount(drive.free));
+        row->setText(2, formatByteCount(drive.total));
+        row->setText(3, drive.isNetwork ? QStringLiteral("Network share (%1)").arg(drive.format) : drive.format);
+        row->setData(0, Qt::UserRole, QVariant::fromValue(drive.url));
+        if (current.isValid() && current.value<FilePath>() == drive.url)
+            setCurrentItem(row); // a refresh keeps the cursor on its drive
     }
-    if (topLevelItemCount() > 0)
+    if (!currentItem() && topLevelItemCount() > 0)
         setCurrentItem(topLevelItem(0));
 }
 
