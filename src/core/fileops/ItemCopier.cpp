@@ -2,6 +2,7 @@
 
 #include "platform/DirectoryReader.h"
 #include "platform/ErrorText.h"
+#include "platform/UniqueFd.h"
 
 #include <QRandomGenerator>
 #include <cerrno>
@@ -38,13 +39,6 @@ bool readMeta(int dirFd, const char* name, Meta& meta)
     meta.times[1] = {sx.stx_mtime.tv_sec, sx.stx_mtime.tv_nsec};
     return true;
 }
-
-struct Fd {
-    int fd = -1;
-    explicit Fd(int f) : fd(f) {}
-    Fd(const Fd&) = delete;
-    ~Fd() { if (fd >= 0) ::close(fd); }
-};
 
 class TreeCopier {
 public:
@@ -125,19 +119,19 @@ private:
 
     bool copyFile(int srcDir, const char* srcName, int dstDir, const char* dstName, const Meta& meta)
     {
-        Fd in(openat(srcDir, srcName, O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
-        if (in.fd < 0)
+        UniqueFd in(openat(srcDir, srcName, O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+        if (in.get() < 0)
             return fail(errno);
-        Fd out(openat(dstDir, dstName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-        if (out.fd < 0)
+        UniqueFd out(openat(dstDir, dstName, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+        if (out.get() < 0)
             return fail(errno);
         m_progress.startFile(srcName, meta.size);
-        if (meta.size > 0 && !copyData(in.fd, out.fd, meta.size, srcName))
+        if (meta.size > 0 && !copyData(in.get(), out.get(), meta.size, srcName))
             return false;
-        copyAttributes(in.fd, out.fd);
-        if (fchmod(out.fd, meta.mode & 07777) != 0 || futimens(out.fd, meta.times) != 0)
+        copyAttributes(in.get(), out.get());
+        if (fchmod(out.get(), meta.mode & 07777) != 0 || futimens(out.get(), meta.times) != 0)
             return fail(errno);
-        if (close(std::exchange(out.fd, -1)) != 0) // a network or full disk may only say so here
+        if (close(out.release()) != 0) // a network or full disk may only say so here
             return fail(errno);
         return true;
     }
@@ -287,8 +281,8 @@ CopyResult copyItem(const FilePath& from, const FilePath& to, CopyProgress& prog
     TreeCopier copier(progress);
     bool ok = copier.copyEntry(AT_FDCWD, from.c_str(), AT_FDCWD, temporary.c_str(), meta);
     if (ok && sync == DataSync::yes) {
-        Fd folder(::open(to.parent().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (folder.fd < 0 || syncfs(folder.fd) != 0)
+        UniqueFd folder(::open(to.parent().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (folder.get() < 0 || syncfs(folder.get()) != 0)
             ok = copier.fail(errno);
     }
     if (ok && !renameNoReplace(temporary, to))
@@ -327,11 +321,11 @@ Status removeTree(const FilePath& path)
         return {};
     if (errno != EISDIR && errno != EPERM)
         return failure(errorReason(errno));
-    Fd folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (folder.fd < 0)
+    UniqueFd folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (folder.get() < 0)
         return failure(errorReason(errno));
-    fchmod(folder.fd, 0700);
-    const bool emptied = removeChildren(folder.fd);
+    fchmod(folder.get(), 0700);
+    const bool emptied = removeChildren(folder.get());
     const int error = errno;
     if (rmdir(path.c_str()) != 0)
         return failure(errorReason(emptied ? errno : error));

@@ -1,5 +1,6 @@
 #include "notes/NoteFile.h"
 
+#include "platform/UniqueFd.h"
 #include "platform/Xattr.h"
 
 #include <QJsonDocument>
@@ -21,22 +22,6 @@ Fingerprint versionOf(const struct stat& st)
     return {qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size), quint64(st.st_ino)};
 }
 
-class Fd {
-public:
-    explicit Fd(int fd) : m_fd(fd) {}
-    ~Fd()
-    {
-        if (m_fd >= 0)
-            ::close(m_fd);
-    }
-    Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
-    int get() const { return m_fd; }
-    bool ok() const { return m_fd >= 0; }
-
-private:
-    int m_fd;
-};
 
 // Reads up to `limit` bytes (all when negative).
 bool readUpTo(int fd, QByteArray& out, qsizetype limit)
@@ -210,7 +195,7 @@ Loaded read(const FilePath& path, bool isFolder)
         return loaded;
     }
     // Non-blocking, so a pipe named like a note can't hold the reader up; files ignore the flag.
-    Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    UniqueFd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     struct stat st;
     if (!fd.ok() || ::fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode))
         return loaded;
@@ -244,7 +229,7 @@ std::optional<Fingerprint> fingerprint(const FilePath& path)
 
 Result<FileBytes> readFile(const FilePath& path)
 {
-    Fd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    UniqueFd fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     struct stat st;
     if (!fd.ok() || ::fstat(fd.get(), &st) != 0) {
         if (errno == ENOENT)
@@ -317,7 +302,7 @@ Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original
 {
     const QByteArray pattern = path.parent().child(QByteArrayView(QByteArray("." + path.fileNameBytes() + ".orwick-XXXXXX"))).native();
     QByteArray temp = pattern;
-    Fd fd(::mkstemp(temp.data()));
+    UniqueFd fd(::mkstemp(temp.data()));
     if (!fd.ok())
         return failure(writeFailure(path, errno));
     auto discard = [&](int error) {
