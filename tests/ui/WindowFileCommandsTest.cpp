@@ -230,7 +230,7 @@ TEST_F(WindowFileCommandsTest, MoveToFromThePaletteMovesTheSelectionIntoTheChose
     services().frecency = nullptr;
 }
 
-TEST_F(WindowFileCommandsTest, F2OnAnEditablePropertyCellIsTheTablesEditKeyNotRename)
+TEST_F(WindowFileCommandsTest, F2OnAnEditablePropertyCellEditsTheCellNotTheName)
 {
     const FilePath note = tree.file("notes/alpha.md", "---\nstatus: open\n---\nAlpha\n");
     FileProperties store{nullptr, tree.path(QStringLiteral("settings/columns.json"))};
@@ -258,7 +258,7 @@ TEST_F(WindowFileCommandsTest, F2OnAnEditablePropertyCellIsTheTablesEditKeyNotRe
     window->activateWindow();
     ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == window.get(); }));
 
-    // On a property cell F2 is the table's own edit key: it reaches the table, no rename starts.
+    // On a property cell F2 is the table's own edit key: the cell is edited, no rename starts.
     const QModelIndex statusCell = table->model()->index(row, FileListModel::ColumnCount);
     ASSERT_TRUE(statusCell.flags() & Qt::ItemIsEditable);
     table->setFocus();
@@ -267,7 +267,28 @@ TEST_F(WindowFileCommandsTest, F2OnAnEditablePropertyCellIsTheTablesEditKeyNotRe
     table->installEventFilter(&f2s);
     press(Qt::Key_F2);
     EXPECT_EQ(f2s.count, 1);
+    QWidget* editor = QApplication::focusWidget();
+    EXPECT_TRUE(editor && editor != table && table->isAncestorOf(editor)) << "the cell is edited";
     EXPECT_FALSE(window->fileOps()->isRenaming()) << "not the name";
+}
+
+TEST_F(WindowFileCommandsTest, TidyUpAsksFirstAndThenSortsLooseFilesIntoKindFolders)
+{
+    tree.file("photo.jpg", "p");
+    tree.file("letter.txt", "l");
+    open(tree.root());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("tidyUp"), *state));
+    QMessageBox* box = nullptr;
+    ASSERT_TRUE(waitUntil([&] { return (box = window->findChild<QMessageBox*>()) && box->isVisible(); }));
+    EXPECT_EQ(box->informativeText(), QStringLiteral("Folders, hidden files and downloads in progress stay put. You can undo this."));
+    EXPECT_TRUE(test::exists(tree.path("photo.jpg"))) << "nothing moves before the answer";
+    for (QAbstractButton* button : box->buttons())
+        if (button->text() == QStringLiteral("Tidy Up"))
+            button->click();
+    settle();
+    EXPECT_EQ(test::readAll(tree.path("Images/photo.jpg")), "p");
+    EXPECT_EQ(test::readAll(tree.path("Documents/letter.txt")), "l");
+    EXPECT_EQ(state->undoStack()->undoText(), QStringLiteral("Tidy Up"));
 }
 
 TEST(PaletteRowDelegate, ShortcutsEndAtTheSameRightEdge)

@@ -203,3 +203,18 @@ TEST_F(FileCommandsFixture, NewFolderAndTransferToAFolderGoThroughTheWindowsUndo
     settle();
     EXPECT_TRUE(test::exists(tree.path("a.txt")));
 }
+
+TEST_F(FileCommandsFixture, CompressThenExtractGivesTheFileBackBesideIt)
+{
+    select(tree.path("a.txt"));
+    EXPECT_FALSE(enabled("extract"));
+    EXPECT_TRUE(CommandCatalog::run("compress", *window));
+    settle();
+    const FilePath archive = tree.path("a.txt.zip");
+    ASSERT_TRUE(test::exists(archive));
+    select(archive);
+    EXPECT_TRUE(enabled("extract"));
+    EXPECT_TRUE(CommandCatalog::run("extract", *window));
+    settle();
+    EXPECT_TRUE(test::exists(tree.path("a 2.txt"))) << "the extracted file, beside the archive under a free name";
+}
