@@ -4,6 +4,7 @@
 #include "state/WindowState.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
+#include "TableColumns.h"
 #include "ui/notes/FilterChipsBar.h"
 #include "ui/notes/PaneNotesDecoration.h"
 #include "ui/notes/PropertyColumnsModel.h"
@@ -53,13 +54,7 @@ struct PaneNotesTest : ::testing::Test {
     PaneState* pane() { return state->activePane(); }
     PaneWidget* widget() { return window->activePaneWidget(); }
     QAbstractItemModel* table() { return widget()->tableView()->model(); }
-    int columnOf(const QString& key)
-    {
-        for (int column = 0; column < table()->columnCount(); ++column)
-            if (table()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString() == key)
-                return column;
-        return -1;
-    }
+    int columnOf(const QString& key) { return test::columnTitled(table(), key); }
     QModelIndex cell(const FilePath& path, const QString& key) { return table()->index(pane()->row(path), columnOf(key)); }
     QStringList shownNames()
     {

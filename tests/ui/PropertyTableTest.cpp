@@ -7,6 +7,7 @@
 #include "state/WindowState.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
+#include "TableColumns.h"
 #include "ui/notes/PaneNotesDecoration.h"
 #include "ui/notes/PropertyCellDelegate.h"
 #include "ui/notes/PropertyColumnsModel.h"
@@ -77,13 +78,7 @@ struct PropertyTableTest : ::testing::Test {
     FileTableView* view() { return window->activePaneWidget()->tableView(); }
     QAbstractItemModel* table() { return view()->model(); }
     PaneNotesDecoration* decoration() { return PaneNotesDecoration::of(window->activePaneWidget()); }
-    int columnOf(const QString& key)
-    {
-        for (int column = 0; column < table()->columnCount(); ++column)
-            if (table()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString() == key)
-                return column;
-        return -1;
-    }
+    int columnOf(const QString& key) { return test::columnTitled(table(), key); }
     QModelIndex cell(const FilePath& path, const QString& key) { return table()->index(pane()->row(path), columnOf(key)); }
     // The header's titles from left to right, without hidden sections.
     QStringList headerOrder()
@@ -242,10 +237,10 @@ TEST_F(PropertyTableTest, DeleteAndOptionChangesFromTheHeaderMenu)
     EXPECT_EQ(state->undoStack()->count(), 5);
     while (state->undoStack()->canUndo())
         state->undoStack()->undo();
+    EXPECT_EQ(readAll(alpha), kAlpha);
     EXPECT_EQ(readAll(beta), kBeta);
+    EXPECT_EQ(readAll(gamma), kGamma);
     EXPECT_EQ(store->columns(folder).optionColors.value("status"), (QMap<QString, int>{{"open", 4}}));
-    EXPECT_TRUE(readAll(alpha).contains("tags: [x, y]\n"));
-    EXPECT_TRUE(readAll(alpha).contains("status: open\n"));
 }
 
 TEST_F(PropertyTableTest, ColumnsKeepTheirOrderVisibilityAndWidthsInColumnsJson)

@@ -17,6 +17,16 @@ bool isDirectory(const FilePath& path)
     return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
+// A note's whole bytes for undo, when it is small enough to keep.
+std::optional<QByteArray> noteSnapshot(const FilePath& path)
+{
+    constexpr qsizetype kLargestKept = 1 << 20;
+    const auto file = notefile::readFile(path);
+    if (!file || file->bytes.size() > kLargestKept)
+        return std::nullopt;
+    return file->bytes;
+}
+
 // The change that puts a key back to `previous` (removes it when there was none).
 Change restoring(const QString& key, const PropertyMap& previous)
 {
@@ -126,17 +136,30 @@ FileProperties::EditOutcome FileProperties::applyEdits(const QList<FileEdit>& ed
 {
     EditOutcome outcome;
     QList<notefile::Loaded> reread;
-    for (const FileEdit& edit : edits) {
+    for (FileEdit edit : edits) {
         const bool folder = isDirectory(edit.path);
-        notefile::WriteOptions options;
-        if (m_versions.contains(edit.path))
-            options.expected = m_versions.value(edit.path);
-        const auto written = notefile::write(edit.path, folder, forward ? edit.forward : edit.backward, options);
-        if (!written) {
-            outcome.failures.append(written.error());
-            // Show what the file holds now, so that a second try starts from it.
-            reread.append(notefile::read(edit.path, folder));
-            continue;
+        // Undo and redo: the note's text as it was, when nothing else changed it meanwhile.
+        const bool swapped = edit.noteBefore && edit.noteAfter
+            && notefile::swapNoteBytes(edit.path, forward ? *edit.noteBefore : *edit.noteAfter,
+                                       forward ? *edit.noteAfter : *edit.noteBefore)
+                   .has_value();
+        if (!swapped) {
+            const bool firstWrite = !edit.noteBefore && !folder && notefile::isNote(edit.path);
+            const std::optional<QByteArray> before = firstWrite ? noteSnapshot(edit.path) : std::nullopt;
+            notefile::WriteOptions options;
+            if (m_versions.contains(edit.path))
+                options.expected = m_versions.value(edit.path);
+            const auto written = notefile::write(edit.path, folder, forward ? edit.forward : edit.backward, options);
+            if (!written) {
+                outcome.failures.append(written.error());
+                // Show what the file holds now, so that a second try starts from it.
+                reread.append(notefile::read(edit.path, folder));
+                continue;
+            }
+            if (before) {
+                edit.noteBefore = before;
+                edit.noteAfter = noteSnapshot(edit.path);
+            }
         }
         outcome.written.append(edit);
         m_writtenAt.insert(edit.path, ++m_writeSerial);

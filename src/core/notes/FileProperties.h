@@ -86,10 +86,15 @@ public:
     std::function<std::optional<SortValue>(const FilePath&)> sortValues(const QString& key, PropertyType type) const;
 
     // One file's part of an undo step: the changes that make it and those that take it back.
+    // A note's whole text before and after the first write is kept too (up to a size), so that
+    // undo and redo give back exactly the bytes there were while nothing else changed the note;
+    // after another change they fall back to the property changes.
     struct FileEdit {
         FilePath path;
         QList<notefile::Change> forward;
         QList<notefile::Change> backward;
+        std::optional<QByteArray> noteBefore;
+        std::optional<QByteArray> noteAfter;
     };
     // Writes each file's forward or backward changes; returns the edits that were written and
     // the sentences of those that were not.

@@ -338,6 +338,18 @@ Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original
     return versionOf(written);
 }
 
+Result<Fingerprint> swapNoteBytes(const FilePath& path, const QByteArray& expected, const QByteArray& bytes)
+{
+    char resolved[PATH_MAX];
+    const FilePath target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
+    const auto file = readFile(target);
+    if (!file)
+        return failure(file.error());
+    if (file->bytes != expected)
+        return failure(changedOnDiskMessage(path));
+    return replaceFile(target, file->bytes, file->version, bytes);
+}
+
 Result<std::optional<Fingerprint>> write(const FilePath& path, bool isFolder, const QList<Change>& changes,
                                          const WriteOptions& options)
 {

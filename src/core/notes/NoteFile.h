@@ -77,6 +77,10 @@ struct WriteOptions {
 [[nodiscard]] Result<std::optional<Fingerprint>> write(const FilePath& path, bool isFolder, const QList<Change>& changes,
                                                        const WriteOptions& options = {});
 
+// Puts a note's whole text back (undo and redo): replaces the note's bytes with `bytes` only if
+// it still holds exactly `expected`; refuses otherwise and changes nothing.
+[[nodiscard]] Result<Fingerprint> swapNoteBytes(const FilePath& path, const QByteArray& expected, const QByteArray& bytes);
+
 // The current version of a note on disk, if it can be read.
 std::optional<Fingerprint> fingerprint(const FilePath& path);
 

@@ -290,11 +290,31 @@ TEST_F(FilePropertiesTest, DeleteAPropertyAcrossTheFolder)
     EXPECT_TRUE(store.columns(folder).filters.isEmpty());
     EXPECT_FALSE(store.columns(folder).types.contains("done"));
     undo.undo();
+    EXPECT_EQ(readAll(a), aText); // the line back where it was
     EXPECT_EQ(store.value(a, "done"), PropertyValue::ofBool(true));
     EXPECT_EQ(store.value(c, "done"), PropertyValue::ofBool(false));
-    EXPECT_TRUE(readAll(a).endsWith("---\nBody\n"));
     EXPECT_EQ(readAll(b), "---\nstatus: open\n---\n");
     EXPECT_EQ(store.columns(folder), columns);
+    undo.redo();
+    EXPECT_EQ(readAll(a), "---\nstatus: open # keep\n---\nBody\n");
+}
+
+TEST_F(FilePropertiesTest, UndoGivesBackTheExactTextUnlessTheNoteChangedMeanwhile)
+{
+    const QByteArray text = "---\ntags:\n  - a\n  - 'b'\nstatus: open\n---\nBody\n";
+    const FilePath a = m_tree.file(QString("n/a.md"), text);
+    const FilePath b = m_tree.file(QString("n/b.md"), text);
+    FileProperties store(nullptr, columnsFile());
+    loadAll(store, itemsOf({a, b}));
+    QUndoStack undo;
+    ASSERT_TRUE(store.remove("tags", a.parent(), itemsOf({a, b}), &undo));
+    EXPECT_EQ(readAll(a), "---\nstatus: open\n---\nBody\n");
+    // Someone adds a paragraph to b; its undo keeps that and still brings the tags back.
+    m_tree.file(QString("n/b.md"), "---\nstatus: open\n---\nBody\nMore\n");
+    loadAll(store, itemsOf({b}));
+    undo.undo();
+    EXPECT_EQ(readAll(a), text);
+    EXPECT_EQ(readAll(b), "---\nstatus: open\ntags: [a, b]\n---\nBody\nMore\n");
 }
 
 TEST_F(FilePropertiesTest, MovingAndColouringOptionsAreUndoSteps)
