@@ -29,6 +29,7 @@ PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* sto
     m_columns = new PropertyColumnsModel(store, FileListModel::UrlRole, this);
     m_columns->setRowRoles({FileListModel::UrlRole, FileListModel::SelectedRole, FileListModel::CursorRole,
                             FileListModel::HeadingRole, FileListModel::HiddenRole});
+    m_columns->setFolderItems([pane = QPointer(pane)] { return pane ? pane->unsortedItems() : FileItems(); });
     m_columns->setSourceModel(widget->model());
     m_columns->setUndoStack(undo);
     widget->tableView()->setItemDelegate(new PropertyCellDelegate(widget->tableView()));

@@ -85,7 +85,7 @@ FileItems PropertyColumnsModel::rowItems() const
 void PropertyColumnsModel::reloadColumns()
 {
     beginResetModel();
-    m_columns = m_store && !m_folder.isEmpty() ? m_store->shownColumns(m_folder, rowItems()) : QList<PropertyColumn>();
+    m_columns = m_store && !m_folder.isEmpty() ? m_store->shownColumns(m_folder, folderItems()) : QList<PropertyColumn>();
     endResetModel();
 }
 
@@ -94,7 +94,7 @@ void PropertyColumnsModel::refreshCells()
     if (m_columns.isEmpty() || !m_store)
         return;
     // Guessed types follow the values; the columns themselves stay.
-    const QList<PropertyColumn> columns = m_store->shownColumns(m_folder, rowItems());
+    const QList<PropertyColumn> columns = m_store->shownColumns(m_folder, folderItems());
     if (columns.size() == m_columns.size())
         m_columns = columns;
     const int rows = rowCount();

@@ -11,6 +11,7 @@
 #include "notes/FileProperties.h"
 
 #include <QIdentityProxyModel>
+#include <functional>
 #include <QPointer>
 
 #include <QUndoStack>
@@ -36,6 +37,9 @@ public:
     // Roles of the source's first column that property cells answer too (the row's file, its
     // selection and caret, a group heading above it), so that views draw whole rows.
     void setRowRoles(QList<int> roles) { m_rowRoles = std::move(roles); }
+    // The folder's items that types are guessed from and options gathered from — all of them,
+    // not only the rows a filter lets through. The rows themselves when not given.
+    void setFolderItems(std::function<FileItems()> items) { m_folderItems = std::move(items); }
 
     // The property column at a proxy column, or nothing for the source's own columns.
     const PropertyColumn* propertyColumn(int column) const;
@@ -61,6 +65,7 @@ Q_SIGNALS:
 private:
     int sourceColumns() const;
     FileItems rowItems() const;
+    FileItems folderItems() const { return m_folderItems ? m_folderItems() : rowItems(); }
     FilePath urlAt(int row) const;
     void reloadColumns();
     void refreshCells();
@@ -71,6 +76,7 @@ private:
     QList<PropertyColumn> m_columns;
     QPointer<QUndoStack> m_undo;
     QList<int> m_rowRoles;
+    std::function<FileItems()> m_folderItems;
 };
 
 } // namespace orwick
