@@ -1,7 +1,7 @@
 // The window's file keys (catalogue commands), toasts with Undo, the progress card, the
 // conflict question and inline rename, driven through a real window over real files.
 
-#include "FileWindowFixture.h"
+#include "WindowFixture.h"
 #include "fileops/FileClipboard.h"
 #include "ui/fileops/FileOpsController.h"
 #include "ui/fileops/ProgressCard.h"
@@ -17,7 +17,7 @@ using test::waitUntil;
 
 namespace {
 
-using test::FileOpsWindowTest;
+using FileOpsWindowTest = test::WindowTest;
 
 TEST_F(FileOpsWindowTest, CopyPasteShowsAToastWhoseUndoRemovesTheCopy)
 {

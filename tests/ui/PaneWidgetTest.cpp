@@ -1,3 +1,4 @@
+#include "WindowFixture.h"
 #include "files/Listing.h"
 #include "state/WindowState.h"
 #include "support/TempHome.h"
@@ -19,21 +20,8 @@ using test::waitUntil;
 
 namespace {
 
-struct WindowFixture : ::testing::Test {
-    test::TempTree tree;
-    ViewPreferences preferences;
-    std::unique_ptr<WindowState> state;
-    std::unique_ptr<MainWindow> window;
-
-    void open(const FilePath& folder)
-    {
-        state = std::make_unique<WindowState>(folder, &preferences);
-        window = std::make_unique<MainWindow>(state.get());
-        window->show();
-        ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading(); }));
-        QApplication::processEvents();
-    }
-    PaneState* pane() { return state->activePane(); }
+// Keys go straight to the pane's view here (not through the window's shortcuts).
+struct WindowFixture : test::WindowTest {
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {})
     {
         QWidget* target = window->activePaneWidget()->focusTarget();

@@ -2,7 +2,7 @@
 // shortcuts, F5 and F6 work between panes, the palette runs the same commands and picks
 // destinations, and nothing touches files while a name is being edited.
 
-#include "FileWindowFixture.h"
+#include "WindowFixture.h"
 #include "app/Services.h"
 #include "commands/CommandCatalog.h"
 #include "commands/Frecency.h"
@@ -42,7 +42,7 @@ struct KeyCounter : QObject {
     int count = 0;
 };
 
-struct WindowFileCommandsTest : test::FileOpsWindowTest {
+struct WindowFileCommandsTest : test::WindowTest {
     bool enabled(const char* id) { return CommandCatalog::find(QString::fromLatin1(id))->enabledIn(*state); }
     PaletteState* palette() { return window->palette()->palette(); }
     int paletteRow(const QString& id)

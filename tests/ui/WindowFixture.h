@@ -1,6 +1,6 @@
 #pragma once
 // A real window over a temporary folder, driven by keys as the window system delivers them
-// (shortcuts included), for the tests of the window's file commands.
+// (shortcuts included), for the tests of the window, its panes and its commands.
 
 #include "fileops/FileOperations.h"
 #include "state/WindowState.h"
@@ -16,7 +16,7 @@
 
 namespace orwick::test {
 
-struct FileOpsWindowTest : ::testing::Test {
+struct WindowTest : ::testing::Test {
     test::TempTree tree;
     ViewPreferences preferences;
     std::unique_ptr<WindowState> state;
@@ -30,6 +30,7 @@ struct FileOpsWindowTest : ::testing::Test {
         window->activateWindow();
         ASSERT_TRUE(test::waitUntil([&] { return QApplication::activeWindow() == window.get(); }));
         ASSERT_TRUE(test::waitUntil([&] { return !pane()->isLoading(); }));
+        QApplication::processEvents();
     }
     PaneState* pane() { return state->activePane(); }
     FileOperations& ops() { return FileOperations::shared(); }
