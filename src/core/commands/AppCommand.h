@@ -27,7 +27,8 @@ struct AppCommand {
     // The text the palette matches: the title and the keywords.
     QString searchText() const { return keywords.isEmpty() ? title : title + QLatin1Char(' ') + keywords; }
     // The shortcut as shown in menus and the palette ("Ctrl+Shift+N").
-    QString shortcutText() const { return shortcut.toString(QKeySequence::NativeText); }
+    // Shift+Tab arrives as Backtab, the key a command binds; people call it Tab.
+    QString shortcutText() const { return shortcut.toString(QKeySequence::NativeText).replace(QStringLiteral("Backtab"), QStringLiteral("Tab")); }
 };
 
 } // namespace orwick

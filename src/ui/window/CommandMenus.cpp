@@ -69,6 +69,9 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     for (const auto& [id, extra] : habits)
         if (QAction* a = action(QString::fromLatin1(id)); a && !a->shortcut().isEmpty())
             a->setShortcuts({a->shortcut(), extra});
+    // The menu names the first key: Ctrl+Shift+Tab, not the Backtab the keyboard sends.
+    if (QAction* a = action(QStringLiteral("previousTab")))
+        a->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab), a->shortcut()});
 }
 
 QAction* CommandMenus::makeAction(const QString& id)
