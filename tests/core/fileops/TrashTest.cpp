@@ -120,7 +120,9 @@ TEST_F(FileOpsTest, ItemWithoutOriginCannotBePutBack)
 TEST_F(FileOpsTest, ItemOnAnotherVolumeGoesToThatVolumesTrash)
 {
     QTemporaryDir shm(QStringLiteral("/dev/shm/orwick-test-XXXXXX"));
-    const FilePath item = FilePath::fromText(shm.path()).child(QStringLiteral("tmp.txt"));
+    // /dev/shm's Trash is shared with every other run: a name of this run's own keeps its place.
+    const FilePath shmFolder = FilePath::fromText(shm.path());
+    const FilePath item = shmFolder.child(shmFolder.fileName() + QStringLiteral(".txt"));
     QFile(item.text()).open(QIODevice::WriteOnly);
     if (isSameVolume(item, xdg::homeTrash().parent()))
         GTEST_SKIP() << "/dev/shm is on the home's file system here";
@@ -129,7 +131,7 @@ TEST_F(FileOpsTest, ItemOnAnotherVolumeGoesToThatVolumesTrash)
     EXPECT_EQ(folder->text(), QStringLiteral("/dev/shm/.Trash-%1").arg(getuid()));
     ops.trash({item}, QStringLiteral("Move to Trash"), &stack);
     settle();
-    const FilePath inTrash = folder->child(QStringLiteral("files")).child(QStringLiteral("tmp.txt"));
+    const FilePath inTrash = folder->child(QStringLiteral("files")).child(item.fileName());
     EXPECT_TRUE(exists(inTrash));
     // Paths in a volume's Trash are relative to its top folder.
     EXPECT_TRUE(infoOf(inTrash).contains("\nPath=" + item.native().mid(9).toPercentEncoding("/") + "\n"));
