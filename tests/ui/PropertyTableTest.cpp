@@ -22,6 +22,7 @@
 #include <QComboBox>
 #include <QDateEdit>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QUndoStack>
@@ -112,6 +113,11 @@ struct PropertyTableTest : ::testing::Test {
         }
         return nullptr;
     }
+    void press(int key)
+    {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, key == Qt::Key_Space ? QStringLiteral(" ") : QString());
+        QApplication::sendEvent(view(), &event);
+    }
     void click(const QPoint& at)
     {
         QWidget* viewport = view()->viewport();
@@ -167,6 +173,47 @@ TEST_F(PropertyTableTest, ASingleClickTogglesACheckboxAndWritesTheNote)
     EXPECT_EQ(pane()->selection(), QSet<FilePath>{gamma});
     state->undoStack()->undo();
     EXPECT_EQ(readAll(alpha), kAlpha);
+}
+
+TEST_F(PropertyTableTest, SpaceTogglesTheCheckboxUnderTheCursorAsOneStep)
+{
+    view()->setFocus();
+    // A click beside gamma's box puts the cursor on that cell and toggles nothing.
+    const QRect gammaDone = view()->visualRect(cell(gamma, "done"));
+    click(QPoint(gammaDone.right() - 4, gammaDone.center().y()));
+    EXPECT_EQ(view()->currentIndex(), cell(gamma, "done"));
+    // The cell follows the cursor's row: two rows up is alpha's box.
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    ASSERT_EQ(pane()->cursor(), alpha);
+    EXPECT_EQ(view()->currentIndex(), cell(alpha, "done"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(readAll(alpha), QByteArray(kAlpha).replace("done: false", "done: true"));
+    EXPECT_EQ(readAll(gamma), kGamma);
+    EXPECT_EQ(state->undoStack()->count(), 1);
+    EXPECT_EQ(state->undoStack()->undoText(), "Set done");
+    EXPECT_EQ(pane()->selection(), QSet<FilePath>{alpha}); // Space did not touch the selection
+    state->undoStack()->undo();
+    EXPECT_EQ(readAll(alpha), kAlpha);
+
+    // Left moves to the list property beside it: Space there changes no file.
+    press(Qt::Key_Left);
+    EXPECT_EQ(view()->currentIndex(), cell(alpha, "tags"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(readAll(alpha), kAlpha);
+    EXPECT_EQ(state->undoStack()->count(), 1);
+    // Right twice passes the box to the date; Right at the last column stays there.
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    EXPECT_EQ(view()->currentIndex(), cell(alpha, "due"));
+    // On the name Space toggles nothing either.
+    for (int i = 0; i < 8; ++i)
+        press(Qt::Key_Left);
+    EXPECT_EQ(view()->currentIndex().column(), int(FileListModel::NameColumn));
+    press(Qt::Key_Space);
+    EXPECT_EQ(readAll(alpha), kAlpha);
+    EXPECT_EQ(state->undoStack()->count(), 1);
 }
 
 TEST_F(PropertyTableTest, EditorsFitTheType)

@@ -2,7 +2,9 @@
 
 #include "ui/notes/PropertyColumnsModel.h"
 #include "ui/theme/Theme.h"
+#include "ui/views/FileListModel.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDateEdit>
 #include <QLineEdit>
@@ -58,6 +60,20 @@ QList<PropertyCellDelegate::Chip> PropertyCellDelegate::chipsOf(const QModelInde
         chips.append({text, color == colors.constEnd() ? std::nullopt : std::optional(color->toInt())});
     }
     return chips;
+}
+
+void PropertyCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    RowDelegate::paint(painter, option, index);
+    const auto* view = qobject_cast<const QAbstractItemView*>(option.widget);
+    if (!typeOf(index) || !view || !view->hasFocus() || view->currentIndex() != index
+        || !index.data(FileListModel::CursorRole).toBool())
+        return;
+    painter->save();
+    painter->setPen(QPen(theme::cursorRing(), 1));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+    painter->restore();
 }
 
 void PropertyCellDelegate::paintCell(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const

@@ -4,7 +4,9 @@
 // in their options' colours, a checkbox as a box; other types as the model's formatted text.
 // Editing in place uses an editor that fits the type: a date field with a calendar for dates, a
 // combo box of the column's options (typing a new one adds it) for selects, a line for the rest.
-// Cells of the file list's own columns are drawn as before and are not edited here.
+// Cells of the file list's own columns are drawn as before and are not edited here. The view's
+// current cell, when it is a property cell on the cursor's row, wears a thin ring while the view
+// has the focus, so that the keys' target shows.
 
 #include "ui/views/RowDelegate.h"
 
@@ -15,6 +17,7 @@ class PropertyCellDelegate : public RowDelegate {
 public:
     using RowDelegate::RowDelegate;
 
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
     void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override;

@@ -7,7 +7,7 @@
 
 namespace orwick {
 
-FileTableView::FileTableView(FileListModel* model, QWidget* parent) : FileListView(model, parent)
+FileTableView::FileTableView(FileListModel* model, QWidget* parent) : FileListView(model, parent), m_pane(model->pane())
 {
     setAlternatingRowColors(true);
     setTextElideMode(Qt::ElideRight);
@@ -16,6 +16,49 @@ FileTableView::FileTableView(FileListModel* model, QWidget* parent) : FileListVi
     head->setFirstSectionMovable(false);
     head->setStretchLastSection(true);
     layoutColumns();
+    connect(m_pane, &PaneState::selectionChanged, this, &FileTableView::followCursorRow);
+    connect(m_pane, &PaneState::itemsChanged, this, &FileTableView::followCursorRow);
+}
+
+void FileTableView::followCursorRow()
+{
+    if (!model() || !m_pane->cursor())
+        return;
+    const int row = m_pane->row(*m_pane->cursor());
+    const int column = currentIndex().isValid() ? currentIndex().column() : int(FileListModel::NameColumn);
+    const QModelIndex cell = model()->index(row, column);
+    if (cell.isValid() && cell != currentIndex())
+        selectionModel()->setCurrentIndex(cell, QItemSelectionModel::NoUpdate);
+}
+
+int FileTableView::neighbourColumn(int column, int step) const
+{
+    const QHeaderView* head = header();
+    for (int visual = head->visualIndex(column) + step; visual >= 0 && visual < head->count(); visual += step)
+        if (const int logical = head->logicalIndex(visual); !head->isSectionHidden(logical))
+            return logical;
+    return column;
+}
+
+void FileTableView::keyPressEvent(QKeyEvent* event)
+{
+    const QModelIndex current = currentIndex();
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (plain && event->key() == Qt::Key_Space && (current.flags() & Qt::ItemIsUserCheckable) && (current.flags() & Qt::ItemIsEnabled)) {
+        const bool checked = current.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+        model()->setData(current, checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
+        event->accept();
+        return;
+    }
+    if (plain && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) && current.isValid()) {
+        const int step = (event->key() == Qt::Key_Right) == (layoutDirection() == Qt::LeftToRight) ? 1 : -1;
+        const QModelIndex next = current.siblingAtColumn(neighbourColumn(current.column(), step));
+        selectionModel()->setCurrentIndex(next, QItemSelectionModel::NoUpdate);
+        scrollTo(next);
+        event->accept();
+        return;
+    }
+    FileListView::keyPressEvent(event);
 }
 
 void FileTableView::showModel(QAbstractItemModel* model)
@@ -71,12 +114,16 @@ void FileTableView::mousePressEvent(QMouseEvent* event)
     if (event->button() == Qt::LeftButton && !(event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier))
         && checkBoxRect(index).contains(event->position().toPoint())) {
         setFocus(Qt::MouseFocusReason);
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
         const bool checked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
         model()->setData(index, checked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
         event->accept();
         return;
     }
     FileListView::mousePressEvent(event);
+    // The clicked cell becomes the current one, so that the keys act on its column.
+    if (index.isValid() && event->button() == Qt::LeftButton)
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
 }
 
 void FileTableView::mouseDoubleClickEvent(QMouseEvent* event)
