@@ -57,6 +57,7 @@ TEST_F(FileOpsWindowTest, DeleteTrashesAndCtrlZPutsBack)
     press(Qt::Key_Z, Qt::ControlModifier);
     settle();
     EXPECT_EQ(test::readAll(file), "o");
+    EXPECT_EQ(toast(), QString()) << "its Undo would now undo the step before";
     press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     settle();
     EXPECT_FALSE(test::exists(file));

@@ -25,10 +25,19 @@ FileOpsController::FileOpsController(QWidget* window, WindowState* state, ToastH
     operations->setReportErrors([this](const QString& message) { m_toasts->show(message); });
     connect(operations, &FileOperations::announced, this, [this](const Toast& toast) {
         QUndoStack* stack = m_state->undoStack();
+        m_toastUndoIndex = toast.canUndo ? stack->index() : -1;
         if (toast.canUndo)
             m_toasts->show(toast.text, QStringLiteral("Undo"), [stack] { stack->undo(); });
         else
             m_toasts->show(toast.text);
+    });
+    // A toast's Undo belongs to the step it announced: once that step is undone some other way
+    // (Ctrl+Z, the Edit menu) the button would undo the step before, so the toast goes.
+    connect(state->undoStack(), &QUndoStack::indexChanged, this, [this](int index) {
+        if (m_toastUndoIndex >= 0 && index != m_toastUndoIndex) {
+            m_toastUndoIndex = -1;
+            m_toasts->dismiss();
+        }
     });
     connect(&state->files(), &FileActions::tidyUpRequested, this, &FileOpsController::confirmTidyUp);
 }

@@ -42,6 +42,7 @@ private:
     WindowState* m_state;
     ToastHost* m_toasts;
     ProgressCard* m_card;
+    int m_toastUndoIndex = -1; // the undo stack's index when the shown toast offered Undo, else -1
     QList<QPointer<PaneWidget>> m_panes;
     QPointer<QWidget> m_editor; // the open rename editor
 };

@@ -62,6 +62,13 @@ void ToastHost::show(const QString& message, const QString& actionTitle, std::fu
     m_timer->start(m_button->isVisible() ? kShownWithActionMs : kShownMs);
 }
 
+void ToastHost::dismiss()
+{
+    m_timer->stop();
+    m_action = {};
+    hide();
+}
+
 QString ToastHost::currentMessage() const { return isVisible() ? m_label->text() : QString(); }
 
 void ToastHost::place()

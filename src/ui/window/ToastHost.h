@@ -19,6 +19,8 @@ public:
     // Shows `message`; with an action, a button titled `actionTitle` runs it and closes the toast.
     void show(const QString& message, const QString& actionTitle = {}, std::function<void()> action = {});
     QString currentMessage() const;
+    // Takes the toast away now (its action is no longer right, say).
+    void dismiss();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
