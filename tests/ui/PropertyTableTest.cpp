@@ -8,6 +8,7 @@
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 #include "TableColumns.h"
+#include "ui/notes/DateCellEditor.h"
 #include "ui/notes/PaneNotesDecoration.h"
 #include "ui/notes/PropertyCellDelegate.h"
 #include "ui/notes/PropertyColumnsModel.h"
@@ -222,7 +223,7 @@ TEST_F(PropertyTableTest, EditorsFitTheType)
     QWidget parent;
     QStyleOptionViewItem option;
     std::unique_ptr<QWidget> date(delegate.createEditor(&parent, option, cell(alpha, "due")));
-    auto* dateEdit = qobject_cast<QDateEdit*>(date.get());
+    auto* dateEdit = qobject_cast<DateCellEditor*>(date.get());
     ASSERT_NE(dateEdit, nullptr);
     delegate.setEditorData(dateEdit, cell(alpha, "due"));
     EXPECT_EQ(dateEdit->date(), QDate(2024, 5, 17));
@@ -240,6 +241,43 @@ TEST_F(PropertyTableTest, EditorsFitTheType)
     delegate.setModelData(combo, table(), cell(gamma, "status"));
     EXPECT_EQ(readAll(gamma), QByteArray(kGamma).replace("status: open", "status: waiting"));
     EXPECT_EQ(state->undoStack()->count(), 2);
+}
+
+TEST_F(PropertyTableTest, DeleteInTheDateEditorRemovesTheDateAndNothingElse)
+{
+    PropertyCellDelegate delegate;
+    QWidget parent;
+    std::unique_ptr<QWidget> widget(delegate.createEditor(&parent, QStyleOptionViewItem(), cell(alpha, "due")));
+    auto* editor = qobject_cast<DateCellEditor*>(widget.get());
+    ASSERT_NE(editor, nullptr);
+    delegate.setEditorData(editor, cell(alpha, "due"));
+    ASSERT_EQ(editor->day(), QDate(2024, 5, 17));
+    QKeyEvent del(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier);
+    QApplication::sendEvent(editor, &del);
+    EXPECT_EQ(editor->day(), std::nullopt);
+    EXPECT_EQ(editor->text(), "No date");
+    delegate.setModelData(editor, table(), cell(alpha, "due"));
+    EXPECT_EQ(readAll(alpha), QByteArray(kAlpha).replace("due: 2024-05-17\n", ""));
+    EXPECT_EQ(state->undoStack()->count(), 1);
+    EXPECT_EQ(state->undoStack()->undoText(), "Set due");
+    ASSERT_TRUE(waitUntil([&] { return !cell(alpha, "due").data(Qt::DisplayRole).isValid(); }));
+    state->undoStack()->undo();
+    EXPECT_EQ(readAll(alpha), kAlpha);
+
+    // An empty cell's editor starts at today; Backspace empties it, and committing that writes nothing.
+    std::unique_ptr<QWidget> other(delegate.createEditor(&parent, QStyleOptionViewItem(), cell(beta, "due")));
+    auto* empty = qobject_cast<DateCellEditor*>(other.get());
+    ASSERT_NE(empty, nullptr);
+    delegate.setEditorData(empty, cell(beta, "due"));
+    EXPECT_EQ(empty->day(), QDate::currentDate());
+    QKeyEvent back(QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier);
+    QApplication::sendEvent(empty, &back);
+    delegate.setModelData(empty, table(), cell(beta, "due"));
+    EXPECT_EQ(readAll(beta), kBeta);
+    // Up from an empty field starts at today again.
+    QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
+    QApplication::sendEvent(empty, &up);
+    EXPECT_EQ(empty->day(), QDate::currentDate());
 }
 
 TEST_F(PropertyTableTest, RenameAcrossTheFolderRewritesOnlyFrontMatterAndUndoesInOneStep)

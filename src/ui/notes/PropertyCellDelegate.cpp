@@ -1,12 +1,12 @@
 #include "ui/notes/PropertyCellDelegate.h"
 
+#include "ui/notes/DateCellEditor.h"
 #include "ui/notes/PropertyColumnsModel.h"
 #include "ui/theme/Theme.h"
 #include "ui/views/FileListModel.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QLineEdit>
 #include <QPainter>
 #include <QPainterPath>
@@ -120,12 +120,8 @@ void PropertyCellDelegate::paintCell(QPainter* painter, const QStyleOptionViewIt
 QWidget* PropertyCellDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     const auto type = typeOf(index);
-    if (type == PropertyType::date) {
-        auto* editor = new QDateEdit(parent);
-        editor->setCalendarPopup(true);
-        editor->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
-        return editor;
-    }
+    if (type == PropertyType::date)
+        return new DateCellEditor(parent);
     if (type == PropertyType::select) {
         auto* editor = new QComboBox(parent);
         editor->setEditable(true);
@@ -145,10 +141,10 @@ QWidget* PropertyCellDelegate::createEditor(QWidget* parent, const QStyleOptionV
 
 void PropertyCellDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const
 {
-    if (auto* date = qobject_cast<QDateEdit*>(editor)) {
+    if (auto* date = qobject_cast<DateCellEditor*>(editor)) {
         const QVariant stored = index.data(PropertyColumnsModel::PropertyValueRole);
         const auto day = stored.canConvert<PropertyValue>() ? stored.value<PropertyValue>().date() : std::nullopt;
-        date->setDate(day.value_or(QDate::currentDate()));
+        date->setDay(day.value_or(QDate::currentDate()));
         return;
     }
     if (auto* combo = qobject_cast<QComboBox*>(editor)) {
@@ -160,8 +156,9 @@ void PropertyCellDelegate::setEditorData(QWidget* editor, const QModelIndex& ind
 
 void PropertyCellDelegate::setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const
 {
-    if (auto* date = qobject_cast<QDateEdit*>(editor)) {
-        model->setData(index, date->date(), Qt::EditRole);
+    if (auto* date = qobject_cast<DateCellEditor*>(editor)) {
+        // An emptied field removes the property.
+        model->setData(index, date->day() ? QVariant(*date->day()) : QVariant(QString()), Qt::EditRole);
         return;
     }
     if (auto* combo = qobject_cast<QComboBox*>(editor)) {
