@@ -396,6 +396,48 @@ TEST_F(PropertyTableTest, SortingByAPropertyPutsNotesWithoutItLastBothWays)
     EXPECT_EQ(header->sortIndicatorSection(), int(FileListModel::NameColumn));
 }
 
+TEST_F(PropertyTableTest, TheSortFollowsARenamedPropertyThroughUndoAndRedo)
+{
+    ASSERT_TRUE(store->set("due", PropertyValue::ofText("2024-01-02"), {gamma}, state->undoStack()));
+    auto names = [&] {
+        QStringList shown;
+        for (const FileItem& item : pane()->items())
+            shown.append(item.url.fileName());
+        return shown;
+    };
+    const QStringList byDue{"gamma.md", "alpha.md", "beta.md"};
+    QHeaderView* header = view()->header();
+    Q_EMIT header->sectionClicked(columnOf("due"));
+    ASSERT_TRUE(waitUntil([&] { return names() == byDue; })) << names().join(' ').toStdString();
+
+    find(headerMenu("due", "deadline").get(), {"Rename “due”…"})->trigger();
+    ASSERT_TRUE(waitUntil([&] { return columnOf("deadline") >= 0; }));
+    EXPECT_EQ(decoration()->propertySort(), "deadline");
+    EXPECT_EQ(header->sortIndicatorSection(), columnOf("deadline"));
+    QApplication::processEvents();
+    EXPECT_EQ(names(), byDue);
+    // A second click on the renamed column flips the same sort.
+    Q_EMIT header->sectionClicked(columnOf("deadline"));
+    ASSERT_TRUE(waitUntil([&] { return names() == QStringList{"alpha.md", "gamma.md", "beta.md"}; })) << names().join(' ').toStdString();
+    EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
+
+    state->undoStack()->undo();
+    ASSERT_TRUE(waitUntil([&] { return columnOf("due") >= 0; }));
+    EXPECT_EQ(decoration()->propertySort(), "due");
+    EXPECT_EQ(header->sortIndicatorSection(), columnOf("due"));
+    EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
+    ASSERT_TRUE(waitUntil([&] { return names() == QStringList{"alpha.md", "gamma.md", "beta.md"}; })) << names().join(' ').toStdString();
+    state->undoStack()->redo();
+    ASSERT_TRUE(waitUntil([&] { return columnOf("deadline") >= 0; }));
+    EXPECT_EQ(decoration()->propertySort(), "deadline");
+    EXPECT_EQ(header->sortIndicatorSection(), columnOf("deadline"));
+
+    // Deleting it still ends the sort.
+    find(headerMenu("deadline").get(), {"Delete “deadline”"})->trigger();
+    ASSERT_TRUE(waitUntil([&] { return !decoration()->propertySort(); }));
+    EXPECT_EQ(header->sortIndicatorSection(), int(FileListModel::NameColumn));
+}
+
 TEST_F(PropertyTableTest, ADoubleClickOnAPropertyCellEditsItInPlace)
 {
     const QRect rect = view()->visualRect(cell(gamma, "due"));

@@ -147,17 +147,39 @@ void PaneNotesDecoration::valuesChanged()
         m_widget->pane()->propertiesChanged();
 }
 
+namespace {
+
+// The name that replaced `key` in place when `after` is `before` with that one name changed.
+std::optional<QString> renamedTo(const QString& key, const QStringList& before, const QStringList& after)
+{
+    const qsizetype at = before.indexOf(key);
+    if (at < 0 || after.size() != before.size() || before.contains(after[at]))
+        return std::nullopt;
+    for (qsizetype i = 0; i < after.size(); ++i)
+        if (i != at && after[i] != before[i])
+            return std::nullopt;
+    return after[at];
+}
+
+} // namespace
+
 void PaneNotesDecoration::followSortColumn()
 {
+    const QStringList before = std::exchange(m_shownKeys, m_store ? m_store->columns(m_folder).shown : QStringList());
     if (!m_sortKey || !m_widget)
         return;
+    if (!m_shownKeys.contains(*m_sortKey))
+        if (const auto renamed = renamedTo(*m_sortKey, before, m_shownKeys)) {
+            m_sortKey = *renamed;
+            m_widget->pane()->propertiesChanged();
+        }
     QHeaderView* header = m_widget->tableView()->header();
     for (int column = m_columns->firstPropertyColumn(); column < m_columns->columnCount(); ++column)
         if (m_columns->propertyColumn(column)->key == *m_sortKey) {
             header->setSortIndicator(column, m_sortAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
             return;
         }
-    // The column went (hidden, renamed, deleted): back to the pane's own sort.
+    // The column went (hidden, deleted): back to the pane's own sort.
     m_sortKey.reset();
     PaneState* pane = m_widget->pane();
     header->setSortIndicator(FileListModel::columnFor(pane->sortKey()), pane->sortAscending() ? Qt::AscendingOrder : Qt::DescendingOrder);

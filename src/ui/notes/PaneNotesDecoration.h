@@ -56,7 +56,9 @@ private:
     void loadingChanged();
     void valuesChanged();
     void headerClicked(int column);
-    // Keeps the sort indicator on the sorted property's column when columns change.
+    // Keeps the sort indicator on the sorted property's column when columns change; a renamed
+    // property (its name replaced in place among the shown columns, by a rename or by undoing
+    // one) keeps the sort under its new name.
     void followSortColumn();
     void updateChips();
 
@@ -69,6 +71,7 @@ private:
     FilterChipsBar* m_chips;
     FilePath m_folder;
     std::optional<QString> m_sortKey;
+    QStringList m_shownKeys; // the shown columns the sort was last checked against
     bool m_sortAscending = true;
 };
 
