@@ -6,6 +6,7 @@
 #include "ui/notes/FilterChipsBar.h"
 #include "ui/notes/FilterRowEditor.h"
 
+#include <QComboBox>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
@@ -47,12 +48,45 @@ TEST(FilterChipsBar, ShowsEditsAndSavesTheFolderFilters)
 TEST(FilterRowEditor, KeepsTheIdAndDropsTheOperandOfValuelessConditions)
 {
     const PropertyFilter row{QUuid::createUuid(), "done", C::checked, "stale"};
-    FilterRowEditor editor(row, {"done", "status"});
+    FilterRowEditor editor(row, {"done", "status"}, [](const QString&) { return PropertyType::checkbox; });
     const PropertyFilter edited = editor.filter();
     EXPECT_EQ(edited.id, row.id);
     EXPECT_EQ(edited.key, "done");
     EXPECT_EQ(edited.condition, C::checked);
     EXPECT_TRUE(edited.value.isEmpty());
+}
+
+TEST(FilterRowEditor, OffersTheConditionsOfThePropertysTypeAndFollowsTheKey)
+{
+    test::TempTree tree;
+    const FilePath a = tree.file(QString("n/a.md"), "---\ndone: true\ndue: 2024-05-17\npoints: 3\nstatus: open\n---\n");
+    const FilePath b = tree.file(QString("n/b.md"), "---\ndone: false\ndue: 2024-06-01\npoints: 5\nstatus: done\n---\n");
+    FileProperties store(nullptr, tree.path("columns.json"));
+    const FileItems items{FileItem::make(a), FileItem::make(b)};
+    store.load(items);
+    ASSERT_TRUE(test::waitUntil([&] { return store.value(b, "status").has_value(); }));
+    const FilterRowEditor::TypeOf typeOf = [&](const QString& key) { return store.type(key, a.parent(), items); };
+
+    FilterRowEditor editor({QUuid::createUuid(), "done", C::checked, ""}, store.keys(items), typeOf);
+    EXPECT_EQ(editor.conditionTitles(), (QStringList{"is checked", "is not checked", "is empty", "is not empty"}));
+    auto* key = editor.findChildren<QComboBox*>().value(0);
+    ASSERT_TRUE(key && key->isEditable());
+    key->setCurrentText("due");
+    EXPECT_EQ(editor.conditionTitles(), (QStringList{"is", "is before", "is after", "is empty", "is not empty"}));
+    EXPECT_EQ(editor.filter().condition, C::equals); // "is checked" does not fit a date
+    auto* condition = editor.findChildren<QComboBox*>().value(1);
+    condition->setCurrentIndex(int(editor.conditionTitles().indexOf("is not empty")));
+    key->setCurrentText("points");
+    EXPECT_EQ(editor.conditionTitles(), (QStringList{"is", "is not", ">", "<", "is empty", "is not empty"}));
+    EXPECT_EQ(editor.filter().condition, C::filled); // kept: it fits a number too
+    key->setCurrentText("status");
+    EXPECT_EQ(editor.conditionTitles(), (QStringList{"is", "is not", "contains", "doesn't contain", "is empty", "is not empty"}));
+
+    // A row saved with a condition its type does not offer keeps it while its property stays.
+    FilterRowEditor old({QUuid::createUuid(), "status", C::greater, "4"}, store.keys(items), typeOf);
+    EXPECT_EQ(old.conditionTitles().last(), ">");
+    EXPECT_EQ(old.filter().condition, C::greater);
+    EXPECT_EQ(old.filter().value, "4");
 }
 
 } // namespace

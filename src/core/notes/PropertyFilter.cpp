@@ -44,6 +44,19 @@ const QList<PropertyFilter::Condition>& PropertyFilter::allCases()
     return cases;
 }
 
+QList<PropertyFilter::Condition> PropertyFilter::conditions(PropertyType type)
+{
+    switch (type) {
+    case PropertyType::checkbox: return {C::checked, C::unchecked, C::empty, C::filled};
+    case PropertyType::number: return {C::equals, C::differs, C::greater, C::less, C::empty, C::filled};
+    case PropertyType::date: return {C::equals, C::before, C::after, C::empty, C::filled};
+    case PropertyType::text:
+    case PropertyType::select:
+    case PropertyType::list: break;
+    }
+    return {C::equals, C::differs, C::contains, C::lacks, C::empty, C::filled};
+}
+
 QString PropertyFilter::title(Condition condition) { return QString::fromUtf8(info(condition).title); }
 bool PropertyFilter::needsValue(Condition condition) { return info(condition).needsValue; }
 QString PropertyFilter::name(Condition condition) { return QString::fromUtf8(info(condition).name); }

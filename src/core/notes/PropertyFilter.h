@@ -20,6 +20,10 @@ struct PropertyFilter {
 
     // Every condition in the order the filter row offers them.
     static const QList<Condition>& allCases();
+    // The conditions a filter row offers for a property of `type`, the likeliest first: a
+    // checkbox is checked or not, a number compares, a date comes before or after, text-like
+    // types match or contain; every type can be empty or not.
+    static QList<Condition> conditions(PropertyType type);
     // The words of the filter row: "is", "is not", "contains", "doesn't contain"…
     static QString title(Condition condition);
     // Whether the row shows an operand field.

@@ -72,7 +72,9 @@ QStringList FilterChipsBar::chipTexts() const
 
 void FilterChipsBar::edit(const PropertyFilter& filter)
 {
-    FilterRowEditor editor(filter, m_store ? m_store->keys(m_items) : QStringList(), this);
+    FilterRowEditor editor(filter, m_store ? m_store->keys(m_items) : QStringList(),
+                           [this](const QString& key) { return m_store ? m_store->type(key, m_folder, m_items) : PropertyType::text; },
+                           this);
     if (editor.exec() == QDialog::Accepted)
         putFilter(editor.filter());
 }

@@ -89,6 +89,23 @@ TEST(PropertyFilter, ConditionsInOrderWithTitles)
     EXPECT_FALSE(PropertyFilter::needsValue(C::filled));
 }
 
+TEST(PropertyFilter, EachTypeOffersTheConditionsThatFitIt)
+{
+    auto titles = [](PropertyType type) {
+        QStringList words;
+        for (C condition : PropertyFilter::conditions(type))
+            words << PropertyFilter::title(condition);
+        return words;
+    };
+    EXPECT_EQ(titles(PropertyType::checkbox), (QStringList{"is checked", "is not checked", "is empty", "is not empty"}));
+    EXPECT_EQ(titles(PropertyType::number), (QStringList{"is", "is not", ">", "<", "is empty", "is not empty"}));
+    EXPECT_EQ(titles(PropertyType::date), (QStringList{"is", "is before", "is after", "is empty", "is not empty"}));
+    const QStringList texts{"is", "is not", "contains", "doesn't contain", "is empty", "is not empty"};
+    EXPECT_EQ(titles(PropertyType::text), texts);
+    EXPECT_EQ(titles(PropertyType::select), texts);
+    EXPECT_EQ(titles(PropertyType::list), texts);
+}
+
 TEST(PropertyFilter, Summary)
 {
     EXPECT_EQ((PropertyFilter{QUuid(), "status", C::differs, " done "}.summary(PropertyType::select)), "status is not done");
