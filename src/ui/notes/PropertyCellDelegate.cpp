@@ -70,7 +70,7 @@ void PropertyCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
         || !index.data(FileListModel::CursorRole).toBool())
         return;
     painter->save();
-    painter->setPen(QPen(theme::cursorRing(), 1));
+    painter->setPen(QPen(theme::cursorRing(), 2));
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
     painter->restore();

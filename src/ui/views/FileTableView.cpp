@@ -25,10 +25,18 @@ void FileTableView::followCursorRow()
     if (!model() || !m_pane->cursor())
         return;
     const int row = m_pane->row(*m_pane->cursor());
-    const int column = currentIndex().isValid() ? currentIndex().column() : int(FileListModel::NameColumn);
-    const QModelIndex cell = model()->index(row, column);
+    QModelIndex cell = model()->index(row, m_column);
+    if (!cell.isValid())
+        cell = model()->index(row, FileListModel::NameColumn);
     if (cell.isValid() && cell != currentIndex())
         selectionModel()->setCurrentIndex(cell, QItemSelectionModel::NoUpdate);
+}
+
+void FileTableView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    FileListView::currentChanged(current, previous);
+    if (current.isValid())
+        m_column = current.column();
 }
 
 int FileTableView::neighbourColumn(int column, int step) const

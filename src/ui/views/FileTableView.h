@@ -32,6 +32,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     // F2 on an editable cell edits the cell, ahead of the window's Rename shortcut.
     bool event(QEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
 private:
     void layoutColumns();
@@ -41,6 +42,7 @@ private:
     int neighbourColumn(int column, int step) const;
 
     PaneState* m_pane;
+    int m_column = 0; // the current cell's column, kept while a reload empties the model
     int m_laidOut = 0; // column count the widths were last set for
 };
 
