@@ -82,6 +82,14 @@ TEST(FilterRowEditor, OffersTheConditionsOfThePropertysTypeAndFollowsTheKey)
     key->setCurrentText("status");
     EXPECT_EQ(editor.conditionTitles(), (QStringList{"is", "is not", "contains", "doesn't contain", "is empty", "is not empty"}));
 
+    // A new row on a checkbox starts at "is checked", and offers nothing else but its type's.
+    FilterChipsBar bar(&store);
+    bar.setFolder(a.parent(), items);
+    const PropertyFilter fresh = bar.newFilter();
+    EXPECT_EQ(fresh.key, "done");
+    EXPECT_EQ(fresh.condition, C::checked);
+    EXPECT_EQ(FilterRowEditor(fresh, store.keys(items), typeOf).conditionTitles().size(), 4);
+
     // A row saved with a condition its type does not offer keeps it while its property stays.
     FilterRowEditor old({QUuid::createUuid(), "status", C::greater, "4"}, store.keys(items), typeOf);
     EXPECT_EQ(old.conditionTitles().last(), ">");

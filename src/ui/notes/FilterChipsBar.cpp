@@ -70,11 +70,24 @@ QStringList FilterChipsBar::chipTexts() const
     return texts;
 }
 
+PropertyType FilterChipsBar::typeOf(const QString& key) const
+{
+    return m_store ? m_store->type(key, m_folder, m_items) : PropertyType::text;
+}
+
+PropertyFilter FilterChipsBar::newFilter() const
+{
+    PropertyFilter blank;
+    const QStringList keys = m_store ? m_store->keys(m_items) : QStringList();
+    blank.key = keys.value(0);
+    blank.condition = PropertyFilter::conditions(typeOf(blank.key)).first();
+    return blank;
+}
+
 void FilterChipsBar::edit(const PropertyFilter& filter)
 {
     FilterRowEditor editor(filter, m_store ? m_store->keys(m_items) : QStringList(),
-                           [this](const QString& key) { return m_store ? m_store->type(key, m_folder, m_items) : PropertyType::text; },
-                           this);
+                           [this](const QString& key) { return typeOf(key); }, this);
     if (editor.exec() == QDialog::Accepted)
         putFilter(editor.filter());
 }
@@ -111,12 +124,7 @@ void FilterChipsBar::rebuild()
     auto* add = new QToolButton(this);
     add->setText(QStringLiteral("Add Filter…"));
     add->setAutoRaise(true);
-    connect(add, &QToolButton::clicked, this, [this] {
-        PropertyFilter blank;
-        const QStringList keys = m_store ? m_store->keys(m_items) : QStringList();
-        blank.key = keys.isEmpty() ? QString() : keys.first();
-        edit(blank);
-    });
+    connect(add, &QToolButton::clicked, this, [this] { edit(newFilter()); });
     m_row->addWidget(add);
     m_row->addStretch(1);
 }

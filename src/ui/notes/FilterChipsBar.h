@@ -25,6 +25,10 @@ public:
     void putFilter(const PropertyFilter& filter);
     void removeFilter(const QUuid& id);
 
+    // The row "Add Filter…" starts from: the first property, with the first condition that fits
+    // its type.
+    PropertyFilter newFilter() const;
+
     // The chips' texts, in order (for the pane's status and for tests).
     QStringList chipTexts() const;
 
@@ -35,6 +39,7 @@ private:
     void rebuild();
     void edit(const PropertyFilter& filter);
     void store(QList<PropertyFilter> filters);
+    PropertyType typeOf(const QString& key) const;
 
     QPointer<FileProperties> m_store;
     FilePath m_folder;
