@@ -7,7 +7,7 @@
 // cancels the older, and a cancelled load publishes nothing. Writes (set, rename, renameOption,
 // deleteOption) go to the notes' front matter or to the properties attribute of other files and
 // folders, are refused for a note that changed on disk since it was read, and each becomes one
-// undo step on the stack passed in.
+// undo step on the stack passed in. The key and option changes are built in PropertyChanges.cpp.
 //
 // Signals: valuesChanged() follows every change of values (revision() was bumped);
 // columnsChanged(folder) follows every change of a folder's settings (already saved);
@@ -91,10 +91,10 @@ public:
     // after another change they fall back to the property changes.
     struct FileEdit {
         FilePath path;
-        QList<notefile::Change> forward;
-        QList<notefile::Change> backward;
-        std::optional<QByteArray> noteBefore;
-        std::optional<QByteArray> noteAfter;
+        QList<notefile::Change> forward = {};
+        QList<notefile::Change> backward = {};
+        std::optional<QByteArray> noteBefore = {};
+        std::optional<QByteArray> noteAfter = {};
     };
     // Writes each file's forward or backward changes; returns the edits that were written and
     // the sentences of those that were not.
