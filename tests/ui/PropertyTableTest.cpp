@@ -77,6 +77,14 @@ struct PropertyTableTest : ::testing::Test {
         QApplication::processEvents();
     }
     PaneState* pane() { return state->activePane(); }
+    // The names of the rows in the order shown.
+    QStringList names()
+    {
+        QStringList shown;
+        for (const FileItem& item : pane()->items())
+            shown.append(item.url.fileName());
+        return shown;
+    }
     FileTableView* view() { return window->activePaneWidget()->tableView(); }
     QAbstractItemModel* table() { return view()->model(); }
     PaneNotesDecoration* decoration() { return PaneNotesDecoration::of(window->activePaneWidget()); }
@@ -379,12 +387,6 @@ TEST_F(PropertyTableTest, DamagedColumnsJsonGivesDefaultsAndAMessage)
 TEST_F(PropertyTableTest, SortingByAPropertyPutsNotesWithoutItLastBothWays)
 {
     ASSERT_TRUE(store->set("due", PropertyValue::ofText("2024-01-02"), {gamma}, state->undoStack()));
-    auto names = [&] {
-        QStringList shown;
-        for (const FileItem& item : pane()->items())
-            shown.append(item.url.fileName());
-        return shown;
-    };
     QHeaderView* header = view()->header();
     Q_EMIT header->sectionClicked(columnOf("due"));
     ASSERT_TRUE(waitUntil([&] { return names() == QStringList{"gamma.md", "alpha.md", "beta.md"}; })) << names().join(' ').toStdString();
@@ -406,12 +408,6 @@ TEST_F(PropertyTableTest, SortingByAPropertyPutsNotesWithoutItLastBothWays)
 TEST_F(PropertyTableTest, TheSortFollowsARenamedPropertyThroughUndoAndRedo)
 {
     ASSERT_TRUE(store->set("due", PropertyValue::ofText("2024-01-02"), {gamma}, state->undoStack()));
-    auto names = [&] {
-        QStringList shown;
-        for (const FileItem& item : pane()->items())
-            shown.append(item.url.fileName());
-        return shown;
-    };
     const QStringList byDue{"gamma.md", "alpha.md", "beta.md"};
     QHeaderView* header = view()->header();
     Q_EMIT header->sectionClicked(columnOf("due"));
