@@ -72,7 +72,7 @@ void PropertyCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
     painter->save();
     painter->setPen(QPen(theme::cursorRing(), 2));
     painter->setBrush(Qt::NoBrush);
-    painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+    painter->drawRect(cellsRect(option.rect, index).adjusted(1, 1, -2, -2));
     painter->restore();
 }
 

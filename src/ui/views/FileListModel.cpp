@@ -99,6 +99,8 @@ QString FileListModel::sizeText(const FileItem& item) const
 
 QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
+    if (orientation == Qt::Horizontal && role == Qt::TextAlignmentRole && section == SizeColumn)
+        return QVariant(Qt::AlignRight | Qt::AlignVCenter); // over its right-aligned numbers, however wide
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
     switch (section) {

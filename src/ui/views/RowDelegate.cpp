@@ -51,7 +51,7 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& givenOpti
     QStyleOptionViewItem option = givenOption;
     if (const auto heading = headingOf(index)) {
         paintHeading(painter, option, *heading, index.column() == 0);
-        option.rect.setTop(option.rect.top() + headingBandHeight());
+        option.rect = cellsRect(option.rect, index);
     }
     const bool selected = index.data(FileListModel::SelectedRole).toBool();
     const bool cursor = index.data(FileListModel::CursorRole).toBool();
@@ -76,6 +76,11 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& givenOpti
 void RowDelegate::paintCell(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
     QStyledItemDelegate::paint(painter, option, index);
+}
+
+QRect RowDelegate::cellsRect(const QRect& rect, const QModelIndex& index)
+{
+    return headingOf(index) ? rect.adjusted(0, headingBandHeight(), 0, 0) : rect;
 }
 
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const

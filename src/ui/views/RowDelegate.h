@@ -12,6 +12,8 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    // The part of a row's `rect` that holds its cells: below the day heading's band, if it has one.
+    static QRect cellsRect(const QRect& rect, const QModelIndex& index);
 
 protected:
     // Draws a cell's own content over the row's background (the selection, the caret bar).
