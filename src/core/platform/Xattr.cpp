@@ -51,4 +51,68 @@ Status remove(const FilePath& path, const char* name)
     return {};
 }
 
+std::optional<QList<QByteArray>> names(int fd)
+{
+    QByteArray buffer;
+    for (;;) {
+        const ssize_t needed = flistxattr(fd, nullptr, 0);
+        if (needed < 0)
+            return errno == ENOTSUP ? std::optional<QList<QByteArray>>(QList<QByteArray>{}) : std::nullopt;
+        if (needed == 0)
+            return QList<QByteArray>{};
+        buffer.resize(needed);
+        const ssize_t n = flistxattr(fd, buffer.data(), size_t(buffer.size()));
+        if (n >= 0) {
+            buffer.truncate(n);
+            break;
+        }
+        if (errno != ERANGE) // ERANGE: one was added meanwhile; ask again
+            return std::nullopt;
+    }
+    QList<QByteArray> list;
+    for (const QByteArray& name : buffer.split('\0'))
+        if (!name.isEmpty())
+            list.append(name);
+    return list;
+}
+
+QList<QByteArray> copyAll(int from, int to, int* error)
+{
+    QList<QByteArray> refused;
+    auto refuse = [&](const QByteArray& name) {
+        if (error && refused.isEmpty())
+            *error = errno;
+        refused.append(name);
+    };
+    const auto list = names(from);
+    if (!list) {
+        refused.append(QByteArray());
+        if (error)
+            *error = errno;
+        return refused;
+    }
+    QByteArray value;
+    for (const QByteArray& name : *list) {
+        ssize_t n = -1;
+        for (int attempt = 0; attempt < 4; ++attempt) {
+            const ssize_t needed = fgetxattr(from, name.constData(), nullptr, 0);
+            if (needed < 0)
+                break;
+            value.resize(needed);
+            n = fgetxattr(from, name.constData(), value.data(), size_t(value.size()));
+            if (n >= 0 || errno != ERANGE)
+                break;
+        }
+        if (n < 0) {
+            if (errno != ENODATA) // removed meanwhile: nothing to keep
+                refuse(name);
+            continue;
+        }
+        if (fsetxattr(to, name.constData(), value.constData(), size_t(n), 0) != 0
+            && !(name.startsWith("security.") && (errno == ENOTSUP || errno == EPERM)))
+            refuse(name);
+    }
+    return refused;
+}
+
 } // namespace orwick::xattr

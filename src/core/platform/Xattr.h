@@ -5,6 +5,7 @@
 #include "files/FilePath.h"
 
 #include <QByteArray>
+#include <QList>
 #include <optional>
 
 namespace orwick::xattr {
@@ -14,6 +15,15 @@ std::optional<QByteArray> get(const FilePath& path, const char* name);
 // Fails with a sentence when the file system refuses extended attributes.
 [[nodiscard]] Status set(const FilePath& path, const char* name, const QByteArray& value);
 [[nodiscard]] Status remove(const FilePath& path, const char* name);
+
+// Copies every extended attribute of the open file `from` to the open file `to`, whatever the
+// size of the names and values. Returns the names the target refused (empty when all were
+// kept); attributes of the "security." namespace that the target can't hold are not counted,
+// as the target's own policy sets them. `error` gets the errno of the first refusal.
+QList<QByteArray> copyAll(int from, int to, int* error = nullptr);
+
+// The names of every attribute of an open file; nothing when they can't be listed.
+std::optional<QList<QByteArray>> names(int fd);
 
 inline constexpr const char* tags = "user.xdg.tags";
 inline constexpr const char* properties = "user.app.orwick.properties";
