@@ -25,10 +25,14 @@ void CopyProgress::addTotalBytes(qint64 bytes)
 
 void CopyProgress::startFile(QByteArrayView name, qint64 size)
 {
-    QMutexLocker locker(&m_lock);
-    m_currentName = name.toByteArray();
-    m_state.currentFileSize = size;
-    m_state.currentFileBytes = 0;
+    {
+        QMutexLocker locker(&m_lock);
+        m_currentName = name.toByteArray();
+        m_state.currentFileSize = size;
+        m_state.currentFileBytes = 0;
+    }
+    if (m_fileObserver)
+        m_fileObserver(name);
 }
 
 void CopyProgress::advance(qint64 bytes)

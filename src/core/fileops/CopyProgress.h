@@ -8,6 +8,7 @@
 #include <QMutex>
 #include <QString>
 #include <atomic>
+#include <functional>
 #include <optional>
 
 namespace orwick {
@@ -43,11 +44,17 @@ public:
 
     void setFailure(const QString& message);
 
+    // Called on the worker as each file starts, before its bytes are copied: for whatever
+    // follows a copy file by file (a log, a test that changes the source meanwhile). Set it
+    // before the work starts.
+    void setFileObserver(std::function<void(QByteArrayView name)> observer) { m_fileObserver = std::move(observer); }
+
 private:
     mutable QMutex m_lock;
     Snapshot m_state;
     QByteArray m_currentName; // made text only when read
     std::atomic<bool> m_cancelled{false};
+    std::function<void(QByteArrayView)> m_fileObserver;
 };
 
 } // namespace orwick

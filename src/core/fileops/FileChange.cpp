@@ -31,9 +31,18 @@ bool ChangeRunner::isCancelled()
     return m_report.cancelled;
 }
 
+void ChangeRunner::keepNotes(const CopyResult& result)
+{
+    m_report.notes += result.notes;
+    m_report.leftOut += result.leftOut;
+    m_report.attributesLost += result.attributesLost;
+    m_report.leftInPlace += result.leftInPlace;
+}
+
 bool ChangeRunner::copy(const FilePath& from, const FilePath& to)
 {
     const CopyResult result = copyItem(from, to, m_progress);
+    keepNotes(result);
     switch (result.outcome) {
     case CopyResult::Outcome::done:
         m_report.changes.push_back({FileChange::Kind::copied, from, to, {}});
@@ -55,6 +64,7 @@ bool ChangeRunner::move(const FilePath& from, const FilePath& to, const QString&
 {
     MoveKind how = MoveKind::renamed;
     const CopyResult result = moveItem(from, to, m_progress, &how);
+    keepNotes(result);
     if (result.ok()) {
         m_report.changes.push_back({FileChange::Kind::moved, from, to, {}});
         m_report.moves.append({from, to});

@@ -16,6 +16,8 @@
 
 namespace orwick {
 
+struct CopyResult;
+
 // One planned or made transfer of an item to its destination path.
 struct FileMove {
     FilePath from;
@@ -46,6 +48,10 @@ struct ChangeReport {
     QList<FilePath> trashLogRemoved;                       // places in the Trash now empty
     QStringList errors;                                    // full sentences, first one shown
     int skipped = 0;                                       // items that vanished before their turn
+    QStringList notes;                                     // what was kept differently, one sentence per item
+    int leftOut = 0;                                       // items inside copies that weren't copied (sockets)
+    int attributesLost = 0;                                // items that lost an extended attribute on the way
+    int leftInPlace = 0;                                   // moved across disks, changed meanwhile, stayed
     bool cancelled = false;
 };
 
@@ -76,6 +82,7 @@ public:
 private:
     void moveInTwoPhases(const std::vector<FileChange*>& run, bool forward);
     bool takeFromTrash(const FilePath& inTrash, const FilePath& to, bool record);
+    void keepNotes(const CopyResult& result);
     std::optional<FilePath> parkInTrash(const FilePath& item);
 
     CopyProgress& m_progress;

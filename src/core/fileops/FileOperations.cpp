@@ -3,6 +3,7 @@
 #include "fileops/FileOperationCommand.h"
 #include "fileops/ItemCopier.h"
 #include "fileops/OperationTexts.h"
+#include "fileops/TransferNotes.h"
 #include "platform/Trash.h"
 
 #include <QCoreApplication>
@@ -139,7 +140,7 @@ void FileOperations::ask(const QList<Move>& collisions, const FilePath& folder, 
 void FileOperations::transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo)
 {
     for (const FilePath& item : items) {
-        if (item.contains(folder)) {
+        if (liesWithin(folder, item)) {
             report(quoted(item.fileName()) + QStringLiteral(" can't be put inside itself."));
             return;
         }
@@ -216,7 +217,8 @@ void FileOperations::copy(const QList<Move>& moves, const QString& actionName, b
             if (ok)
                 done.append(move.from);
         }
-        output.toast = (removingSources ? QStringLiteral("Moved ") : QStringLiteral("Copied ")) + countOrName(done);
+        output.toast = withTransferNotes((removingSources ? QStringLiteral("Moved ") : QStringLiteral("Copied ")) + countOrName(done),
+                                         runner.report());
         output.icon = removingSources ? QStringLiteral("arrow.right.doc.on.clipboard") : QStringLiteral("doc.on.doc");
     };
     run(std::move(request));
@@ -240,7 +242,7 @@ void FileOperations::duplicate(const QList<FilePath>& items, QUndoStack* undo)
             if (runner.copy(item, uniqueURL(item, true)))
                 done.append(item);
         }
-        output.toast = QStringLiteral("Duplicated ") + countOrName(done);
+        output.toast = withTransferNotes(QStringLiteral("Duplicated ") + countOrName(done), runner.report());
         output.icon = QStringLiteral("plus.square.on.square");
     };
     run(std::move(request));

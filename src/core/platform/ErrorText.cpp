@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <sys/statvfs.h>
 
 namespace orwick {
 
@@ -25,6 +26,18 @@ QString errorReason(int error)
     case EXDEV: return QStringLiteral("it is on another disk");
     default: return QString::fromLocal8Bit(strerror(error)).toLower();
     }
+}
+
+QString writeErrorReason(int error, int targetFd)
+{
+    if (error == ENOSPC && targetFd >= 0) {
+        struct statvfs disk {};
+        if (fstatvfs(targetFd, &disk) == 0 && disk.f_files > 0 && disk.f_favail == 0 && disk.f_bavail > 0)
+            return QStringLiteral("the disk has no room for more files");
+    }
+    if (error == ENOENT)
+        return QStringLiteral("the place it was going to isn’t there any more");
+    return errorReason(error);
 }
 
 } // namespace orwick
