@@ -44,7 +44,7 @@ int status(const QStringList& arguments)
     }
     const auto status = readStatus(*executable, *root);
     if (!status) {
-        err() << root->text() << ": git couldn't read the repository's status" << Qt::endl;
+        err() << root->text() << ": " << status.error() << Qt::endl;
         return 1;
     }
 

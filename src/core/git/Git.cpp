@@ -53,7 +53,7 @@ void Git::refresh(const FilePath& folder)
     const TaskSlot::Ticket ticket = m_running[repository].start();
     runInBackground(
         this, [executable = *m_executable, repository, token = ticket.token] { return readStatus(executable, repository, token.get()); },
-        [this, repository, ticket](std::optional<RepoStatus> status) {
+        [this, repository, ticket](Result<RepoStatus> status) {
             const auto slot = m_running.find(repository);
             if (slot == m_running.end() || !slot->second.isCurrent(ticket))
                 return;
@@ -68,20 +68,37 @@ bool Git::isRefreshing(const FilePath& root) const
     return slot != m_running.end() && slot->second.isRunning();
 }
 
-void Git::apply(const FilePath& root, std::optional<RepoStatus> status)
+QString Git::statusFailure(const FilePath& folder)
 {
+    const auto repoRoot = root(folder);
+    return repoRoot ? m_failures.value(*repoRoot) : QString();
+}
+
+void Git::apply(const FilePath& root, Result<RepoStatus> status)
+{
+    const QString failure = status ? QString() : status.error();
+    const bool failureChanged = m_failures.value(root) != failure;
+    if (failure.isEmpty())
+        m_failures.remove(root);
+    else
+        m_failures.insert(root, failure);
+
     const auto kept = m_repos.find(root);
+    bool repoChanged = true;
     if (status) {
         if (kept != m_repos.end() && *kept == *status)
-            return;
-        m_repos.insert(root, std::move(*status));
+            repoChanged = false;
+        else
+            m_repos.insert(root, std::move(*status));
+    } else if (kept == m_repos.end()) {
+        repoChanged = false;
     } else {
-        if (kept == m_repos.end())
-            return;
         m_repos.erase(kept);
     }
-    rebuildMarks();
-    Q_EMIT statusChanged(root);
+    if (repoChanged)
+        rebuildMarks();
+    if (repoChanged || failureChanged)
+        Q_EMIT statusChanged(root);
 }
 
 void Git::rebuildMarks()

@@ -8,12 +8,16 @@
 // repository is alive: a new refresh stops the one before, and only the newest result is
 // applied. A status equal to the one kept changes nothing and emits nothing.
 //
+// A status read that fails takes the repository's badges away and keeps git's own reason
+// (statusFailure(), tidied by GitMessage.h) for the pane to show where the branch would be.
+//
 // Signals: statusChanged(root) follows every change of a repository's kept status (a new status,
-// a different one, or the status going away when git fails); the row lookups below already
-// answer with the new state when it is emitted. hidesIgnoredChanged() follows each change of the
+// a different one, or the status going away when git fails) or of its failure sentence; the row
+// lookups below already answer with the new state when it is emitted. hidesIgnoredChanged() follows each change of the
 // setting; busyChanged(root) each change of a repository's busy label.
 
 #include "async/Background.h"
+#include "base/Result.h"
 #include "git/RepoStatus.h"
 
 #include <QObject>
@@ -39,6 +43,9 @@ public:
     // The kept status of the repository holding `folder`; null when there is none.
     const RepoStatus* status(const FilePath& folder);
     const QHash<FilePath, RepoStatus>& repos() const { return m_repos; }
+    // Why the last status read of the repository holding `folder` failed, in git's words; empty
+    // when it succeeded, when none has finished yet, and outside a repository.
+    QString statusFailure(const FilePath& folder);
     // Reads the status of the repository holding `folder` again, in the background. Does nothing
     // outside a repository or without git.
     void refresh(const FilePath& folder);
@@ -75,11 +82,12 @@ Q_SIGNALS:
     void busyChanged(const orwick::FilePath& root);
 
 private:
-    void apply(const FilePath& root, std::optional<RepoStatus> status);
+    void apply(const FilePath& root, Result<RepoStatus> status);
     void rebuildMarks();
 
     std::optional<FilePath> m_executable;
     QHash<FilePath, RepoStatus> m_repos;
+    QHash<FilePath, QString> m_failures; // root → why its last status read failed
     QHash<FilePath, QString> m_busy;
     bool m_hidesIgnored = false;
     QHash<FilePath, std::optional<FilePath>> m_roots;

@@ -55,34 +55,49 @@ std::vector<char*> pointers(QList<QByteArray>& strings)
     return result;
 }
 
-GitOutput launchFailure(int error) { return {-1, QString::fromLocal8Bit(strerror(error))}; }
-
-// Reads the pipe to its end. With a cancel flag it wakes every 50 ms to look at it; once it is set,
-// git and whatever it started (its own process group) are stopped and reading ends.
-QByteArray readToEnd(int fd, pid_t child, const CancelFlag* cancel)
+GitOutput launchFailure(int error)
 {
-    QByteArray bytes;
+    return {-1, {}, QStringLiteral("couldn't start git: ") + QString::fromLocal8Bit(strerror(error))};
+}
+
+struct Captured {
+    QByteArray output;
+    QByteArray errors;
+};
+
+// Reads both pipes to their ends, whichever has data first, so git never blocks on a full pipe
+// of one while we wait on the other. With a cancel flag it wakes every 50 ms to look at it; once
+// it is set, git and whatever it started (its own process group) are stopped and reading ends.
+Captured readToEnd(int outFd, int errFd, pid_t child, const CancelFlag* cancel)
+{
+    Captured captured;
+    pollfd fds[2] = {{outFd, POLLIN, 0}, {errFd, POLLIN, 0}};
+    QByteArray* sinks[2] = {&captured.output, &captured.errors};
     char buffer[65536];
-    for (;;) {
-        if (cancel) {
-            if (cancel->isCancelled()) {
-                kill(-child, SIGTERM);
-                return bytes;
+    int remaining = 2;
+    while (remaining > 0) {
+        if (cancel && cancel->isCancelled()) {
+            kill(-child, SIGTERM);
+            return captured;
+        }
+        const int ready = poll(fds, 2, cancel ? 50 : -1);
+        if (ready < 0 && errno != EINTR)
+            return captured;
+        if (ready <= 0)
+            continue; // time to look at the flag again
+        for (int i = 0; i < 2; ++i) {
+            if (fds[i].fd < 0 || fds[i].revents == 0)
+                continue;
+            const ssize_t n = read(fds[i].fd, buffer, sizeof buffer);
+            if (n > 0)
+                sinks[i]->append(buffer, n);
+            else if (n == 0 || errno != EINTR) {
+                fds[i].fd = -1; // poll skips it from now on
+                --remaining;
             }
-            pollfd p{fd, POLLIN, 0};
-            const int ready = poll(&p, 1, 50);
-            if (ready == 0 || (ready < 0 && errno == EINTR))
-                continue; // time to look at the flag again
         }
-        const ssize_t n = read(fd, buffer, sizeof buffer);
-        if (n > 0) {
-            bytes.append(buffer, n);
-            continue;
-        }
-        if (n < 0 && errno == EINTR)
-            continue;
-        return bytes;
     }
+    return captured;
 }
 
 } // namespace
@@ -97,15 +112,22 @@ GitOutput runCapturingErrors(const FilePath& executable, const QStringList& argu
     std::vector<char*> argvPointers = pointers(argv);
     std::vector<char*> environmentPointers = pointers(environment);
 
-    int pipeFds[2];
-    if (pipe2(pipeFds, O_CLOEXEC) != 0)
+    int outPipe[2];
+    int errPipe[2];
+    if (pipe2(outPipe, O_CLOEXEC) != 0)
         return launchFailure(errno);
+    if (pipe2(errPipe, O_CLOEXEC) != 0) {
+        const int error = errno;
+        close(outPipe[0]);
+        close(outPipe[1]);
+        return launchFailure(error);
+    }
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, pipeFds[1], STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, pipeFds[1], STDERR_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, outPipe[1], STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, errPipe[1], STDERR_FILENO);
     // A fresh signal mask and default handlers, whatever this thread had.
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
@@ -123,21 +145,24 @@ GitOutput runCapturingErrors(const FilePath& executable, const QStringList& argu
                                        environmentPointers.data());
     posix_spawn_file_actions_destroy(&actions);
     posix_spawnattr_destroy(&attributes);
-    close(pipeFds[1]);
+    close(outPipe[1]);
+    close(errPipe[1]);
     if (spawnError != 0) {
-        close(pipeFds[0]);
+        close(outPipe[0]);
+        close(errPipe[0]);
         return launchFailure(spawnError);
     }
 
-    const QByteArray bytes = readToEnd(pipeFds[0], child, cancel);
-    close(pipeFds[0]);
+    const Captured captured = readToEnd(outPipe[0], errPipe[0], child, cancel);
+    close(outPipe[0]);
+    close(errPipe[0]);
 
     int waitStatus = 0;
     while (waitpid(child, &waitStatus, 0) < 0 && errno == EINTR) {
     }
     // Like a process's termination status: the exit code, or the signal that ended it.
     const int status = WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : WIFSIGNALED(waitStatus) ? WTERMSIG(waitStatus) : -1;
-    return {status, QString::fromUtf8(bytes)};
+    return {status, QString::fromUtf8(captured.output), QString::fromUtf8(captured.errors)};
 }
 
 } // namespace orwick

@@ -1,8 +1,10 @@
 #pragma once
 // GitRunner: the one way Orwick runs the `git` tool. Every status read and every git action goes
-// through runCapturingErrors(), so git can never wait for a password, an editor or an SSH prompt,
-// and its output arrives as one text (standard output and error merged, UTF-8 with invalid bytes
-// replaced).
+// through runCapturingErrors(), so git can never wait for a password, an editor or an SSH prompt.
+// Standard output and standard error arrive apart (each UTF-8 with invalid bytes replaced): output
+// is what callers parse, errors are git's words for people. A warning git prints while it
+// succeeds (an unreadable folder, trace output asked for with GIT_TRACE) therefore never reaches
+// a parser; gitFailureMessage() (GitMessage.h) makes the sentence shown when git fails.
 
 #include "async/CancelFlag.h"
 #include "files/FilePath.h"
@@ -21,7 +23,8 @@ QString gitMissingMessage();
 
 struct GitOutput {
     int status = 0;   // the exit status; -1 when git could not be started
-    QString output;   // standard output and error together; the reason when git could not start
+    QString output;   // standard output only: what callers parse
+    QString errors;   // standard error: warnings and complaints; the reason when git could not start
 };
 
 // Runs `executable -C root -c core.quotepath=off arguments…` and blocks until it ends. The

@@ -91,7 +91,8 @@ void PaneGitDecoration::update()
         pane->setIgnoredPaths(hidden);
     }
 
-    const QString branch = status ? describe(*status) : QString();
+    // Where the branch would be, a failed read shows git's reason.
+    const QString branch = status ? describe(*status) : isFolder ? m_git->statusFailure(pane->url()) : QString();
     m_widget->statusLine()->setTrailingText(branch);
     m_widget->model()->refreshDecorations();
 }

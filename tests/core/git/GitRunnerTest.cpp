@@ -1,5 +1,5 @@
-// The runner against the real git: its arguments, its environment, merged output, decoding,
-// launch failures and stopping.
+// The runner against the real git: its arguments, its environment, output and errors kept apart,
+// decoding, launch failures and stopping.
 
 #include "support/GitTestRepo.h"
 #include "git/GitRunner.h"
@@ -51,16 +51,35 @@ TEST_F(GitRunnerTest, GitCanNeverWaitForAPromptOrAnEditor)
     EXPECT_TRUE(own.split('\n').contains("HOME=" + QString::fromLocal8Bit(qgetenv("HOME"))));
 }
 
-TEST_F(GitRunnerTest, OutputAndErrorsArriveTogetherWithTheExitStatus)
+TEST_F(GitRunnerTest, OutputAndErrorsArriveApartWithTheExitStatus)
 {
-    const GitOutput result = runAlias("echo to-out; echo to-err >&2; exit 3");
+    const GitOutput result = runAlias("echo to-out; echo to-err >&2; echo more-out; exit 3");
     EXPECT_EQ(result.status, 3);
-    EXPECT_TRUE(result.output.contains(QStringLiteral("to-out")));
-    EXPECT_TRUE(result.output.contains(QStringLiteral("to-err")));
+    EXPECT_EQ(result.output, QStringLiteral("to-out\nmore-out\n"));
+    EXPECT_EQ(result.errors, QStringLiteral("to-err\n"));
 
     const GitOutput notARepo = runCapturingErrors(*gitExecutable(), {"status"}, tree.folder("plain"));
     EXPECT_NE(notARepo.status, 0);
-    EXPECT_TRUE(notARepo.output.contains(QStringLiteral("not a git repository"))) << notARepo.output.toStdString();
+    EXPECT_TRUE(notARepo.output.isEmpty()) << notARepo.output.toStdString();
+    EXPECT_TRUE(notARepo.errors.contains(QStringLiteral("not a git repository"))) << notARepo.errors.toStdString();
+}
+
+TEST_F(GitRunnerTest, MuchOnBothStreamsAtOnceDoesNotStall)
+{
+    // Far more than a pipe holds on each stream, interleaved: reading only one would deadlock.
+    CancelFlag neverSet;
+    const GitOutput result = runAlias("i=0; while [ $i -lt 4000 ]; do echo out-$i-........................................; "
+                                      "echo err-$i-........................................ >&2; i=$((i+1)); done",
+                                      &neverSet);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output.count(u'\n'), 4000);
+    EXPECT_EQ(result.errors.count(u'\n'), 4000);
+    EXPECT_FALSE(result.output.contains(QStringLiteral("err-")));
+    EXPECT_FALSE(result.errors.contains(QStringLiteral("out-")));
+    const GitOutput blocking = runAlias("i=0; while [ $i -lt 4000 ]; do echo err-$i-........................................ >&2; "
+                                        "i=$((i+1)); done; echo done");
+    EXPECT_EQ(blocking.output, QStringLiteral("done\n"));
+    EXPECT_EQ(blocking.errors.count(u'\n'), 4000);
 }
 
 TEST_F(GitRunnerTest, BytesThatAreNotUtf8BecomeReplacementCharacters)
@@ -73,7 +92,8 @@ TEST_F(GitRunnerTest, AProgramThatCannotStartGivesMinusOneAndTheReason)
 {
     const GitOutput missing = runCapturingErrors(FilePath::fromNative("/nonexistent/bin/git"), {"status"}, repo.root());
     EXPECT_EQ(missing.status, -1);
-    EXPECT_FALSE(missing.output.isEmpty());
+    EXPECT_TRUE(missing.output.isEmpty());
+    EXPECT_TRUE(missing.errors.startsWith(QStringLiteral("couldn't start git: "))) << missing.errors.toStdString();
     const GitOutput notAProgram = runCapturingErrors(tree.file(QStringLiteral("not-a-program"), "text"), {"status"}, repo.root());
     EXPECT_EQ(notAProgram.status, -1);
 }

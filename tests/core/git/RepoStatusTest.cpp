@@ -20,7 +20,7 @@ using test::TempTree;
 class RepoStatusTest : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_TRUE(gitExecutable().has_value()) << "these tests need git on PATH"; }
-    std::optional<RepoStatus> read(const FilePath& root) { return readStatus(*gitExecutable(), root); }
+    Result<RepoStatus> read(const FilePath& root) { return readStatus(*gitExecutable(), root); }
     const RepoStatus::File* file(const RepoStatus& status, const QString& path)
     {
         for (const auto& f : status.files)
