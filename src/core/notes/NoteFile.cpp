@@ -15,13 +15,15 @@
 
 namespace orwick::notefile {
 
-namespace {
-
 Fingerprint versionOf(const struct stat& st)
 {
     return {qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size), quint64(st.st_ino)};
 }
 
+namespace {
+
+// The UTF-8 byte-order mark some editors put at the start of a file.
+constexpr QByteArrayView kByteOrderMark("\xEF\xBB\xBF");
 
 // Reads up to `limit` bytes (all when negative).
 bool readUpTo(int fd, QByteArray& out, qsizetype limit)
@@ -66,7 +68,8 @@ QByteArrayView withoutCutCharacter(QByteArrayView bytes)
 
 std::optional<QString> decodeUtf8(QByteArrayView bytes)
 {
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    // A byte-order mark is taken off by the caller; one anywhere else is text and stays.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     QString text = decoder.decode(bytes);
     if (decoder.hasError())
         return std::nullopt;
@@ -113,15 +116,6 @@ QString unreadableMessage(const QString& noteName)
 
 QString name(const FilePath& path) { return path.fileName(); }
 
-QString writeFailure(const FilePath& path, int error)
-{
-    if (error == ENOSPC || error == EDQUOT)
-        return QStringLiteral("There’s no room left on the disk for “%1”.").arg(name(path));
-    if (error == EACCES || error == EPERM || error == EROFS)
-        return QStringLiteral("“%1” can’t be changed: no permission.").arg(name(path));
-    return QStringLiteral("Couldn’t write “%1”.").arg(name(path));
-}
-
 Result<std::optional<Fingerprint>> writeAttribute(const FilePath& path, const QList<Change>& changes)
 {
     QJsonObject object;
@@ -154,6 +148,17 @@ Result<std::optional<Fingerprint>> writeAttribute(const FilePath& path, const QL
 
 } // namespace
 
+QString writeFailure(const FilePath& path, int error)
+{
+    if (error == ENOSPC || error == EDQUOT)
+        return QStringLiteral("There’s no room left on the disk for “%1”.").arg(name(path));
+    if (error == EROFS)
+        return QStringLiteral("“%1” is on a read-only disk, so it was left as it is.").arg(name(path));
+    if (error == EACCES || error == EPERM)
+        return QStringLiteral("“%1” can’t be changed: no permission.").arg(name(path));
+    return QStringLiteral("Couldn’t write “%1”.").arg(name(path));
+}
+
 bool isNote(const FilePath& path)
 {
     const QString extension = path.extension();
@@ -174,6 +179,8 @@ QString notUtf8Message(const FilePath& path)
 
 PropertyMap propertiesOfNoteText(QByteArrayView bytes)
 {
+    if (bytes.startsWith(kByteOrderMark))
+        bytes = bytes.sliced(kByteOrderMark.size());
     if (!bytes.startsWith("---"))
         return {};
     const auto text = decodeUtf8(withoutCutCharacter(bytes));
@@ -250,10 +257,16 @@ Result<NoteText> readNoteText(const FilePath& path)
     auto file = readFile(path);
     if (!file)
         return failure(file.error());
-    auto text = decodeUtf8(file->bytes);
+    const bool byteOrderMark = file->bytes.startsWith(kByteOrderMark);
+    auto text = decodeUtf8(QByteArrayView(file->bytes).sliced(byteOrderMark ? kByteOrderMark.size() : 0));
     if (!text)
         return failure(notUtf8Message(path));
-    return NoteText{std::move(*file), std::move(*text)};
+    return NoteText{std::move(*file), std::move(*text), byteOrderMark};
+}
+
+QByteArray noteBytes(const QString& text, bool byteOrderMark)
+{
+    return byteOrderMark ? kByteOrderMark.toByteArray() + text.toUtf8() : text.toUtf8();
 }
 
 Result<QString> applyToNoteText(const QString& text, const QList<Change>& changes, const QString& noteName)
@@ -297,47 +310,6 @@ Result<QString> applyToNoteText(const QString& text, const QList<Change>& change
     return result;
 }
 
-Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original, const Fingerprint& originalVersion,
-                                const QByteArray& bytes, const std::function<void()>& beforeCommit)
-{
-    const QByteArray pattern = path.parent().child(QByteArrayView(QByteArray("." + path.fileNameBytes() + ".orwick-XXXXXX"))).native();
-    QByteArray temp = pattern;
-    UniqueFd fd(::mkstemp(temp.data()));
-    if (!fd.ok())
-        return failure(writeFailure(path, errno));
-    auto discard = [&](int error) {
-        ::unlink(temp.constData());
-        return failure(writeFailure(path, error));
-    };
-    struct stat st;
-    if (::stat(path.c_str(), &st) == 0)
-        ::fchmod(fd.get(), st.st_mode & 07777);
-    for (qsizetype written = 0; written < bytes.size();) {
-        const ssize_t n = ::write(fd.get(), bytes.constData() + written, size_t(bytes.size() - written));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return discard(n < 0 ? errno : ENOSPC);
-        written += n;
-    }
-    if (::fsync(fd.get()) != 0)
-        return discard(errno);
-    struct stat written;
-    if (::fstat(fd.get(), &written) != 0)
-        return discard(errno);
-    if (beforeCommit)
-        beforeCommit();
-    // The last look before the swap: another program's change since the read wins.
-    const auto now = readFile(path);
-    if (!now || now->version != originalVersion || now->bytes != original) {
-        ::unlink(temp.constData());
-        return failure(changedOnDiskMessage(path));
-    }
-    if (::rename(temp.constData(), path.c_str()) != 0)
-        return discard(errno);
-    return versionOf(written);
-}
-
 Result<Fingerprint> swapNoteBytes(const FilePath& path, const QByteArray& expected, const QByteArray& bytes)
 {
     char resolved[PATH_MAX];
@@ -367,7 +339,7 @@ Result<std::optional<Fingerprint>> write(const FilePath& path, bool isFolder, co
     const auto changed = applyToNoteText(note->text, changes, path.fileName());
     if (!changed)
         return failure(changed.error());
-    const QByteArray bytes = changed->toUtf8();
+    const QByteArray bytes = noteBytes(*changed, note->byteOrderMark);
     if (bytes == file.bytes)
         return std::optional(file.version);
     const auto written = replaceFile(target, file.bytes, file.version, bytes, options.beforeCommit);

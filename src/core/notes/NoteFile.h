@@ -2,10 +2,15 @@
 // One file's properties on disk: read from a note's front matter or from the properties
 // attribute of any other file or folder, and written back without losing anything else.
 //
-// Writes keep every other byte of a note, go through a temporary file and a rename, and refuse
-// (with a sentence to show) rather than guess: a note whose front matter can't be read, a note
-// that isn't UTF-8, a value the front matter can't hold, a note that changed on disk since it
-// was read, a file system that refuses extended attributes. A refused write changes nothing.
+// Writes keep every other byte of a note (a UTF-8 byte-order mark included) and refuse (with a
+// sentence to show) rather than guess: a read-only note, a note whose front matter can't be read,
+// a note that isn't UTF-8, a value the front matter can't hold, a note that changed on disk since
+// it was read, a file system that refuses extended attributes. A refused write changes nothing.
+//
+// A written note stays the same file to the user: same owner, group, mode and extended
+// attributes, and hard links stay one file. Where that can be had with a temporary file and a
+// rename (the note has one name, and its owner and attributes can all be given to the new file)
+// the write is atomic; otherwise the new bytes go into the note's own inode (see replaceFile).
 //
 // Pure functions of the file system; safe on any thread.
 
@@ -15,6 +20,8 @@
 #include "notes/PropertyValue.h"
 
 #include <functional>
+
+struct stat;
 
 namespace orwick::notefile {
 
@@ -83,9 +90,18 @@ struct WriteOptions {
 
 // The current version of a note on disk, if it can be read.
 std::optional<Fingerprint> fingerprint(const FilePath& path);
+// The version a stat() answer describes.
+Fingerprint versionOf(const struct stat& st);
 
-// Writes `bytes` over the file at `path` through a temporary file and a rename, keeping its
-// permissions, unless the file no longer matches `original` (contents) and `originalVersion`.
+// Writes `bytes` over the file at `path` (a link is followed), unless the file no longer matches
+// `original` (contents) and `originalVersion`. Refused, with nothing changed, when the file is
+// read-only: no write bit for anyone in its mode, no write permission for this process, or a
+// read-only disk. A file with one name is replaced through a temporary file in its folder that
+// gets the file's owner and group, mode and every extended attribute before the rename. A file
+// with several hard links, or one whose owner, attributes or folder don't allow that, is
+// rewritten in place (space reserved first, then written, truncated and synced on the same
+// inode; a failure midway puts the original bytes back). Either way the modification time is
+// the time of the write. Implemented in NoteFileReplace.cpp.
 [[nodiscard]] Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original,
                                               const Fingerprint& originalVersion, const QByteArray& bytes,
                                               const std::function<void()>& beforeCommit = {});
@@ -100,14 +116,22 @@ struct FileBytes {
 
 // A whole note decoded as UTF-8, with its bytes and version; a failure sentence when it can't be
 // read or isn't UTF-8.
+// A leading UTF-8 byte-order mark is not part of the text; byteOrderMark remembers it so that a
+// write puts it back (noteBytes).
 struct NoteText {
     FileBytes file;
     QString text;
+    bool byteOrderMark = false;
 };
 [[nodiscard]] Result<NoteText> readNoteText(const FilePath& path);
+
+// The bytes of note text as written to disk: UTF-8, after a byte-order mark when the note had one.
+QByteArray noteBytes(const QString& text, bool byteOrderMark);
 
 // Sentences for changed and non-UTF-8 notes, shared with the task toggle.
 QString changedOnDiskMessage(const FilePath& path);
 QString notUtf8Message(const FilePath& path);
+// The sentence for a write that failed with `error` (an errno value).
+QString writeFailure(const FilePath& path, int error);
 
 } // namespace orwick::notefile

@@ -113,7 +113,8 @@ Status toggleTask(const FilePath& note, int line, QDate today)
     lines.removeAt(line - 1);
     for (qsizetype i = toggled->size() - 1; i >= 0; --i)
         lines.insert(line - 1, toggled->at(i) + (crlf ? QStringLiteral("\r") : QString()));
-    const auto written = notefile::replaceFile(note, file.bytes, file.version, lines.join(u'\n').toUtf8());
+    const auto written =
+        notefile::replaceFile(note, file.bytes, file.version, notefile::noteBytes(lines.join(u'\n'), read->byteOrderMark));
     if (!written)
         return failure(written.error());
     return {};

@@ -1,0 +1,188 @@
+// notefile::replaceFile: a note's new bytes written so that the note stays the same file to the
+// user. The preferred way is a temporary file and a rename (atomic: a reader sees the old note or
+// the new one, never half of each); it is taken only when the temporary file can be made to be
+// the note in everything but its inode: owner, group, mode and every extended attribute. When
+// the note has hard links, or its owner, attributes or folder stand in the way, the bytes go into
+// the note's own inode instead.
+
+#include "notes/NoteFile.h"
+
+#include "platform/UniqueFd.h"
+#include "platform/Xattr.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace orwick::notefile {
+
+namespace {
+
+QString readOnlyMessage(const FilePath& path)
+{
+    return QStringLiteral("“%1” is read-only, so it was left as it is.").arg(path.fileName());
+}
+
+// Whether the note may be written at all; asked before anything is touched. A mode without any
+// write bit means read-only to a user even where root could write it anyway.
+Status checkWritable(const FilePath& path, const struct stat& st)
+{
+    if ((st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
+        return failure(readOnlyMessage(path));
+    if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) {
+        if (errno == EACCES || errno == EPERM)
+            return failure(readOnlyMessage(path));
+        return failure(writeFailure(path, errno));
+    }
+    return {};
+}
+
+bool writeAll(int fd, const QByteArray& bytes, off_t offset, int* error)
+{
+    for (qsizetype written = 0; written < bytes.size();) {
+        const ssize_t n = ::pwrite(fd, bytes.constData() + written, size_t(bytes.size() - written), offset + written);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0) {
+            *error = n < 0 ? errno : ENOSPC;
+            return false;
+        }
+        written += n;
+    }
+    return true;
+}
+
+// The file still holds what the caller read, in the same version.
+bool unchangedSinceRead(const FilePath& path, const QByteArray& original, const Fingerprint& originalVersion)
+{
+    const auto now = readFile(path);
+    return now && now->version == originalVersion && now->bytes == original;
+}
+
+// Writes into the note's own inode, so hard links, owner, attributes and every other trait of
+// the file stay as they are. Not atomic: room is reserved first so that a full disk refuses
+// before a byte changes, and a failed write puts the original bytes back.
+Result<Fingerprint> rewriteInPlace(const FilePath& path, const struct stat& before, const QByteArray& original,
+                                   const Fingerprint& originalVersion, const QByteArray& bytes,
+                                   const std::function<void()>& beforeCommit)
+{
+    UniqueFd fd(::open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    struct stat st;
+    if (!fd.ok())
+        return failure(errno == EACCES || errno == EPERM ? readOnlyMessage(path) : writeFailure(path, errno));
+    if (::fstat(fd.get(), &st) != 0 || st.st_ino != before.st_ino || st.st_dev != before.st_dev)
+        return failure(changedOnDiskMessage(path));
+    if (bytes.size() > original.size()
+        && ::fallocate(fd.get(), FALLOC_FL_KEEP_SIZE, off_t(original.size()), off_t(bytes.size() - original.size())) != 0
+        && (errno == ENOSPC || errno == EDQUOT))
+        return failure(writeFailure(path, errno));
+    if (beforeCommit)
+        beforeCommit();
+    if (!unchangedSinceRead(path, original, originalVersion))
+        return failure(changedOnDiskMessage(path));
+    int error = 0;
+    if (!writeAll(fd.get(), bytes, 0, &error) || ::ftruncate(fd.get(), off_t(bytes.size())) != 0
+        || ::fsync(fd.get()) != 0) {
+        if (error == 0)
+            error = errno;
+        int ignored = 0;
+        if (writeAll(fd.get(), original, 0, &ignored))
+            (void)::ftruncate(fd.get(), off_t(original.size()));
+        ::fsync(fd.get());
+        return failure(writeFailure(path, error));
+    }
+    if (::fstat(fd.get(), &st) != 0)
+        return failure(writeFailure(path, errno));
+    return versionOf(st);
+}
+
+// How a replacement through a temporary file ended.
+enum class Swap { done, refused, needsInPlace };
+
+struct SwapResult {
+    Swap outcome = Swap::done;
+    Result<Fingerprint> result = Fingerprint();
+};
+
+// The temporary file is given the note's owner, group, mode and attributes; if any of them
+// can't be given, the note is left for rewriteInPlace.
+SwapResult replaceByRename(const FilePath& path, int noteFd, const struct stat& before, const QByteArray& original,
+                           const Fingerprint& originalVersion, const QByteArray& bytes,
+                           const std::function<void()>& beforeCommit)
+{
+    QByteArray temp = path.parent().child(QByteArrayView(QByteArray("." + path.fileNameBytes() + ".orwick-XXXXXX"))).native();
+    UniqueFd fd(::mkstemp(temp.data()));
+    if (!fd.ok()) {
+        // A folder we can't write in: the note itself may still be writable.
+        if (errno == EACCES || errno == EPERM || errno == EROFS)
+            return {Swap::needsInPlace, {}};
+        return {Swap::refused, failure(writeFailure(path, errno))};
+    }
+    auto discard = [&](Swap outcome, int error) -> SwapResult {
+        ::unlink(temp.constData());
+        if (outcome == Swap::needsInPlace)
+            return {outcome, {}};
+        return {outcome, failure(writeFailure(path, error))};
+    };
+    int error = 0;
+    if (!writeAll(fd.get(), bytes, 0, &error))
+        return discard(Swap::refused, error);
+    struct stat made;
+    if (::fstat(fd.get(), &made) != 0)
+        return discard(Swap::refused, errno);
+    // Owner before mode: a change of owner clears the set-user-ID and set-group-ID bits.
+    if ((made.st_uid != before.st_uid || made.st_gid != before.st_gid)
+        && ::fchown(fd.get(), before.st_uid, before.st_gid) != 0)
+        return discard(Swap::needsInPlace, errno);
+    if (::fchmod(fd.get(), before.st_mode & 07777) != 0)
+        return discard(Swap::needsInPlace, errno);
+    if (!xattr::copyAll(noteFd, fd.get()).isEmpty())
+        return discard(Swap::needsInPlace, 0);
+    struct stat written;
+    if (::fsync(fd.get()) != 0 || ::fstat(fd.get(), &written) != 0)
+        return discard(Swap::refused, errno);
+    if (beforeCommit)
+        beforeCommit();
+    // The last look before the swap: another program's change since the read wins.
+    if (!unchangedSinceRead(path, original, originalVersion)) {
+        ::unlink(temp.constData());
+        return {Swap::refused, failure(changedOnDiskMessage(path))};
+    }
+    if (::rename(temp.constData(), path.c_str()) != 0)
+        return discard(Swap::refused, errno);
+    return {Swap::done, versionOf(written)};
+}
+
+} // namespace
+
+Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original, const Fingerprint& originalVersion,
+                                const QByteArray& bytes, const std::function<void()>& beforeCommit)
+{
+    // Write where a linked note really lives, so the link stays a link.
+    char resolved[PATH_MAX];
+    const FilePath target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
+    UniqueFd noteFd(::open(target.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    struct stat st;
+    if (!noteFd.ok() || ::fstat(noteFd.get(), &st) != 0) {
+        if (errno == ENOENT)
+            return failure(QStringLiteral("“%1” is no longer there.").arg(path.fileName()));
+        return failure(writeFailure(path, errno));
+    }
+    if (!S_ISREG(st.st_mode))
+        return failure(QStringLiteral("“%1” isn’t a file.").arg(path.fileName()));
+    if (const Status writable = checkWritable(target, st); !writable)
+        return failure(writable.error());
+    if (versionOf(st) != originalVersion)
+        return failure(changedOnDiskMessage(path));
+    if (st.st_nlink <= 1) {
+        SwapResult swapped = replaceByRename(target, noteFd.get(), st, original, originalVersion, bytes, beforeCommit);
+        if (swapped.outcome != Swap::needsInPlace)
+            return std::move(swapped.result);
+    }
+    return rewriteInPlace(target, st, original, originalVersion, bytes, beforeCommit);
+}
+
+} // namespace orwick::notefile
