@@ -330,6 +330,8 @@ Result<std::optional<Fingerprint>> write(const FilePath& path, bool isFolder, co
     // Write where a linked note really lives, so the link stays a link.
     char resolved[PATH_MAX];
     const FilePath target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
+    if (const Status writable = checkWritable(target); !writable)
+        return failure(writable.error());
     auto note = readNoteText(target);
     if (!note)
         return failure(note.error());

@@ -93,10 +93,14 @@ std::optional<Fingerprint> fingerprint(const FilePath& path);
 // The version a stat() answer describes.
 Fingerprint versionOf(const struct stat& st);
 
+// Whether the note at `path` may be written, asked before anything else: refused with a sentence
+// when its mode has no write bit for anyone (read-only to a user, even where root could write),
+// when this process may not write it, or when it is on a read-only disk.
+[[nodiscard]] Status checkWritable(const FilePath& path);
+
 // Writes `bytes` over the file at `path` (a link is followed), unless the file no longer matches
 // `original` (contents) and `originalVersion`. Refused, with nothing changed, when the file is
-// read-only: no write bit for anyone in its mode, no write permission for this process, or a
-// read-only disk. A file with one name is replaced through a temporary file in its folder that
+// read-only (checkWritable). A file with one name is replaced through a temporary file in its folder that
 // gets the file's owner and group, mode and every extended attribute before the rename. A file
 // with several hard links, or one whose owner, attributes or folder don't allow that, is
 // rewritten in place (space reserved first, then written, truncated and synced on the same

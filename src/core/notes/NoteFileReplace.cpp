@@ -26,8 +26,6 @@ QString readOnlyMessage(const FilePath& path)
     return QStringLiteral("“%1” is read-only, so it was left as it is.").arg(path.fileName());
 }
 
-// Whether the note may be written at all; asked before anything is touched. A mode without any
-// write bit means read-only to a user even where root could write it anyway.
 Status checkWritable(const FilePath& path, const struct stat& st)
 {
     if ((st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
@@ -157,6 +155,17 @@ SwapResult replaceByRename(const FilePath& path, int noteFd, const struct stat& 
 }
 
 } // namespace
+
+Status checkWritable(const FilePath& path)
+{
+    struct stat st;
+    if (::stat(path.c_str(), &st) != 0) {
+        if (errno == ENOENT)
+            return failure(QStringLiteral("“%1” is no longer there.").arg(path.fileName()));
+        return failure(writeFailure(path, errno));
+    }
+    return checkWritable(path, st);
+}
 
 Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original, const Fingerprint& originalVersion,
                                 const QByteArray& bytes, const std::function<void()>& beforeCommit)

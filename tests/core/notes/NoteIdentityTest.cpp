@@ -268,6 +268,11 @@ TEST(NoteWriteFault, ANoteWithoutWriteBitsIsRefusedAndLeftAlone)
         const struct stat before = statOf(note);
         expectRefusedAndUntouched(note, notefile::write(note, false, {kSetDone}), content, before, "read-only");
     }
+    // Being read-only is what the user hears first, before anything about the note's text.
+    const QByteArray nested = "---\nmeta:\n  a: 1\n---\n";
+    const FilePath odd = tree.file(QString("odd.md"), nested);
+    ASSERT_EQ(::chmod(odd.c_str(), 0444), 0);
+    expectRefusedAndUntouched(odd, notefile::write(odd, false, {kSetDone}), nested, statOf(odd), "read-only");
 }
 
 TEST(NoteWriteFault, ANoteWeMayNotWriteIsRefusedAndLeftAlone)
