@@ -3,18 +3,23 @@
 
 #include "cli/CliCommand.h"
 #include "cli/CliOutput.h"
+#include "cli/CliPaths.h"
 #include "disktools/BuildJunk.h"
 #include "disktools/DiskNames.h"
 
 namespace orwick::cli {
 namespace {
 
-int cleanup(const QStringList& arguments)
+int cleanup(const Arguments& arguments)
 {
     if (arguments.size() != 1)
         return usageError(QStringLiteral("usage: orwick-cli cleanup DIR"));
+    if (const auto problem = problemWith(arguments.first(), Expect::folder)) {
+        err() << *problem << Qt::endl;
+        return 1;
+    }
     CancelFlag never;
-    const auto found = BuildJunk::find(FilePath::fromText(arguments.first()), BuildJunk::searchDepth, never);
+    const auto found = BuildJunk::find(pathArgument(arguments.first()), BuildJunk::searchDepth, never);
     const std::vector<qint64> sizes = BuildJunk::measureAll(found, never);
     LineWriter lines;
     qint64 total = 0;

@@ -1,19 +1,26 @@
 #pragma once
 // orwick-cli sub-commands. Each file in this folder registers its own with a static
 // CliRegistration, so adding a command never touches another file.
+//
+// Commands get their arguments as the bytes the shell passed: a path argument goes to the system
+// unchanged (see CliPaths.h), so names that are not UTF-8 work; options and queries are read as
+// text with argumentText().
 
-#include <QStringList>
+#include <QByteArray>
+#include <QList>
 #include <QTextStream>
 #include <functional>
 
 namespace orwick::cli {
+
+using Arguments = QList<QByteArray>;
 
 struct CliCommand {
     QString name;      // "list"
     QString usage;     // "list DIR"
     QString summary;   // one line for the help text
     // Gets the arguments after the name; returns the process exit code.
-    std::function<int(const QStringList& arguments)> run;
+    std::function<int(const Arguments& arguments)> run;
 };
 
 void registerCommand(CliCommand command);
@@ -29,5 +36,8 @@ QTextStream& err();
 
 // Prints "orwick-cli: message" to standard error and returns 2 (the usage-error code).
 int usageError(const QString& message);
+
+// An argument as text, decoded as the system's locale does (UTF-8 here).
+inline QString argumentText(const QByteArray& argument) { return QString::fromLocal8Bit(argument); }
 
 } // namespace orwick::cli

@@ -4,17 +4,18 @@
 
 #include "cli/CliCommand.h"
 #include "cli/CliOutput.h"
+#include "cli/CliPaths.h"
 #include "disktools/Duplicates.h"
 
 namespace orwick::cli {
 namespace {
 
-int duplicates(const QStringList& arguments)
+int duplicates(const Arguments& arguments)
 {
     Duplicates::Options options;
-    QString target;
+    QByteArray target;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
-        if (arguments[i] == QLatin1StringView("--min-size") && i + 1 < arguments.size()) {
+        if (arguments[i] == "--min-size" && i + 1 < arguments.size()) {
             bool ok = false;
             options.minimumSize = arguments[++i].toLongLong(&ok);
             if (!ok || options.minimumSize < 0)
@@ -27,9 +28,13 @@ int duplicates(const QStringList& arguments)
     }
     if (target.isEmpty())
         return usageError(QStringLiteral("usage: orwick-cli duplicates DIR [--min-size N]"));
+    if (const auto problem = problemWith(target, Expect::folder)) {
+        err() << *problem << Qt::endl;
+        return 1;
+    }
 
     CancelFlag never;
-    const Duplicates::Scan scan = Duplicates::find(FilePath::fromText(target), options, never);
+    const Duplicates::Scan scan = Duplicates::find(pathArgument(target), options, never);
     LineWriter lines;
     for (const Duplicates::Group& group : scan.groups) {
         lines.add(QByteArray::number(group.size));

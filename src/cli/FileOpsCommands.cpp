@@ -1,67 +1,113 @@
 // orwick-cli copy/move/trash: the file operations engine the window uses, on the command line
-// (the file operations benchmark's hook). Conflicts keep both; errors go to standard error.
+// (the file operations benchmark's hook). Conflicts keep both.
+//
+// Every item that isn't done is said on standard error, one line each with its reason: an
+// argument that isn't there or can't be used, and each failure of the engine. Standard output
+// gets the summary: the window's toast when all went well ("Copied 3 items"), else the count of
+// what was done out of what was asked ("Copied 3 of 4 items; 1 failed"), and the exit status is 1.
 
 #include "cli/CliCommand.h"
+#include "cli/CliPaths.h"
 #include "fileops/FileOperations.h"
 
 #include <QEventLoop>
-#include <QFile>
 
 namespace orwick::cli {
 namespace {
 
-// Runs one operation to its end; prints its toast or its error.
-int runToEnd(const std::function<void(FileOperations&)>& start)
+struct Verb {
+    const char* command;   // "copy"
+    const char* past;      // "Copied"
+    const char* place;     // "" or " to the Trash"
+};
+constexpr Verb kCopy{"copy", "Copied", ""};
+constexpr Verb kMove{"move", "Moved", ""};
+constexpr Verb kTrash{"trash", "Moved", " to the Trash"};
+
+// The arguments that name something there; the others are said on standard error.
+QList<FilePath> usableItems(const Arguments& arguments)
+{
+    QList<FilePath> items;
+    for (const QByteArray& argument : arguments) {
+        if (const auto problem = problemWith(argument, Expect::anything))
+            err() << *problem << Qt::endl;
+        else
+            items.append(pathArgument(argument));
+    }
+    return items;
+}
+
+// Runs the engine on `items` to its end and prints the outcome; `asked` counts every argument.
+int runToEnd(const Verb& verb, qsizetype asked, const QList<FilePath>& items,
+             const std::function<void(FileOperations&, const QList<FilePath>&)>& start)
 {
     FileOperations operations;
-    int code = 0;
-    operations.setReportErrors([&code](const QString& message) {
-        err() << message << Qt::endl;
-        code = 1;
+    QString announcement;
+    bool reported = false;
+    qsizetype doneInReports = 0;
+    operations.setReportErrors([&](const OperationOutcome& outcome) {
+        reported = true;
+        doneInReports += outcome.done;
+        for (const QString& error : outcome.errors)
+            err() << error << Qt::endl;
+        if (outcome.skipped > 0)
+            err() << skippedText(outcome.skipped) << "." << Qt::endl;
     });
-    QObject::connect(&operations, &FileOperations::announced, [](const Toast& toast) { out() << toast.text << Qt::endl; });
-    QEventLoop loop;
-    QObject::connect(&operations, &FileOperations::operationFinished, &loop, [&] {
-        if (operations.isIdle())
-            loop.quit();
-    });
-    start(operations);
-    if (!operations.isIdle())
-        loop.exec();
-    return code;
+    QObject::connect(&operations, &FileOperations::announced, [&](const Toast& toast) { announcement = toast.text; });
+    if (!items.isEmpty()) {
+        QEventLoop loop;
+        QObject::connect(&operations, &FileOperations::operationFinished, &loop, [&] {
+            if (operations.isIdle())
+                loop.quit();
+        });
+        start(operations, items);
+        if (!operations.isIdle())
+            loop.exec();
+    }
+    if (!reported && items.size() == asked) {
+        if (!announcement.isEmpty())
+            out() << announcement << Qt::endl;
+        return 0;
+    }
+    // Only a job that went all the way is announced; then all the items it was given were done.
+    const qsizetype done = announcement.isEmpty() ? doneInReports : doneInReports + items.size();
+    out() << verb.past << ' ' << done << " of " << asked << (asked == 1 ? " item" : " items") << verb.place << "; "
+          << asked - done << " failed" << Qt::endl;
+    return 1;
 }
 
-QList<FilePath> paths(const QStringList& arguments)
+int transfer(const Arguments& arguments, FileOperations::Mode mode)
 {
-    QList<FilePath> list;
-    for (const QString& argument : arguments)
-        list.append(FilePath::fromNative(QFile::encodeName(argument)));
-    return list;
-}
-
-int transfer(const QStringList& arguments, FileOperations::Mode mode)
-{
+    const Verb& verb = mode == FileOperations::Mode::copy ? kCopy : kMove;
     if (arguments.size() < 2)
-        return usageError(QStringLiteral("usage: orwick-cli %1 SRC... DEST").arg(mode == FileOperations::Mode::copy ? "copy" : "move"));
-    QList<FilePath> items = paths(arguments);
-    const FilePath destination = items.takeLast();
-    return runToEnd([&](FileOperations& operations) { operations.transfer(items, destination, mode, nullptr); });
+        return usageError(QStringLiteral("usage: orwick-cli %1 SRC... DEST").arg(QLatin1StringView(verb.command)));
+    Arguments sources = arguments;
+    const QByteArray destination = sources.takeLast();
+    if (const auto problem = problemWith(destination, Expect::folder)) {
+        err() << *problem << Qt::endl;
+        return 1;
+    }
+    const FilePath folder = pathArgument(destination);
+    return runToEnd(verb, sources.size(), usableItems(sources), [&](FileOperations& operations, const QList<FilePath>& items) {
+        operations.transfer(items, folder, mode, nullptr);
+    });
 }
 
-int trashItems(const QStringList& arguments)
+int trashItems(const Arguments& arguments)
 {
     if (arguments.isEmpty())
         return usageError(QStringLiteral("usage: orwick-cli trash PATH..."));
-    const QList<FilePath> items = paths(arguments);
-    return runToEnd([&](FileOperations& operations) { operations.trash(items, QStringLiteral("Move to Trash"), nullptr); });
+    return runToEnd(kTrash, arguments.size(), usableItems(arguments), [](FileOperations& operations, const QList<FilePath>& items) {
+        operations.trash(items, QStringLiteral("Move to Trash"), nullptr);
+    });
 }
 
 const CliRegistration copyRegistration({QStringLiteral("copy"), QStringLiteral("copy SRC... DEST"),
                                          QStringLiteral("copy items into a folder"),
-                                         [](const QStringList& a) { return transfer(a, FileOperations::Mode::copy); }});
+                                         [](const Arguments& a) { return transfer(a, FileOperations::Mode::copy); }});
 const CliRegistration moveRegistration({QStringLiteral("move"), QStringLiteral("move SRC... DEST"),
                                          QStringLiteral("move items into a folder"),
-                                         [](const QStringList& a) { return transfer(a, FileOperations::Mode::move); }});
+                                         [](const Arguments& a) { return transfer(a, FileOperations::Mode::move); }});
 const CliRegistration trashRegistration({QStringLiteral("trash"), QStringLiteral("trash PATH..."),
                                           QStringLiteral("move items to the Trash"), trashItems});
 

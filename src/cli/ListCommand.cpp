@@ -1,6 +1,7 @@
 // orwick-cli list DIR: the folder's items through the loader the window uses (the listing benchmark's hook).
 
 #include "cli/CliCommand.h"
+#include "cli/CliPaths.h"
 #include "files/DirectoryLoader.h"
 #include "files/ListingLoader.h"
 
@@ -9,12 +10,12 @@
 namespace orwick::cli {
 namespace {
 
-int list(const QStringList& arguments)
+int list(const Arguments& arguments)
 {
     bool showHidden = false;
-    QString target;
-    for (const QString& argument : arguments) {
-        if (argument == QLatin1StringView("--hidden"))
+    QByteArray target;
+    for (const QByteArray& argument : arguments) {
+        if (argument == "--hidden")
             showHidden = true;
         else if (target.isEmpty())
             target = argument;
@@ -23,11 +24,17 @@ int list(const QStringList& arguments)
     }
     if (target.isEmpty())
         return usageError(QStringLiteral("usage: orwick-cli list DIR|trash|recents|screenshots|tag:NAME [--hidden]"));
-    const auto listing = Listing::fromName(target);
+    const auto listing = Listing::fromName(argumentText(target));
+    if (!listing) {
+        if (const auto problem = problemWith(target, Expect::folder)) {
+            err() << *problem << Qt::endl;
+            return 1;
+        }
+    }
     const ListingResult result = listing ? ListingLoader::load(*listing, showHidden)
-                                         : DirectoryLoader::load(FilePath::fromText(target), showHidden);
+                                         : DirectoryLoader::load(pathArgument(target), showHidden);
     if (result.error) {
-        err() << target << ": " << *result.error << Qt::endl;
+        err() << shownArgument(target) << ": " << *result.error << Qt::endl;
         return 1;
     }
     // One buffered write per line: printing must not cost more than the listing.

@@ -147,15 +147,15 @@ void scoreLines(const std::vector<std::string_view>& lines, size_t begin, size_t
     std::sort(hits.begin(), hits.end(), better);
 }
 
-int match(const QStringList& arguments)
+int match(const Arguments& arguments)
 {
     bool printScores = false;
     QStringList words;
-    for (const QString& argument : arguments) {
-        if (argument == QLatin1StringView("--scores"))
+    for (const QByteArray& argument : arguments) {
+        if (argument == "--scores")
             printScores = true;
         else
-            words.append(argument);
+            words.append(argumentText(argument));
     }
     if (words.isEmpty())
         return usageError(QStringLiteral("usage: orwick-cli match QUERY [--scores] < lines"));

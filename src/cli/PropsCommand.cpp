@@ -2,6 +2,7 @@
 // JSON object per line; with --set KEY=VALUE FILE…, writes one property through the same writer.
 
 #include "cli/CliCommand.h"
+#include "cli/CliPaths.h"
 #include "files/DirectoryLoader.h"
 #include "notes/NoteFile.h"
 
@@ -71,11 +72,16 @@ std::optional<notefile::Change> parseAssignment(const QString& assignment)
     return notefile::Change{key, PropertyValue::fromYaml(parsed->first()), {}};
 }
 
-int set(const FilePath& folder, const notefile::Change& change, const QStringList& files)
+int set(const FilePath& folder, const notefile::Change& change, const Arguments& files)
 {
     int failures = 0;
-    for (const QString& name : files) {
-        const FilePath path = name.startsWith(u'/') ? FilePath::fromText(name) : FilePath::fromNative(folder.native() + '/' + name.toUtf8());
+    for (const QByteArray& name : files) {
+        const FilePath path = name.startsWith('/') ? pathArgument(name) : FilePath::fromNative(folder.native() + '/' + name);
+        if (const auto problem = problemWith(path.native(), Expect::anything)) {
+            err() << *problem << Qt::endl;
+            ++failures;
+            continue;
+        }
         struct stat st;
         const bool isFolder = ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
         const auto written = notefile::write(path, isFolder, {change});
@@ -90,19 +96,19 @@ int set(const FilePath& folder, const notefile::Change& change, const QStringLis
     return failures ? 1 : 0;
 }
 
-int props(const QStringList& arguments)
+int props(const Arguments& arguments)
 {
     bool showHidden = false;
     std::optional<notefile::Change> change;
-    QStringList positional;
+    Arguments positional;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const QString& argument = arguments[i];
-        if (argument == u"--hidden") {
+        const QByteArray& argument = arguments[i];
+        if (argument == "--hidden") {
             showHidden = true;
-        } else if (argument == u"--set") {
+        } else if (argument == "--set") {
             if (i + 1 >= arguments.size())
                 return usageError(kUsage);
-            change = parseAssignment(arguments[++i]);
+            change = parseAssignment(argumentText(arguments[++i]));
             if (!change)
                 return usageError(QStringLiteral("--set takes KEY=VALUE, where VALUE is a plain value or a list like [a, b]"));
         } else {
@@ -111,7 +117,12 @@ int props(const QStringList& arguments)
     }
     if (positional.isEmpty())
         return usageError(kUsage);
-    const FilePath folder = FilePath::fromText(positional.takeFirst());
+    const QByteArray folderArgument = positional.takeFirst();
+    if (const auto problem = problemWith(folderArgument, Expect::folder)) {
+        err() << *problem << Qt::endl;
+        return 1;
+    }
+    const FilePath folder = pathArgument(folderArgument);
     if (change) {
         if (positional.isEmpty())
             return usageError(QStringLiteral("--set needs the files to change"));

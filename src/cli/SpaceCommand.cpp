@@ -4,6 +4,7 @@
 
 #include "cli/CliCommand.h"
 #include "cli/CliOutput.h"
+#include "cli/CliPaths.h"
 #include "disktools/DiskNames.h"
 #include "disktools/SpaceScan.h"
 
@@ -12,11 +13,15 @@
 namespace orwick::cli {
 namespace {
 
-int space(const QStringList& arguments)
+int space(const Arguments& arguments)
 {
     if (arguments.size() != 1)
         return usageError(QStringLiteral("usage: orwick-cli space DIR"));
-    const FilePath folder = FilePath::fromText(arguments.first());
+    if (const auto problem = problemWith(arguments.first(), Expect::folder)) {
+        err() << *problem << Qt::endl;
+        return 1;
+    }
+    const FilePath folder = pathArgument(arguments.first());
     CancelFlag never;
     SpaceScan::Shared shared(never);
     const auto root = SpaceScan::scan(folder, shared);

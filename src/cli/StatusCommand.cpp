@@ -3,6 +3,7 @@
 // unstaged, path) and a summary with the ignored count.
 
 #include "cli/CliCommand.h"
+#include "cli/CliPaths.h"
 #include "git/RepositoryRoot.h"
 #include "git/StatusReader.h"
 
@@ -27,11 +28,15 @@ QByteArray summary(const RepoStatus& status)
     return line.toUtf8();
 }
 
-int status(const QStringList& arguments)
+int status(const Arguments& arguments)
 {
     if (arguments.size() != 1)
         return usageError(QStringLiteral("usage: orwick-cli status DIR"));
-    const FilePath folder = FilePath::fromText(arguments.first());
+    if (const auto problem = problemWith(arguments.first(), Expect::folder)) {
+        err() << *problem << Qt::endl;
+        return 1;
+    }
+    const FilePath folder = pathArgument(arguments.first());
     const auto& executable = gitExecutable();
     if (!executable) {
         err() << gitMissingMessage() << Qt::endl;

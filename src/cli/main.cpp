@@ -42,7 +42,10 @@ int main(int argc, char** argv)
 {
     using namespace orwick::cli;
     QCoreApplication app(argc, argv);
-    QStringList arguments = app.arguments().mid(1);
+    // The raw bytes: decoding argv to text would lose names that are not UTF-8.
+    Arguments arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QByteArray(argv[i]));
     if (arguments.isEmpty() || arguments.first() == "--help" || arguments.first() == "-h") {
         out() << "usage: orwick-cli COMMAND [ARGUMENTS]\n\n";
         for (const CliCommand& command : commands())
@@ -50,7 +53,7 @@ int main(int argc, char** argv)
         out().flush();
         return arguments.isEmpty() ? 2 : 0;
     }
-    const QString name = arguments.takeFirst();
+    const QString name = argumentText(arguments.takeFirst());
     for (const CliCommand& command : commands()) {
         if (command.name == name) {
             const int code = command.run(arguments);

@@ -45,10 +45,17 @@ void FileOperations::cancelJob(quint64 id)
 
 void FileOperations::report(const QString& message)
 {
+    OperationOutcome outcome;
+    outcome.errors.append(message);
+    report(outcome);
+}
+
+void FileOperations::report(const OperationOutcome& outcome)
+{
     if (m_reportErrors)
-        m_reportErrors(message);
+        m_reportErrors(outcome);
     else
-        qCWarning(lcFileOps) << message;
+        qCWarning(lcFileOps).noquote() << outcomeText(outcome) << outcome.errors;
 }
 
 void FileOperations::run(JobRequest request)
@@ -93,10 +100,23 @@ void FileOperations::finish(quint64 id, JobOutput output)
     const bool changed = !report.changes.empty();
     if (changed && request.undo)
         request.undo->push(new FileOperationCommand(this, request.actionName, std::move(report.changes)));
-    if (!report.errors.isEmpty())
-        this->report(report.errors.first());
-    else if (request.announce && !report.cancelled && changed && !output.toast.isEmpty())
-        Q_EMIT announced({output.toast, output.icon, request.undo != nullptr, false});
+    OperationOutcome outcome;
+    outcome.errors = report.errors;
+    outcome.skipped = report.skipped;
+    outcome.cancelled = report.cancelled;
+    outcome.canUndo = changed && request.undo;
+    outcome.icon = output.icon;
+    outcome.done = int(output.done.size());
+    // What was done is said beside what failed only by jobs that count their items; the others'
+    // failure sentences say it already ("Extracted x, leaving out …").
+    if (changed && (!output.done.isEmpty() || report.errors.isEmpty()))
+        outcome.doneText = output.toast;
+    if (outcome.isSuccess()) {
+        if (request.announce && changed && !output.toast.isEmpty())
+            Q_EMIT announced({output.toast, output.icon, request.undo != nullptr, false});
+    } else if (!outcome.errors.isEmpty() || request.announce) {
+        this->report(outcome);
+    }
     if (request.created && !output.made.isEmpty())
         request.created(output.made);
     if (request.finished)
@@ -220,6 +240,7 @@ void FileOperations::copy(const QList<Move>& moves, const QString& actionName, b
         output.toast = withTransferNotes((removingSources ? QStringLiteral("Moved ") : QStringLiteral("Copied ")) + countOrName(done),
                                          runner.report());
         output.icon = removingSources ? QStringLiteral("arrow.right.doc.on.clipboard") : QStringLiteral("doc.on.doc");
+        output.done = done;
     };
     run(std::move(request));
 }
@@ -244,6 +265,7 @@ void FileOperations::duplicate(const QList<FilePath>& items, QUndoStack* undo)
         }
         output.toast = withTransferNotes(QStringLiteral("Duplicated ") + countOrName(done), runner.report());
         output.icon = QStringLiteral("plus.square.on.square");
+        output.done = done;
     };
     run(std::move(request));
 }
@@ -310,6 +332,7 @@ void FileOperations::putBack(const QList<FilePath>& itemsInTrash, QUndoStack* un
         }
         output.toast = QStringLiteral("Put back ") + countOrName(done);
         output.icon = QStringLiteral("arrow.uturn.backward");
+        output.done = done;
     };
     run(std::move(request));
 }

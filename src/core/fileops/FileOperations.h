@@ -6,13 +6,15 @@
 // Every operation runs its file work on a background task as a FileJob (listed in jobs() until
 // it ends, progress by bytes), then on the interface thread: updates the trash log, emits
 // itemsMoved() for what was moved or renamed, pushes exactly one FileOperationCommand on the
-// given undo stack when anything changed, reports the first error through reportErrors and, when
-// all went well, emits announced() with the toast. Nothing throws; an item that vanished before
-// its turn is skipped; a cancelled job keeps what it finished and its undo step covers it.
+// given undo stack when anything changed, and either emits announced() with the toast, when all
+// went well, or hands reportErrors the whole outcome (every failure, the items skipped, a cancel).
+// Nothing throws; an item that vanished before its turn is skipped and counted; a cancelled job
+// keeps what it finished and its undo step covers it.
 // Lives on the interface thread; all members must be called there.
 
 #include "fileops/FileChange.h"
 #include "fileops/FileJob.h"
+#include "fileops/OperationOutcome.h"
 #include "fileops/TrashLog.h"
 #include "fileops/UniqueName.h"
 
@@ -54,8 +56,11 @@ public:
 
     // Without a resolver, collisions keep both.
     void setResolveConflicts(ConflictResolver resolver) { m_resolveConflicts = std::move(resolver); }
-    // Without a reporter, errors are only logged.
-    void setReportErrors(std::function<void(const QString&)> report) { m_reportErrors = std::move(report); }
+    // Gets every operation that did not go entirely as asked — failures (all of them), items
+    // that were gone, a cancel after something was done — and every refused request (its one
+    // sentence as the outcome's only error). Without a reporter, these are only logged.
+    using Reporter = std::function<void(const OperationOutcome&)>;
+    void setReportErrors(Reporter report) { m_reportErrors = std::move(report); }
     TrashLog& trashLog() { return m_trashLog; }
 
     void transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo);
@@ -102,7 +107,7 @@ public:
         QString toast;       // empty: no toast
         QString icon;
         FilePath made;       // the item made, for `Created` callbacks
-        QList<FilePath> done; // the items acted on in full, for `Finished` callbacks
+        QList<FilePath> done; // the items acted on in full, for `Finished` callbacks and the counts
     };
     using Work = std::function<void(ChangeRunner&, JobOutput&)>;
 
@@ -121,6 +126,7 @@ private:
     void run(JobRequest request);
     void finish(quint64 id, JobOutput output);
     void report(const QString& message);
+    void report(const OperationOutcome& outcome);
     void ask(const QList<Move>& collisions, const FilePath& folder, ConflictAnswer answer);
 
     QList<FileJob> m_jobs;
@@ -130,7 +136,7 @@ private:
     QTimer m_ticker;
     QThreadPool m_replayPool; // undo and redo run one at a time, in order
     ConflictResolver m_resolveConflicts;
-    std::function<void(const QString&)> m_reportErrors;
+    Reporter m_reportErrors;
     TrashLog m_trashLog;
     qint64 m_extractionLimit = 0;
 };

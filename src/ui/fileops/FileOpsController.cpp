@@ -2,6 +2,7 @@
 
 #include "state/FileActions.h"
 #include "ui/fileops/ConflictDialog.h"
+#include "ui/fileops/FailureList.h"
 #include "ui/fileops/InlineRename.h"
 #include "ui/fileops/ProgressCard.h"
 #include "ui/pane/PaneWidget.h"
@@ -22,15 +23,9 @@ FileOpsController::FileOpsController(QWidget* window, WindowState* state, ToastH
     operations->setResolveConflicts([this](const FileOperations::ConflictQuestion& question, FileOperations::ConflictAnswer answer) {
         askConflict(m_window, question, std::move(answer));
     });
-    operations->setReportErrors([this](const QString& message) { m_toasts->show(message); });
-    connect(operations, &FileOperations::announced, this, [this](const Toast& toast) {
-        QUndoStack* stack = m_state->undoStack();
-        m_toastUndoIndex = toast.canUndo ? stack->index() : -1;
-        if (toast.canUndo)
-            m_toasts->show(toast.text, QStringLiteral("Undo"), [stack] { stack->undo(); });
-        else
-            m_toasts->show(toast.text);
-    });
+    operations->setReportErrors([this](const OperationOutcome& outcome) { showOutcome(outcome); });
+    connect(operations, &FileOperations::announced, this,
+            [this](const Toast& toast) { showToast(toast.text, toast.canUndo, {}); });
     // A toast's Undo belongs to the step it announced: once that step is undone some other way
     // (Ctrl+Z, the Edit menu) the button would undo the step before, so the toast goes.
     connect(state->undoStack(), &QUndoStack::indexChanged, this, [this](int index) {
@@ -90,6 +85,26 @@ void FileOpsController::showRename(PaneState* pane)
     m_editor = editor;
     // The editor ends by committing or cancelling; either way the file commands come back.
     connect(editor, &QObject::destroyed, files, &FileActions::endRename);
+}
+
+void FileOpsController::showOutcome(const OperationOutcome& outcome)
+{
+    showToast(outcomeText(outcome), outcome.canUndo, outcome.errors.size() > 1 ? outcome.errors : QStringList());
+}
+
+void FileOpsController::showToast(const QString& text, bool canUndo, const QStringList& failures)
+{
+    QUndoStack* stack = m_state->undoStack();
+    m_toastUndoIndex = canUndo ? stack->index() : -1;
+    QList<ToastAction> actions;
+    if (canUndo)
+        actions.append({QStringLiteral("Undo"), [stack] { stack->undo(); }});
+    if (!failures.isEmpty())
+        actions.append({QStringLiteral("Show All"), [window = m_window, text, failures] {
+                            if (window)
+                                FailureList::showOver(window, text, failures);
+                        }});
+    m_toasts->show(text, actions);
 }
 
 void FileOpsController::confirmTidyUp(const FilePath& folder)

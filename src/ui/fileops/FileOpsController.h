@@ -1,6 +1,9 @@
 #pragma once
 // FileOpsController: the views of the file operations in one window — progress card, toasts
 // with Undo, the conflict question, the tidy-up confirmation and the editor of an inline rename.
+// An operation that did not go entirely as asked gets a toast that says what was done and what
+// wasn't (OperationOutcome's words), with Undo for the part done and, when several things
+// failed, Show All, which lists every message (FailureList).
 // The file commands themselves are catalogue commands that run the window's FileActions; this
 // class only answers what they need from a person, and never touches a file itself.
 //
@@ -37,6 +40,8 @@ private:
     PaneWidget* widgetFor(const PaneState* pane) const;
     void showRename(PaneState* pane);
     void confirmTidyUp(const FilePath& folder);
+    void showOutcome(const OperationOutcome& outcome);
+    void showToast(const QString& text, bool canUndo, const QStringList& failures);
 
     QPointer<QWidget> m_window;
     WindowState* m_state;

@@ -8,12 +8,15 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QTimer>
+#include <algorithm>
 
 namespace orwick {
 
 namespace {
 constexpr int kShownMs = 4000;
 constexpr int kShownWithActionMs = 7000;
+constexpr int kWidestMessage = 720; // wider messages wrap
+constexpr int kWindowMargin = 40;   // kept free on each side of a narrow window
 } // namespace
 
 ToastHost::ToastHost(QWidget* window) : QWidget(window)
@@ -23,49 +26,63 @@ ToastHost::ToastHost(QWidget* window) : QWidget(window)
     layout->setContentsMargins(16, 8, 10, 8);
     layout->setSpacing(12);
     m_label = new QLabel(this);
-    m_button = new QPushButton(this);
-    m_button->setFlat(true);
-    m_button->setFocusPolicy(Qt::NoFocus);
-    m_button->setCursor(Qt::PointingHandCursor);
+    m_label->setWordWrap(true);
     QPalette palette = m_label->palette();
     palette.setColor(QPalette::WindowText, theme::toastText());
     palette.setColor(QPalette::ButtonText, theme::accent().lighter(theme::isDark() ? 80 : 150));
     m_label->setPalette(palette);
-    m_button->setPalette(palette);
-    QFont bold = m_button->font();
-    bold.setBold(true);
-    m_button->setFont(bold);
-    layout->addWidget(m_label);
-    layout->addWidget(m_button);
+    layout->addWidget(m_label, 1);
+    for (int i = 0; i < kMostActions; ++i) {
+        auto* button = new QPushButton(this);
+        button->setFlat(true);
+        button->setFocusPolicy(Qt::NoFocus);
+        button->setCursor(Qt::PointingHandCursor);
+        button->setPalette(palette);
+        QFont bold = button->font();
+        bold.setBold(true);
+        button->setFont(bold);
+        layout->addWidget(button);
+        connect(button, &QPushButton::clicked, this, [this, i] {
+            hide();
+            const QList<ToastAction> actions = std::exchange(m_actions, {});
+            if (i < actions.size() && actions[i].run)
+                actions[i].run();
+        });
+        m_buttons[i] = button;
+    }
     m_timer = new QTimer(this);
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, &QWidget::hide);
-    connect(m_button, &QPushButton::clicked, this, [this] {
-        hide();
-        if (auto action = std::exchange(m_action, {}))
-            action();
-    });
     window->installEventFilter(this);
     hide();
 }
 
 void ToastHost::show(const QString& message, const QString& actionTitle, std::function<void()> action)
 {
+    QList<ToastAction> actions;
+    if (!actionTitle.isEmpty() && action)
+        actions.append({actionTitle, std::move(action)});
+    show(message, actions);
+}
+
+void ToastHost::show(const QString& message, const QList<ToastAction>& actions)
+{
     m_label->setText(message);
-    m_action = std::move(action);
-    m_button->setText(actionTitle);
-    m_button->setVisible(!actionTitle.isEmpty() && m_action);
-    adjustSize();
+    m_actions = actions.mid(0, kMostActions);
+    for (int i = 0; i < kMostActions; ++i) {
+        m_buttons[i]->setVisible(i < m_actions.size());
+        m_buttons[i]->setText(i < m_actions.size() ? m_actions[i].title : QString());
+    }
     place();
     QWidget::show();
     raise();
-    m_timer->start(m_button->isVisible() ? kShownWithActionMs : kShownMs);
+    m_timer->start(m_actions.isEmpty() ? kShownMs : kShownWithActionMs);
 }
 
 void ToastHost::dismiss()
 {
     m_timer->stop();
-    m_action = {};
+    m_actions.clear();
     hide();
 }
 
@@ -74,7 +91,20 @@ QString ToastHost::currentMessage() const { return isVisible() ? m_label->text()
 void ToastHost::place()
 {
     const QWidget* window = parentWidget();
-    const QSize size = sizeHint();
+    // The label wraps within what is left of the widest toast the window has room for.
+    int buttons = 0;
+    for (QPushButton* button : m_buttons)
+        if (!button->isHidden())
+            buttons += button->sizeHint().width() + layout()->spacing();
+    const int widest = std::min(kWidestMessage, window->width() - 2 * kWindowMargin);
+    const QMargins margins = layout()->contentsMargins();
+    const int labelWidth = std::max(80, widest - buttons - margins.left() - margins.right());
+    m_label->setMaximumWidth(labelWidth);
+    m_label->setMinimumWidth(std::min(labelWidth, m_label->fontMetrics().horizontalAdvance(m_label->text())));
+    layout()->invalidate();
+    QSize size = sizeHint();
+    if (layout()->hasHeightForWidth())
+        size.setHeight(std::max(size.height(), layout()->totalHeightForWidth(size.width())));
     move((window->width() - size.width()) / 2, window->height() - size.height() - 36);
     resize(size);
 }

@@ -1,6 +1,7 @@
 #pragma once
-// Toasts: a short message bottom centre for a few seconds, with an action button (Undo) where
-// there is one. A new toast replaces the one shown.
+// Toasts: a short message bottom centre for a few seconds, with action buttons (Undo, Show All)
+// where there are some. A new toast replaces the one shown. A long message wraps rather than
+// running past the window's edges.
 
 #include <QWidget>
 #include <functional>
@@ -11,11 +12,18 @@ class QTimer;
 
 namespace orwick {
 
+struct ToastAction {
+    QString title; // "Undo"
+    std::function<void()> run;
+};
+
 class ToastHost : public QWidget {
     Q_OBJECT
 public:
     explicit ToastHost(QWidget* window);
 
+    // Shows `message`; each action is a button, in order, that closes the toast and runs it.
+    void show(const QString& message, const QList<ToastAction>& actions);
     // Shows `message`; with an action, a button titled `actionTitle` runs it and closes the toast.
     void show(const QString& message, const QString& actionTitle = {}, std::function<void()> action = {});
     QString currentMessage() const;
@@ -29,10 +37,11 @@ protected:
 private:
     void place();
 
+    static constexpr int kMostActions = 2;
     QLabel* m_label;
-    QPushButton* m_button;
+    QPushButton* m_buttons[kMostActions];
     QTimer* m_timer;
-    std::function<void()> m_action;
+    QList<ToastAction> m_actions;
 };
 
 } // namespace orwick

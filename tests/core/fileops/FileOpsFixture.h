@@ -1,6 +1,6 @@
 #pragma once
 // The fixture of the file operations tests: an engine, an undo stack, a temporary tree in the
-// temporary home, and the errors, toasts and moves the engine reported.
+// temporary home, and the errors, outcomes, toasts and moves the engine reported.
 
 #include "fileops/FileOperations.h"
 #include "support/TempHome.h"
@@ -24,7 +24,10 @@ public:
 protected:
     FileOpsTest()
     {
-        ops.setReportErrors([this](const QString& message) { errors.append(message); });
+        ops.setReportErrors([this](const OperationOutcome& outcome) {
+            errors += outcome.errors;
+            reports.append(outcome);
+        });
         QObject::connect(&ops, &FileOperations::announced, [this](const Toast& toast) { toasts.append(toast); });
         QObject::connect(&ops, &FileOperations::itemsMoved, [this](const QList<FileMove>& list) { moves += list; });
     }
@@ -52,7 +55,8 @@ protected:
     TempTree tree;
     FileOperations ops;
     QUndoStack stack;
-    QStringList errors;
+    QStringList errors;              // every failure sentence reported
+    QList<OperationOutcome> reports; // every outcome that did not go entirely as asked
     QList<Toast> toasts;
     QList<FileMove> moves;
 };

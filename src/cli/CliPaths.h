@@ -1,0 +1,28 @@
+#pragma once
+// Path arguments of orwick-cli: read as the bytes the shell passed (a name need not be UTF-8),
+// and checked before any work starts, so that a missing item, a file where a folder is needed
+// or a path longer than the system takes is said in plain words instead of passed over.
+
+#include "files/FilePath.h"
+
+#include <QByteArray>
+#include <QString>
+#include <optional>
+
+namespace orwick::cli {
+
+// The path an argument names, relative to the working folder; its bytes are kept as they are.
+FilePath pathArgument(const QByteArray& argument);
+
+// The argument as a message names it: in typographic quotes, shortened in the middle when long.
+QString shownArgument(const QByteArray& argument);
+
+enum class Expect { anything, folder };
+
+// Nothing when the argument names something that is there (a folder, or a link to one, for
+// Expect::folder); else the sentence that says why not: "“x” isn’t there.",
+// "“x” isn’t a folder.", "“/a/b…” can’t be used: the path is 5000 bytes long, and Linux takes
+// at most 4095.", "“x” can’t be reached: you don’t have permission."
+std::optional<QString> problemWith(const QByteArray& argument, Expect expect);
+
+} // namespace orwick::cli

@@ -1,0 +1,21 @@
+#pragma once
+// Runs the built orwick-cli with arguments given as bytes (names need not be UTF-8) and keeps
+// its exit status and what it printed, for the command-line tests.
+
+#include <QByteArray>
+#include <QList>
+
+namespace orwick::test {
+
+struct CliRun {
+    int status = -1;    // the exit status; -1 when it didn't exit normally
+    QByteArray out;     // standard output
+    QByteArray err;     // standard error
+
+    QList<QByteArray> outLines() const;
+    QList<QByteArray> errLines() const;
+};
+
+CliRun runCli(const QList<QByteArray>& arguments);
+
+} // namespace orwick::test
