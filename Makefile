@@ -29,8 +29,10 @@ bench: deps
 	cmake --build $(BUILD)-bench -j $(JOBS)
 	bench/run-all $(BUILD)-bench
 
-fuzz:
-	fuzz/fuzz-notes.sh $(BUILD)-fuzz
+# Every fuzz target, a minute each (FUZZ_SECONDS=…).
+fuzz: DEPS_FLAGS = --with-checks
+fuzz: deps
+	fuzz/fuzz.sh $(BUILD)-fuzz
 
 clean:
 	rm -rf $(BUILD) $(BUILD)-bench

@@ -3,25 +3,16 @@
 // exactly what its own line reads as and every other property unchanged; removing a property
 // must leave the rest. A broken promise aborts, so libFuzzer keeps the input.
 
+#include "FuzzCheck.h"
 #include "notes/FrontMatter.h"
 #include "notes/PropertyValue.h"
 
 #include <fuzzer/FuzzedDataProvider.h>
 
-#include <cstdio>
-#include <cstdlib>
-
 using namespace orwick;
+using fuzz::check;
 
 namespace {
-
-void check(bool holds, const char* what)
-{
-    if (!holds) {
-        std::fprintf(stderr, "broken: %s\n", what);
-        std::abort();
-    }
-}
 
 PropertyMap toMap(const QList<FrontMatter::Property>& properties)
 {

@@ -128,13 +128,15 @@ RepoStatus parseStatus(const QString& output, const FilePath& root)
         const QStringView path = record.sliced(3);
         if (x == u'R' || x == u'C')
             ++i; // the source of the rename or copy
+        const FilePath file = absolute(path);
+        if (!root.isAncestorOf(file))
+            continue; // git names paths below the root; a mark never goes above it
         if (x == u'!' && y == u'!') {
-            ignored->insert(absolute(path));
+            ignored->insert(file);
             continue;
         }
         const Change change = changeOf(x, y);
         status.files.append({path.toString(), change, x != u' ' && x != u'?', y != u' '});
-        const FilePath file = absolute(path);
         status.changedPaths.insert(file, change);
         // A folder already recorded has all its ancestors recorded too.
         for (FilePath folder = file.parent(); folder.native().size() > rootLength; folder = folder.parent()) {

@@ -33,11 +33,16 @@ QDateTime later(const QDateTime& a, const QDateTime& b)
 
 QList<Entry> read()
 {
-    QList<Entry> entries;
     QFile file(xdg::recentFilesList().text());
     if (!file.open(QIODevice::ReadOnly))
-        return entries;
-    QXmlStreamReader xml(&file);
+        return {};
+    return parse(file.readAll());
+}
+
+QList<Entry> parse(QByteArrayView xbel)
+{
+    QList<Entry> entries;
+    QXmlStreamReader xml(xbel.toByteArray());
     Entry current;
     bool inBookmark = false;
     while (!xml.atEnd()) {
@@ -70,7 +75,18 @@ void add(const FilePath& path, const QString& mimeType)
     if (file.open(QIODevice::ReadOnly))
         content = file.readAll();
     file.close();
-    const QString now = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
+    content = adding(std::move(content), path, mimeType, QDateTime::currentDateTimeUtc());
+    QDir().mkpath(listPath.parent().text());
+    QSaveFile save(listPath.text());
+    if (save.open(QIODevice::WriteOnly)) {
+        save.write(content);
+        save.commit();
+    }
+}
+
+QByteArray adding(QByteArray content, const FilePath& path, const QString& mimeType, const QDateTime& date)
+{
+    const QString now = date.toUTC().toString(Qt::ISODateWithMs);
     const QByteArray href = path.toUrl().toEncoded();
     // Drop an older bookmark of the same file, then add ours before the closing tag.
     const qsizetype old = content.indexOf(QByteArray("<bookmark href=\"" + href + "\""));
@@ -91,12 +107,7 @@ void add(const FilePath& path, const QString& mimeType)
         "exec=\"&apos;orwick %u&apos;\" modified=\"" + now.toUtf8()
         + "\" count=\"1\"/>\n        </bookmark:applications>\n      </metadata>\n    </info>\n  </bookmark>\n";
     content.insert(content.lastIndexOf("</xbel>"), bookmark);
-    QDir().mkpath(listPath.parent().text());
-    QSaveFile save(listPath.text());
-    if (save.open(QIODevice::WriteOnly)) {
-        save.write(content);
-        save.commit();
-    }
+    return content;
 }
 
 } // namespace orwick::RecentFiles

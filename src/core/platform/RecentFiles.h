@@ -16,8 +16,13 @@ struct Entry {
 
 // Every local file in the list, most recently used first. A damaged list gives what could be read.
 QList<Entry> read();
+// The same for the text of a list.
+QList<Entry> parse(QByteArrayView xbel);
 
 // Records that Orwick opened `path` now (best effort: a failure is only logged).
 void add(const FilePath& path, const QString& mimeType);
+// The list's text `content` with `path` recorded as opened at `now`: an older bookmark of the
+// same file gives way, every other bookmark is kept.
+QByteArray adding(QByteArray content, const FilePath& path, const QString& mimeType, const QDateTime& now);
 
 } // namespace orwick::RecentFiles

@@ -204,19 +204,26 @@ std::optional<FilePath> originalPath(const FilePath& trashedItem)
     QByteArray content(8192, Qt::Uninitialized);
     content.truncate(qsizetype(fread(content.data(), 1, size_t(content.size()), file)));
     fclose(file);
-    for (const QByteArray& line : content.split('\n')) {
+    return originalPathIn(content, trashedItem);
+}
+
+std::optional<FilePath> originalPathIn(QByteArrayView info, const FilePath& trashedItem)
+{
+    for (const QByteArray& line : info.toByteArray().split('\n')) {
         if (!line.startsWith("Path="))
             continue;
         const QByteArray path = QByteArray::fromPercentEncoding(line.mid(5).trimmed());
-        if (path.isEmpty())
+        // A name never holds NUL: the system would act on the path cut short there.
+        if (path.isEmpty() || path.contains('\0'))
             return std::nullopt;
         if (path.startsWith('/'))
             return FilePath::fromNative(path);
-        // Relative to the volume's top folder, which holds the Trash folder.
+        // Relative to the volume's top folder, which holds the Trash folder; ".." can't leave it.
         FilePath top = trashedItem.parent().parent().parent();
         if (top.fileNameBytes() == ".Trash")
             top = top.parent();
-        return top.child(QByteArrayView(path));
+        const FilePath former = top.child(QByteArrayView(path));
+        return top.isAncestorOf(former) ? std::optional(former) : std::nullopt;
     }
     return std::nullopt;
 }

@@ -25,6 +25,9 @@ FilePath infoFileFor(const FilePath& trashedItem);
 
 // The former path recorded in the item's .trashinfo, if it can be read.
 std::optional<FilePath> originalPath(const FilePath& trashedItem);
+// The former path that the text of `trashedItem`'s .trashinfo records: none when there is no
+// usable Path line, when it holds a NUL byte or when a relative path leads out of the volume.
+std::optional<FilePath> originalPathIn(QByteArrayView info, const FilePath& trashedItem);
 
 // Forgets a trashed item that was moved out of the Trash: removes its .trashinfo.
 void removeInfo(const FilePath& trashedItem);
