@@ -2,29 +2,12 @@
 
 #include "async/Background.h"
 #include "platform/DirectoryReader.h"
-#include "platform/JsonFile.h"
 #include "platform/XdgPaths.h"
 
 #include <QJsonObject>
 #include <algorithm>
-#include <mutex>
 
 namespace orwick {
-
-// Writes snapshots one at a time and never lets an older one replace a newer.
-struct Frecency::Writer {
-    std::mutex mutex;
-    quint64 written = 0;
-
-    Status write(const FilePath& file, const QJsonDocument& document, quint64 snapshot)
-    {
-        std::lock_guard lock(mutex);
-        if (snapshot <= written)
-            return {};
-        written = snapshot;
-        return writeJsonFile(file, document);
-    }
-};
 
 namespace {
 
@@ -101,12 +84,39 @@ bool isFolder(const FilePath& path)
     return stat && stat->isDirectory();
 }
 
+// One change, the same way in memory and on disk: a visit adds one and dates the entry, and
+// ages the whole record when the counts grow too large.
+void apply(QHash<FilePath, Frecency::Entry>& entries, const Frecency::Change& change)
+{
+    if (change.forget) {
+        entries.remove(change.folder);
+        return;
+    }
+    Frecency::Entry& entry = entries[change.folder];
+    entry.count += 1.0;
+    entry.lastVisit = change.at;
+
+    double sum = 0.0;
+    for (const Frecency::Entry& e : std::as_const(entries))
+        sum += e.count;
+    if (sum <= Frecency::kAgingThreshold)
+        return;
+    for (auto it = entries.begin(); it != entries.end();) {
+        it->count *= Frecency::kAgingFactor;
+        if (it->count < Frecency::kForgetBelow)
+            it = entries.erase(it);
+        else
+            ++it;
+    }
+}
+
 } // namespace
 
 Frecency::Frecency(const FilePath& file, QObject* parent)
     : QObject(parent)
     , m_file(file.isEmpty() ? xdg::orwickDataDir().child(QStringLiteral("frecency.json")) : file)
-    , m_writer(std::make_shared<Writer>())
+    , m_store(m_file, {QStringLiteral("its record of the folders you visit"),
+                       QStringLiteral("the palette ranks folders from scratch")})
 {
     m_saveTimer.setSingleShot(true);
     m_saveTimer.setInterval(kDefaultSaveDelayMs);
@@ -116,13 +126,13 @@ Frecency::Frecency(const FilePath& file, QObject* parent)
 
 Frecency::~Frecency()
 {
-    if (m_saveTimer.isActive())
+    if (!m_unsaved.isEmpty())
         saveNow(false);
 }
 
 void Frecency::load()
 {
-    if (const auto document = readJsonFile(m_file))
+    if (const auto document = m_store.read())
         m_entries = fromJson(*document);
 }
 
@@ -130,24 +140,14 @@ void Frecency::record(const FilePath& folder, const QDateTime& now)
 {
     if (folder.isEmpty())
         return;
-    const qint64 at = now.toMSecsSinceEpoch();
-    Entry& entry = m_entries[folder];
-    entry.count += 1.0;
-    entry.lastVisit = at;
-
-    double sum = 0.0;
-    for (const Entry& e : std::as_const(m_entries))
-        sum += e.count;
-    if (sum > kAgingThreshold) {
-        for (auto it = m_entries.begin(); it != m_entries.end();) {
-            it->count *= kAgingFactor;
-            if (it->count < kForgetBelow)
-                it = m_entries.erase(it);
-            else
-                ++it;
-        }
-    }
+    change({folder, now.toMSecsSinceEpoch(), false});
     scheduleSave();
+}
+
+void Frecency::change(Change change)
+{
+    apply(m_entries, change);
+    m_unsaved.append(std::move(change));
 }
 
 double Frecency::ageWeight(qint64 secondsAgo)
@@ -169,6 +169,7 @@ std::vector<FrecentFolder> Frecency::ranked(const QDateTime& now)
     bool forgot = false;
     for (auto it = m_entries.begin(); it != m_entries.end();) {
         if (!isFolder(it.key())) {
+            m_unsaved.append({it.key(), at, true});
             it = m_entries.erase(it);
             forgot = true;
             continue;
@@ -202,20 +203,43 @@ void Frecency::scheduleSave()
 void Frecency::saveNow(bool inBackground)
 {
     m_saveTimer.stop();
-    const quint64 snapshot = ++m_snapshots;
-    auto work = [writer = m_writer, file = m_file, entries = m_entries, snapshot] {
-        return writer->write(file, toJson(entries), snapshot);
+    if (m_unsaved.isEmpty())
+        return;
+    if (inBackground && m_saving) { // one save at a time, so that they reach the disk in order
+        m_saveTimer.start();
+        return;
+    }
+    QList<Change> batch = std::exchange(m_unsaved, {});
+    auto work = [store = m_store, batch]() -> Result<QHash<FilePath, Entry>> {
+        QHash<FilePath, Entry> merged;
+        const auto written = store.update([&](const std::optional<QJsonDocument>& onDisk) {
+            merged = onDisk ? fromJson(*onDisk) : QHash<FilePath, Entry>();
+            for (const Change& change : batch)
+                apply(merged, change);
+            return toJson(merged);
+        });
+        if (!written)
+            return failure(written.error());
+        return merged;
     };
     if (!inBackground) {
         if (!work())
             qWarning("Frecency: the visit record could not be written to %s", m_file.c_str());
         return;
     }
-    runInBackground(this, std::move(work), [this](const Status& status) {
-        if (status)
-            Q_EMIT saved();
-        else
-            Q_EMIT saveFailed(status.error());
+    m_saving = true;
+    runInBackground(this, std::move(work), [this, batch](Result<QHash<FilePath, Entry>> result) {
+        m_saving = false;
+        if (!result) {
+            m_unsaved = batch + m_unsaved; // saved with the next change
+            Q_EMIT saveFailed(result.error());
+            return;
+        }
+        // What is on disk now, other processes' visits included, and what changed since.
+        m_entries = std::move(*result);
+        for (const Change& change : std::as_const(m_unsaved))
+            apply(m_entries, change);
+        Q_EMIT saved();
     });
 }
 

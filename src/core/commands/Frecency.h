@@ -3,23 +3,27 @@
 // the application and used on the GUI thread only; navigation records visits, the palette reads
 // the ranking to weigh folder rows.
 //
-// The record lives in frecency.json in Orwick's data folder: an object from folder path to
-// {"count": visit weight, "lastVisit": ISO 8601 time}. It is read once at construction; a
-// missing, damaged or differently shaped file gives an empty record, which the next save
-// overwrites. Saves are batched: each change restarts a short delay, and when it ends a snapshot
-// of the record is written off the GUI thread, whole and atomically. Snapshots are written in
-// the order they were taken, and one still pending when the object goes is written at once.
+// The record lives in frecency.json in Orwick's data folder, kept through a StoreFile: an object
+// from folder path to {"count": visit weight, "lastVisit": ISO 8601 time}. It is read once at
+// construction; a missing or differently shaped entry is left out, and a damaged file is set
+// aside with a notice and gives an empty record. Saves are batched: each change restarts a short
+// delay, and when it ends the changes made since the last save (visits, forgotten folders) are
+// applied off the GUI thread to what is on disk then, under the file's lock, so that several
+// Orwick processes add up their visits; the merged record becomes this one's. One save runs at a
+// time, and changes still unsaved when the object goes are saved at once. A save that fails
+// keeps its changes here for the next one; the window hears of it once (StoreNotices).
 //
-// Signals: saved() follows each snapshot written; saveFailed(message) follows a write that did
-// not succeed, with the sentence to show.
+// Signals: saved() follows each save written; saveFailed(message) follows a save that did not
+// succeed, with the sentence to show.
 
 #include "files/FilePath.h"
+#include "platform/StoreFile.h"
 
 #include <QDateTime>
 #include <QHash>
+#include <QJsonDocument>
 #include <QObject>
 #include <QTimer>
-#include <memory>
 #include <vector>
 
 namespace orwick {
@@ -67,21 +71,29 @@ public:
     void setSaveDelay(int milliseconds) { m_saveTimer.setInterval(milliseconds); }
     bool hasPendingSave() const { return m_saveTimer.isActive(); }
 
+    // One change to the record, kept until it is on disk.
+    struct Change {
+        FilePath folder;
+        qint64 at = 0;       // the visit's time, in milliseconds since the epoch
+        bool forget = false; // the folder is gone: drop its entry
+    };
+
 Q_SIGNALS:
     void saved();
     void saveFailed(const QString& message);
 
 private:
-    struct Writer;
     void load();
+    void change(Change change);
     void scheduleSave();
     void saveNow(bool inBackground);
 
     FilePath m_file;
+    StoreFile m_store;
     QHash<FilePath, Entry> m_entries;
+    QList<Change> m_unsaved;
     QTimer m_saveTimer;
-    std::shared_ptr<Writer> m_writer;
-    quint64 m_snapshots = 0;
+    bool m_saving = false;
 };
 
 } // namespace orwick

@@ -1,37 +1,66 @@
 #include "fileops/TrashLog.h"
 
 #include "fileops/UniqueName.h"
-#include "platform/JsonFile.h"
+#include "platform/Trash.h"
 #include "platform/XdgPaths.h"
 
 #include <QJsonObject>
 
 namespace orwick {
 
-TrashLog::TrashLog(FilePath file)
-    : m_file(file.isEmpty() ? xdg::orwickDataDir().child(QByteArrayView("trash-log.json")) : std::move(file))
+namespace {
+
+const QString kEntries = QStringLiteral("entries");
+
+bool hasTheShapeOfALog(const QJsonDocument& document)
 {
-    load();
+    if (!document.isObject())
+        return false;
+    const QJsonValue entries = document.object().value(kEntries);
+    return entries.isUndefined() || entries.isObject();
 }
 
-void TrashLog::load()
+// Gone from a Trash folder that is there: emptied. A Trash on a disk that isn't mounted now
+// leaves its entries alone.
+bool isEmptied(const FilePath& inTrash) { return !pathExists(inTrash) && pathExists(inTrash.parent()); }
+
+bool isStorable(const FilePath& inTrash, const FilePath& former)
 {
-    const auto document = readJsonFile(m_file);
-    if (!document)
-        return;
-    const QJsonObject entries = document->object().value(QStringLiteral("entries")).toObject();
-    for (auto it = entries.begin(); it != entries.end(); ++it) {
+    return isValidUtf8(inTrash.native()) && isValidUtf8(former.native());
+}
+
+} // namespace
+
+TrashLog::TrashLog(FilePath file)
+    : m_store(file.isEmpty() ? xdg::orwickDataDir().child(QByteArrayView("trash-log.json")) : std::move(file),
+              {QStringLiteral("its trash log"), QStringLiteral("Put Back goes by the Trash’s own records")},
+              &hasTheShapeOfALog)
+{
+    if (const auto document = m_store.read())
+        take(*document);
+}
+
+void TrashLog::take(const QJsonDocument& document)
+{
+    QHash<FilePath, FilePath> entries;
+    const QJsonObject object = document.object().value(kEntries).toObject();
+    for (auto it = object.begin(); it != object.end(); ++it) {
         const FilePath inTrash = FilePath::fromNative(it.key().toUtf8());
         const FilePath former = FilePath::fromNative(it.value().toString().toUtf8());
-        if (!inTrash.isEmpty() && !former.isEmpty() && pathExists(inTrash))
-            m_entries.insert(inTrash, former);
+        if (!inTrash.isEmpty() && !former.isEmpty() && !isEmptied(inTrash))
+            entries.insert(inTrash, former);
     }
+    // What the file can't hold stays as this process knows it.
+    for (auto it = m_entries.begin(); it != m_entries.end(); ++it)
+        if (!isStorable(it.key(), it.value()))
+            entries.insert(it.key(), it.value());
+    m_entries = std::move(entries);
 }
 
 std::optional<FilePath> TrashLog::formerPath(const FilePath& inTrash) const
 {
     const auto found = m_entries.constFind(inTrash);
-    if (found == m_entries.constEnd())
+    if (found == m_entries.constEnd() || !trash::isInTrustedTrash(inTrash))
         return std::nullopt;
     return *found;
 }
@@ -40,29 +69,45 @@ QList<FilePath> TrashLog::trashedItems() const
 {
     QList<FilePath> items;
     for (auto it = m_entries.begin(); it != m_entries.end(); ++it)
-        if (pathExists(it.key()))
+        if (pathExists(it.key()) && trash::isInTrustedTrash(it.key()))
             items.append(it.key());
     return items;
 }
 
 Status TrashLog::update(const QList<std::pair<FilePath, FilePath>>& added, const QList<FilePath>& removed)
 {
-    if (added.isEmpty() && removed.isEmpty())
+    if (added.isEmpty() && removed.isEmpty() && m_unsavedAdded.isEmpty() && m_unsavedRemoved.isEmpty())
         return {};
-    for (const FilePath& path : removed)
+    for (const FilePath& path : removed) {
         m_entries.remove(path);
-    for (const auto& [inTrash, former] : added)
+        m_unsavedAdded.remove(path);
+        m_unsavedRemoved.insert(path);
+    }
+    for (const auto& [inTrash, former] : added) {
         m_entries.insert(inTrash, former);
-    return save();
-}
-
-Status TrashLog::save() const
-{
-    QJsonObject entries;
-    for (auto it = m_entries.begin(); it != m_entries.end(); ++it)
-        if (isValidUtf8(it.key().native()) && isValidUtf8(it.value().native()))
-            entries.insert(it.key().text(), it.value().text());
-    return writeJsonFile(m_file, QJsonDocument(QJsonObject{{QStringLiteral("entries"), entries}}));
+        m_unsavedAdded.insert(inTrash, former);
+        m_unsavedRemoved.remove(inTrash);
+    }
+    const auto written = m_store.update([this](const std::optional<QJsonDocument>& onDisk) {
+        QJsonObject entries = onDisk ? onDisk->object().value(kEntries).toObject() : QJsonObject();
+        for (auto it = entries.begin(); it != entries.end();) {
+            const FilePath inTrash = FilePath::fromNative(it.key().toUtf8());
+            if (m_unsavedRemoved.contains(inTrash) || isEmptied(inTrash))
+                it = entries.erase(it);
+            else
+                ++it;
+        }
+        for (auto it = m_unsavedAdded.begin(); it != m_unsavedAdded.end(); ++it)
+            if (isStorable(it.key(), it.value()))
+                entries.insert(it.key().text(), it.value().text());
+        return QJsonDocument(QJsonObject{{kEntries, entries}});
+    });
+    if (!written)
+        return failure(written.error()); // kept here, saved with the next change
+    take(*written);
+    m_unsavedAdded.clear();
+    m_unsavedRemoved.clear();
+    return {};
 }
 
 } // namespace orwick

@@ -1,16 +1,24 @@
 #pragma once
 // TrashLog: where each item Orwick moved to the Trash came from, so that "Put Back" finds its
-// place. Kept in trash-log.json in Orwick's data folder as {"entries": {trash path: former path}},
-// read once when made and rewritten whole after each change. Entries whose item is no longer
-// in the Trash (emptied by another program) are dropped when read. Paths that are not UTF-8
-// stay in memory only; their .trashinfo holds them exactly.
+// place. Kept in trash-log.json in Orwick's data folder as {"entries": {trash path: former path}}
+// through a StoreFile: read once when made; each change is merged under the file's lock with
+// what other Orwick processes logged meanwhile, and the merged log is what this one then holds.
+// A damaged file is set aside with a notice; a file that can't be written is said once, and the
+// changes stay here and are saved with the next one.
+//
+// Entries whose item is gone from a Trash folder that is there (emptied by another program) are
+// dropped; entries on a disk that isn't mounted are kept. Paths that are not UTF-8 stay in
+// memory only; their .trashinfo holds them exactly. Items lying in a Trash folder that fails
+// the Trash's safety checks (another user's) are never put back from the log.
 // Lives on the interface thread.
 
 #include "base/Result.h"
 #include "files/FilePath.h"
+#include "platform/StoreFile.h"
 
 #include <QHash>
 #include <QList>
+#include <QSet>
 #include <optional>
 #include <utility>
 
@@ -26,15 +34,17 @@ public:
     QList<FilePath> trashedItems() const;
     qsizetype size() const { return m_entries.size(); }
 
-    // Adds and removes entries and saves the file once.
+    // Adds and removes entries and saves them, merged with what is on disk now.
     [[nodiscard]] Status update(const QList<std::pair<FilePath, FilePath>>& added, const QList<FilePath>& removed);
 
 private:
-    void load();
-    [[nodiscard]] Status save() const;
+    void take(const QJsonDocument& document);
 
-    FilePath m_file;
+    StoreFile m_store;
     QHash<FilePath, FilePath> m_entries;
+    // Changes not on disk yet (the last write failed).
+    QHash<FilePath, FilePath> m_unsavedAdded;
+    QSet<FilePath> m_unsavedRemoved;
 };
 
 } // namespace orwick

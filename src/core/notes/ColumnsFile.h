@@ -1,9 +1,9 @@
 #pragma once
 // columns.json: every folder's database settings (FolderColumns), keyed by folder path, in
-// Orwick's data folder. A missing or damaged file gives no settings; a damaged one is moved aside
-// to "columns.damaged.json" (so the next save doesn't overwrite what it held) and says so in
-// `message`. An entry that can't be read is kept as it was and written back unchanged, so a
-// damaged entry never costs the others.
+// Orwick's data folder, kept through a StoreFile. A missing or damaged file gives no settings; a
+// damaged one is set aside as "columns.damaged.json" (so the next save doesn't overwrite what it
+// held) and the window is told (StoreNotices). An entry that can't be read is kept as it was and
+// written back unchanged, so a damaged entry never costs the others.
 
 #include "base/Result.h"
 #include "notes/FolderColumns.h"
@@ -16,11 +16,11 @@ namespace orwick {
 struct ColumnsFile {
     QHash<FilePath, FolderColumns> folders;
     QJsonObject unreadable; // entries kept verbatim
-    QString message;        // why the file gave no settings, for the user; empty when it read
 
     static FilePath location(); // $XDG_DATA_HOME/Orwick/columns.json
     static ColumnsFile read(const FilePath& path = location());
-    // Written whole and atomically. Folders whose path isn't UTF-8 text are kept only in memory.
+    // Written whole and atomically, under the file's lock. Folders whose path isn't UTF-8 text
+    // are kept only in memory.
     [[nodiscard]] Status write(const FilePath& path = location()) const;
 };
 

@@ -65,10 +65,6 @@ public:
     void setColor(std::optional<int> index, const QString& option, const QString& key, const FilePath& folder,
                   QUndoStack* undo = nullptr);
 
-    // Why columns.json gave no settings at start (damaged, moved aside), for the user; empty
-    // when it read, or once taken.
-    QString takeSettingsMessage() { return std::exchange(m_columns.message, QString()); }
-
     // The folder's settings, or empty defaults.
     FolderColumns columns(const FilePath& folder) const;
     // Replaces and saves a folder's settings (shown columns, widths, filters, layout…).

@@ -2,6 +2,8 @@
 
 #include "platform/DirectoryReader.h"
 #include "platform/ErrorText.h"
+#include "platform/TrashFolder.h"
+#include "platform/UniqueFd.h"
 #include "platform/XdgPaths.h"
 
 #include <QDateTime>
@@ -60,11 +62,16 @@ FilePath mountTop(const FilePath& path, quint64 device)
     return top;
 }
 
-// Per-volume Trash folders found so far, by device (checked again before every use).
+// Per-volume Trash folders found so far, by device; checked again before every use (a device
+// number is reused after an unmount, and a folder's owner can change).
+struct VolumeTrash {
+    FilePath top;
+    FilePath folder;
+};
 QMutex cacheLock;
-QHash<quint64, FilePath>& volumeTrashCache()
+QHash<quint64, VolumeTrash>& volumeTrashCache()
 {
-    static QHash<quint64, FilePath> cache;
+    static QHash<quint64, VolumeTrash> cache;
     return cache;
 }
 
@@ -73,25 +80,64 @@ Result<FilePath> volumeTrash(const FilePath& path, quint64 device)
     {
         QMutexLocker locker(&cacheLock);
         const auto found = volumeTrashCache().constFind(device);
-        if (found != volumeTrashCache().constEnd() && statPath(*found))
-            return *found;
+        if (found != volumeTrashCache().constEnd()) {
+            const auto top = statPath(found->top);
+            if (top && top->device == device && checkTrashFolder(found->folder))
+                return found->folder;
+            volumeTrashCache().remove(device);
+        }
     }
     const FilePath top = mountTop(path, device);
-    const QByteArray uid = QByteArray::number(getuid());
-    FilePath folder;
-    // An admin-made shared .Trash (sticky, not a link) holds one folder per user.
-    const FilePath shared = top.child(QByteArrayView(".Trash"));
-    const auto sharedStat = statPath(shared);
-    if (sharedStat && sharedStat->isDirectory() && (sharedStat->mode & S_ISVTX)
-        && makeTrashFolder(shared.child(QByteArrayView(uid))))
-        folder = shared.child(QByteArrayView(uid));
-    else if (makeTrashFolder(top.child(QByteArrayView(".Trash-" + uid))))
-        folder = top.child(QByteArrayView(".Trash-" + uid));
-    else
-        return failure(QStringLiteral("there’s no Trash on the disk “%1” (%2)").arg(top.abbreviated(), errorReason(errno)));
+    auto folder = volumeTrashFolder(top);
+    if (!folder)
+        return folder;
     QMutexLocker locker(&cacheLock);
-    volumeTrashCache().insert(device, folder);
+    volumeTrashCache().insert(device, {top, *folder});
     return folder;
+}
+
+// Opens `name` in the Trash folder `parentFd` (files/ or info/), making it when missing; never
+// through a link.
+int openSubfolder(int parentFd, const char* name)
+{
+    int fd = ::openat(parentFd, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    if (fd < 0 && errno == ENOENT && (::mkdirat(parentFd, name, 0700) == 0 || errno == EEXIST))
+        fd = ::openat(parentFd, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    return fd;
+}
+
+// The Trash folder opened for one trashing, checked on the open descriptor so that nothing
+// swapped in after the check by path receives the item.
+struct OpenTrash {
+    int files = -1;
+    int info = -1;
+    OpenTrash() = default;
+    OpenTrash(const OpenTrash&) = delete;
+    ~OpenTrash()
+    {
+        for (int fd : {files, info})
+            if (fd >= 0)
+                ::close(fd);
+    }
+};
+
+Status openTrash(const FilePath& folder, OpenTrash& open)
+{
+    const bool home = folder == xdg::homeTrash();
+    // The home Trash may be a link the user made; a volume's Trash never is.
+    const UniqueFd fd(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | (home ? 0 : O_NOFOLLOW)));
+    if (!fd.ok())
+        return failure(errorReason(errno));
+    if (!home) {
+        struct stat st {};
+        if (::fstat(fd.get(), &st) != 0)
+            return failure(errorReason(errno));
+        if (const Status safe = checkOwnFolder(st, folder.fileName()); !safe)
+            return failure(QStringLiteral("the Trash on this disk isn’t safe to use: ") + safe.error());
+    }
+    if ((open.files = openSubfolder(fd.get(), "files")) < 0 || (open.info = openSubfolder(fd.get(), "info")) < 0)
+        return failure(errorReason(errno));
+    return {};
 }
 
 QByteArray infoText(const FilePath& item, const FilePath& trashFolder)
@@ -153,36 +199,33 @@ Result<FilePath> trashItem(const FilePath& item)
     const auto folder = trashFolderFor(item);
     if (!folder)
         return failure(folder.error());
+    OpenTrash open;
+    if (const Status opened = openTrash(*folder, open); !opened)
+        return failure(opened.error());
     const FilePath files = folder->child(QByteArrayView("files"));
-    const FilePath info = folder->child(QByteArrayView("info"));
     const QByteArray text = infoText(item, *folder);
     const QByteArray name = item.fileNameBytes();
     for (int count = 1; count < 100000; ++count) {
         const QByteArray candidate = candidateName(name, count);
         // The .trashinfo is made first and exclusively: it reserves the name in the Trash.
-        const FilePath infoFile = info.child(QByteArrayView(candidate + kInfoSuffix));
-        int fd = ::open(infoFile.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-        if (fd < 0 && errno == ENOENT && makeTrashFolder(*folder))
-            fd = ::open(infoFile.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+        const QByteArray infoName = candidate + kInfoSuffix;
+        const int fd = ::openat(open.info, infoName.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         if (fd < 0) {
             if (errno == EEXIST)
                 continue;
             return failure(errorReason(errno));
         }
         const bool written = writeAll(fd, text);
+        const int writeError = errno;
         ::close(fd);
         if (!written) {
-            ::unlink(infoFile.c_str());
-            return failure(QStringLiteral("the Trash’s record can’t be written (%1)").arg(errorReason(errno)));
+            ::unlinkat(open.info, infoName.constData(), 0);
+            return failure(QStringLiteral("the Trash’s record can’t be written (%1)").arg(errorReason(writeError)));
         }
-        const FilePath target = files.child(QByteArrayView(candidate));
-        if (::renameat2(AT_FDCWD, item.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0)
-            return target;
-        if (errno == ENOENT && statPath(item) && makeTrashFolder(*folder)
-            && ::renameat2(AT_FDCWD, item.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0)
-            return target; // files/ was missing
+        if (::renameat2(AT_FDCWD, item.c_str(), open.files, candidate.constData(), RENAME_NOREPLACE) == 0)
+            return files.child(QByteArrayView(candidate));
         const int error = errno;
-        ::unlink(infoFile.c_str());
+        ::unlinkat(open.info, infoName.constData(), 0);
         if (error != EEXIST)
             return failure(errorReason(error));
     }
@@ -197,6 +240,8 @@ FilePath infoFileFor(const FilePath& trashedItem)
 
 std::optional<FilePath> originalPath(const FilePath& trashedItem)
 {
+    if (!isInTrustedTrash(trashedItem))
+        return std::nullopt; // what another user's folder says is not believed
     const FilePath infoFile = infoFileFor(trashedItem);
     FILE* file = fopen(infoFile.c_str(), "re");
     if (!file)
@@ -229,6 +274,11 @@ std::optional<FilePath> originalPathIn(QByteArrayView info, const FilePath& tras
 }
 
 void removeInfo(const FilePath& trashedItem) { ::unlink(infoFileFor(trashedItem).c_str()); }
+
+bool isInTrustedTrash(const FilePath& path)
+{
+    return isInTrash(path) && checkTrashFolder(path.parent().parent());
+}
 
 bool isInTrash(const FilePath& path)
 {

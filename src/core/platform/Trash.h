@@ -3,7 +3,10 @@
 // own volume and gets an `info/NAME.trashinfo` with its percent-encoded former Path and the
 // DeletionDate. The home Trash ($XDG_DATA_HOME/Trash) serves the home's volume; an item on
 // another volume goes to $topdir/.Trash/$UID (when an admin made a sticky .Trash) or
-// $topdir/.Trash-$UID, so trashing is always a rename, never a copy.
+// $topdir/.Trash-$UID, so trashing is always a rename, never a copy. A volume's Trash folder is
+// used only when it passes the safety checks of TrashFolder.h (checked again on the open folder
+// right before each item goes in); otherwise the item stays where it is and the reason says why.
+// The home Trash and its folders are made with mode 0700.
 //
 // All functions are plain system calls, safe on any thread, and keep names as bytes.
 
@@ -23,7 +26,8 @@ namespace orwick::trash {
 // For an item lying in `files/` of a Trash: its .trashinfo file.
 FilePath infoFileFor(const FilePath& trashedItem);
 
-// The former path recorded in the item's .trashinfo, if it can be read.
+// The former path recorded in the item's .trashinfo, if it can be read and the Trash folder
+// holding it passes the safety checks (TrashFolder.h).
 std::optional<FilePath> originalPath(const FilePath& trashedItem);
 // The former path that the text of `trashedItem`'s .trashinfo records: none when there is no
 // usable Path line, when it holds a NUL byte or when a relative path leads out of the volume.
@@ -34,5 +38,8 @@ void removeInfo(const FilePath& trashedItem);
 
 // True when `path` lies in `files/` of a Trash folder (home or per-volume).
 bool isInTrash(const FilePath& path);
+// True when `path` lies in `files/` of the home Trash or of a volume's Trash folder of the user
+// that passes the safety checks: only such items are listed as ours and put back.
+bool isInTrustedTrash(const FilePath& path);
 
 } // namespace orwick::trash

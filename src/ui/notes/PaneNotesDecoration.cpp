@@ -87,9 +87,6 @@ void PaneNotesDecoration::attach(MainWindow* window, FileProperties* store)
     // Undo and redo of property edits run outside any pane: their failures are the window's.
     QObject::connect(store, &FileProperties::writeFailed, window,
                      [window](const QString& message) { window->toasts()->show(message); });
-    // A damaged columns.json was set aside at start: say so once the window shows.
-    if (const QString message = store->takeSettingsMessage(); !message.isEmpty())
-        QTimer::singleShot(0, window, [window, message] { window->toasts()->show(message); });
     window->addPaneDecorator([window, store](PaneWidget* widget) {
         new PaneNotesDecoration(widget, store, window->state()->undoStack(),
                                 [window](const QString& message) { window->toasts()->show(message); });

@@ -1,12 +1,15 @@
 #include "commands/Frecency.h"
 
 #include "platform/JsonFile.h"
+#include "platform/StoreNotices.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 
 #include <QDir>
 #include <QJsonObject>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace orwick;
 using namespace orwick::test;
@@ -18,6 +21,13 @@ const QDateTime kNow = QDateTime::fromString(QStringLiteral("2026-06-01T12:00:00
 QByteArray entryJson(double count, const QString& lastVisit = QStringLiteral("2026-06-01T11:00:00.000Z"))
 {
     return QStringLiteral(R"({"count": %1, "lastVisit": "%2"})").arg(count).arg(lastVisit).toUtf8();
+}
+
+// The visit weight frecency.json holds for `folder`; 0 when it holds none.
+double countOnDisk(const FilePath& file, const char* folder)
+{
+    const auto document = readJsonFile(file);
+    return document ? document->object().value(QLatin1StringView(folder)).toObject().value("count").toDouble() : 0.0;
 }
 
 struct FrecencyFixture : ::testing::Test {
@@ -132,6 +142,54 @@ TEST_F(FrecencyFixture, DamagedOrOddFilesGiveAnEmptyRecordThatTheNextSaveReplace
     EXPECT_EQ(saved->object().keys(), QStringList{QStringLiteral("/new")});
 }
 
+TEST_F(FrecencyFixture, DamagedFileIsKeptAsideWithOneMessageAndNotOverwritten)
+{
+    StoreNotices::takePending();
+    writeRecord("{\"/a\": {\"count\": 3,");
+    {
+        Frecency frecency(file);
+        EXPECT_TRUE(frecency.entries().isEmpty());
+        frecency.record(FilePath::fromNative("/new"), kNow);
+    }
+    EXPECT_EQ(readAll(tree.path(QStringLiteral("data/frecency.damaged.json"))), "{\"/a\": {\"count\": 3,");
+    const QStringList messages = StoreNotices::takePending();
+    ASSERT_EQ(messages.size(), 1);
+    EXPECT_EQ(messages[0], QStringLiteral("Orwick couldn’t read its record of the folders you visit, so the palette ranks "
+                                          "folders from scratch. The damaged file was kept as “%1”.")
+                               .arg(tree.path(QStringLiteral("data/frecency.damaged.json")).abbreviated()));
+    EXPECT_EQ(readJsonFile(file)->object().keys(), QStringList{QStringLiteral("/new")});
+}
+
+TEST_F(FrecencyFixture, TwoProcessesAddUpTheirVisits)
+{
+    writeRecord("{\"/both\": " + entryJson(10) + "}");
+    const pid_t child = fork();
+    if (child == 0) {
+        // A forked child has no pool threads: each object saves as it goes, on this thread.
+        for (int i = 0; i < 30; ++i) {
+            Frecency frecency(file);
+            frecency.record(FilePath::fromNative("/both"), kNow);
+            frecency.record(FilePath::fromNative("/child"), kNow);
+        }
+        _exit(0);
+    }
+    {
+        Frecency frecency(file);
+        frecency.setSaveDelay(1);
+        for (int i = 0; i < 30; ++i) {
+            frecency.record(FilePath::fromNative("/both"), kNow);
+            frecency.record(FilePath::fromNative("/parent"), kNow);
+            waitUntil([] { return false; }, 2);
+        }
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_DOUBLE_EQ(countOnDisk(file, "/parent"), 30.0);
+    EXPECT_DOUBLE_EQ(countOnDisk(file, "/child"), 30.0);
+    EXPECT_DOUBLE_EQ(countOnDisk(file, "/both"), 70.0);
+}
+
 TEST_F(FrecencyFixture, UnsoundEntriesAreLeftOutAndSoundOnesKept)
 {
     writeRecord("{\"/good\": " + entryJson(3) + R"(, "/noDate": {"count": 2}, "/textCount": {"count": "2",
@@ -189,7 +247,30 @@ TEST_F(FrecencyFixture, UnwritableFileIsReported)
     frecency.setSaveDelay(1);
     QString message;
     QObject::connect(&frecency, &Frecency::saveFailed, [&](const QString& text) { message = text; });
+    StoreNotices::takePending();
     frecency.record(FilePath::fromNative("/x"), kNow);
     ASSERT_TRUE(waitUntil([&] { return !message.isEmpty(); }));
     EXPECT_TRUE(message.startsWith(QStringLiteral("Couldn’t"))) << message.toStdString();
+    // More failed saves say nothing more to the window, and lose nothing.
+    for (int i = 0; i < 3; ++i) {
+        message.clear();
+        frecency.record(FilePath::fromNative("/y"), kNow);
+        ASSERT_TRUE(waitUntil([&] { return !message.isEmpty(); }));
+    }
+    const QStringList notices = StoreNotices::takePending();
+    ASSERT_EQ(notices.size(), 1);
+    EXPECT_TRUE(notices[0].startsWith(QStringLiteral("Orwick couldn’t save its record of the folders you visit")))
+        << notices[0].toStdString();
+    EXPECT_DOUBLE_EQ(countOf(frecency, "/y"), 3.0);
+
+    // Once the folder can be made, the next save writes every visit kept meanwhile.
+    ASSERT_EQ(::unlink(tree.path(QStringLiteral("blocker")).c_str()), 0);
+    bool saved = false;
+    QObject::connect(&frecency, &Frecency::saved, [&] { saved = true; });
+    frecency.record(FilePath::fromNative("/z"), kNow);
+    ASSERT_TRUE(waitUntil([&] { return saved; }));
+    const FilePath onDisk = tree.path(QStringLiteral("blocker/frecency.json"));
+    EXPECT_DOUBLE_EQ(countOnDisk(onDisk, "/x"), 1.0);
+    EXPECT_DOUBLE_EQ(countOnDisk(onDisk, "/y"), 3.0);
+    EXPECT_DOUBLE_EQ(countOnDisk(onDisk, "/z"), 1.0);
 }

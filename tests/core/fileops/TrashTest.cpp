@@ -4,6 +4,7 @@
 
 #include "fileops/TrashLog.h"
 #include "fileops/UniqueName.h"
+#include "platform/StoreNotices.h"
 #include "platform/Trash.h"
 #include "platform/XdgPaths.h"
 
@@ -141,7 +142,7 @@ TEST_F(FileOpsTest, ItemOnAnotherVolumeGoesToThatVolumesTrash)
     EXPECT_FALSE(exists(trash::infoFileFor(inTrash)));
 }
 
-TEST_F(FileOpsTest, DamagedTrashLogCountsAsEmpty)
+TEST_F(FileOpsTest, DamagedTrashLogIsKeptAsideAndTheNextTrashingStartsANewOne)
 {
     const FilePath logFile = xdg::orwickDataDir().child(QStringLiteral("trash-log.json"));
     mkdir(logFile.parent().c_str(), 0700);
@@ -149,10 +150,23 @@ TEST_F(FileOpsTest, DamagedTrashLogCountsAsEmpty)
     ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
     damaged.write("{ not json");
     damaged.close();
-    TrashLog log;
-    EXPECT_EQ(log.size(), 0);
-    EXPECT_TRUE(log.update({{file(QStringLiteral("t"), "t"), tree.path("x")}}, {}).has_value());
-    EXPECT_TRUE(readAll(logFile).contains("\"entries\""));
+    StoreNotices::takePending();
+    FileOperations engine;
+    EXPECT_EQ(engine.trashLog().size(), 0);
+    const FilePath aside = logFile.parent().child(QStringLiteral("trash-log.damaged.json"));
+    EXPECT_EQ(readAll(aside), "{ not json");
+    const QStringList messages = StoreNotices::takePending();
+    ASSERT_EQ(messages.size(), 1);
+    EXPECT_EQ(messages[0], QStringLiteral("Orwick couldn’t read its trash log, so Put Back goes by the Trash’s own "
+                                          "records. The damaged file was kept as “%1”.")
+                               .arg(aside.abbreviated()));
+
+    const FilePath item = file(QStringLiteral("t"), "t");
+    ops.trash({item}, QStringLiteral("Move to Trash"), &stack);
+    settle();
+    EXPECT_EQ(TrashLog().formerPath(homeTrashFiles().child(QStringLiteral("t"))), item);
+    EXPECT_EQ(readAll(aside), "{ not json"); // the damaged copy stays as it was
+    ::unlink(aside.c_str());
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "files/Arrangement.h"
 #include "notes/FileProperties.h"
+#include "platform/StoreNotices.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 
@@ -249,11 +250,13 @@ TEST_F(FilePropertiesTest, SettingsPersistAndDamagedEntriesSurvive)
 TEST_F(FilePropertiesTest, DamagedColumnsFileGivesDefaultsAMessageAndIsKept)
 {
     m_tree.file(QString("data/columns.json"), "{ damaged");
+    StoreNotices::takePending();
     FileProperties store(nullptr, columnsFile());
     EXPECT_EQ(store.columns(m_tree.root()), FolderColumns());
-    const QString message = store.takeSettingsMessage();
-    EXPECT_TRUE(message.contains("couldn’t read its column settings")) << message.toStdString();
-    EXPECT_TRUE(store.takeSettingsMessage().isEmpty()); // said once
+    const QStringList messages = StoreNotices::takePending();
+    ASSERT_EQ(messages.size(), 1); // said once
+    EXPECT_TRUE(messages[0].contains("couldn’t read its column settings")) << messages[0].toStdString();
+    EXPECT_TRUE(messages[0].contains("columns.damaged.json")) << messages[0].toStdString();
     // The next save starts a new file; the damaged one stays where the message says.
     FolderColumns columns;
     columns.shown = {"a"};
@@ -261,7 +264,8 @@ TEST_F(FilePropertiesTest, DamagedColumnsFileGivesDefaultsAMessageAndIsKept)
     EXPECT_EQ(readAll(m_tree.path("data/columns.damaged.json")), "{ damaged");
     EXPECT_EQ(FileProperties(nullptr, columnsFile()).columns(m_tree.folder("n")).shown, QStringList{"a"});
     // A file that is simply not there yet is no news.
-    EXPECT_TRUE(FileProperties(nullptr, m_tree.path("data/none.json")).takeSettingsMessage().isEmpty());
+    FileProperties none(nullptr, m_tree.path("data/none.json"));
+    EXPECT_TRUE(StoreNotices::takePending().isEmpty());
 }
 
 TEST_F(FilePropertiesTest, DeleteAPropertyAcrossTheFolder)
