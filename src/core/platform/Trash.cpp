@@ -49,13 +49,34 @@ bool makeTrashFolder(const FilePath& folder)
         && makeFolder(folder.child(QByteArrayView("info")));
 }
 
-// The top folder of the volume that holds `path`: the last ancestor on the same device.
+// The mount an item lies on, or -1 when the file system can't say. Bind mounts of one disk
+// share its device number but not their mount: a rename between them fails like one between disks.
+int mountIdOf(const FilePath& path)
+{
+    alignas(file_handle) unsigned char storage[sizeof(file_handle) + MAX_HANDLE_SZ] = {};
+    auto* handle = reinterpret_cast<file_handle*>(storage);
+    handle->handle_bytes = MAX_HANDLE_SZ;
+    int id = -1;
+    return name_to_handle_at(AT_FDCWD, path.c_str(), handle, &id, 0) == 0 ? id : -1;
+}
+
+bool onOneMount(const FilePath& a, const FilePath& b)
+{
+    const int first = mountIdOf(a);
+    const int second = mountIdOf(b);
+    return first < 0 || second < 0 || first == second;
+}
+
+// The top folder of the volume that holds `path`: the last ancestor on the same device and mount.
 FilePath mountTop(const FilePath& path, quint64 device)
 {
+    const int mount = mountIdOf(path);
     FilePath top = path;
     while (!top.isRoot()) {
         const auto st = statPath(top.parent());
         if (!st || st->device != device)
+            break;
+        if (const int parentMount = mountIdOf(top.parent()); mount >= 0 && parentMount >= 0 && parentMount != mount)
             break;
         top = top.parent();
     }
@@ -82,9 +103,9 @@ Result<FilePath> volumeTrash(const FilePath& path, quint64 device)
         const auto found = volumeTrashCache().constFind(device);
         if (found != volumeTrashCache().constEnd()) {
             const auto top = statPath(found->top);
-            if (top && top->device == device && checkTrashFolder(found->folder))
+            if (top && top->device == device && onOneMount(found->top, path) && checkTrashFolder(found->folder))
                 return found->folder;
-            volumeTrashCache().remove(device);
+            volumeTrashCache().remove(device); // another mount of the device, or no longer usable
         }
     }
     const FilePath top = mountTop(path, device);
@@ -187,7 +208,7 @@ Result<FilePath> trashFolderFor(const FilePath& path)
             return failure(QStringLiteral("the Trash folder can’t be made (%1)").arg(errorReason(errno)));
         homeStat = statPath(home);
     }
-    if (homeStat && homeStat->device == st->device)
+    if (homeStat && homeStat->device == st->device && onOneMount(home, path))
         return home;
     return volumeTrash(path, st->device);
 }
