@@ -5,7 +5,14 @@ JOBS ?= $(shell nproc)
 export CCACHE_BASEDIR := $(CURDIR)
 CMAKE_FLAGS ?=
 
-.PHONY: deps build run test bench fuzz clean
+# `make test SANITIZE=1` also runs the core tests built with the address and undefined-behaviour
+# sanitizers, in $(BUILD)-asan.
+SANITIZE ?=
+# ASan and UBSan stop at the first error and say where.
+export ASAN_OPTIONS ?= detect_leaks=1:detect_stack_use_after_return=1
+export UBSAN_OPTIONS ?= print_stacktrace=1:halt_on_error=1
+
+.PHONY: deps build run test sanitize bench fuzz clean
 
 deps:
 	@scripts/install-deps $(DEPS_FLAGS)
@@ -21,7 +28,17 @@ run: build
 
 test: DEPS_FLAGS = --with-checks
 test: build
-	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+	cd $(BUILD) && ctest --output-on-failure -j $(JOBS) --output-junit junit.xml
+ifeq ($(SANITIZE),1)
+	$(MAKE) --no-print-directory sanitize
+endif
+
+# The core tests alone, sanitized: a separate build folder, the interface's tests left out.
+sanitize: DEPS_FLAGS = --with-checks
+sanitize: deps
+	cmake -S . -B $(BUILD)-asan -G Ninja -DORWICK_SANITIZE=ON $(CMAKE_FLAGS) >/dev/null
+	cmake --build $(BUILD)-asan -j $(JOBS) --target orwick_core_tests
+	cd $(BUILD)-asan && ctest --output-on-failure -j $(JOBS) -E '_NOT_BUILT' --output-junit junit.xml
 
 bench: DEPS_FLAGS = --with-bench
 bench: deps
@@ -35,4 +52,4 @@ fuzz: deps
 	fuzz/fuzz.sh $(BUILD)-fuzz
 
 clean:
-	rm -rf $(BUILD) $(BUILD)-bench
+	rm -rf $(BUILD) $(BUILD)-bench $(BUILD)-asan $(BUILD)-fuzz
