@@ -44,6 +44,16 @@ TEST_F(FileOpsTest, TrashWritesTheInfoFileAndTheLog)
     EXPECT_EQ(TrashLog().formerPath(inTrash), item);
 }
 
+TEST_F(FileOpsTest, HomeTrashIsMadePrivate)
+{
+    ASSERT_FALSE(exists(xdg::homeTrash()));
+    ops.trash({file("private.txt", "p")}, QStringLiteral("Move to Trash"), &stack, false);
+    settle();
+    EXPECT_TRUE(exists(homeTrashFiles().child(QStringLiteral("private.txt"))));
+    for (const FilePath& folder : {xdg::homeTrash(), homeTrashFiles(), xdg::homeTrash().child(QStringLiteral("info"))})
+        EXPECT_EQ(statOf(folder).st_mode & 07777, 0700u) << folder.c_str();
+}
+
 TEST_F(FileOpsTest, TrashKeepsBothItemsOfOneName)
 {
     const FilePath first = file("a/x.txt", "1");

@@ -3,6 +3,7 @@
 
 #include "platform/StoreFile.h"
 #include "platform/StoreNotices.h"
+#include "support/ScratchMount.h"
 #include "support/TempHome.h"
 
 #include <QCoreApplication>
@@ -181,6 +182,37 @@ TEST_F(StoreFileTest, NoticesWaitForTheWindowAndThenArriveOnItsThread)
     StoreNotices::deliverTo(nullptr, {});
     StoreNotices::post(QStringLiteral("waiting"));
     EXPECT_EQ(StoreNotices::takePending(), QStringList{QStringLiteral("waiting")});
+}
+
+} // namespace
+} // namespace orwick::test
+
+namespace orwick::test {
+namespace {
+
+TEST(StoreFault, ReadOnlyDiskIsSaidOnceAndTheOldFileKept)
+{
+    ScratchMount disk("tmpfs", "size=1m,nr_inodes=100");
+    if (!disk.ok())
+        GTEST_SKIP() << disk.why().toStdString();
+    const StoreFile file(disk.root().child(QStringLiteral("things.json")),
+                         {QStringLiteral("its things"), QStringLiteral("it starts with none")});
+    const auto write = [&file](const QString& key) {
+        return file.update([&](const std::optional<QJsonDocument>& onDisk) {
+            QJsonObject object = onDisk ? onDisk->object() : QJsonObject();
+            object.insert(key, true);
+            return QJsonDocument(object);
+        });
+    };
+    ASSERT_TRUE(write(QStringLiteral("before")));
+    ASSERT_TRUE(disk.makeReadOnly());
+    StoreNotices::takePending();
+    EXPECT_FALSE(write(QStringLiteral("a")));
+    EXPECT_FALSE(write(QStringLiteral("b")));
+    const QStringList messages = StoreNotices::takePending();
+    ASSERT_EQ(messages.size(), 1) << messages.join('\n').toStdString();
+    EXPECT_TRUE(messages[0].contains(QStringLiteral(": the disk is read-only."))) << messages[0].toStdString();
+    EXPECT_EQ(file.read()->object().keys(), QStringList{QStringLiteral("before")});
 }
 
 } // namespace
