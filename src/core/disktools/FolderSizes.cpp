@@ -2,6 +2,7 @@
 
 #include "disktools/SpaceScan.h"
 #include "disktools/WalkPool.h"
+#include "platform/DirectoryReader.h"
 
 #include <QElapsedTimer>
 #include <QPointer>
@@ -12,6 +13,16 @@ namespace orwick {
 
 namespace {
 constexpr qint64 kBatchMs = 100;
+constexpr qint64 kUnreadable = -1; // in a batch: the folder itself could not be opened
+
+// The folder's size; kUnreadable when it can't be opened (the walk would call it empty);
+// nothing when cancelled.
+std::optional<qint64> measureOne(const FilePath& folder, const CancelFlag& cancel)
+{
+    if (!DirectoryHandle::open(folder, FollowLinks::yes))
+        return kUnreadable;
+    return SpaceScan::measure(folder, cancel);
+}
 } // namespace
 
 FolderSizes::FolderSizes(QObject* parent) : QObject(parent) {}
@@ -30,6 +41,7 @@ void FolderSizes::clear()
     m_folder = {};
     m_sizes = std::make_shared<const Sizes>();
     m_pending.clear();
+    m_unreadable.clear();
     if (hadAny)
         Q_EMIT changed();
 }
@@ -42,6 +54,7 @@ void FolderSizes::measure(const FilePath& folder, const QList<FilePath>& subfold
     const quint64 generation = ++m_generation;
     m_folder = folder;
     m_pending = QSet<FilePath>(subfolders.begin(), subfolders.end());
+    m_unreadable -= m_pending;
     Q_EMIT changed();
 
     QPointer<FolderSizes> guard(this);
@@ -63,7 +76,7 @@ void FolderSizes::measure(const FilePath& folder, const QList<FilePath>& subfold
         WalkPool pool(metadataWalkThreads());
         for (const FilePath& sub : subfolders) {
             pool.post([&, sub](int) {
-                const std::optional<qint64> bytes = token->isCancelled() ? std::nullopt : SpaceScan::measure(sub, *token);
+                const std::optional<qint64> bytes = token->isCancelled() ? std::nullopt : measureOne(sub, *token);
                 if (!bytes)
                     return; // cancelled: nothing more is wanted
                 const std::lock_guard<std::mutex> locked(lock);
@@ -84,7 +97,12 @@ void FolderSizes::apply(quint64 generation, const std::vector<std::pair<FilePath
         return; // cleared or started again meanwhile
     Sizes sizes = *m_sizes;
     for (const auto& [url, bytes] : batch) {
-        sizes.insert(url, bytes);
+        if (bytes == kUnreadable) {
+            sizes.remove(url);
+            m_unreadable.insert(url);
+        } else {
+            sizes.insert(url, bytes);
+        }
         m_pending.remove(url);
     }
     m_sizes = std::make_shared<const Sizes>(std::move(sizes));

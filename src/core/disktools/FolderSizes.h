@@ -6,7 +6,8 @@
 // The sizes belong to the folder they were measured in; clear() (when the pane leaves it)
 // cancels the walk and forgets them. Results come back in batches at most ten times a second:
 // changed() follows every batch and every clear(); finished() follows the last batch of a walk
-// that was not cancelled. Lives on the GUI thread.
+// that was not cancelled. A sub-folder that can't be read has no size — it is not "empty" — and
+// isUnreadable() says so once its turn has come. Lives on the GUI thread.
 
 #include "async/Background.h"
 #include "files/FilePath.h"
@@ -34,8 +35,10 @@ public:
     const FilePath& folder() const { return m_folder; }
     std::optional<qint64> size(const FilePath& url) const;
     bool isPending(const FilePath& url) const { return m_pending.contains(url); }
+    // True when the folder itself could not be opened, so its size is not known.
+    bool isUnreadable(const FilePath& url) const { return m_unreadable.contains(url); }
     bool isMeasuring() const { return m_task.isRunning(); }
-    bool isEmpty() const { return m_sizes->isEmpty() && m_pending.isEmpty(); }
+    bool isEmpty() const { return m_sizes->isEmpty() && m_pending.isEmpty() && m_unreadable.isEmpty(); }
     // The sizes so far, as a value other threads may read (an arrangement sorts by it).
     std::shared_ptr<const Sizes> snapshot() const { return m_sizes; }
 
@@ -49,6 +52,7 @@ private:
     FilePath m_folder;
     std::shared_ptr<const Sizes> m_sizes = std::make_shared<const Sizes>();
     QSet<FilePath> m_pending;
+    QSet<FilePath> m_unreadable;
     TaskSlot m_task;
     quint64 m_generation = 0;
 };

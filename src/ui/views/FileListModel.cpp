@@ -94,6 +94,8 @@ QString FileListModel::sizeText(const FileItem& item) const
         return formatByteCount(*measured);
     if (m_pane->folderSizes()->isPending(item.url))
         return QStringLiteral("Calculating…");
+    if (m_pane->folderSizes()->isUnreadable(item.url))
+        return QStringLiteral("Can’t read"); // its size isn't known, which is not zero
     return QStringLiteral("—");
 }
 
