@@ -53,6 +53,20 @@ QString nameList(const QStringList& names)
     return shown.isEmpty() ? last : shown.join(QStringLiteral(", ")) + QStringLiteral(" and ") + last;
 }
 
+// A reason shared by several items speaks of them: "it can’t go…" becomes "they can’t go…".
+QString forSeveral(const QString& reason)
+{
+    static const std::pair<QString, QString> kPronouns[] = {
+        {QStringLiteral("it can’t "), QStringLiteral("they can’t ")},
+        {QStringLiteral("it isn’t "), QStringLiteral("they aren’t ")},
+        {QStringLiteral("it is "), QStringLiteral("they are ")},
+    };
+    for (const auto& [one, many] : kPronouns)
+        if (reason.startsWith(one))
+            return many + reason.mid(one.size());
+    return reason;
+}
+
 } // namespace
 
 QString failureSummary(const QStringList& errors)
@@ -76,7 +90,7 @@ QString failureSummary(const QStringList& errors)
     }
     QString text = QStringLiteral("Couldn’t %1 %2: %3").arg(first->verb, itemCount(errors.size()), nameList(names));
     if (sameReason)
-        text += QStringLiteral(" — ") + first->reason;
+        text += QStringLiteral(" — ") + forSeveral(first->reason);
     return text + u'.';
 }
 

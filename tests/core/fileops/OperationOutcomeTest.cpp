@@ -28,6 +28,14 @@ TEST(OperationOutcomeTest, ManyFailuresGiveTheCountTheFirstNamesAndTheSharedReas
               QStringLiteral("Couldn’t move 178 items: “f0.txt”, “f1.txt”, “f2.txt” and 175 more — you don’t have permission."));
 }
 
+TEST(OperationOutcomeTest, ASharedReasonSpeaksOfThemAll)
+{
+    EXPECT_EQ(failureSummary(moveFailures(2, QStringLiteral("it can’t go to the Trash: you don’t have permission"))),
+              QStringLiteral("Couldn’t move 2 items: “f0.txt” and “f1.txt” — they can’t go to the Trash: you don’t have permission."));
+    EXPECT_EQ(failureSummary(moveFailures(2, QStringLiteral("it isn’t there any more"))),
+              QStringLiteral("Couldn’t move 2 items: “f0.txt” and “f1.txt” — they aren’t there any more."));
+}
+
 TEST(OperationOutcomeTest, AFewFailuresAreAllNamed)
 {
     EXPECT_EQ(failureSummary(moveFailures(2)),
