@@ -9,7 +9,6 @@
 #include "git/Git.h"
 #include "notes/FileProperties.h"
 #include "platform/DirectoryReader.h"
-#include "platform/StoreNotices.h"
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
 #include "ui/notes/PaneNotesDecoration.h"
@@ -17,7 +16,6 @@
 #include "ui/panels/DiskToolKeys.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
-#include "ui/window/ToastHost.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -107,8 +105,6 @@ int main(int argc, char** argv)
     else if (selecting)
         state.activePane()->reveal({*selecting});
     MainWindow window(&state);
-    // What the stores have to say (a damaged file set aside, a file that can't be saved).
-    StoreNotices::deliverTo(&window, [&window](const QString& message) { window.toasts()->show(message); });
     window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
     PaneNotesDecoration::attach(&window, &properties);
     // The disk-tool commands set the window's panel; the sheets draw it.

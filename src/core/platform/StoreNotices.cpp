@@ -10,10 +10,11 @@ namespace {
 
 struct Shared {
     QMutex mutex;
-    QStringList pending;
+    QStringList pending; // kept until a window shows them, so that a window closing first loses none
     QSet<QString> said;
     QPointer<QObject> context;
     std::function<void(const QString&)> show;
+    bool flushQueued = false;
 };
 
 Shared& shared()
@@ -22,15 +23,35 @@ Shared& shared()
     return state;
 }
 
+// Shows the pending notices, on the context's thread; a window that took over meanwhile shows them itself.
+void flush(QObject* queuedFor)
+{
+    Shared& state = shared();
+    QMutexLocker lock(&state.mutex);
+    if (state.context != queuedFor || !state.show)
+        return;
+    state.flushQueued = false;
+    const QStringList messages = std::exchange(state.pending, {});
+    const auto show = state.show;
+    lock.unlock();
+    for (const QString& message : messages)
+        show(message);
+}
+
 // With the mutex held.
+void queueFlush(Shared& state)
+{
+    if (!state.context || !state.show || state.flushQueued || state.pending.isEmpty())
+        return;
+    state.flushQueued = true;
+    QObject* context = state.context.data();
+    QMetaObject::invokeMethod(context, [context] { flush(context); }, Qt::QueuedConnection);
+}
+
 void deliverOrKeep(Shared& state, const QString& message)
 {
-    if (state.context && state.show) {
-        QMetaObject::invokeMethod(state.context.data(), [show = state.show, message] { show(message); },
-                                  Qt::QueuedConnection);
-        return;
-    }
     state.pending.append(message);
+    queueFlush(state);
 }
 
 } // namespace
@@ -66,8 +87,8 @@ void StoreNotices::deliverTo(QObject* context, std::function<void(const QString&
     QMutexLocker lock(&state.mutex);
     state.context = context;
     state.show = std::move(show);
-    for (const QString& message : std::exchange(state.pending, {}))
-        deliverOrKeep(state, message);
+    state.flushQueued = false; // a flush queued for an earlier window shows nothing now
+    queueFlush(state);
 }
 
 QStringList StoreNotices::takePending()

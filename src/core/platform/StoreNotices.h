@@ -5,6 +5,8 @@
 //
 // Until a window asks for them (deliverTo), notices wait; the pending ones and every later one
 // are then handed to `show` on the context's thread, never synchronously inside post(). A
+// notice stays pending until it is shown, so a window that closes before it could show one
+// leaves it to the next window that asks. A
 // "once" notice with a key is posted only the first time until that key is cleared, so a store
 // that can't be written says so once, not at every write.
 

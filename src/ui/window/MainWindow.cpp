@@ -6,6 +6,7 @@
 #include "ui/views/FileListView.h"
 #include "app/Services.h"
 #include "commands/Frecency.h"
+#include "platform/StoreNotices.h"
 #include "ui/window/CommandMenus.h"
 #include "ui/window/PaletteController.h"
 #include "ui/window/PaneGrid.h"
@@ -36,6 +37,8 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     layout->addWidget(m_grids, 1);
     setCentralWidget(central);
     m_toasts = new ToastHost(this);
+    // What the stores have to say (a damaged file set aside, a file that can't be saved).
+    StoreNotices::deliverTo(this, [this](const QString& message) { m_toasts->show(message); });
     m_fileOps = new FileOpsController(this, state, m_toasts, &FileOperations::shared());
     addPaneDecorator([this](PaneWidget* widget) { m_fileOps->attach(widget); });
     m_menus = new CommandMenus(this, state);

@@ -184,6 +184,22 @@ TEST_F(StoreFileTest, NoticesWaitForTheWindowAndThenArriveOnItsThread)
     EXPECT_EQ(StoreNotices::takePending(), QStringList{QStringLiteral("waiting")});
 }
 
+TEST_F(StoreFileTest, NoticeForAWindowThatClosesFirstGoesToTheNextWindow)
+{
+    QStringList shown;
+    {
+        QObject closing;
+        StoreNotices::deliverTo(&closing, [&shown](const QString& message) { shown.append("first " + message); });
+        StoreNotices::post(QStringLiteral("damaged"));
+    } // gone before the event loop ran
+    QCoreApplication::processEvents();
+    QObject next;
+    StoreNotices::deliverTo(&next, [&shown](const QString& message) { shown.append("next " + message); });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(shown, QStringList{QStringLiteral("next damaged")});
+    StoreNotices::deliverTo(nullptr, {});
+}
+
 } // namespace
 } // namespace orwick::test
 
