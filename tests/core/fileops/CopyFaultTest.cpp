@@ -216,6 +216,7 @@ TEST_F(CopyFault, FullDiskAndDiskOutOfInodesSayWhichAndLeaveNothing)
     for (int i = 0; i < 20; ++i)
         file(QStringLiteral("many/f%1.txt").arg(i), "x");
     ops.transfer({tree.path("big")}, full.root(), FileOperations::Mode::copy, &stack);
+    settle(); // one job after the other, so the errors come in this order
     ops.transfer({tree.path("many")}, noInodes.root(), FileOperations::Mode::move, &stack);
     settle();
     ASSERT_EQ(errors.size(), 2) << errors.join('\n').toStdString();
