@@ -154,7 +154,7 @@ Status openTrash(const FilePath& folder, OpenTrash& open)
         if (::fstat(fd.get(), &st) != 0)
             return failure(errorReason(errno));
         if (const Status safe = checkOwnFolder(st, folder.fileName()); !safe)
-            return failure(QStringLiteral("the Trash on this disk isn’t safe to use: ") + safe.error());
+            return safe;
     }
     if ((open.files = openSubfolder(fd.get(), "files")) < 0 || (open.info = openSubfolder(fd.get(), "info")) < 0)
         return failure(errorReason(errno));

@@ -12,9 +12,10 @@ namespace {
 
 QByteArray uidText() { return QByteArray::number(getuid()); }
 
-QString unsafe(const QString& problem)
+// "the Trash on this disk, “.Trash-1000”, belongs to another user, so it isn’t safe to use"
+QString unsafe(const QString& name, const QString& problem)
 {
-    return QStringLiteral("the Trash on this disk isn’t safe to use: ") + problem;
+    return QStringLiteral("the Trash on this disk, “%1”, %2, so it isn’t safe to use").arg(name, problem);
 }
 
 // An administrator's shared .Trash: a real folder with the sticky bit, so that no user can
@@ -37,17 +38,16 @@ Status checkAt(const FilePath& folder)
 
 Status checkOwnFolder(const struct stat& st, const QString& name)
 {
-    const QString quoted = QStringLiteral("“") + name + QStringLiteral("”");
     if (S_ISLNK(st.st_mode))
-        return failure(quoted + QStringLiteral(" is a link to another place"));
+        return failure(unsafe(name, QStringLiteral("is a link to another place")));
     if (!S_ISDIR(st.st_mode))
-        return failure(quoted + QStringLiteral(" isn’t a folder"));
+        return failure(unsafe(name, QStringLiteral("isn’t a folder")));
     if (st.st_uid != getuid())
-        return failure(quoted + QStringLiteral(" belongs to another user"));
+        return failure(unsafe(name, QStringLiteral("belongs to another user")));
     if (st.st_mode & 077)
-        return failure(quoted + QStringLiteral(" is open to other users"));
+        return failure(unsafe(name, QStringLiteral("is open to other users")));
     if ((st.st_mode & 0700) != 0700)
-        return failure(quoted + QStringLiteral(" can’t be written to"));
+        return failure(unsafe(name, QStringLiteral("can’t be written to")));
     return {};
 }
 
@@ -65,7 +65,7 @@ Result<FilePath> volumeTrashFolder(const FilePath& top)
     if (::mkdir(own.c_str(), 0700) != 0 && errno != EEXIST)
         return failure(QStringLiteral("there’s no Trash on the disk “%1” (%2)").arg(top.abbreviated(), errorReason(errno)));
     if (const Status safe = checkAt(own); !safe)
-        return failure(unsafe(safe.error()));
+        return failure(safe.error());
     return own;
 }
 
@@ -78,12 +78,10 @@ Status checkTrashFolder(const FilePath& folder)
     const bool own = name == ".Trash-" + uid;
     const bool inShared = name == uid && folder.parent().fileNameBytes() == ".Trash";
     if (!own && !inShared)
-        return failure(unsafe(QStringLiteral("“%1” isn’t your Trash").arg(folder.fileName())));
+        return failure(unsafe(folder.fileName(), QStringLiteral("isn’t yours")));
     if (inShared && !isSharedTrash(folder.parent()))
-        return failure(unsafe(QStringLiteral("“.Trash” isn’t a shared Trash")));
-    if (const Status safe = checkAt(folder); !safe)
-        return failure(unsafe(safe.error()));
-    return {};
+        return failure(unsafe(QStringLiteral(".Trash"), QStringLiteral("isn’t shared the safe way (sticky)")));
+    return checkAt(folder);
 }
 
 } // namespace orwick::trash

@@ -29,7 +29,8 @@ namespace orwick::trash {
 [[nodiscard]] Status checkTrashFolder(const FilePath& folder);
 
 // Whether an open per-volume Trash folder (as fstat or lstat gives it) is the user's own: a
-// folder, owned by the user, mode 0700. `name` is how the reason names it (".Trash-1000").
+// folder, owned by the user, mode 0700. `name` is how the reason names it: "the Trash on this
+// disk, “.Trash-1000”, belongs to another user, so it isn’t safe to use".
 [[nodiscard]] Status checkOwnFolder(const struct stat& st, const QString& name);
 
 } // namespace orwick::trash

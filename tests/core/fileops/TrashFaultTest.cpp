@@ -44,8 +44,10 @@ protected:
         ops.trash({item}, QStringLiteral("Move to Trash"), &stack);
         settle();
         ASSERT_EQ(errors.size(), 1);
-        EXPECT_TRUE(errors[0].contains(QStringLiteral("the Trash on this disk isn’t safe to use: ") + problem))
-            << errors[0].toStdString();
+        EXPECT_EQ(errors[0], QStringLiteral("Couldn’t move “report.txt”: it can’t go to the Trash: the Trash on this "
+                                            "disk, “.Trash-%1”, %2, so it isn’t safe to use.")
+                                 .arg(getuid())
+                                 .arg(problem));
         EXPECT_EQ(readAll(item), "the user's words");
         EXPECT_EQ(stack.count(), 0);
         EXPECT_EQ(ops.trashLog().size(), 0);
@@ -58,14 +60,14 @@ protected:
 TEST_F(TrashFault, TrashOfAnotherUserIsRefused)
 {
     folder(ownTrash(), 0700, kOtherUser);
-    expectRefused(QStringLiteral("“.Trash-%1” belongs to another user").arg(getuid()));
+    expectRefused(QStringLiteral("belongs to another user"));
     EXPECT_TRUE(names(ownTrash()).isEmpty()); // nothing went into their folder
 }
 
 TEST_F(TrashFault, TrashOpenToEveryoneIsRefused)
 {
     folder(ownTrash(), 0777, getuid());
-    expectRefused(QStringLiteral("“.Trash-%1” is open to other users").arg(getuid()));
+    expectRefused(QStringLiteral("is open to other users"));
     EXPECT_TRUE(names(ownTrash()).isEmpty());
 }
 
@@ -73,7 +75,7 @@ TEST_F(TrashFault, TrashThatIsALinkIsRefused)
 {
     const FilePath elsewhere = folder(disk.root().child(QStringLiteral("elsewhere")), 0700, kOtherUser);
     ASSERT_EQ(::symlink("elsewhere", ownTrash().c_str()), 0);
-    expectRefused(QStringLiteral("“.Trash-%1” is a link to another place").arg(getuid()));
+    expectRefused(QStringLiteral("is a link to another place"));
     EXPECT_TRUE(names(elsewhere).isEmpty());
 }
 
