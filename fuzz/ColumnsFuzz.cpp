@@ -1,9 +1,9 @@
-// Fuzzes the reader of columns.json's per-folder settings. Any JSON must read without crashing;
-// settings that read must be written so that they read back the same, so a save never changes or
-// loses a folder's columns, filters or colours.
+// Fuzzes the reader of columns.json and its per-folder settings. Any JSON must read without
+// crashing; every entry is either a folder's settings or kept as it was; and what is written reads
+// back the same, so a save never changes or loses a folder's columns, filters or colours.
 
 #include "FuzzCheck.h"
-#include "notes/FolderColumns.h"
+#include "notes/ColumnsFile.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -44,5 +44,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     for (auto it = object.begin(); it != object.end(); ++it)
         if (it.value().isObject())
             checkFolder(it.value().toObject());
+
+    const ColumnsFile file = ColumnsFile::fromJson(object);
+    check(file.folders.size() + file.unreadable.size() == object.size(), "every entry is read or kept");
+    for (auto it = file.unreadable.begin(); it != file.unreadable.end(); ++it)
+        check(object.value(it.key()) == it.value(), "an entry that can't be read is kept as it was");
+    for (auto it = file.folders.begin(); it != file.folders.end(); ++it)
+        check(object.contains(it.key().text()), "a folder's settings stay under its own key");
+    const QJsonObject written = file.toJson();
+    check(written.size() == object.size(), "writing keeps every entry");
+    const ColumnsFile again = ColumnsFile::fromJson(written);
+    check(again.folders == file.folders && again.unreadable == file.unreadable, "what is written reads back the same");
     return 0;
 }

@@ -32,7 +32,9 @@ FilePath pathFor(const QString& key)
     return FilePath::fromNative(key.toUtf8());
 }
 
-QJsonDocument toJson(const QHash<FilePath, Frecency::Entry>& entries)
+} // namespace
+
+QJsonDocument Frecency::toJson(const QHash<FilePath, Frecency::Entry>& entries)
 {
     QJsonObject root;
     for (auto it = entries.begin(); it != entries.end(); ++it) {
@@ -46,7 +48,7 @@ QJsonDocument toJson(const QHash<FilePath, Frecency::Entry>& entries)
 }
 
 // Only sound entries are taken; anything else in the file is ignored.
-QHash<FilePath, Frecency::Entry> fromJson(const QJsonDocument& document)
+QHash<FilePath, Frecency::Entry> Frecency::fromJson(const QJsonDocument& document)
 {
     QHash<FilePath, Frecency::Entry> entries;
     if (!document.isObject())
@@ -64,6 +66,8 @@ QHash<FilePath, Frecency::Entry> fromJson(const QJsonDocument& document)
     }
     return entries;
 }
+
+namespace {
 
 // Removable and network volumes are not touched while ranking: a sleeping disk or a lost server
 // would stall the palette. Folders there are kept until aging drops them.

@@ -67,6 +67,11 @@ public:
     // The weight of a visit made `secondsAgo` seconds ago.
     static double ageWeight(qint64 secondsAgo);
 
+    // The sound entries of a frecency.json document (anything else in it is ignored), and the
+    // document that holds a record.
+    static QHash<FilePath, Entry> fromJson(const QJsonDocument& document);
+    static QJsonDocument toJson(const QHash<FilePath, Entry>& entries);
+
     // The delay that batches saves (tests shorten it).
     void setSaveDelay(int milliseconds) { m_saveTimer.setInterval(milliseconds); }
     bool hasPendingSave() const { return m_saveTimer.isActive(); }

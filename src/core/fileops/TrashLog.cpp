@@ -29,6 +29,14 @@ bool isStorable(const FilePath& inTrash, const FilePath& former)
     return isValidUtf8(inTrash.native()) && isValidUtf8(former.native());
 }
 
+// A logged path as the log may use it: a relative one would be taken from the working folder, and
+// one holding NUL would be acted on cut short there.
+FilePath loggedPath(const QString& text)
+{
+    const QByteArray bytes = text.toUtf8();
+    return bytes.startsWith('/') && !bytes.contains('\0') ? FilePath::fromNative(bytes) : FilePath();
+}
+
 } // namespace
 
 TrashLog::TrashLog(FilePath file)
@@ -40,16 +48,23 @@ TrashLog::TrashLog(FilePath file)
         take(*document);
 }
 
-void TrashLog::take(const QJsonDocument& document)
+QHash<FilePath, FilePath> TrashLog::entriesIn(const QJsonDocument& document)
 {
     QHash<FilePath, FilePath> entries;
     const QJsonObject object = document.object().value(kEntries).toObject();
     for (auto it = object.begin(); it != object.end(); ++it) {
-        const FilePath inTrash = FilePath::fromNative(it.key().toUtf8());
-        const FilePath former = FilePath::fromNative(it.value().toString().toUtf8());
-        if (!inTrash.isEmpty() && !former.isEmpty() && !isEmptied(inTrash))
+        const FilePath inTrash = loggedPath(it.key());
+        const FilePath former = loggedPath(it.value().toString());
+        if (!inTrash.isEmpty() && !former.isEmpty())
             entries.insert(inTrash, former);
     }
+    return entries;
+}
+
+void TrashLog::take(const QJsonDocument& document)
+{
+    QHash<FilePath, FilePath> entries = entriesIn(document);
+    entries.removeIf([](QHash<FilePath, FilePath>::iterator entry) { return isEmptied(entry.key()); });
     // What the file can't hold stays as this process knows it.
     for (auto it = m_entries.begin(); it != m_entries.end(); ++it)
         if (!isStorable(it.key(), it.value()))

@@ -37,6 +37,10 @@ public:
     // Adds and removes entries and saves them, merged with what is on disk now.
     [[nodiscard]] Status update(const QList<std::pair<FilePath, FilePath>>& added, const QList<FilePath>& removed);
 
+    // The entries of a log's document that can be used: both paths absolute and free of NUL. Not
+    // checked: whether the items are still in the Trash.
+    static QHash<FilePath, FilePath> entriesIn(const QJsonDocument& document);
+
 private:
     void take(const QJsonDocument& document);
 

@@ -22,6 +22,10 @@ struct ColumnsFile {
     // Written whole and atomically, under the file's lock. Folders whose path isn't UTF-8 text
     // are kept only in memory.
     [[nodiscard]] Status write(const FilePath& path = location()) const;
+
+    // The settings of a file's top-level object, and the object that `write` stores.
+    static ColumnsFile fromJson(const QJsonObject& object);
+    QJsonObject toJson() const;
 };
 
 } // namespace orwick
