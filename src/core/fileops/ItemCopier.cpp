@@ -128,10 +128,8 @@ CopyResult moveItem(const FilePath& from, const FilePath& to, CopyProgress& prog
         return {};
     if (errno == EINVAL && liesWithin(to.parent(), from))
         return CopyResult::failedWith(insideItselfReason());
-    if (errno == ENOENT && statPath(from)) {
-        UniqueFd none(-1);
-        return CopyResult::failedWith(writeErrorReason(ENOENT, none.get()));
-    }
+    if (errno == ENOENT && statPath(from))
+        return CopyResult::failedWith(writeErrorReason(ENOENT, -1));
     if (errno != EXDEV)
         return CopyResult::failedWith(errno);
     if (how)
