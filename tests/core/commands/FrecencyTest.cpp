@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QJsonObject>
+#include <QThreadPool>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -182,6 +183,8 @@ TEST_F(FrecencyFixture, TwoProcessesAddUpTheirVisits)
             waitUntil([] { return false; }, 2);
         }
     }
+    // A save started in the background may still be on its way to the disk.
+    QThreadPool::globalInstance()->waitForDone();
     int status = 0;
     waitpid(child, &status, 0);
     ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
