@@ -3,10 +3,12 @@
 #include "fileops/ItemCopier.h"
 #include "fileops/OperationTexts.h"
 #include "fileops/UniqueName.h"
+#include "platform/DirectoryReader.h"
 #include "platform/ErrorText.h"
 #include "platform/Trash.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -137,6 +139,51 @@ bool ChangeRunner::makeFolder(const FilePath& path)
     return true;
 }
 
+std::optional<FilePath> ChangeRunner::makeLink(const FilePath& target, const FilePath& wanted)
+{
+    for (int attempt = 0; attempt < 8; ++attempt) {
+        const FilePath at = freePath(wanted);
+        if (::symlink(target.c_str(), at.c_str()) == 0)
+            return at;
+        if (errno != EEXIST)
+            break;
+    }
+    fail(sentence(QStringLiteral("make a link to"), target, errorReason(errno)));
+    return std::nullopt;
+}
+
+bool ChangeRunner::link(const FilePath& target, const FilePath& wanted)
+{
+    const auto at = makeLink(target, wanted);
+    if (at)
+        m_report.changes.push_back({FileChange::Kind::linked, target, *at, {}});
+    return at.has_value();
+}
+
+void ChangeRunner::removeLink(const FileChange& change)
+{
+    // The link is taken aside first, so that what is checked is what gets removed: something
+    // put in its place meanwhile is never removed.
+    const FilePath aside = temporarySibling(change.to, "unlink");
+    if (!renameNoReplace(change.to, aside)) {
+        if (errno == ENOENT)
+            ++m_report.skipped; // already gone: nothing to undo
+        else
+            fail(sentence(QStringLiteral("remove the link"), change.to, errorReason(errno)));
+        return;
+    }
+    const auto pointsTo = readLinkAt(AT_FDCWD, aside.c_str());
+    if (pointsTo && *pointsTo == change.from.native() && ::unlink(aside.c_str()) == 0)
+        return;
+    const int error = errno;
+    if (!renameNoReplace(aside, change.to))
+        renameNoReplace(aside, freePath(change.to));
+    fail(sentence(QStringLiteral("remove the link"), change.to,
+                  pointsTo && *pointsTo != change.from.native() ? QStringLiteral("it was changed after it was made")
+                  : pointsTo                                    ? errorReason(error)
+                                                                : QStringLiteral("it is no longer a link")));
+}
+
 void ChangeRunner::recordCreated(const FilePath& path)
 {
     m_report.changes.push_back({FileChange::Kind::created, {}, path, {}});
@@ -200,6 +247,9 @@ void ChangeRunner::undo(std::vector<FileChange>& changes)
             if (const auto place = parkInTrash(change.to))
                 change.from = *place;
             break;
+        case FileChange::Kind::linked:
+            removeLink(change);
+            break;
         }
     }
 }
@@ -244,6 +294,10 @@ void ChangeRunner::redo(std::vector<FileChange>& changes)
         case FileChange::Kind::restored:
             change.to = freePath(change.to);
             takeFromTrash(change.from, change.to, false);
+            break;
+        case FileChange::Kind::linked:
+            if (const auto at = makeLink(change.from, change.to))
+                change.to = *at;
             break;
         }
     }

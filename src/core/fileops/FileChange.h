@@ -33,6 +33,7 @@ struct FileChange {
         madeFolder, // to was made as a holder (tidy up); undo removes it when empty
         trashed,    // from was moved to the Trash, where it lies at to; undo puts it back
         restored,   // from (in the Trash) was put back at to; undo trashes it again
+        linked,     // to was made as a symbolic link to from; undo removes it while it is still that link
     };
     Kind kind = Kind::moved;
     FilePath from;
@@ -71,6 +72,9 @@ public:
     bool trash(const FilePath& item);
     bool putBack(const FilePath& inTrash, const FilePath& to);
     bool makeFolder(const FilePath& path);
+    // Makes a symbolic link to `target` (its absolute path) at `wanted`, or at the first free
+    // name beside it ("name 2") when that is taken, even by a program racing for it.
+    bool link(const FilePath& target, const FilePath& wanted);
     void recordCreated(const FilePath& path);
     void fail(const QString& sentence) { m_report.errors.append(sentence); }
 
@@ -82,6 +86,8 @@ public:
 private:
     void moveInTwoPhases(const std::vector<FileChange*>& run, bool forward);
     bool takeFromTrash(const FilePath& inTrash, const FilePath& to, bool record);
+    std::optional<FilePath> makeLink(const FilePath& target, const FilePath& wanted);
+    void removeLink(const FileChange& change);
     void keepNotes(const CopyResult& result);
     std::optional<FilePath> parkInTrash(const FilePath& item);
 

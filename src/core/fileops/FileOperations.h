@@ -1,7 +1,7 @@
 #pragma once
 // FileOperations: the one place that changes files on disk for the user — copy, move,
-// duplicate, move to Trash and put back, rename, new folder and file, compress, extract and
-// tidy up.
+// duplicate, move to Trash and put back, rename, new folder and file, compress, extract,
+// tidy up and symbolic links.
 //
 // Every operation runs its file work on a background task as a FileJob (listed in jobs() until
 // it ends, progress by bytes), then on the interface thread: updates the trash log, emits
@@ -81,6 +81,10 @@ public:
     void compress(const QList<FilePath>& items, QUndoStack* undo);
     void extract(const QList<FilePath>& archives, QUndoStack* undo);
     void tidyUp(const FilePath& folder, QUndoStack* undo);
+    // A symbolic link in `folder` to each item (its absolute path), named as the item, made
+    // unique without the copy suffix ("name 2"). Undo removes exactly the links it made, and
+    // only while each is still the link it made.
+    void makeLinks(const QList<FilePath>& items, const FilePath& folder, QUndoStack* undo);
     // Items made by other code; undo moves them to the Trash.
     void registerCreated(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo);
 

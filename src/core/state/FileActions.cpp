@@ -1,5 +1,6 @@
 #include "state/FileActions.h"
 
+#include "fileops/DropPlan.h"
 #include "fileops/FileClipboard.h"
 #include "platform/Trash.h"
 #include "state/WindowState.h"
@@ -209,13 +210,17 @@ bool FileActions::transferSelection(const FilePath& folder, FileOperations::Mode
 {
     if (!canActOnSelection() || folder.isEmpty())
         return false;
-    // The folder may be shown in a pane of this tab; its items get selected there.
-    PaneState* target = nullptr;
+    transferInto(selection(), paneShowing(folder), folder, mode);
+    return true;
+}
+
+PaneState* FileActions::paneShowing(const FilePath& folder) const
+{
+    PaneState* shown = nullptr;
     for (PaneState* each : m_window->selectedTab()->panes())
         if (showsFolder(each) && each->url() == folder)
-            target = each;
-    transferInto(selection(), target, folder, mode);
-    return true;
+            shown = each;
+    return shown;
 }
 
 void FileActions::transferInto(const QList<FilePath>& items, PaneState* target, const FilePath& folder, FileOperations::Mode mode)
@@ -227,6 +232,33 @@ void FileActions::transferInto(const QList<FilePath>& items, PaneState* target, 
         target->setPendingSelection(landing);
     }
     m_operations->transfer(items, folder, mode, m_window->undoStack());
+}
+
+void FileActions::drop(const QList<QUrl>& urls, const FilePath& folder, Qt::KeyboardModifiers modifiers)
+{
+    if (!m_operations || isRenaming())
+        return;
+    const DropPlan plan = planDrop(urls, folder, modifiers);
+    if (plan.isRefused()) {
+        Q_EMIT m_window->messageRequested(plan.refusal);
+        return;
+    }
+    if (plan.action == DropAction::none)
+        return;
+    if (plan.action == DropAction::link) {
+        m_operations->makeLinks(plan.items, folder, m_window->undoStack());
+        return;
+    }
+    transferInto(plan.items, paneShowing(folder), folder, plan.action == DropAction::move ? FileOperations::Mode::move : FileOperations::Mode::copy);
+}
+
+void FileActions::openDroppedInTabs(const QList<QUrl>& urls)
+{
+    const TabDropPlan plan = planTabDrop(urls);
+    if (!plan.refusal.isEmpty())
+        Q_EMIT m_window->messageRequested(plan.refusal);
+    for (const FilePath& folder : plan.folders)
+        m_window->newTab(folder);
 }
 
 void FileActions::requestTidyUp()

@@ -11,6 +11,10 @@
 // A new folder or file is put into inline rename once its pane shows it (PaneState's
 // renameRequested(), which the view answers by editing the name).
 //
+// Drops (from the window's own views or from other programs) follow DropPlan: each is one job
+// of the engine with one undo step, and a refused drop's sentence goes to the window's
+// messageRequested(), which shows it as a toast.
+//
 // Signals: tidyUpRequested() asks the view to confirm tidying `folder` (it then calls tidyUp).
 
 #include "fileops/FileOperations.h"
@@ -59,6 +63,10 @@ public:
     void transferSelectionToOtherPane(FileOperations::Mode mode);
     // Copies or moves the selection into `folder` (the palette's Copy to… and Move to…).
     bool transferSelection(const FilePath& folder, FileOperations::Mode mode);
+    // Copies, moves or links what was dropped on `folder` (see DropPlan).
+    void drop(const QList<QUrl>& urls, const FilePath& folder, Qt::KeyboardModifiers modifiers);
+    // Folders dropped on the tab bar open in new tabs, in the order dropped.
+    void openDroppedInTabs(const QList<QUrl>& urls);
     void requestTidyUp();
     void tidyUp(const FilePath& folder);
 
@@ -71,6 +79,8 @@ Q_SIGNALS:
 private:
     PaneState* pane() const;
     QList<FilePath> selection() const;
+    // A pane of the shown tab that shows `folder`, where items landing there get selected.
+    PaneState* paneShowing(const FilePath& folder) const;
     // Copies or moves `items` into `target`'s folder and selects them there once they show.
     void transferInto(const QList<FilePath>& items, PaneState* target, const FilePath& folder, FileOperations::Mode mode);
     void renameWhenShown(const QPointer<PaneState>& target, const FilePath& made);

@@ -41,5 +41,21 @@ TEST(FileClipboard, ReadsWhatOtherProgramsWrite)
     EXPECT_TRUE(readFileClipboard(&text).items.isEmpty());
 }
 
+TEST(FileClipboard, ReadsEveryUriForADropAndTellsLocalFilesApart)
+{
+    QMimeData data;
+    data.setData(QStringLiteral("text/uri-list"), "file:///a%20b\r\nhttps://example.com/c\r\nfile://elsewhere/d\r\n");
+    const QList<QUrl> uris = readUris(&data);
+    ASSERT_EQ(uris.size(), 3);
+    EXPECT_TRUE(isLocalFileUrl(uris[0]));
+    EXPECT_FALSE(isLocalFileUrl(uris[1]));
+    EXPECT_FALSE(isLocalFileUrl(uris[2])) << "a file on another computer";
+    EXPECT_TRUE(isLocalFileUrl(QUrl(QStringLiteral("file://localhost/etc"))));
+    EXPECT_EQ(readFileClipboard(&data).items, QList<FilePath>{FilePath::fromNative("/a b")});
+    // What Orwick's own drags carry reads back the same.
+    const QList<FilePath> items = {FilePath::fromNative("/srv/caf\xe9")};
+    EXPECT_EQ(readUris(makeFileClipboard(items, false).get()), QList<QUrl>{items.first().toUrl()});
+}
+
 } // namespace
 } // namespace orwick
