@@ -2,6 +2,7 @@
 
 #include "commands/CommandActions.h"
 #include "commands/NoteActions.h"
+#include "commands/WorkspaceCommands.h"
 #include "state/FileActions.h"
 #include "state/WindowState.h"
 
@@ -275,7 +276,7 @@ const QList<AppCommand>& fixed()
 
 QList<AppCommand> all(const WindowState&)
 {
-    return fixed() + generated();
+    return fixed() + generated() + WorkspaceCommands::family();
 }
 
 const AppCommand* find(const QString& id)
@@ -285,6 +286,13 @@ const AppCommand* find(const QString& id)
             return &command;
     static const QList<AppCommand> families = generated();
     for (const AppCommand& command : families)
+        if (command.id == id)
+            return &command;
+    // The workspace family changes with the saved workspaces: it is made afresh here, and the
+    // command found stays valid until the next call.
+    static QList<AppCommand> workspaces;
+    workspaces = WorkspaceCommands::family();
+    for (const AppCommand& command : std::as_const(workspaces))
         if (command.id == id)
             return &command;
     return nullptr;

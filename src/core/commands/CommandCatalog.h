@@ -13,9 +13,11 @@ namespace CommandCatalog {
 
 // The fixed commands in catalogue order, built once.
 const QList<AppCommand>& fixed();
-// The fixed commands followed by the generated families (view modes, sort orders).
+// The fixed commands followed by the generated families (view modes, sort orders, workspaces),
+// rebuilt on each call.
 QList<AppCommand> all(const WindowState& window);
-// A command by id (fixed or generated), or null.
+// A command by id (fixed or generated), or null. A workspace command's pointer holds until the
+// next call.
 const AppCommand* find(const QString& id);
 
 // Runs a command when it is enabled; returns whether it ran.

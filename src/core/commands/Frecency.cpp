@@ -1,6 +1,7 @@
 #include "commands/Frecency.h"
 
 #include "async/Background.h"
+#include "files/StoredPath.h"
 #include "platform/DirectoryReader.h"
 #include "platform/XdgPaths.h"
 
@@ -14,24 +15,6 @@ namespace {
 constexpr auto kCountKey = "count";
 constexpr auto kLastVisitKey = "lastVisit";
 
-// Paths that are UTF-8 are stored as they are; any other is stored as its file URL, which keeps
-// every byte (a path never starts with "file:").
-QString keyFor(const FilePath& path)
-{
-    if (isValidUtf8(path.native()))
-        return path.text();
-    return path.toUrl().toString(QUrl::FullyEncoded);
-}
-
-FilePath pathFor(const QString& key)
-{
-    if (key.startsWith(QLatin1StringView("file:")))
-        return FilePath::fromUrl(QUrl(key, QUrl::StrictMode));
-    if (!key.startsWith(QLatin1Char('/')))
-        return {};
-    return FilePath::fromNative(key.toUtf8());
-}
-
 } // namespace
 
 QJsonDocument Frecency::toJson(const QHash<FilePath, Frecency::Entry>& entries)
@@ -42,7 +25,7 @@ QJsonDocument Frecency::toJson(const QHash<FilePath, Frecency::Entry>& entries)
         entry.insert(QLatin1StringView(kCountKey), it->count);
         entry.insert(QLatin1StringView(kLastVisitKey),
                      QDateTime::fromMSecsSinceEpoch(it->lastVisit).toUTC().toString(Qt::ISODateWithMs));
-        root.insert(keyFor(it.key()), entry);
+        root.insert(storedPathText(it.key()), entry);
     }
     return QJsonDocument(root);
 }
@@ -55,7 +38,7 @@ QHash<FilePath, Frecency::Entry> Frecency::fromJson(const QJsonDocument& documen
         return entries;
     const QJsonObject root = document.object();
     for (auto it = root.begin(); it != root.end(); ++it) {
-        const FilePath path = pathFor(it.key());
+        const FilePath path = pathFromStoredText(it.key());
         const QJsonObject value = it.value().toObject();
         const QJsonValue count = value.value(QLatin1StringView(kCountKey));
         const QDateTime lastVisit =

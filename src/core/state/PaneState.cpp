@@ -10,8 +10,8 @@
 
 namespace orwick {
 
-PaneState::PaneState(const FilePath& folder, ViewPreferences* preferences, QObject* parent)
-    : QObject(parent), m_preferences(preferences), m_viewMode(preferences ? preferences->defaultViewMode() : ViewMode::list),
+PaneState::PaneState(const FilePath& folder, ViewPreferences* preferences, QObject* parent, Start start)
+    : QObject(parent), m_preferences(preferences), m_waiting(start == Start::whenShown), m_viewMode(preferences ? preferences->defaultViewMode() : ViewMode::list),
       m_iconSize(preferences ? preferences->iconSize() : ViewPreferences::kDefaultIconSize),
       m_folderSizes(new FolderSizes(this))
 {
@@ -217,8 +217,21 @@ void PaneState::enterCursorFolder()
 
 // --- Loading
 
+void PaneState::shown()
+{
+    if (!m_waiting)
+        return;
+    m_waiting = false;
+    watchCurrentFolder();
+    load(std::exchange(m_selectingWhenShown, {}));
+}
+
 void PaneState::load(const QList<FilePath>& selecting)
 {
+    if (m_waiting) {
+        m_selectingWhenShown = selecting;
+        return;
+    }
     m_reloadTimer.stop();
     m_changedDuringLoad = false;
     const TaskSlot::Ticket ticket = m_loadTask.start();
@@ -271,6 +284,8 @@ void PaneState::watchCurrentFolder()
 {
     delete m_watcher;
     m_watcher = nullptr;
+    if (m_waiting)
+        return;
     FilePath watched = m_url;
     if (m_listing) {
         if (m_listing->kind != Listing::Kind::trash)

@@ -27,7 +27,10 @@ class DirectoryWatcher;
 class PaneState : public QObject {
     Q_OBJECT
 public:
-    PaneState(const FilePath& folder, ViewPreferences* preferences, QObject* parent = nullptr);
+    // A pane either reads its folder at once, or waits until it is first shown (the panes of a
+    // restored tab that isn't the selected one: their folders are read only if the user goes there).
+    enum class Start { loading, whenShown };
+    PaneState(const FilePath& folder, ViewPreferences* preferences, QObject* parent = nullptr, Start start = Start::loading);
     ~PaneState() override;
 
     // --- What is shown
@@ -38,6 +41,11 @@ public:
     const FileItems& unsortedItems() const { return m_unsortedItems; }
     const QHash<int, Heading>& headings() const { return m_headings; }
     bool isLoading() const { return m_isLoading; }
+    // True while a pane made to wait has not been shown: it holds no items, runs no load and
+    // watches nothing.
+    bool isWaitingToBeShown() const { return m_waiting; }
+    // The pane is on screen: a waiting pane watches and loads its folder now.
+    void shown();
     const std::optional<QString>& error() const { return m_error; }
     // The text to show in place of an empty list ("This folder is empty", "Nothing matches “x”"…).
     QString emptyText() const;
@@ -172,6 +180,8 @@ private:
     ItemPositions m_positions;
     std::shared_ptr<const PreparedItems> m_prepared; // names of this load, folded once
     bool m_isLoading = false;
+    bool m_waiting = false;
+    QList<FilePath> m_selectingWhenShown;
     std::optional<QString> m_error;
 
     QSet<FilePath> m_selection;

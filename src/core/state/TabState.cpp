@@ -11,7 +11,59 @@ TabState::TabState(const FilePath& folder, ViewPreferences* preferences, QObject
     m_recent = {pane->id()};
 }
 
-PaneState* TabState::makePane(const FilePath& folder) { return new PaneState(folder, m_preferences, this); }
+TabState::TabState(const Session::Tab& saved, ViewPreferences* preferences, QObject* parent)
+    : QObject(parent), m_preferences(preferences)
+{
+    restoreLayout(saved.grid(), saved.activeIndex());
+}
+
+PaneState* TabState::makePane(const FilePath& folder, PaneState::Start start)
+{
+    return new PaneState(folder, m_preferences, this, start);
+}
+
+void TabState::restoreLayout(const QList<QList<FilePath>>& columns, int active)
+{
+    const QList<PaneState*> old = panes();
+    m_columns.clear();
+    for (const QList<FilePath>& column : columns.mid(0, kMaxColumns)) {
+        QList<PaneState*> made;
+        for (const FilePath& folder : column.mid(0, kMaxRows))
+            made.append(makePane(Session::folder(folder), PaneState::Start::whenShown));
+        if (!made.isEmpty())
+            m_columns.append(made);
+    }
+    if (m_columns.isEmpty())
+        m_columns = {{makePane(Session::folder({}), PaneState::Start::whenShown)}};
+    for (PaneState* pane : old)
+        pane->deleteLater();
+    const QList<PaneState*> all = panes();
+    PaneState* activePane = all[active >= 0 && active < all.size() ? active : 0];
+    m_activePaneID = activePane->id();
+    m_recent = {activePane->id()};
+    if (!old.isEmpty()) {
+        Q_EMIT panesChanged();
+        Q_EMIT activePaneChanged();
+    }
+}
+
+void TabState::loadPanes()
+{
+    for (PaneState* pane : panes())
+        pane->shown();
+}
+
+Session::Tab TabState::saved() const
+{
+    QList<QList<FilePath>> grid;
+    for (const auto& column : m_columns) {
+        QList<FilePath> folders;
+        for (PaneState* pane : column)
+            folders.append(pane->url());
+        grid.append(folders);
+    }
+    return Session::Tab::ofGrid(grid, int(panes().indexOf(activePane())));
+}
 
 QList<PaneState*> TabState::panes() const
 {

@@ -5,6 +5,7 @@
 // Signals: panesChanged() follows every change of the grid's shape; activePaneChanged() follows
 // every change of the active pane.
 
+#include "app/Session.h"
 #include "state/PaneState.h"
 
 #include <QObject>
@@ -18,6 +19,8 @@ class TabState : public QObject {
     Q_OBJECT
 public:
     TabState(const FilePath& folder, ViewPreferences* preferences, QObject* parent = nullptr);
+    // A tab rebuilt from a saved one (restoreLayout). Its panes wait to load until loadPanes().
+    TabState(const Session::Tab& saved, ViewPreferences* preferences, QObject* parent = nullptr);
 
     QUuid id() const { return m_id; }
     const QList<QList<PaneState*>>& columns() const { return m_columns; }
@@ -28,6 +31,15 @@ public:
     PaneState* otherPane() const;
     double columnSplit() const { return m_columnSplit; }
     void setColumnSplit(double fraction) { m_columnSplit = std::clamp(fraction, 0.1, 0.9); }
+
+    // Replaces the grid by `columns` (left to right, top to bottom; at most kMaxColumns columns of
+    // kMaxRows panes are kept), each path through Session::folder, and activates the pane at
+    // `active`, counted column by column. The new panes wait to load until loadPanes().
+    void restoreLayout(const QList<QList<FilePath>>& columns, int active);
+    // The tab is shown: panes still waiting load their folders now.
+    void loadPanes();
+    // The grid as folder paths, with the active pane's index counted column by column.
+    Session::Tab saved() const;
 
     void activate(PaneState* pane);
     // Moves activation `offset` panes on, in grid order (columns, then rows), wrapping.
@@ -50,7 +62,7 @@ Q_SIGNALS:
     void panesChanged();
 
 private:
-    PaneState* makePane(const FilePath& folder);
+    PaneState* makePane(const FilePath& folder, PaneState::Start start = PaneState::Start::loading);
 
     QUuid m_id = QUuid::createUuid();
     ViewPreferences* m_preferences;

@@ -80,10 +80,48 @@ void WindowState::selectTabWithID(const QUuid& id)
     for (TabState* tab : m_tabs) {
         if (tab->id() == id) {
             m_selectedTabID = id;
+            tab->loadPanes();
             Q_EMIT selectedTabChanged();
             return;
         }
     }
+}
+
+// --- Session
+
+Session WindowState::session() const
+{
+    Session session;
+    for (TabState* tab : m_tabs)
+        session.tabs.append(tab->saved());
+    session.selected = int(m_tabs.indexOf(selectedTab()));
+    session.showPreview = m_showPreview;
+    return session;
+}
+
+void WindowState::restore(const Session& session)
+{
+    if (session.tabs.isEmpty())
+        return;
+    const QList<TabState*> old = std::exchange(m_tabs, {});
+    for (const Session::Tab& saved : session.tabs)
+        m_tabs.append(new TabState(saved, m_preferences, this));
+    TabState* selected = m_tabs[session.selected >= 0 && session.selected < m_tabs.size() ? session.selected : 0];
+    m_selectedTabID = selected->id();
+    selected->loadPanes();
+    for (TabState* tab : old)
+        tab->deleteLater();
+    Q_EMIT tabsChanged();
+    Q_EMIT selectedTabChanged();
+    setShowPreview(session.showPreview);
+}
+
+void WindowState::setShowPreview(bool shown)
+{
+    if (shown == m_showPreview)
+        return;
+    m_showPreview = shown;
+    Q_EMIT showPreviewChanged();
 }
 
 void WindowState::moveTab(const QUuid& id, const QUuid& onto)

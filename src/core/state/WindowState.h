@@ -5,7 +5,12 @@
 //
 // Signals: tabsChanged() follows every change of the tab list or order; selectedTabChanged()
 // follows every change of the shown tab; closeRequested() asks the window to close (the last tab
-// was closed); panelChanged() follows every change of the panel fields.
+// was closed); panelChanged() follows every change of the panel fields; showPreviewChanged()
+// follows every change of showPreview(); workspaceNameRequested() asks the window for a name to
+// save the window's tabs under (it answers through workspaceActions::save).
+//
+// Only the shown tab's panes read their folders: a restored tab's panes load when it is first
+// selected.
 
 #include "state/TabState.h"
 
@@ -31,6 +36,17 @@ public:
     const QList<FilePath>& closedTabURLs() const { return m_closedTabURLs; }
     QUndoStack* undoStack() { return &m_undoStack; }
     ViewPreferences* preferences() const { return m_preferences; }
+
+    // --- Session
+    // The window's layout: every tab's pane grid, the selected tab, showPreview.
+    Session session() const;
+    // Replaces the tabs by the session's (folders gone since fall back to home) and selects its
+    // selected tab; only that tab's panes load now.
+    void restore(const Session& session);
+    // Whether the preview panel is shown.
+    bool showPreview() const { return m_showPreview; }
+    void setShowPreview(bool shown);
+    void requestWorkspaceName() { Q_EMIT workspaceNameRequested(); }
 
     // --- Tabs
     // A new tab on `folder` (the active pane's folder when absent), right after the shown one, shown.
@@ -77,6 +93,8 @@ Q_SIGNALS:
     void panelChanged();
     void messageRequested(const QString& message);
     void paletteRequested(orwick::PaletteRequest request);
+    void showPreviewChanged();
+    void workspaceNameRequested();
 
 protected:
     TabState* makeTab(const FilePath& folder);
@@ -89,6 +107,7 @@ protected:
     Panel m_panel = Panel::none;
     FileActions* m_files;
     FilePath m_panelFolder;
+    bool m_showPreview = false;
 };
 
 } // namespace orwick

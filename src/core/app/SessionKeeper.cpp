@@ -1,0 +1,91 @@
+#include "app/SessionKeeper.h"
+
+#include "async/Background.h"
+
+#include <QCoreApplication>
+#include <mutex>
+
+namespace orwick {
+
+namespace {
+
+// Every write of the process is numbered when it is made; a write that reaches the store after
+// a newer one has is dropped, so a slow background write never replaces a later session.
+std::mutex g_writeMutex;
+quint64 g_lastMade = 0;    // GUI thread only
+quint64 g_lastWritten = 0; // under g_writeMutex
+
+bool writeInOrder(quint64 number, const QByteArray& bytes)
+{
+    const std::lock_guard lock(g_writeMutex);
+    if (number < g_lastWritten)
+        return false;
+    g_lastWritten = number;
+    if (const Status status = Session::saveEncoded(bytes); !status)
+        qWarning("orwick: %s", qPrintable(status.error()));
+    return true;
+}
+
+} // namespace
+
+SessionKeeper::SessionKeeper(WindowState* window) : QObject(window), m_window(window)
+{
+    m_timer.setSingleShot(true);
+    m_timer.setInterval(kDelayMs);
+    connect(&m_timer, &QTimer::timeout, this, &SessionKeeper::saveInBackground);
+    connect(window, &WindowState::tabsChanged, this, &SessionKeeper::changed);
+    connect(window, &WindowState::selectedTabChanged, this, &SessionKeeper::changed);
+    connect(window, &WindowState::showPreviewChanged, this, &SessionKeeper::changed);
+    connect(window, &WindowState::closeRequested, this, &SessionKeeper::saveNow);
+    if (QCoreApplication* app = QCoreApplication::instance())
+        connect(app, &QCoreApplication::aboutToQuit, this, [this] {
+            if (hasPendingSave())
+                saveNow();
+        });
+    follow();
+}
+
+SessionKeeper* SessionKeeper::keep(WindowState* window, bool restoring)
+{
+    if (restoring)
+        if (const auto session = Session::forNewWindow())
+            window->restore(*session);
+    return new SessionKeeper(window);
+}
+
+void SessionKeeper::changed()
+{
+    follow();
+    m_timer.start();
+}
+
+// Tabs and panes come and go: each change connects the ones that are new (UniqueConnection
+// leaves the others as they are).
+void SessionKeeper::follow()
+{
+    for (TabState* tab : m_window->tabs()) {
+        connect(tab, &TabState::panesChanged, this, &SessionKeeper::changed, Qt::UniqueConnection);
+        connect(tab, &TabState::activePaneChanged, this, &SessionKeeper::changed, Qt::UniqueConnection);
+        for (PaneState* pane : tab->panes())
+            connect(pane, &PaneState::locationChanged, this, &SessionKeeper::changed, Qt::UniqueConnection);
+    }
+}
+
+void SessionKeeper::saveNow()
+{
+    m_timer.stop();
+    if (writeInOrder(++g_lastMade, m_window->session().encoded()))
+        Q_EMIT saved();
+}
+
+void SessionKeeper::saveInBackground()
+{
+    const quint64 number = ++g_lastMade;
+    QByteArray bytes = m_window->session().encoded();
+    runInBackground(this, [number, bytes = std::move(bytes)] { return writeInOrder(number, bytes); }, [this](bool written) {
+        if (written)
+            Q_EMIT saved();
+    });
+}
+
+} // namespace orwick

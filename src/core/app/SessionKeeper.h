@@ -1,0 +1,48 @@
+#pragma once
+// SessionKeeper: keeps one window's session in the preferences store, so that the program opens
+// where it was left. Owned by (a child of) its WindowState.
+//
+// A while after the last change of tabs, panes, folders, the active pane, the selected tab or the
+// preview flag (kDelayMs, restarted by each change) the session is encoded on the GUI thread and
+// written in the background with the writer's own settings handle, so no frame waits for the disk.
+// Writes reach the store in the order they were made: one that arrives after a newer one is
+// dropped. When the app quits, or the window asks to close, a pending save is written at once.
+//
+// Signals: saved() follows each write that reached the store, on the GUI thread.
+
+#include "state/WindowState.h"
+
+#include <QTimer>
+
+namespace orwick {
+
+class SessionKeeper : public QObject {
+    Q_OBJECT
+public:
+    static constexpr int kDelayMs = 2000;
+
+    explicit SessionKeeper(WindowState* window);
+
+    // Keeps `window`'s session from now on; when `restoring`, first gives it the stored session
+    // if this is the first window of the run (Session::forNewWindow). Returns the keeper, a child
+    // of the window.
+    static SessionKeeper* keep(WindowState* window, bool restoring);
+
+    void setDelay(int milliseconds) { m_timer.setInterval(milliseconds); }
+    bool hasPendingSave() const { return m_timer.isActive(); }
+    // Writes the session now, on this thread, and forgets any pending save.
+    void saveNow();
+
+Q_SIGNALS:
+    void saved();
+
+private:
+    void changed();
+    void follow();
+    void saveInBackground();
+
+    WindowState* m_window;
+    QTimer m_timer;
+};
+
+} // namespace orwick

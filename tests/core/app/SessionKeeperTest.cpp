@@ -1,0 +1,135 @@
+#include "app/SessionKeeper.h"
+#include "app/Settings.h"
+#include "support/TempHome.h"
+#include "support/TestMain.h"
+
+#include <gtest/gtest.h>
+
+using namespace orwick;
+using test::waitUntil;
+
+namespace {
+
+struct KeeperFixture : ::testing::Test {
+    test::TempTree tree;
+    ViewPreferences preferences;
+    std::unique_ptr<WindowState> window;
+    SessionKeeper* keeper = nullptr;
+
+    void SetUp() override
+    {
+        tree.folder("A");
+        tree.folder("B");
+        openSettings()->remove(Session::kSettingsKey);
+        Session::beginRun();
+        window = std::make_unique<WindowState>(tree.root(), &preferences);
+        keeper = SessionKeeper::keep(window.get(), false);
+        keeper->setDelay(150);
+    }
+    static std::optional<Session> stored()
+    {
+        return Session::decode(openSettings()->value(Session::kSettingsKey).toByteArray());
+    }
+    // Waits for the pending save to reach the store.
+    void awaitSave()
+    {
+        int saved = 0;
+        const auto connection = QObject::connect(keeper, &SessionKeeper::saved, [&saved] { ++saved; });
+        ASSERT_TRUE(waitUntil([&] { return saved > 0; }));
+        QObject::disconnect(connection);
+    }
+};
+
+} // namespace
+
+TEST_F(KeeperFixture, SavesAWhileAfterAChangeNotAtOnce)
+{
+    EXPECT_EQ(SessionKeeper::kDelayMs, 2000);
+    EXPECT_FALSE(keeper->hasPendingSave());
+    window->newTab(tree.path("A"));
+    EXPECT_TRUE(keeper->hasPendingSave());
+    EXPECT_FALSE(stored()); // not yet
+    awaitSave();
+    ASSERT_TRUE(stored());
+    EXPECT_EQ(*stored(), window->session());
+    EXPECT_EQ(stored()->tabs.size(), 2);
+}
+
+TEST_F(KeeperFixture, ChangesInQuickSuccessionAreOneWrite)
+{
+    int saved = 0;
+    QObject::connect(keeper, &SessionKeeper::saved, [&saved] { ++saved; });
+    window->newTab(tree.path("A"));
+    window->newTab(tree.path("B"));
+    window->selectTab(1);
+    ASSERT_TRUE(waitUntil([&] { return saved > 0; }));
+    EXPECT_FALSE(waitUntil([&] { return saved > 1; }, 400));
+    EXPECT_EQ(*stored(), window->session());
+}
+
+TEST_F(KeeperFixture, FollowsPanesFoldersTheActivePaneAndThePreviewOfNewTabs)
+{
+    TabState* tab = window->newTab(tree.path("A"));
+    awaitSave();
+
+    PaneState* added = tab->split(tab->activePane(), PaneEdge::right, tree.path("B"));
+    EXPECT_TRUE(keeper->hasPendingSave()) << "a split";
+    awaitSave();
+    EXPECT_EQ(stored()->tabs[1].right, tree.path("B"));
+
+    tab->activate(tab->panes().first());
+    EXPECT_TRUE(keeper->hasPendingSave()) << "the active pane";
+    awaitSave();
+    EXPECT_FALSE(stored()->tabs[1].rightIsActive);
+
+    added->navigate(tree.root());
+    EXPECT_TRUE(keeper->hasPendingSave()) << "a folder";
+    awaitSave();
+    EXPECT_EQ(stored()->tabs[1].right, tree.root());
+
+    window->setShowPreview(true);
+    EXPECT_TRUE(keeper->hasPendingSave()) << "the preview";
+    awaitSave();
+    EXPECT_TRUE(stored()->showPreview);
+}
+
+TEST_F(KeeperFixture, ClosingTheWindowSavesAtOnce)
+{
+    window->newTab(tree.path("A"));
+    window->closeTab();
+    window->closeTab(); // the last tab asks the window to close
+    EXPECT_FALSE(keeper->hasPendingSave());
+    ASSERT_TRUE(stored());
+    EXPECT_EQ(stored()->tabs.size(), 1);
+}
+
+TEST_F(KeeperFixture, TheFirstWindowOfARunRestoresAndTheSecondStartsFresh)
+{
+    window->newTab(tree.path("A"));
+    window->newTab(tree.path("B"));
+    keeper->saveNow();
+    const Session saved = window->session();
+
+    Session::beginRun(); // the program starts again
+    WindowState first(tree.path("B"), &preferences);
+    SessionKeeper::keep(&first, true);
+    EXPECT_EQ(first.session(), saved);
+    EXPECT_FALSE(first.findChild<SessionKeeper*>()->hasPendingSave()); // restoring is no change
+
+    WindowState second(tree.path("B"), &preferences);
+    SessionKeeper::keep(&second, true);
+    EXPECT_EQ(second.tabs().size(), 1);
+    EXPECT_EQ(second.activePane()->url(), tree.path("B"));
+}
+
+TEST_F(KeeperFixture, AWindowGivenPathsDoesNotRestore)
+{
+    window->newTab(tree.path("A"));
+    keeper->saveNow();
+    Session::beginRun();
+    WindowState opened(tree.path("B"), &preferences);
+    SessionKeeper::keep(&opened, false);
+    EXPECT_EQ(opened.tabs().size(), 1);
+    // The run's first restorable window may still come.
+    EXPECT_TRUE(Session::forNewWindow());
+}
