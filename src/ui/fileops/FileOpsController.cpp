@@ -51,6 +51,7 @@ void FileOpsController::attach(PaneWidget* widget)
         });
     });
     connect(pane, &PaneState::renamingChanged, this, [this, pane] { showRename(pane); });
+    connect(widget, &PaneWidget::filesDropped, &m_state->files(), &FileActions::drop);
 }
 
 PaneWidget* FileOpsController::widgetFor(const PaneState* pane) const

@@ -30,7 +30,8 @@ class FileOpsController : public QObject {
 public:
     FileOpsController(QWidget* window, WindowState* state, ToastHost* toasts, FileOperations* operations);
 
-    // Lets the controller edit names in the pane's views.
+    // Lets the controller edit names in the pane's views, and hands what is dropped on them to
+    // the window's FileActions.
     void attach(PaneWidget* pane);
 
     ProgressCard* progressCard() const { return m_card; }

@@ -12,6 +12,7 @@
 #include "ui/views/FileGridView.h"
 #include "ui/views/FileListView.h"
 #include "ui/views/FileTableView.h"
+#include "ui/views/ViewDragDrop.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -71,6 +72,12 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
                           static_cast<QWidget*>(m_gridView), static_cast<QWidget*>(m_columnsView->currentColumn())})
         view->installEventFilter(this);
     m_drives->installEventFilter(this);
+    // Every view drags its rows and takes drops; an empty folder's text takes drops too.
+    QList<ViewDragDrop*> dragDrops = {new ViewDragDrop(m_listView, pane), new ViewDragDrop(m_tableView, pane),
+                                      new ViewDragDrop(m_gridView, pane), new ViewDragDrop(m_columnsView->currentColumn(), pane),
+                                      new ViewDragDrop(m_message, pane)};
+    for (ViewDragDrop* dragDrop : dragDrops)
+        connect(dragDrop, &ViewDragDrop::dropped, this, &PaneWidget::filesDropped);
 
     connect(pane, &PaneState::itemsChanged, this, &PaneWidget::showState);
     connect(pane, &PaneState::locationChanged, this, &PaneWidget::showState);

@@ -45,6 +45,8 @@ public:
 Q_SIGNALS:
     void messageRequested(const QString& message);
     void activated(); // the pane got the keyboard or a click
+    // Files were dropped on one of the pane's views, into `folder` (see ViewDragDrop).
+    void filesDropped(const QList<QUrl>& urls, const orwick::FilePath& folder, Qt::KeyboardModifiers modifiers);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

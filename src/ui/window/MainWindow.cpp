@@ -10,6 +10,7 @@
 #include "ui/window/CommandMenus.h"
 #include "ui/window/PaletteController.h"
 #include "ui/window/PaneGrid.h"
+#include "ui/window/TabBarDrops.h"
 #include "ui/window/ToastHost.h"
 
 #include <QCloseEvent>
@@ -32,6 +33,7 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     m_tabBar->setExpanding(false);
     m_tabBar->setFocusPolicy(Qt::NoFocus);
     m_tabBar->setElideMode(Qt::ElideMiddle);
+    new TabBarDrops(m_tabBar, state); // folders dropped on it open in new tabs
     m_grids = new QStackedWidget(central);
     layout->addWidget(m_tabBar);
     layout->addWidget(m_grids, 1);
