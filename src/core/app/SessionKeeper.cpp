@@ -3,6 +3,7 @@
 #include "async/Background.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <mutex>
 
 namespace orwick {
@@ -45,12 +46,21 @@ SessionKeeper::SessionKeeper(WindowState* window) : QObject(window), m_window(wi
     follow();
 }
 
-SessionKeeper* SessionKeeper::keep(WindowState* window, bool restoring)
+SessionKeeper* SessionKeeper::keep(WindowState* window, bool restoring, QObject* closing)
 {
-    if (restoring)
-        if (const auto session = Session::forNewWindow())
-            window->restore(*session);
-    return new SessionKeeper(window);
+    if (const auto session = Session::forNewWindow(); session && restoring)
+        window->restore(*session);
+    auto* keeper = new SessionKeeper(window);
+    if (closing)
+        closing->installEventFilter(keeper);
+    return keeper;
+}
+
+bool SessionKeeper::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Close && hasPendingSave())
+        saveNow();
+    return QObject::eventFilter(watched, event);
 }
 
 void SessionKeeper::changed()

@@ -23,10 +23,12 @@ public:
 
     explicit SessionKeeper(WindowState* window);
 
-    // Keeps `window`'s session from now on; when `restoring`, first gives it the stored session
-    // if this is the first window of the run (Session::forNewWindow). Returns the keeper, a child
-    // of the window.
-    static SessionKeeper* keep(WindowState* window, bool restoring);
+    // Keeps `window`'s session from now on. The first window of a run first takes the stored
+    // session when `restoring` (a start with nothing to open); a first window that opens
+    // something instead uses up the run's restore all the same, so later windows start fresh.
+    // When `closing` is given, its close event (the window drawn for `window`) saves at once.
+    // Returns the keeper, a child of the window.
+    static SessionKeeper* keep(WindowState* window, bool restoring, QObject* closing = nullptr);
 
     void setDelay(int milliseconds) { m_timer.setInterval(milliseconds); }
     bool hasPendingSave() const { return m_timer.isActive(); }
@@ -35,6 +37,9 @@ public:
 
 Q_SIGNALS:
     void saved();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void changed();

@@ -1,6 +1,7 @@
 #include "ui/window/CommandMenus.h"
 
 #include "commands/CommandCatalog.h"
+#include "ui/window/WorkspacesMenu.h"
 #include "state/FileActions.h"
 
 #include <QAction>
@@ -57,8 +58,9 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     addMenu(QStringLiteral("&Go"), {"back", "forward", "up", "-", "palette", "goToPath", "projects", "-", "showRecents", "thisMac",
                                     "screenshots", "trashFolder", "-", "moveTo", "copyTo", "copyToOther", "moveToOther", "-",
                                     "findDuplicates", "showSpace", "cleanUp", "findInFiles", "reviewChanges"});
-    addMenu(QStringLiteral("&Window"), {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-", "nextTab",
-                                        "previousTab", "reopenTab"});
+    QMenu* windowMenu = addMenu(QStringLiteral("&Window"), {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-",
+                                                            "nextTab", "previousTab", "reopenTab", "-", "saveWorkspace"});
+    WorkspacesMenu::addTo(windowMenu, state);
     addMenu(QStringLiteral("&Help"), {"guide", "welcome", "about"});
 
     // The Linux habits, besides each command's own key.

@@ -12,6 +12,7 @@
 #include "ui/window/PaneGrid.h"
 #include "ui/window/TabBarDrops.h"
 #include "ui/window/ToastHost.h"
+#include "ui/window/WorkspaceNamePrompt.h"
 
 #include <QCloseEvent>
 #include <QStackedWidget>
@@ -46,6 +47,7 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     m_menus = new CommandMenus(this, state);
     m_palette = new PaletteController(state, services().frecency, this);
     connect(m_menus, &CommandMenus::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
+    WorkspaceNamePrompt::follow(state, this); // "Save Workspace…" asks for a name
 
     connect(state, &WindowState::tabsChanged, this, &MainWindow::syncTabs);
     connect(state, &WindowState::selectedTabChanged, this, &MainWindow::showSelectedTab);
@@ -142,8 +144,12 @@ void MainWindow::showSelectedTab()
     m_tabBar->setCurrentIndex(int(m_state->tabs().indexOf(selected)));
     m_tabBar->setVisible(m_state->tabs().size() > 1);
     PaneGrid* grid = gridFor(selected);
+    // Showing the grid hands the keyboard to its first pane, which would make that one active;
+    // the tab's own active pane takes it back.
+    PaneState* active = selected->activePane();
     m_grids->setCurrentWidget(grid);
     m_syncing = false;
+    selected->activate(active);
     if (PaneWidget* widget = grid->activeWidget())
         widget->takeFocus();
     updateTitles();

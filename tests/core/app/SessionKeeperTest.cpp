@@ -122,7 +122,7 @@ TEST_F(KeeperFixture, TheFirstWindowOfARunRestoresAndTheSecondStartsFresh)
     EXPECT_EQ(second.activePane()->url(), tree.path("B"));
 }
 
-TEST_F(KeeperFixture, AWindowGivenPathsDoesNotRestore)
+TEST_F(KeeperFixture, AStartThatOpensAFolderNeitherRestoresNorLetsALaterWindowRestore)
 {
     window->newTab(tree.path("A"));
     keeper->saveNow();
@@ -130,6 +130,20 @@ TEST_F(KeeperFixture, AWindowGivenPathsDoesNotRestore)
     WindowState opened(tree.path("B"), &preferences);
     SessionKeeper::keep(&opened, false);
     EXPECT_EQ(opened.tabs().size(), 1);
-    // The run's first restorable window may still come.
-    EXPECT_TRUE(Session::forNewWindow());
+    WindowState later(tree.path("B"), &preferences);
+    SessionKeeper::keep(&later, true);
+    EXPECT_EQ(later.tabs().size(), 1);
+}
+
+TEST_F(KeeperFixture, TheWindowsCloseSavesAPendingChangeAtOnce)
+{
+    QObject drawn; // stands for the window that draws the state
+    WindowState closing(tree.root(), &preferences);
+    SessionKeeper* keeping = SessionKeeper::keep(&closing, false, &drawn);
+    closing.newTab(tree.path("B"));
+    ASSERT_TRUE(keeping->hasPendingSave());
+    QEvent close(QEvent::Close);
+    QCoreApplication::sendEvent(&drawn, &close);
+    EXPECT_FALSE(keeping->hasPendingSave());
+    EXPECT_EQ(stored()->tabs.size(), 2);
 }
