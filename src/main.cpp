@@ -1,23 +1,34 @@
 // orwick: the file manager window.
 //
-//   orwick [FOLDER|FILE|file://URL]     opens the folder (a file: its folder, with it selected)
+//   orwick [--new-window] [FOLDER|FILE|file://URL|orwick://open?path=…]…
 //   orwick --show trash|recents|screenshots|drives|tag:NAME
+//   orwick --help | --version
+//
+// One Orwick runs per user and display: a later `orwick` hands its arguments to the running one,
+// which opens them in its front window (or a new one), and returns at once.
 
-#include "files/Listing.h"
+#include "app/CommandLine.h"
+#include "app/OpenRouter.h"
 #include "app/Services.h"
+#include "app/SessionKeeper.h"
+#include "app/ShowInFolderService.h"
+#include "app/SingleInstance.h"
+#include "commands/ExternalPrograms.h"
 #include "commands/Frecency.h"
 #include "git/Git.h"
 #include "notes/FileProperties.h"
-#include "platform/DirectoryReader.h"
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
 #include "ui/notes/PaneNotesDecoration.h"
 #include "ui/pane/PaneGitDecoration.h"
 #include "ui/panels/DiskToolKeys.h"
+#include "ui/panels/SettingsPanel.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
+#include "ui/window/Windows.h"
 
 #include <QApplication>
+#include <QDateTime>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTimer>
@@ -27,6 +38,21 @@ using namespace orwick;
 
 namespace {
 
+// Calls `shown` once the pane's next arrangement has been painted.
+void whenRowsShown(MainWindow& window, PaneState* pane, std::function<void()> shown)
+{
+    auto* connection = new QMetaObject::Connection;
+    *connection = QObject::connect(pane, &PaneState::itemsChanged, &window, [&window, connection, shown = std::move(shown)] {
+        QObject::disconnect(*connection);
+        delete connection;
+        // The rows are painted on the next pass of the event loop.
+        QTimer::singleShot(0, &window, [&window, shown] {
+            window.repaint();
+            shown();
+        });
+    });
+}
+
 // ORWICK_TRACE_STARTUP=1 prints when the first rows are shown and the memory held then;
 // ORWICK_TRACE_STARTUP=quit also quits, for benchmarks.
 void traceStartup(MainWindow& window, const QElapsedTimer& sinceStart)
@@ -34,26 +60,60 @@ void traceStartup(MainWindow& window, const QElapsedTimer& sinceStart)
     const QByteArray mode = qgetenv("ORWICK_TRACE_STARTUP");
     if (mode.isEmpty())
         return;
-    PaneState* pane = window.state()->activePane();
-    auto* connection = new QMetaObject::Connection;
-    *connection = QObject::connect(pane, &PaneState::itemsChanged, &window, [&window, &sinceStart, connection, mode] {
-        QObject::disconnect(*connection);
-        delete connection;
-        // The rows are painted on the next pass of the event loop.
-        QTimer::singleShot(0, &window, [&window, &sinceStart, mode] {
-            window.repaint();
-            QFile status(QStringLiteral("/proc/self/status"));
-            QByteArray rss;
-            if (status.open(QIODevice::ReadOnly))
-                for (const QByteArray& line : status.readAll().split('\n'))
-                    if (line.startsWith("VmRSS:"))
-                        rss = line.mid(6).simplified();
-            fprintf(stderr, "first rows shown after %lld ms, %d items, resident %s\n", (long long)sinceStart.elapsed(),
-                    int(window.state()->activePane()->items().size()), rss.constData());
-            if (mode == "quit")
-                QTimer::singleShot(200, qApp, &QApplication::quit);
-        });
+    whenRowsShown(window, window.state()->activePane(), [&window, &sinceStart, mode] {
+        QFile status(QStringLiteral("/proc/self/status"));
+        QByteArray rss;
+        if (status.open(QIODevice::ReadOnly))
+            for (const QByteArray& line : status.readAll().split('\n'))
+                if (line.startsWith("VmRSS:"))
+                    rss = line.mid(6).simplified();
+        fprintf(stderr, "first rows shown after %lld ms, %d items, resident %s\n", (long long)sinceStart.elapsed(),
+                int(window.state()->activePane()->items().size()), rss.constData());
+        if (mode == "quit")
+            QTimer::singleShot(200, qApp, &QApplication::quit);
     });
+}
+
+// ORWICK_TRACE_OPEN=1 prints every request a window was given, and when its rows were shown
+// (milliseconds since the epoch, to compare with the clock of the `orwick` that sent it).
+void traceOpen(Windows& windows, OpenRouter& router)
+{
+    if (qgetenv("ORWICK_TRACE_OPEN").isEmpty())
+        return;
+    QObject::connect(&router, &OpenRouter::delivered, &windows, [&windows](WindowState* state, const OpenRequests& requests) {
+        for (const OpenRequest& request : requests)
+            fprintf(stderr, "open: %s%s in window %d\n", request.path.c_str(), request.reveal ? " (reveal)" : "",
+                    int(windows.all().indexOf(windows.front())) + 1);
+        MainWindow* window = windows.front();
+        if (!window || window->state() != state)
+            return;
+        PaneState* pane = state->activePane();
+        auto report = [pane = QPointer<PaneState>(pane)] {
+            if (pane)
+                fprintf(stderr, "open: rows of %s shown at %lld, %d selected\n", pane->url().c_str(),
+                        (long long)QDateTime::currentMSecsSinceEpoch(), int(pane->selection().size()));
+        };
+        if (pane->isLoading())
+            whenRowsShown(*window, pane, report);
+        else
+            report();
+    });
+}
+
+// What a start of `orwick` asked for, in the running program: its items in the front window
+// (or a new one), a listing in a new tab.
+void follow(const CommandLine& line, const FilePath& workingFolder, Windows& windows, OpenRouter& router)
+{
+    const OpenRequests requests = line.requests(workingFolder);
+    if (line.newWindow || !windows.front()) {
+        router.openNewWindow(requests);
+    } else if (!requests.isEmpty()) {
+        router.open(requests);
+    }
+    WindowState* front = windows.frontState();
+    if (line.listing && front)
+        (line.newWindow || windows.all().size() == 1 ? front->activePane() : front->newTab()->activePane())->show(*line.listing);
+    windows.raise(windows.front());
 }
 
 } // namespace
@@ -62,35 +122,42 @@ int main(int argc, char** argv)
 {
     QElapsedTimer sinceStart;
     sinceStart.start();
+    QList<QByteArray> arguments; // bytes: a name need not be UTF-8
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QByteArray(argv[i]));
+    const Result<CommandLine> line = CommandLine::parse(arguments);
+    if (!line) {
+        fprintf(stderr, "%s\n", qPrintable(line.error()));
+        return 2;
+    }
+    if (line->action != CommandLine::Action::open) {
+        fputs(qPrintable(line->action == CommandLine::Action::help ? CommandLine::helpText() : CommandLine::versionText()), stdout);
+        return 0;
+    }
+
+    // A running Orwick takes the request, and this start ends here.
+    const FilePath workingFolder = FilePath::fromNative(".");
+    const Result<FilePath> socket = SingleInstance::socketPath();
+    QString alone; // why this Orwick won't take later starts' requests
+    if (socket) {
+        const auto handed = SingleInstance::handOver(*socket, {workingFolder, arguments});
+        if (handed && *handed == SingleInstance::HandOver::done)
+            return 0;
+        if (!handed)
+            alone = handed.error();
+    } else {
+        alone = socket.error();
+    }
+
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Orwick"));
     QApplication::setDesktopFileName(QStringLiteral("orwick"));
-
-    FilePath folder = xdg::home();
-    std::optional<FilePath> selecting;
-    std::optional<Listing> listing;
-    const QStringList arguments = app.arguments().mid(1);
-    for (int i = 0; i < arguments.size(); ++i) {
-        const QString& argument = arguments[i];
-        if (argument == QLatin1StringView("--show") && i + 1 < arguments.size()) {
-            listing = Listing::fromName(arguments[++i]);
-            if (!listing) {
-                fprintf(stderr, "orwick: --show takes trash, recents, screenshots, drives or tag:NAME\n");
-                return 2;
-            }
-            continue;
-        }
-        // Paths arrive as bytes; a URL as a file:// URL.
-        const FilePath path = argument.startsWith(QLatin1StringView("file:")) ? FilePath::fromUrl(QUrl(argument))
-                                                                              : FilePath::fromNative(QFile::encodeName(argument));
-        const auto st = statPath(path, FollowLinks::yes);
-        if (st && !st->isDirectory()) {
-            folder = path.parent();
-            selecting = path;
-        } else {
-            folder = path;
-        }
-    }
+    SingleInstance instance;
+    if (alone.isEmpty())
+        if (const Status listening = instance.listen(*socket); !listening)
+            alone = listening.error();
+    if (!alone.isEmpty())
+        fprintf(stderr, "orwick: %s, so a later “orwick” opens a separate Orwick instead of a tab in this one\n", qPrintable(alone));
 
     ViewPreferences preferences;
     Git git;
@@ -99,18 +166,30 @@ int main(int argc, char** argv)
     services().frecency = &frecency;
     FileProperties properties;
     services().properties = &properties;
-    WindowState state(folder, &preferences);
-    if (listing)
-        state.activePane()->show(*listing);
-    else if (selecting)
-        state.activePane()->reveal({*selecting});
-    MainWindow window(&state);
-    window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
-    PaneNotesDecoration::attach(&window, &properties);
-    // The disk-tool commands set the window's panel; the sheets draw it.
-    DiskToolKeys::follow(state, &window);
-    traceStartup(window, sinceStart);
-    window.show();
-    window.activateWindow(); // window-wide keys need an active window, even with no window manager
+    ExternalPrograms programs;
+    services().programs = &programs;
+
+    Windows windows(&preferences);
+    windows.setDecorate([&git, &properties, &line, &workingFolder](MainWindow& window) {
+        window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
+        PaneNotesDecoration::attach(&window, &properties);
+        // The disk-tool commands set the window's panel; the sheets draw it.
+        DiskToolKeys::follow(*window.state(), &window);
+        SettingsPanel::follow(*window.state(), &window);
+        // A start with nothing to open reopens the last session; every window's is kept.
+        SessionKeeper::keep(window.state(), line->requests(workingFolder).isEmpty() && !line->listing, &window);
+    });
+    OpenRouter router;
+    OpenRouter::setInstance(&router);
+    windows.serve(router);
+    traceOpen(windows, router);
+    ShowInFolderService showInFolder(&router);
+
+    follow(*line, workingFolder, windows, router);
+    traceStartup(*windows.front(), sinceStart);
+    QObject::connect(&instance, &SingleInstance::received, &windows, [&](const SingleInstance::Request& request) {
+        if (const Result<CommandLine> later = CommandLine::parse(request.arguments); later && later->action == CommandLine::Action::open)
+            follow(*later, request.workingFolder, windows, router);
+    });
     return app.exec();
 }

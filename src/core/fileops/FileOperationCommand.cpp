@@ -5,9 +5,10 @@
 namespace orwick {
 
 FileOperationCommand::FileOperationCommand(FileOperations* operations, const QString& actionName,
-                                           std::vector<FileChange> changes)
+                                           std::vector<FileChange> changes, QUndoStack* stack)
     : QUndoCommand(actionName)
     , m_operations(operations)
+    , m_stack(stack)
     , m_changes(std::make_shared<std::vector<FileChange>>(std::move(changes)))
 {
 }
@@ -16,7 +17,7 @@ void FileOperationCommand::undo()
 {
     m_done = false;
     if (m_operations)
-        m_operations->replay(m_changes, false, text());
+        m_operations->replay(m_changes, false, text(), m_stack);
 }
 
 void FileOperationCommand::redo()
@@ -25,7 +26,7 @@ void FileOperationCommand::redo()
         return; // pushed after the operation ran
     m_done = true;
     if (m_operations)
-        m_operations->replay(m_changes, true, text());
+        m_operations->replay(m_changes, true, text(), m_stack);
 }
 
 } // namespace orwick

@@ -8,6 +8,7 @@
 
 #include <QPointer>
 #include <QUndoCommand>
+#include <QUndoStack>
 #include <memory>
 
 namespace orwick {
@@ -16,7 +17,9 @@ class FileOperations;
 
 class FileOperationCommand : public QUndoCommand {
 public:
-    FileOperationCommand(FileOperations* operations, const QString& actionName, std::vector<FileChange> changes);
+    // `stack` is the undo stack the step goes on: failures of its undo and redo are told to its window.
+    FileOperationCommand(FileOperations* operations, const QString& actionName, std::vector<FileChange> changes,
+                         QUndoStack* stack = nullptr);
 
     void undo() override;
     void redo() override;
@@ -26,6 +29,7 @@ public:
 
 private:
     QPointer<FileOperations> m_operations;
+    QPointer<QUndoStack> m_stack;
     std::shared_ptr<std::vector<FileChange>> m_changes;
     bool m_done = true;
 };

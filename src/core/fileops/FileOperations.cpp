@@ -43,16 +43,31 @@ void FileOperations::cancelJob(quint64 id)
             job.progress->cancel();
 }
 
-void FileOperations::report(const QString& message)
+void FileOperations::setWindowHandlers(QUndoStack* undo, QObject* owner, WindowHandlers handlers)
+{
+    m_windowHandlers.insert(undo, std::move(handlers));
+    connect(owner, &QObject::destroyed, this, [this, undo] { m_windowHandlers.remove(undo); });
+    connect(undo, &QObject::destroyed, this, [this, undo] { m_windowHandlers.remove(undo); });
+}
+
+const FileOperations::WindowHandlers* FileOperations::handlersOf(QUndoStack* window) const
+{
+    const auto found = window ? m_windowHandlers.constFind(window) : m_windowHandlers.constEnd();
+    return found == m_windowHandlers.constEnd() ? nullptr : &found.value();
+}
+
+void FileOperations::report(const QString& message, QUndoStack* window)
 {
     OperationOutcome outcome;
     outcome.errors.append(message);
-    report(outcome);
+    report(outcome, window);
 }
 
-void FileOperations::report(const OperationOutcome& outcome)
+void FileOperations::report(const OperationOutcome& outcome, QUndoStack* window)
 {
-    if (m_reportErrors)
+    if (const WindowHandlers* handlers = handlersOf(window); handlers && handlers->reportErrors)
+        handlers->reportErrors(outcome);
+    else if (m_reportErrors)
         m_reportErrors(outcome);
     else
         qCWarning(lcFileOps).noquote() << outcomeText(outcome) << outcome.errors;
@@ -87,6 +102,7 @@ void FileOperations::run(JobRequest request)
 void FileOperations::finish(quint64 id, JobOutput output)
 {
     const JobRequest request = m_requests.take(id);
+    QUndoStack* window = request.window ? request.window.data() : request.undo.data();
     m_jobs.removeIf([id](const FileJob& job) { return job.id == id; });
     if (m_jobs.isEmpty())
         m_ticker.stop();
@@ -99,7 +115,7 @@ void FileOperations::finish(quint64 id, JobOutput output)
         Q_EMIT itemsMoved(report.moves);
     const bool changed = !report.changes.empty();
     if (changed && request.undo)
-        request.undo->push(new FileOperationCommand(this, request.actionName, std::move(report.changes)));
+        request.undo->push(new FileOperationCommand(this, request.actionName, std::move(report.changes), request.undo));
     OperationOutcome outcome;
     outcome.errors = report.errors;
     outcome.skipped = report.skipped;
@@ -112,10 +128,14 @@ void FileOperations::finish(quint64 id, JobOutput output)
     if (changed && (!output.done.isEmpty() || report.errors.isEmpty()))
         outcome.doneText = output.toast;
     if (outcome.isSuccess()) {
-        if (request.announce && changed && !output.toast.isEmpty())
-            Q_EMIT announced({output.toast, output.icon, request.undo != nullptr, false});
+        if (request.announce && changed && !output.toast.isEmpty()) {
+            const Toast toast{output.toast, output.icon, request.undo != nullptr, false};
+            if (const WindowHandlers* handlers = handlersOf(window); handlers && handlers->announce)
+                handlers->announce(toast);
+            Q_EMIT announced(toast);
+        }
     } else if (!outcome.errors.isEmpty() || request.announce) {
-        this->report(outcome);
+        this->report(outcome, window);
     }
     if (request.created && !output.made.isEmpty())
         request.created(output.made);
@@ -126,10 +146,12 @@ void FileOperations::finish(quint64 id, JobOutput output)
     Q_EMIT operationFinished();
 }
 
-void FileOperations::replay(std::shared_ptr<std::vector<FileChange>> changes, bool forward, const QString& actionName)
+void FileOperations::replay(std::shared_ptr<std::vector<FileChange>> changes, bool forward, const QString& actionName,
+                            QUndoStack* window)
 {
     ++m_pendingReplays;
     JobRequest request;
+    request.window = window;
     request.title = (forward ? QStringLiteral("Redoing ") : QStringLiteral("Undoing ")) + actionName;
     request.announce = false;
     request.pool = &m_replayPool;
@@ -143,7 +165,7 @@ void FileOperations::replay(std::shared_ptr<std::vector<FileChange>> changes, bo
     run(std::move(request));
 }
 
-void FileOperations::ask(const QList<Move>& collisions, const FilePath& folder, ConflictAnswer answer)
+void FileOperations::ask(const QList<Move>& collisions, const FilePath& folder, ConflictAnswer answer, QUndoStack* window)
 {
     ConflictQuestion question;
     question.collisions = collisions;
@@ -151,7 +173,9 @@ void FileOperations::ask(const QList<Move>& collisions, const FilePath& folder, 
         ? quoted(collisions.first().to.fileName()) + QStringLiteral(" is already in ") + quoted(folder.fileName())
         : QString::number(collisions.size()) + QStringLiteral(" items are already in ") + quoted(folder.fileName());
     question.message = QStringLiteral("Replacing moves the ones there now to the Trash.");
-    if (m_resolveConflicts)
+    if (const WindowHandlers* handlers = handlersOf(window); handlers && handlers->resolveConflicts)
+        handlers->resolveConflicts(question, std::move(answer));
+    else if (m_resolveConflicts)
         m_resolveConflicts(question, std::move(answer));
     else
         answer(ConflictChoice::keepBoth);
@@ -161,7 +185,7 @@ void FileOperations::transfer(const QList<FilePath>& items, const FilePath& fold
 {
     for (const FilePath& item : items) {
         if (liesWithin(folder, item)) {
-            report(quoted(item.fileName()) + QStringLiteral(" can't be put inside itself."));
+            report(quoted(item.fileName()) + QStringLiteral(" can't be put inside itself."), undo);
             return;
         }
     }
@@ -200,7 +224,7 @@ void FileOperations::transfer(const QList<FilePath>& items, const FilePath& fold
     if (collisions.isEmpty())
         proceed(ConflictChoice::keepBoth);
     else
-        ask(collisions, folder, std::move(proceed));
+        ask(collisions, folder, std::move(proceed), undo);
 }
 
 void FileOperations::copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
@@ -304,7 +328,7 @@ void FileOperations::putBack(const QList<FilePath>& itemsInTrash, QUndoStack* un
         if (!former)
             former = trash::originalPath(item);
         if (!former) {
-            report(quoted(item.fileName()) + QStringLiteral(" can't be put back: where it came from isn't known."));
+            report(quoted(item.fileName()) + QStringLiteral(" can't be put back: where it came from isn't known."), undo);
             continue;
         }
         moves.append({item, *former});

@@ -61,6 +61,16 @@ public:
     // sentence as the outcome's only error). Without a reporter, these are only logged.
     using Reporter = std::function<void(const OperationOutcome&)>;
     void setReportErrors(Reporter report) { m_reportErrors = std::move(report); }
+    // One window's answers: the conflict questions, reports and toasts of the jobs started with
+    // `undo` (that window's undo stack; their undo and redo carry it too) go to these instead of
+    // the shared resolver and reporter, so each window hears only about its own jobs.
+    // announced() is emitted for every job all the same. Dropped when `owner` goes.
+    struct WindowHandlers {
+        ConflictResolver resolveConflicts;
+        Reporter reportErrors;
+        std::function<void(const Toast&)> announce;
+    };
+    void setWindowHandlers(QUndoStack* undo, QObject* owner, WindowHandlers handlers);
     TrashLog& trashLog() { return m_trashLog; }
 
     void transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo);
@@ -92,7 +102,9 @@ public:
     static bool isSameVolume(const FilePath& a, const FilePath& b) { return orwick::isSameVolume(a, b); }
 
     // Used by FileOperationCommand: runs the changes' inverse (or the changes again) as a job.
-    void replay(std::shared_ptr<std::vector<FileChange>> changes, bool forward, const QString& actionName);
+    // `window` is the undo stack that holds the step, whose window hears of failures.
+    void replay(std::shared_ptr<std::vector<FileChange>> changes, bool forward, const QString& actionName,
+                QUndoStack* window = nullptr);
 
     // Caps extraction for tests and callers with their own limit; 0 keeps the default rule.
     void setExtractionLimit(qint64 bytes) { m_extractionLimit = bytes; }
@@ -120,6 +132,7 @@ private:
         QString title;
         QString actionName;
         QPointer<QUndoStack> undo;
+        QPointer<QUndoStack> window; // whose handlers hear of the job; the undo stack when not set
         Work work;
         Created created;
         Finished finished;
@@ -129,9 +142,10 @@ private:
     };
     void run(JobRequest request);
     void finish(quint64 id, JobOutput output);
-    void report(const QString& message);
-    void report(const OperationOutcome& outcome);
-    void ask(const QList<Move>& collisions, const FilePath& folder, ConflictAnswer answer);
+    void report(const QString& message, QUndoStack* window);
+    void report(const OperationOutcome& outcome, QUndoStack* window);
+    void ask(const QList<Move>& collisions, const FilePath& folder, ConflictAnswer answer, QUndoStack* window);
+    const WindowHandlers* handlersOf(QUndoStack* window) const;
 
     QList<FileJob> m_jobs;
     QHash<quint64, JobRequest> m_requests; // by job id, kept on this thread while the worker runs
@@ -141,6 +155,7 @@ private:
     QThreadPool m_replayPool; // undo and redo run one at a time, in order
     ConflictResolver m_resolveConflicts;
     Reporter m_reportErrors;
+    QHash<QUndoStack*, WindowHandlers> m_windowHandlers;
     TrashLog m_trashLog;
     qint64 m_extractionLimit = 0;
 };

@@ -48,7 +48,7 @@ bool renameInTwoSteps(const FilePath& from, const FilePath& to)
 void FileOperations::rename(const FilePath& item, const QByteArray& newName, QUndoStack* undo)
 {
     if (newName.contains('/')) {
-        report(QStringLiteral("A name can't contain “/”."));
+        report(QStringLiteral("A name can't contain “/”."), undo);
         return;
     }
     if (newName.isEmpty() || newName == item.fileNameBytes())
@@ -56,7 +56,7 @@ void FileOperations::rename(const FilePath& item, const QByteArray& newName, QUn
     const FilePath target = item.parent().child(QByteArrayView(newName));
     const bool special = newName == "." || newName == "..";
     if (special || (pathExists(target) && !sameItem(item, target))) {
-        report(quoted(displayName(newName)) + QStringLiteral(" already exists in this folder."));
+        report(quoted(displayName(newName)) + QStringLiteral(" already exists in this folder."), undo);
         return;
     }
     const QString oldName = item.fileName();
@@ -142,7 +142,7 @@ void FileOperations::newFolder(const FilePath& folder, QUndoStack* undo, Created
 void FileOperations::newFile(const FilePath& folder, const QByteArray& name, QUndoStack* undo, Created created)
 {
     if (name.contains('/')) {
-        report(QStringLiteral("A name can't contain “/”."));
+        report(QStringLiteral("A name can't contain “/”."), undo);
         return;
     }
     JobRequest request;
@@ -173,7 +173,7 @@ void FileOperations::registerCreated(const QList<FilePath>& items, const QString
     std::vector<FileChange> changes;
     for (const FilePath& item : items)
         changes.push_back({FileChange::Kind::created, {}, item, {}});
-    undo->push(new FileOperationCommand(this, actionName, std::move(changes)));
+    undo->push(new FileOperationCommand(this, actionName, std::move(changes), undo));
 }
 
 void FileOperations::tidyUp(const FilePath& folder, QUndoStack* undo)

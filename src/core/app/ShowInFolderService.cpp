@@ -1,0 +1,144 @@
+#include "app/ShowInFolderService.h"
+
+#include "app/OpenRouter.h"
+#include "app/Settings.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QDBusServiceWatcher>
+#include <QUrl>
+
+namespace orwick {
+
+namespace {
+
+QPointer<ShowInFolderService> sharedService;
+
+// The object registered at /org/freedesktop/FileManager1: the interface's three methods.
+class FileManager1 : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.FileManager1")
+public:
+    explicit FileManager1(ShowInFolderService* service) : QObject(service), m_service(service) {}
+
+public Q_SLOTS:
+    void ShowFolders(const QStringList& uris, const QString& startupId) { m_service->show(uris, false); }
+    void ShowItems(const QStringList& uris, const QString& startupId) { m_service->show(uris, true); }
+    // There is no info panel yet: the items are selected in their folders.
+    void ShowItemProperties(const QStringList& uris, const QString& startupId) { m_service->show(uris, true); }
+
+private:
+    ShowInFolderService* m_service;
+};
+
+QString taken() { return QStringLiteral("Another file manager answers “Show in folder” right now, so Orwick leaves it alone."); }
+
+} // namespace
+
+QString ShowInFolderService::helpText()
+{
+    return QStringLiteral("Other apps' “Show in folder” opens Orwick instead. Change it any time in Customize.");
+}
+
+ShowInFolderService* ShowInFolderService::instance() { return sharedService; }
+
+ShowInFolderService::ShowInFolderService(OpenRouter* router, QObject* parent, const QDBusConnection& bus)
+    : QObject(parent), m_router(router), m_bus(bus)
+{
+    sharedService = this;
+    new FileManager1(this);
+    if (isOn())
+        claim();
+}
+
+ShowInFolderService::~ShowInFolderService() { release(); }
+
+bool ShowInFolderService::isOn() const { return openSettings()->value(QLatin1StringView(settingKey), false).toBool(); }
+
+bool ShowInFolderService::isClaimed() const { return m_claimed; }
+
+QString ShowInFolderService::problem() const { return m_problem; }
+
+void ShowInFolderService::setOn(bool on)
+{
+    openSettings()->setValue(QLatin1StringView(settingKey), on);
+    if (on)
+        claim();
+    else
+        release();
+    Q_EMIT stateChanged(); // the setting changed even when the claim did not
+}
+
+void ShowInFolderService::claim()
+{
+    if (m_claimed)
+        return;
+    if (!m_bus.isConnected() || !m_bus.interface()) {
+        setState(false, QStringLiteral("Orwick can't reach the desktop's message bus (D-Bus), so it can't answer “Show in folder”."));
+        return;
+    }
+    // When the other file manager lets the name go, Orwick takes it, if the setting is still on.
+    if (!m_watcher) {
+        m_watcher = new QDBusServiceWatcher(QLatin1StringView(busName), m_bus, QDBusServiceWatcher::WatchForUnregistration, this);
+        connect(m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+            if (isOn() && !m_claimed)
+                claim();
+        });
+    }
+    auto* object = findChild<FileManager1*>();
+    if (!m_bus.registerObject(QLatin1StringView(objectPath), object, QDBusConnection::ExportAllSlots)) {
+        setState(false, taken());
+        return;
+    }
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = m_bus.interface()->registerService(
+        QLatin1StringView(busName), QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
+    if (!reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceRegistered) {
+        m_bus.unregisterObject(QLatin1StringView(objectPath));
+        setState(false, reply.isValid() ? taken() : QStringLiteral("The desktop's message bus refused Orwick the name (%1).").arg(reply.error().message()));
+        return;
+    }
+    setState(true, {});
+}
+
+void ShowInFolderService::release()
+{
+    if (m_claimed && m_bus.isConnected()) {
+        m_bus.unregisterObject(QLatin1StringView(objectPath));
+        m_bus.interface()->unregisterService(QLatin1StringView(busName));
+    }
+    setState(false, {});
+}
+
+void ShowInFolderService::setState(bool claimed, const QString& problem)
+{
+    if (claimed == m_claimed && problem == m_problem)
+        return;
+    m_claimed = claimed;
+    m_problem = problem;
+    Q_EMIT stateChanged();
+}
+
+OpenRequests ShowInFolderService::requestsFor(const QStringList& uris, bool reveal)
+{
+    OpenRequests requests;
+    for (const QString& uri : uris) {
+        FilePath path;
+        if (uri.startsWith(QLatin1Char('/')))
+            path = FilePath::fromNative(uri.toUtf8());
+        else if (const QUrl url = QUrl::fromEncoded(uri.toUtf8(), QUrl::TolerantMode); url.isLocalFile())
+            path = FilePath::fromUrl(url);
+        if (!path.isEmpty())
+            requests.append({path, reveal});
+    }
+    return requests;
+}
+
+void ShowInFolderService::show(const QStringList& uris, bool reveal)
+{
+    if (m_router)
+        m_router->open(requestsFor(uris, reveal));
+}
+
+} // namespace orwick
+
+#include "ShowInFolderService.moc"

@@ -1,0 +1,71 @@
+#pragma once
+// ShowInFolderService: Orwick answering other programs' "Show in folder" requests, through the
+// freedesktop interface org.freedesktop.FileManager1 on the session bus (ShowFolders, ShowItems,
+// ShowItemProperties). The bus name is claimed only while the setting "takeOverShowInFolder" is
+// on (default off). When another program holds the name, or there is no session bus, Orwick runs
+// on without it and problem() says why, in a sentence the settings sheet shows.
+//
+// One instance per process, made by the program at start; instance() is null until then (and in
+// tests that don't make one). The requests go to the open router: ShowFolders opens the folders,
+// ShowItems and ShowItemProperties select the items in their folders. No D-Bus activation file
+// is installed: Orwick answers only while it runs and the user asked for it.
+//
+// Signals: stateChanged() follows every change of isOn(), isClaimed() or problem().
+
+#include "app/OpenRequest.h"
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+class QDBusServiceWatcher;
+
+namespace orwick {
+
+class OpenRouter;
+
+class ShowInFolderService : public QObject {
+    Q_OBJECT
+public:
+    static constexpr const char* settingKey = "takeOverShowInFolder";
+    // The help text the settings sheet shows under the switch.
+    static QString helpText();
+
+    static constexpr const char* busName = "org.freedesktop.FileManager1";
+    static constexpr const char* objectPath = "/org/freedesktop/FileManager1";
+
+    // Claims the name at once when the setting is on; becomes instance().
+    explicit ShowInFolderService(OpenRouter* router, QObject* parent = nullptr,
+                                 const QDBusConnection& bus = QDBusConnection::sessionBus());
+    ~ShowInFolderService() override; // gives the name back
+
+    static ShowInFolderService* instance();
+
+    bool isOn() const;          // the setting
+    bool isClaimed() const;     // the bus name is ours now
+    QString problem() const;    // why it is on but not claimed; empty otherwise
+    // Stores the setting and claims or releases the name at once.
+    void setOn(bool on);
+
+    // The requests of the D-Bus methods, as the router gets them (file URIs or absolute paths;
+    // anything else is left out).
+    static OpenRequests requestsFor(const QStringList& uris, bool reveal);
+    void show(const QStringList& uris, bool reveal);
+
+Q_SIGNALS:
+    void stateChanged();
+
+private:
+    void claim();
+    void release();
+    void setState(bool claimed, const QString& problem);
+
+    QPointer<OpenRouter> m_router;
+    QDBusConnection m_bus;
+    QDBusServiceWatcher* m_watcher = nullptr;
+    bool m_claimed = false;
+    QString m_problem;
+};
+
+} // namespace orwick

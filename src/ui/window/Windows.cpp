@@ -1,0 +1,114 @@
+#include "ui/window/Windows.h"
+
+#include "app/OpenRouter.h"
+#include "platform/XdgPaths.h"
+#include "state/WindowState.h"
+#include "ui/window/MainWindow.h"
+
+#include <QEvent>
+
+namespace orwick {
+
+Windows::Windows(ViewPreferences* preferences, QObject* parent) : QObject(parent), m_preferences(preferences) {}
+
+Windows::~Windows()
+{
+    // Windows first, then the states they draw.
+    for (MainWindow* window : std::exchange(m_windows, {})) {
+        window->removeEventFilter(this);
+        disconnect(window, nullptr, this, nullptr);
+        delete window;
+    }
+    m_recent.clear();
+    m_states.clear();
+}
+
+MainWindow* Windows::open(const FilePath& folder)
+{
+    auto state = std::make_unique<WindowState>(folder, m_preferences);
+    auto* window = new MainWindow(state.get());
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    WindowState* drawn = state.get();
+    m_states.push_back(std::move(state));
+    m_windows.append(window);
+    m_recent.prepend(window);
+    window->installEventFilter(this);
+    connect(window, &QObject::destroyed, this, [this, window, drawn] { forget(window, drawn); });
+    if (m_decorate)
+        m_decorate(*window);
+    window->show();
+    raise(window);
+    Q_EMIT opened(window);
+    return window;
+}
+
+MainWindow* Windows::open(const OpenRequests& requests)
+{
+    // Made on the first request's folder, so that no other folder is read first.
+    const OpenRequests all = (m_router ? m_router->pending() : OpenRequests()) + requests;
+    MainWindow* window = open(all.isEmpty() ? xdg::home() : OpenRouter::targetOf(all.first()).folder);
+    if (m_router)
+        m_router->windowReady(*window->state(), requests);
+    else
+        OpenRouter::deliver(requests, *window->state(), true);
+    return window;
+}
+
+MainWindow* Windows::front() const { return m_recent.isEmpty() ? nullptr : m_recent.first(); }
+
+WindowState* Windows::frontState() const
+{
+    MainWindow* window = front();
+    return window ? window->state() : nullptr;
+}
+
+void Windows::raise(MainWindow* window)
+{
+    if (!window)
+        return;
+    if (window->isMinimized())
+        window->showNormal();
+    window->raise();
+    window->activateWindow(); // window-wide keys need an active window, even with no window manager
+    m_recent.removeOne(window);
+    m_recent.prepend(window);
+}
+
+void Windows::serve(OpenRouter& router)
+{
+    m_router = &router;
+    router.setFrontWindow([this] { return frontState(); });
+    connect(&router, &OpenRouter::delivered, this, [this](WindowState* state, const OpenRequests&) {
+        for (MainWindow* window : std::as_const(m_windows))
+            if (window->state() == state)
+                raise(window);
+    });
+    connect(&router, &OpenRouter::newWindowRequested, this, [this](const OpenRequests& requests) { open(requests); });
+}
+
+bool Windows::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::WindowActivate) {
+        auto* window = static_cast<MainWindow*>(watched);
+        m_recent.removeOne(window);
+        m_recent.prepend(window);
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void Windows::forget(MainWindow* window, WindowState* state)
+{
+    m_windows.removeOne(window);
+    m_recent.removeOne(window);
+    // The window is gone, so nothing draws the state any more; it goes after the event in hand.
+    for (auto it = m_states.begin(); it != m_states.end(); ++it) {
+        if (it->get() == state) {
+            it->release()->deleteLater();
+            m_states.erase(it);
+            break;
+        }
+    }
+    Q_EMIT closed();
+}
+
+} // namespace orwick

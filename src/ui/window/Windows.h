@@ -1,0 +1,68 @@
+#pragma once
+// Windows: the program's open windows — each a WindowState drawn by a MainWindow — and which
+// one is in front (the one active most recently). Owns both halves of every window it opens;
+// a window that closes takes its state with it.
+//
+// serve() connects the open router: requests from outside go to the front window, which is
+// then brought up, and New Window opens another one.
+//
+// Signals: opened() follows every window made, after it is shown; closed() follows every
+// window that went, after it left all() and front().
+
+#include "app/OpenRequest.h"
+#include "files/FilePath.h"
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <memory>
+
+namespace orwick {
+
+class MainWindow;
+class OpenRouter;
+class ViewPreferences;
+class WindowState;
+
+class Windows : public QObject {
+    Q_OBJECT
+public:
+    explicit Windows(ViewPreferences* preferences, QObject* parent = nullptr);
+    ~Windows() override;
+
+    // Runs on every window made, before it is shown (git marks, notes, disk-tool keys…).
+    void setDecorate(std::function<void(MainWindow&)> decorate) { m_decorate = std::move(decorate); }
+
+    // A new window on `folder`, shown and active.
+    MainWindow* open(const FilePath& folder);
+    // A new window showing `requests` (its first request in its first tab), after any requests
+    // that waited for a window; the home folder when there are none.
+    MainWindow* open(const OpenRequests& requests);
+    const QList<MainWindow*>& all() const { return m_windows; }
+    MainWindow* front() const;
+    WindowState* frontState() const;
+    // Brings the window up and gives it the keyboard.
+    void raise(MainWindow* window);
+
+    // Takes requests from `router`: the front window gets them, New Window opens one.
+    void serve(OpenRouter& router);
+
+Q_SIGNALS:
+    void opened(orwick::MainWindow* window);
+    void closed();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void forget(MainWindow* window, WindowState* state);
+
+    ViewPreferences* m_preferences;
+    QPointer<OpenRouter> m_router;
+    std::function<void(MainWindow&)> m_decorate;
+    QList<MainWindow*> m_windows;  // in the order they were opened
+    QList<MainWindow*> m_recent;   // most recently active first
+    std::vector<std::unique_ptr<WindowState>> m_states;
+};
+
+} // namespace orwick
