@@ -12,6 +12,7 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QTabBar>
 #include <fcntl.h>
 
@@ -130,6 +131,21 @@ TEST_F(DragDropTest, ControlCopiesAndControlShiftMakesALink)
     EXPECT_EQ(test::readAll(file), "jpg");
 }
 
+TEST_F(DragDropTest, AUriListFromAnotherProgramDropsTheSame)
+{
+    const FilePath file = tree.file(QByteArray("elsewhere/caf\xe9 #1.txt"), "c");
+    const FilePath dest = tree.folder("dest");
+    open(dest);
+    QMimeData other; // what a browser or another file manager puts in a drag: the URI list alone
+    other.setData(QStringLiteral("text/uri-list"), file.toUrl().toEncoded() + "\r\n");
+    const int steps = state->undoStack()->count();
+    drop(surfaceOf(pane()), other, background(pane()), Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(test::readAll(dest.child(QByteArrayView("caf\xe9 #1.txt"))), "c");
+    EXPECT_EQ(test::readAll(file), "c");
+    EXPECT_EQ(state->undoStack()->count(), steps + 1);
+}
+
 TEST_F(DragDropTest, AFolderRowTakesTheDropAndIsHighlightedWhileHovered)
 {
     const FilePath file = tree.file("notes.md", "n");
@@ -155,6 +171,26 @@ TEST_F(DragDropTest, AFolderRowTakesTheDropAndIsHighlightedWhileHovered)
     EXPECT_EQ(test::readAll(archive.child(QStringLiteral("notes.md"))), "n");
     EXPECT_FALSE(test::exists(file));
     EXPECT_FALSE(highlight->isVisible());
+}
+
+TEST_F(DragDropTest, ADragHeldNearTheBottomEdgeScrollsTheRows)
+{
+    for (int i = 0; i < 200; ++i)
+        tree.file(QStringLiteral("many/file %1.txt").arg(i, 3, 10, QChar('0')), "x");
+    const FilePath file = tree.file("from/a.txt", "a");
+    open(tree.path("many"));
+    QWidget* surface = surfaceOf(pane());
+    QScrollBar* bar = widgetOf(pane())->listView()->verticalScrollBar();
+    ASSERT_GT(bar->maximum(), 0);
+    ASSERT_EQ(bar->value(), 0);
+    auto data = files({file});
+    hover(surface, *data, QPoint(40, surface->height() - 4));
+    EXPECT_TRUE(waitUntil([&] { return bar->value() > 0; }));
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(surface, &leave);
+    const int stopped = bar->value();
+    waitUntil([] { return false; }, 200); // time for more ticks, had they gone on
+    EXPECT_EQ(bar->value(), stopped) << "leaving stops the scrolling";
 }
 
 TEST_F(DragDropTest, RefusedDropsSayWhyAndChangeNothing)

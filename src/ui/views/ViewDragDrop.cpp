@@ -13,6 +13,7 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 #include <QTreeView>
 
 namespace orwick {
@@ -111,6 +112,8 @@ ViewDragDrop::ViewDragDrop(QWidget* surface, PaneState* pane)
 {
     surface->setAcceptDrops(true);
     surface->installEventFilter(this);
+    m_edgeScroll.setInterval(60);
+    connect(&m_edgeScroll, &QTimer::timeout, this, &ViewDragDrop::scrollNearEdge);
 }
 
 std::unique_ptr<QMimeData> ViewDragDrop::dragData(const QList<FilePath>& items) { return makeFileClipboard(items, false); }
@@ -144,6 +147,7 @@ bool ViewDragDrop::eventFilter(QObject* watched, QEvent* event)
     case QEvent::DragEnter:
     case QEvent::DragMove: hover(static_cast<QDropEvent*>(event)); return true;
     case QEvent::DragLeave:
+        m_edgeScroll.stop();
         clearHighlight();
         m_hoverPlan.reset();
         return true;
@@ -158,6 +162,9 @@ bool ViewDragDrop::pressed(QMouseEvent* event)
     m_pressedRow.reset();
     m_selectOnRelease = false;
     if (!m_view || !m_pane || event->button() != Qt::LeftButton)
+        return false;
+    // What lies in the Trash leaves it by Put Back, which knows where each item came from.
+    if (m_pane->listing() && m_pane->listing()->kind == Listing::Kind::trash)
         return false;
     const QModelIndex index = m_view->indexAt(event->position().toPoint());
     if (!index.isValid())
@@ -227,6 +234,9 @@ void ViewDragDrop::startDrag()
 
 void ViewDragDrop::hover(QDropEvent* event)
 {
+    m_hoverAt = event->position().toPoint();
+    if (m_view && !m_edgeScroll.isActive())
+        m_edgeScroll.start();
     const QList<QUrl> urls = readUris(event->mimeData());
     const auto target = urls.isEmpty() ? std::nullopt : targetAt(event->position().toPoint());
     if (!target) {
@@ -254,6 +264,7 @@ void ViewDragDrop::hover(QDropEvent* event)
 
 void ViewDragDrop::drop(QDropEvent* event)
 {
+    m_edgeScroll.stop();
     clearHighlight();
     m_hoverPlan.reset();
     const QList<QUrl> urls = readUris(event->mimeData());
@@ -272,5 +283,21 @@ void ViewDragDrop::drop(QDropEvent* event)
 }
 
 void ViewDragDrop::clearHighlight() { m_highlight->hide(); }
+
+void ViewDragDrop::scrollNearEdge()
+{
+    constexpr int margin = 24;
+    QScrollBar* bar = m_view ? m_view->verticalScrollBar() : nullptr;
+    if (!bar)
+        return;
+    if (m_hoverAt.y() < margin)
+        bar->setValue(bar->value() - bar->singleStep());
+    else if (m_hoverAt.y() > m_surface->height() - margin)
+        bar->setValue(bar->value() + bar->singleStep());
+    else
+        return;
+    // The row under the pointer changed; the highlight follows with the next move.
+    clearHighlight();
+}
 
 } // namespace orwick

@@ -6,7 +6,8 @@
 //
 // Dragging: a drag from a row carries the pane's selection (or the row alone when it is not
 // selected) as the file clipboard's data (`text/uri-list` and the GNOME and KDE formats), so
-// other programs take it too. A plain press on a row of a selection of several keeps the
+// other programs take it too; rows of the Trash listing are not dragged (Put Back returns them,
+// keeping the Trash's records right). A plain press on a row of a selection of several keeps the
 // selection, so that it can be dragged whole; without a drag, the release selects the row.
 //
 // Dropping: a folder row under the pointer takes the drop (and is highlighted while hovered),
@@ -14,7 +15,8 @@
 // is framed). Listings that are not folders (Trash, recents, search results) take no drops. The
 // pointer shows what the drop will do (DropPlan); a drop that would do nothing is not offered,
 // and a refused one is handed on so that its reason can be shown. dropped() is emitted once per
-// accepted drop, with the URIs as written, the target folder and the keys held.
+// accepted drop, with the URIs as written, the target folder and the keys held. A drag held
+// near the top or bottom edge scrolls the rows.
 
 #include "fileops/DropPlan.h"
 #include "state/PaneState.h"
@@ -24,6 +26,7 @@
 #include <QPointer>
 #include <QRect>
 #include <QSet>
+#include <QTimer>
 #include <QUrl>
 #include <optional>
 
@@ -71,6 +74,8 @@ private:
     void hover(QDropEvent* event);
     void drop(QDropEvent* event);
     void clearHighlight();
+    // Scrolls while a drag hovers near the top or bottom edge, so every row can be reached.
+    void scrollNearEdge();
     QList<FilePath> dragItems() const;
 
     QPointer<QAbstractItemView> m_view; // absent for a surface without rows
@@ -81,6 +86,8 @@ private:
     std::optional<QPoint> m_pressAt;
     std::optional<FilePath> m_pressedRow;
     bool m_selectOnRelease = false; // a plain press on a selected row: select it alone unless dragged
+    QTimer m_edgeScroll;
+    QPoint m_hoverAt;
     // The plan of the drag hovering now, for the folder and keys it was made for.
     std::optional<DropPlan> m_hoverPlan;
     Qt::KeyboardModifiers m_hoverModifiers;
