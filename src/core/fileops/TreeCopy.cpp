@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <mutex>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -187,8 +188,7 @@ bool TreeCopy::finishFolder(Frame& frame)
 {
     const int fd = frame.target.fd();
     keepAttributes(frame.source.fd(), fd, frame.relative);
-    keepOwner(fd, frame.meta);
-    if (fchmod(fd, frame.meta.mode & 07777) != 0 || futimens(fd, frame.meta.times) != 0)
+    if (!keepOwnerAndMode(fd, frame.meta) || futimens(fd, frame.meta.times) != 0)
         return failWriting(errno, frame.relative);
     return true;
 }
@@ -204,7 +204,16 @@ bool TreeCopy::copyFile(int srcDir, const char* name, int dstDir, const QByteArr
     UniqueFd in(openat(srcDir, name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     if (!in.ok())
         return failReading(errno, relative);
-    UniqueFd out(openat(dstDir, target.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+    // Non-blocking only for the open (a FIFO swapped in since the walk would wait for a writer
+    // forever); reads of a file that isn't a FIFO could take a slower path in the kernel.
+    fcntl(in.get(), F_SETFL, fcntl(in.get(), F_GETFL) & ~O_NONBLOCK);
+    // A file that will keep our own owner and group is made with its final permissions, so that
+    // most copies need no change of owner or mode afterwards (each would dirty the inode again);
+    // one that will be given away stays private to us until it is, and one without write
+    // permission gets it until its attributes are written (they are checked against the mode).
+    const bool ours = meta.uid == geteuid() && meta.gid == getegid() && (meta.mode & S_IWUSR);
+    UniqueFd out(openat(dstDir, target.constData(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                        ours ? (meta.mode & 0777) : 0600));
     if (!out.ok())
         return failWriting(errno, relative);
     m_progress.startFile(relative.isEmpty() ? m_from.fileNameBytes() : QByteArrayView(name), meta.size);
@@ -221,8 +230,7 @@ bool TreeCopy::copyFile(int srcDir, const char* name, int dstDir, const QByteArr
         return false;
     }
     keepAttributes(in.get(), out.get(), relative);
-    keepOwner(out.get(), meta);
-    if (fchmod(out.get(), meta.mode & 07777) != 0 || futimens(out.get(), meta.times) != 0)
+    if (!keepOwnerAndMode(out.get(), meta) || futimens(out.get(), meta.times) != 0)
         return failWriting(errno, relative);
     if (close(out.release()) != 0) // a network or full disk may only say so here
         return failWriting(errno, relative);
@@ -294,11 +302,19 @@ void TreeCopy::keepAttributes(int in, int out, const QByteArray& relative)
         m_notes.append(QStringLiteral("%1 lost %2 of its extra attributes: %3.").arg(item).arg(refused.size()).arg(why));
 }
 
-void TreeCopy::keepOwner(int fd, const SourceMeta& meta)
+bool TreeCopy::keepOwnerAndMode(int fd, const SourceMeta& meta)
 {
-    // Only the administrator may give a file away; a user keeps the group where they may.
-    if (fchown(fd, meta.uid, meta.gid) != 0)
-        fchown(fd, uid_t(-1), meta.gid);
+    // Only what differs is changed: the owner first (a change of owner clears set-id bits),
+    // then the mode.
+    struct stat made;
+    const bool known = fstat(fd, &made) == 0;
+    if (!known || made.st_uid != meta.uid || made.st_gid != meta.gid) {
+        // Only the administrator may give a file away; a user keeps the group where they may.
+        if (fchown(fd, meta.uid, meta.gid) != 0)
+            fchown(fd, uid_t(-1), meta.gid);
+        return fchmod(fd, meta.mode & 07777) == 0;
+    }
+    return (made.st_mode & 07777) == (meta.mode & 07777) || fchmod(fd, meta.mode & 07777) == 0;
 }
 
 void TreeCopy::record(const QByteArray& relative, const SourceMeta& meta)

@@ -88,7 +88,8 @@ private:
     bool copySpecial(int dstDir, const char* name, const QByteArray& relative, const SourceMeta& meta);
     bool linkToEarlierCopy(int dstDir, const char* name, const SourceMeta& meta);
     void keepAttributes(int in, int out, const QByteArray& relative);
-    void keepOwner(int fd, const SourceMeta& meta);
+    // Gives the copy the source's owner, group and mode; false when the mode can't be set.
+    [[nodiscard]] bool keepOwnerAndMode(int fd, const SourceMeta& meta);
     void record(const QByteArray& relative, const SourceMeta& meta);
     void leaveOut(const QByteArray& relative, const QString& what);
 
