@@ -204,9 +204,6 @@ bool TreeCopy::copyFile(int srcDir, const char* name, int dstDir, const QByteArr
     UniqueFd in(openat(srcDir, name, O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     if (!in.ok())
         return failReading(errno, relative);
-    // Non-blocking only for the open (a FIFO swapped in since the walk would wait for a writer
-    // forever); reads of a file that isn't a FIFO could take a slower path in the kernel.
-    fcntl(in.get(), F_SETFL, fcntl(in.get(), F_GETFL) & ~O_NONBLOCK);
     // A file that will keep our own owner and group is made with its final permissions, so that
     // most copies need no change of owner or mode afterwards (each would dirty the inode again);
     // one that will be given away stays private to us until it is, and one without write
