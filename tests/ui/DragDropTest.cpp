@@ -8,7 +8,9 @@
 #include "platform/DirectoryReader.h"
 #include "ui/views/FileListView.h"
 #include "ui/views/ViewDragDrop.h"
+#include "ui/window/CommandMenus.h"
 
+#include <QAction>
 #include <QDropEvent>
 #include <QLabel>
 #include <QMimeData>
@@ -144,6 +146,21 @@ TEST_F(DragDropTest, AUriListFromAnotherProgramDropsTheSame)
     EXPECT_EQ(test::readAll(dest.child(QByteArrayView("caf\xe9 #1.txt"))), "c");
     EXPECT_EQ(test::readAll(file), "c");
     EXPECT_EQ(state->undoStack()->count(), steps + 1);
+}
+
+TEST_F(DragDropTest, MakeLinkInOtherPaneIsTheKeyboardsWayToLinks)
+{
+    const FilePath file = tree.file("left/photo.jpg", "jpg");
+    open(tree.path("left"));
+    PaneState* right = splitTo(tree.folder("right"));
+    ASSERT_EQ(state->activePane(), pane());
+    select(file);
+    QAction* command = window->menus()->action(QStringLiteral("linkToOther"));
+    ASSERT_NE(command, nullptr);
+    command->trigger();
+    settle();
+    EXPECT_EQ(readLinkAt(AT_FDCWD, right->url().child(QStringLiteral("photo.jpg")).c_str()).value_or(QByteArray()), file.native());
+    EXPECT_EQ(state->undoStack()->undoText(), QStringLiteral("Make Link"));
 }
 
 TEST_F(DragDropTest, AFolderRowTakesTheDropAndIsHighlightedWhileHovered)

@@ -90,6 +90,8 @@ QList<AppCommand> buildFixed()
              [](WindowState& w) { w.files().transferSelectionToOtherPane(FileOperations::Mode::copy); }, toOtherPane),
         make("moveToOther", "Move to Other Pane", "arrow.right.square", keys(Qt::Key_F6), "",
              [](WindowState& w) { w.files().transferSelectionToOtherPane(FileOperations::Mode::move); }, toOtherPane),
+        make("linkToOther", "Make Link in Other Pane", "link", none(), "symlink symbolic link alias shortcut ln",
+             files(&FileActions::linkSelectionToOtherPane), toOtherPane),
         make("copyPath", "Copy Path", "", keys(C | A | Qt::Key_C), "link path clipboard", copyPath, onSelection),
         make("copyRelativePath", "Copy Relative Path", "", keys(C | A | S | Qt::Key_C), "link path relative git repo", copyRelativePath, onSelection),
         make("copyContents", "Copy Contents", "doc.on.clipboard", none(), "text clipboard file content paste without opening", copyContents, canCopyContents),

@@ -206,6 +206,12 @@ void FileActions::transferSelectionToOtherPane(FileOperations::Mode mode)
     transferInto(selection(), other, other->url(), mode);
 }
 
+void FileActions::linkSelectionToOtherPane()
+{
+    if (canTransferToOther())
+        m_operations->makeLinks(selection(), m_window->selectedTab()->otherPane()->url(), m_window->undoStack());
+}
+
 bool FileActions::transferSelection(const FilePath& folder, FileOperations::Mode mode)
 {
     if (!canActOnSelection() || folder.isEmpty())

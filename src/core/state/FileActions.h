@@ -61,6 +61,8 @@ public:
     void copySelection(bool cut); // to the clipboard other file managers read
     void paste(bool forceMove);
     void transferSelectionToOtherPane(FileOperations::Mode mode);
+    // Symbolic links to the selected items in the other pane's folder (as Ctrl+Shift drops make).
+    void linkSelectionToOtherPane();
     // Copies or moves the selection into `folder` (the palette's Copy to… and Move to…).
     bool transferSelection(const FilePath& folder, FileOperations::Mode mode);
     // Copies, moves or links what was dropped on `folder` (see DropPlan).

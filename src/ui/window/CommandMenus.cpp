@@ -56,8 +56,8 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
                                       "smallerIcons", "folderSizes", "reload", "-", "toggleSidebar", "togglePreview",
                                       "expandPreview", "toggleTerminal", "newTerminal"});
     addMenu(QStringLiteral("&Go"), {"back", "forward", "up", "-", "palette", "goToPath", "projects", "-", "showRecents", "thisMac",
-                                    "screenshots", "trashFolder", "-", "moveTo", "copyTo", "copyToOther", "moveToOther", "-",
-                                    "findDuplicates", "showSpace", "cleanUp", "findInFiles", "reviewChanges"});
+                                    "screenshots", "trashFolder", "-", "moveTo", "copyTo", "copyToOther", "moveToOther", "linkToOther",
+                                    "-", "findDuplicates", "showSpace", "cleanUp", "findInFiles", "reviewChanges"});
     QMenu* windowMenu = addMenu(QStringLiteral("&Window"), {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-",
                                                             "nextTab", "previousTab", "reopenTab", "-", "saveWorkspace"});
     WorkspacesMenu::addTo(windowMenu, state);
@@ -140,7 +140,7 @@ void CommandMenus::showContextMenu(const QPoint& globalPosition)
     const bool hasSelection = !m_state->activePane()->selection().isEmpty();
     const QStringList ids = hasSelection
         ? QStringList{"open", "openInNewTab", "openInEditor", "-", "rename", "duplicate", "compress", "extract", "-", "cut", "copy",
-                      "copyPath", "copyRelativePath", "copyToOther", "moveToOther", "-", "getInfo", "putBack", "trash"}
+                      "copyPath", "copyRelativePath", "copyToOther", "moveToOther", "linkToOther", "-", "getInfo", "putBack", "trash"}
         : QStringList{"newFolder", "newFile", "paste", "moveHere", "-", "openInTerminal", "showInFinder", "tidyUp", "-", "selectAll",
                       "reload"};
     QMenu menu(m_window);
