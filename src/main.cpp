@@ -170,14 +170,17 @@ int main(int argc, char** argv)
     services().programs = &programs;
 
     Windows windows(&preferences);
-    windows.setDecorate([&git, &properties, &line, &workingFolder](MainWindow& window) {
+    // A start with nothing to open reopens the last session, before its window is drawn.
+    windows.setPrepare([&line, &workingFolder](WindowState& state) {
+        SessionKeeper::restore(&state, line->requests(workingFolder).isEmpty() && !line->listing);
+    });
+    windows.setDecorate([&git, &properties](MainWindow& window) {
         window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
         PaneNotesDecoration::attach(&window, &properties);
         // The disk-tool commands set the window's panel; the sheets draw it.
         DiskToolKeys::follow(*window.state(), &window);
         SettingsPanel::follow(*window.state(), &window);
-        // A start with nothing to open reopens the last session; every window's is kept.
-        SessionKeeper::keep(window.state(), line->requests(workingFolder).isEmpty() && !line->listing, &window);
+        SessionKeeper::keep(window.state(), false, &window); // every window's session is kept
     });
     OpenRouter router;
     OpenRouter::setInstance(&router);

@@ -177,3 +177,19 @@ TEST_F(WorkspaceWindowTest, GoingBackToATabKeepsItsActivePane)
     EXPECT_EQ(state->activePane()->url(), tree.path("B"));
     EXPECT_EQ(window->activePaneWidget()->pane(), state->activePane());
 }
+
+TEST_F(WorkspaceWindowTest, ARestoredWindowDrawsOnlyTheShownTabsPanes)
+{
+    open(tree.root());
+    Session session;
+    for (int i = 0; i < 10; ++i)
+        session.tabs.append(Session::Tab::ofGrid({{tree.path("A")}, {tree.path("B")}}, 1));
+    session.selected = 3;
+    state->restore(session);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the replaced tab's widgets go
+    EXPECT_EQ(window->tabBar()->count(), 10);
+    EXPECT_EQ(window->findChildren<PaneWidget*>().size(), 2);
+    window->tabBar()->setCurrentIndex(7);
+    EXPECT_EQ(window->findChildren<PaneWidget*>().size(), 4);
+    EXPECT_EQ(window->activePaneWidget()->pane()->url(), tree.path("B"));
+}

@@ -46,10 +46,18 @@ SessionKeeper::SessionKeeper(WindowState* window) : QObject(window), m_window(wi
     follow();
 }
 
+bool SessionKeeper::restore(WindowState* window, bool restoring)
+{
+    const auto session = Session::forNewWindow();
+    if (!session || !restoring)
+        return false;
+    window->restore(*session);
+    return true;
+}
+
 SessionKeeper* SessionKeeper::keep(WindowState* window, bool restoring, QObject* closing)
 {
-    if (const auto session = Session::forNewWindow(); session && restoring)
-        window->restore(*session);
+    restore(window, restoring);
     auto* keeper = new SessionKeeper(window);
     if (closing)
         closing->installEventFilter(keeper);

@@ -29,6 +29,9 @@ public:
     // When `closing` is given, its close event (the window drawn for `window`) saves at once.
     // Returns the keeper, a child of the window.
     static SessionKeeper* keep(WindowState* window, bool restoring, QObject* closing = nullptr);
+    // The restoring half of keep(), for a window state not yet drawn: the first window of a run
+    // takes the stored session when `restoring`. Returns whether it did.
+    static bool restore(WindowState* window, bool restoring);
 
     void setDelay(int milliseconds) { m_timer.setInterval(milliseconds); }
     bool hasPendingSave() const { return m_timer.isActive(); }

@@ -117,7 +117,7 @@ PaneGrid* MainWindow::gridFor(TabState* tab)
 void MainWindow::syncTabs()
 {
     m_syncing = true;
-    // Grids of closed tabs go; every open tab has one.
+    // Grids of closed tabs go.
     for (auto it = m_gridOf.begin(); it != m_gridOf.end();) {
         if (!m_state->tabs().contains(it.key())) {
             it.value()->deleteLater();
@@ -130,8 +130,8 @@ void MainWindow::syncTabs()
         m_tabBar->removeTab(m_tabBar->count() - 1);
     while (m_tabBar->count() < m_state->tabs().size())
         m_tabBar->addTab(QString());
-    for (TabState* tab : m_state->tabs())
-        gridFor(tab);
+    // A tab's grid is made when the tab is first shown, so a restored window of many tabs
+    // builds the pane widgets of one.
     m_syncing = false;
     updateTitles();
     showSelectedTab();

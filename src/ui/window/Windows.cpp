@@ -26,6 +26,8 @@ Windows::~Windows()
 MainWindow* Windows::open(const FilePath& folder)
 {
     auto state = std::make_unique<WindowState>(folder, m_preferences);
+    if (m_prepare)
+        m_prepare(*state);
     auto* window = new MainWindow(state.get());
     window->setAttribute(Qt::WA_DeleteOnClose);
     WindowState* drawn = state.get();

@@ -30,6 +30,9 @@ public:
     explicit Windows(ViewPreferences* preferences, QObject* parent = nullptr);
     ~Windows() override;
 
+    // Runs on every window's state as it is made, before the window that draws it (so that a
+    // restored session is drawn once).
+    void setPrepare(std::function<void(WindowState&)> prepare) { m_prepare = std::move(prepare); }
     // Runs on every window made, before it is shown (git marks, notes, disk-tool keys…).
     void setDecorate(std::function<void(MainWindow&)> decorate) { m_decorate = std::move(decorate); }
 
@@ -59,6 +62,7 @@ private:
 
     ViewPreferences* m_preferences;
     QPointer<OpenRouter> m_router;
+    std::function<void(WindowState&)> m_prepare;
     std::function<void(MainWindow&)> m_decorate;
     QList<MainWindow*> m_windows;  // in the order they were opened
     QList<MainWindow*> m_recent;   // most recently active first

@@ -46,6 +46,8 @@ void WorkspaceNamePrompt::follow(WindowState* state, QWidget* window)
 {
     QObject::connect(state, &WindowState::workspaceNameRequested, window, [state, window] {
         auto* prompt = new WorkspaceNamePrompt(state, window);
+        // The keyboard goes back to the window, also where no window manager hands it back.
+        QObject::connect(prompt, &QDialog::finished, window, [window] { window->activateWindow(); });
         prompt->open();
         prompt->nameField()->setFocus();
     });
