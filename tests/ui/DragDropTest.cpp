@@ -6,7 +6,10 @@
 #include "WindowFixture.h"
 #include "fileops/FileClipboard.h"
 #include "platform/DirectoryReader.h"
+#include "ui/views/ColumnsView.h"
+#include "ui/views/FileGridView.h"
 #include "ui/views/FileListView.h"
+#include "ui/views/FileTableView.h"
 #include "ui/views/ViewDragDrop.h"
 #include "ui/window/CommandMenus.h"
 
@@ -208,6 +211,26 @@ TEST_F(DragDropTest, ADragHeldNearTheBottomEdgeScrollsTheRows)
     const int stopped = bar->value();
     waitUntil([] { return false; }, 200); // time for more ticks, had they gone on
     EXPECT_EQ(bar->value(), stopped) << "leaving stops the scrolling";
+}
+
+TEST_F(DragDropTest, EveryViewTakesDropsOnItsFolderRows)
+{
+    const FilePath folder = tree.folder("Inbox");
+    open(tree.root());
+    PaneWidget* widget = window->activePaneWidget();
+    const QList<std::pair<ViewMode, QAbstractItemView*>> views = {
+        {ViewMode::grid, widget->gridView()}, {ViewMode::table, widget->tableView()}, {ViewMode::columns, widget->columnsView()->currentColumn()}};
+    for (const auto& [mode, view] : views) {
+        const FilePath file = tree.file(QStringLiteral("from/%1.txt").arg(viewModeName(mode)), "v");
+        pane()->chooseViewMode(mode);
+        ASSERT_TRUE(waitUntil([&] { return view->isVisible() && pane()->row(folder) >= 0; })) << viewModeName(mode).toStdString();
+        QApplication::processEvents();
+        const QPoint onFolder = view->visualRect(view->model()->index(pane()->row(folder), 0)).center();
+        auto data = files({file});
+        drop(view->viewport(), *data, onFolder);
+        settle();
+        EXPECT_EQ(test::readAll(folder.child(file.fileName())), "v") << viewModeName(mode).toStdString();
+    }
 }
 
 TEST_F(DragDropTest, RefusedDropsSayWhyAndChangeNothing)
