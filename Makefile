@@ -12,7 +12,7 @@ SANITIZE ?=
 export ASAN_OPTIONS ?= detect_leaks=1:detect_stack_use_after_return=1
 export UBSAN_OPTIONS ?= print_stacktrace=1:halt_on_error=1
 
-.PHONY: deps build run test sanitize bench fuzz clean
+.PHONY: deps build run test sanitize bench fuzz install clean
 
 deps:
 	@scripts/install-deps $(DEPS_FLAGS)
@@ -50,6 +50,12 @@ bench: deps
 fuzz: DEPS_FLAGS = --with-checks
 fuzz: deps
 	fuzz/fuzz.sh $(BUILD)-fuzz
+
+# Installs orwick, orwick-cli and orwick.desktop under PREFIX (`make install PREFIX=~/.local`).
+PREFIX ?= /usr/local
+install: $(BUILD)/build.ninja
+	cmake --build $(BUILD) -j $(JOBS) --target orwick orwick-cli
+	cmake --install $(BUILD) --prefix $(PREFIX)
 
 clean:
 	rm -rf $(BUILD) $(BUILD)-bench $(BUILD)-asan $(BUILD)-fuzz
