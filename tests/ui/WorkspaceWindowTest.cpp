@@ -8,11 +8,14 @@
 #include "commands/PaletteState.h"
 #include "WindowFixture.h"
 #include "platform/XdgPaths.h"
+#include "ui/window/CommandMenus.h"
 #include "ui/window/PaletteController.h"
 #include "ui/window/PaneGrid.h"
 #include "ui/window/WorkspaceNamePrompt.h"
 
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QStackedWidget>
 #include <QTabBar>
 
@@ -192,4 +195,48 @@ TEST_F(WorkspaceWindowTest, ARestoredWindowDrawsOnlyTheShownTabsPanes)
     window->tabBar()->setCurrentIndex(7);
     EXPECT_EQ(window->findChildren<PaneWidget*>().size(), 4);
     EXPECT_EQ(window->activePaneWidget()->pane()->url(), tree.path("B"));
+}
+
+TEST_F(WorkspaceWindowTest, TheWindowMenuSavesOpensAndDeletesWorkspaces)
+{
+    open(tree.root());
+    QAction* save = window->menus()->action(QStringLiteral("saveWorkspace"));
+    ASSERT_NE(save, nullptr);
+    EXPECT_EQ(save->text(), QStringLiteral("Save Workspace…"));
+    save->trigger();
+    awaitPrompt();
+    type(QStringLiteral("Menu"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return !prompt(); }));
+    ASSERT_EQ(Workspaces::shared().all().size(), 1);
+    const Session saved = state->session();
+    state->newTab(tree.path("C"));
+
+    QMenu* windowMenu = nullptr;
+    for (QAction* top : window->menuBar()->actions())
+        if (top->text() == QStringLiteral("&Window"))
+            windowMenu = top->menu();
+    ASSERT_NE(windowMenu, nullptr);
+    const auto submenu = [&](const QString& title) -> QMenu* {
+        for (QAction* entry : windowMenu->actions())
+            if (entry->menu() && entry->text() == title)
+                return entry->menu();
+        return nullptr;
+    };
+    QMenu* opening = submenu(QStringLiteral("Open Workspace"));
+    ASSERT_NE(opening, nullptr);
+    Q_EMIT opening->aboutToShow();
+    ASSERT_EQ(opening->actions().size(), 1);
+    EXPECT_EQ(opening->actions().first()->text(), QStringLiteral("Menu"));
+    opening->actions().first()->trigger();
+    EXPECT_EQ(state->session(), saved);
+
+    QMenu* deleting = submenu(QStringLiteral("Delete Workspace"));
+    ASSERT_NE(deleting, nullptr);
+    Q_EMIT deleting->aboutToShow();
+    deleting->actions().first()->trigger();
+    EXPECT_EQ(toast(), QStringLiteral("Deleted workspace “Menu”"));
+    Q_EMIT opening->aboutToShow();
+    ASSERT_EQ(opening->actions().size(), 1);
+    EXPECT_FALSE(opening->actions().first()->isEnabled()) << "No Saved Workspaces";
 }

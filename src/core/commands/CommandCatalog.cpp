@@ -1,5 +1,6 @@
 #include "commands/CommandCatalog.h"
 
+#include "app/OpenRouter.h"
 #include "commands/CommandActions.h"
 #include "commands/NoteActions.h"
 #include "commands/WorkspaceCommands.h"
@@ -73,6 +74,8 @@ QList<AppCommand> buildFixed()
     using namespace actions;
     const int C = Qt::CTRL, S = Qt::SHIFT, A = Qt::ALT, M = Qt::META;
     QList<AppCommand> list{
+        make("newWindow", "New Window", "macwindow.badge.plus", keys(C | Qt::Key_N), "open another window",
+             [](WindowState&) { OpenRouter::instance()->openNewWindow(); }, [](const WindowState&) { return OpenRouter::instance() != nullptr; }),
         make("newTab", "New Tab", "plus.square.on.square", keys(C | Qt::Key_T), "", [](WindowState& w) { w.newTab(); }),
         make("newFolder", "New Folder", "folder.badge.plus", keys(C | S | Qt::Key_N), "create mkdir", files(&FileActions::newFolder), canCreate),
         make("newFile", "New File", "doc.badge.plus", keys(C | A | Qt::Key_N), "create touch", files(&FileActions::newFile), canCreate),

@@ -20,12 +20,14 @@ FileOpsController::FileOpsController(QWidget* window, WindowState* state, ToastH
     : QObject(window), m_window(window), m_state(state), m_toasts(toasts)
 {
     m_card = new ProgressCard(operations, window);
-    operations->setResolveConflicts([this](const FileOperations::ConflictQuestion& question, FileOperations::ConflictAnswer answer) {
+    // This window answers for the jobs its own commands started, and only for those.
+    FileOperations::WindowHandlers handlers;
+    handlers.resolveConflicts = [this](const FileOperations::ConflictQuestion& question, FileOperations::ConflictAnswer answer) {
         askConflict(m_window, question, std::move(answer));
-    });
-    operations->setReportErrors([this](const OperationOutcome& outcome) { showOutcome(outcome); });
-    connect(operations, &FileOperations::announced, this,
-            [this](const Toast& toast) { showToast(toast.text, toast.canUndo, {}); });
+    };
+    handlers.reportErrors = [this](const OperationOutcome& outcome) { showOutcome(outcome); };
+    handlers.announce = [this](const Toast& toast) { showToast(toast.text, toast.canUndo, {}); };
+    operations->setWindowHandlers(state->undoStack(), this, std::move(handlers));
     // A toast's Undo belongs to the step it announced: once that step is undone some other way
     // (Ctrl+Z, the Edit menu) the button would undo the step before, so the toast goes.
     connect(state->undoStack(), &QUndoStack::indexChanged, this, [this](int index) {

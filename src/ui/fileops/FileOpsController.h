@@ -5,7 +5,9 @@
 // wasn't (OperationOutcome's words), with Undo for the part done and, when several things
 // failed, Show All, which lists every message (FailureList).
 // The file commands themselves are catalogue commands that run the window's FileActions; this
-// class only answers what they need from a person, and never touches a file itself.
+// class only answers what they need from a person, and never touches a file itself. It answers
+// for the jobs started with its window's undo stack only: with several windows open, each
+// question, failure and toast shows in the window whose command started the job.
 //
 // Inline rename follows the pane state: when a pane's renaming() is set (Rename, or a new folder
 // or file showing up), an editor opens over the item — in place in the list, in a small sheet in

@@ -15,7 +15,7 @@ namespace orwick {
 QIcon commandIcon(const QString& symbol)
 {
     static const QHash<QString, QString> themeNames{
-        {"plus.square.on.square", "tab-new"}, {"folder.badge.plus", "folder-new"}, {"doc.badge.plus", "document-new"},
+        {"plus.square.on.square", "tab-new"}, {"macwindow.badge.plus", "window-new"}, {"folder.badge.plus", "folder-new"}, {"doc.badge.plus", "document-new"},
         {"xmark", "window-close"}, {"pencil", "edit-rename"}, {"trash", "user-trash"}, {"doc.on.doc", "edit-copy"},
         {"scissors", "edit-cut"}, {"doc.on.clipboard", "edit-paste"}, {"chevron.left", "go-previous"},
         {"chevron.right", "go-next"}, {"arrow.up", "go-up"}, {"arrow.clockwise", "view-refresh"},
@@ -35,7 +35,7 @@ QIcon commandIcon(const QString& symbol)
 
 CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
 {
-    addMenu(QStringLiteral("&File"), {"newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openInNewTab",
+    addMenu(QStringLiteral("&File"), {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openInNewTab",
                                       "openInEditor", "openInTerminal", "showInFinder", "-", "getInfo", "compress", "extract",
                                       "tidyUp", "-", "putBack", "trash", "-", "closeTab"});
     QMenu* edit = addMenu(QStringLiteral("&Edit"), {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath",
