@@ -66,7 +66,8 @@ SessionKeeper* SessionKeeper::keep(WindowState* window, bool restoring, QObject*
 
 bool SessionKeeper::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::Close && hasPendingSave())
+    // Always, not only with a change pending: the window closed last is the one to reopen.
+    if (event->type() == QEvent::Close)
         saveNow();
     return QObject::eventFilter(watched, event);
 }

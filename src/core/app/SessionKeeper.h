@@ -6,7 +6,8 @@
 // preview flag (kDelayMs, restarted by each change) the session is encoded on the GUI thread and
 // written in the background with the writer's own settings handle, so no frame waits for the disk.
 // Writes reach the store in the order they were made: one that arrives after a newer one is
-// dropped. When the app quits, or the window asks to close, a pending save is written at once.
+// dropped. When the window closes (or asks to, closing its last tab) its session is written at
+// once, so the window closed last is the one that reopens; when the app quits, a pending save is.
 //
 // Signals: saved() follows each write that reached the store, on the GUI thread.
 

@@ -147,3 +147,18 @@ TEST_F(KeeperFixture, TheWindowsCloseSavesAPendingChangeAtOnce)
     EXPECT_FALSE(keeping->hasPendingSave());
     EXPECT_EQ(stored()->tabs.size(), 2);
 }
+
+TEST_F(KeeperFixture, TheWindowClosedLastIsTheOneThatReopens)
+{
+    QObject drawnFirst, drawnSecond;
+    WindowState first(tree.path("A"), &preferences), second(tree.path("B"), &preferences);
+    SessionKeeper::keep(&first, false, &drawnFirst);
+    SessionKeeper::keep(&second, false, &drawnSecond);
+    second.newTab(tree.path("B"));
+    second.findChild<SessionKeeper*>()->saveNow(); // the second window's change is saved
+    QEvent close(QEvent::Close);
+    QCoreApplication::sendEvent(&drawnSecond, &close);
+    QCoreApplication::sendEvent(&drawnFirst, &close); // closed last, with no change of its own
+    ASSERT_TRUE(stored());
+    EXPECT_EQ(*stored(), first.session());
+}
