@@ -175,6 +175,14 @@ TEST_F(DragDropTest, AFolderRowTakesTheDropAndIsHighlightedWhileHovered)
     auto data = files({file});
     const QPoint onFolder = rowCentre(pane(), archive);
 
+    // A drag that starts over its own row, where it is not offered, still reaches the others.
+    const Qt::DropActions all = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+    QDragEnterEvent enter(rowCentre(pane(), file), all, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(surface, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    EXPECT_EQ(offered(surface, *data, rowCentre(pane(), file), Qt::NoModifier), Qt::IgnoreAction);
+    ASSERT_EQ(offered(surface, *data, onFolder, Qt::NoModifier), Qt::MoveAction);
+
     ASSERT_TRUE(hover(surface, *data, onFolder));
     QWidget* highlight = nullptr;
     for (QWidget* child : surface->findChildren<QWidget*>(Qt::FindDirectChildrenOnly))

@@ -144,7 +144,15 @@ bool ViewDragDrop::eventFilter(QObject* watched, QEvent* event)
     case QEvent::MouseButtonPress: return pressed(static_cast<QMouseEvent*>(event));
     case QEvent::MouseMove: return moved(static_cast<QMouseEvent*>(event));
     case QEvent::MouseButtonRelease: return released(static_cast<QMouseEvent*>(event));
-    case QEvent::DragEnter:
+    case QEvent::DragEnter: {
+        // Taken whenever it carries URIs: a surface that turns the enter down hears no more of
+        // the drag, and a drag that starts over a row of its own must still reach the others.
+        // Each move says whether the drop is offered there (Qt sends one right after this).
+        auto* enter = static_cast<QDragEnterEvent*>(event);
+        m_hoverPlan.reset();
+        enter->setAccepted(!readUris(enter->mimeData()).isEmpty());
+        return true;
+    }
     case QEvent::DragMove: hover(static_cast<QDropEvent*>(event)); return true;
     case QEvent::DragLeave:
         m_edgeScroll.stop();
@@ -245,7 +253,7 @@ void ViewDragDrop::hover(QDropEvent* event)
         return;
     }
     // Asked again only when the folder or the keys change: the plan looks at every item.
-    if (event->type() == QEvent::DragEnter || !m_hoverPlan || m_hoverPlan->folder != target->folder
+    if (!m_hoverPlan || m_hoverPlan->folder != target->folder
         || m_hoverModifiers != event->modifiers()) {
         m_hoverPlan = planDrop(urls, target->folder, event->modifiers());
         m_hoverModifiers = event->modifiers();
