@@ -6,6 +6,7 @@
 #include "WindowFixture.h"
 #include "fileops/FileClipboard.h"
 #include "platform/DirectoryReader.h"
+#include "support/ScratchMount.h"
 #include "ui/views/ColumnsView.h"
 #include "ui/views/FileGridView.h"
 #include "ui/views/FileListView.h"
@@ -103,6 +104,30 @@ TEST_F(DragDropTest, DropOnTheOtherPaneMovesAndOneUndoPutsItBack)
     settle();
     EXPECT_EQ(test::readAll(file), "r");
     EXPECT_FALSE(test::exists(moved));
+}
+
+TEST_F(DragDropTest, APlainDropFromAnotherDiskCopiesFault)
+{
+    test::ScratchMount disk("tmpfs", "size=4m");
+    if (!disk.ok())
+        GTEST_SKIP() << disk.why().toStdString();
+    const FilePath file = disk.root().child(QStringLiteral("camera.jpg"));
+    {
+        QFile out(file.text());
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+        out.write("jpg");
+    }
+    const FilePath dest = tree.folder("dest");
+    open(dest);
+    auto data = files({file});
+    ASSERT_TRUE(hover(surfaceOf(pane()), *data, background(pane())));
+    EXPECT_EQ(offered(surfaceOf(pane()), *data, background(pane()), Qt::NoModifier), Qt::CopyAction);
+    drop(surfaceOf(pane()), *data, background(pane()));
+    settle();
+    EXPECT_EQ(test::readAll(dest.child(QStringLiteral("camera.jpg"))), "jpg");
+    EXPECT_EQ(test::readAll(file), "jpg") << "the other disk keeps its file";
+    EXPECT_EQ(toast(), QStringLiteral("Copied camera.jpg"));
+    EXPECT_EQ(state->undoStack()->undoText(), QStringLiteral("Copy"));
 }
 
 TEST_F(DragDropTest, ControlCopiesAndControlShiftMakesALink)
