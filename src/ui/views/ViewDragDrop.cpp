@@ -181,7 +181,9 @@ bool ViewDragDrop::pressed(QMouseEvent* event)
     m_pressAt = event->position().toPoint();
     m_pressedRow = url;
     // A plain press inside a selection of several keeps it, so that all of it can be dragged.
-    if (event->modifiers() == Qt::NoModifier && m_pane->selection().size() > 1 && m_pane->selection().contains(url)) {
+    // A checkbox cell (a property in the table) is the view's to toggle.
+    const bool checkable = index.flags() & Qt::ItemIsUserCheckable;
+    if (!checkable && event->modifiers() == Qt::NoModifier && m_pane->selection().size() > 1 && m_pane->selection().contains(url)) {
         m_selectOnRelease = true;
         m_view->setFocus(Qt::MouseFocusReason);
         return true;
