@@ -157,7 +157,7 @@ int main(int argc, char** argv)
         if (const Status listening = instance.listen(*socket); !listening)
             alone = listening.error();
     if (!alone.isEmpty())
-        fprintf(stderr, "orwick: %s, so a later “orwick” opens a separate Orwick instead of a tab in this one\n", qPrintable(alone));
+        fprintf(stderr, "orwick: %s, so this Orwick runs on its own: a later “orwick” won't open its folders here\n", qPrintable(alone));
 
     ViewPreferences preferences;
     Git git;

@@ -150,8 +150,8 @@ TEST_F(StartUpFixture, AFileInTheSocketsPlaceIsLeftAloneAndOrwickRunsOnItsOwn)
 {
     tree.file("runtime/orwick-:91.socket", "not a socket");
     QProcess* first = start({QStringLiteral("A")});
-    EXPECT_TRUE(says(first, "orwick: “" + socket.native() + "” is in the way and isn't Orwick's socket, so a later “orwick” "
-                            "opens a separate Orwick instead of a tab in this one\n"));
+    EXPECT_TRUE(says(first, "orwick: “" + socket.native() + "” is in the way and isn't Orwick's socket, so this Orwick runs on "
+                            "its own: a later “orwick” won't open its folders here\n"));
     waitUntil([] { return false; }, 300); // it keeps running
     EXPECT_EQ(first->state(), QProcess::Running);
     EXPECT_EQ(test::readAll(socket), "not a socket");
