@@ -118,6 +118,14 @@ TEST_F(StartUpFixture, ASecondStartHandsItsFolderToTheFirstAndEndsAtOnce)
     EXPECT_EQ(first->state(), QProcess::Running);
 }
 
+TEST_F(StartUpFixture, AFirstStartOnAFileShowsItsFolderWithTheFileSelected)
+{
+    QProcess* first = startFirst({QStringLiteral("a.txt")});
+    EXPECT_TRUE(says(first, "open: " + path("a.txt") + " in window 1\n"));
+    EXPECT_TRUE(says(first, "open: rows of " + tree.root().native() + " shown at "));
+    EXPECT_TRUE(says(first, " 1 selected\n"));
+}
+
 TEST_F(StartUpFixture, NewWindowOpensASecondWindowInTheRunningOrwick)
 {
     QProcess* first = startFirst();
