@@ -45,15 +45,19 @@ void FileOperations::cancelJob(quint64 id)
 
 void FileOperations::setWindowHandlers(QUndoStack* undo, QObject* owner, WindowHandlers handlers)
 {
-    m_windowHandlers.insert(undo, std::move(handlers));
-    connect(owner, &QObject::destroyed, this, [this, undo] { m_windowHandlers.remove(undo); });
+    m_windowHandlers.insert(undo, {owner, std::move(handlers)});
+    // Only the owner's own handlers go with it: a later owner of the same stack keeps its own.
+    connect(owner, &QObject::destroyed, this, [this, undo, owner] {
+        if (const auto found = m_windowHandlers.constFind(undo); found != m_windowHandlers.constEnd() && found->owner == owner)
+            m_windowHandlers.erase(found);
+    });
     connect(undo, &QObject::destroyed, this, [this, undo] { m_windowHandlers.remove(undo); });
 }
 
 const FileOperations::WindowHandlers* FileOperations::handlersOf(QUndoStack* window) const
 {
     const auto found = window ? m_windowHandlers.constFind(window) : m_windowHandlers.constEnd();
-    return found == m_windowHandlers.constEnd() ? nullptr : &found.value();
+    return found == m_windowHandlers.constEnd() ? nullptr : &found->handlers;
 }
 
 void FileOperations::report(const QString& message, QUndoStack* window)

@@ -155,7 +155,11 @@ private:
     QThreadPool m_replayPool; // undo and redo run one at a time, in order
     ConflictResolver m_resolveConflicts;
     Reporter m_reportErrors;
-    QHash<QUndoStack*, WindowHandlers> m_windowHandlers;
+    struct WindowEntry {
+        QObject* owner; // compared only, once it is gone
+        WindowHandlers handlers;
+    };
+    QHash<QUndoStack*, WindowEntry> m_windowHandlers;
     TrashLog m_trashLog;
     qint64 m_extractionLimit = 0;
 };
