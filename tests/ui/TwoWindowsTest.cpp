@@ -19,6 +19,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 using namespace orwick;
 using test::waitUntil;
@@ -123,6 +124,24 @@ TEST_F(TwoWindowsTest, AToastShowsInTheWindowWhoseCommandStartedTheJob)
     // Its Undo is that window's: the other window's Undo has nothing to undo.
     EXPECT_TRUE(first->state()->undoStack()->canUndo());
     EXPECT_FALSE(second->state()->undoStack()->canUndo());
+}
+
+TEST_F(TwoWindowsTest, AnUndoThatFailsSaysSoInItsOwnWindow)
+{
+    const FilePath file = tree.file("src/a.txt", "a");
+    const FilePath destination = tree.folder("dst");
+    MainWindow* first = openOn(tree.root());
+    FileOperations::shared().transfer({file}, destination, FileOperations::Mode::move, first->state()->undoStack());
+    settle();
+    MainWindow* second = openOn(tree.root());
+    // The folder it came from goes behind Orwick's back, so the move can't be undone.
+    ASSERT_EQ(::rmdir(tree.path("src").c_str()), 0);
+    activate(first);
+    test::pressKey(first->activePaneWidget()->focusTarget(), Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    EXPECT_TRUE(waitUntil([&] { return toastOf(first).contains(QStringLiteral("a.txt")); })) << toastOf(first).toStdString();
+    EXPECT_EQ(toastOf(second), QString());
+    EXPECT_EQ(test::readAll(destination.child(QStringLiteral("a.txt"))), "a");
 }
 
 TEST_F(TwoWindowsTest, AFailureShowsInTheWindowWhoseCommandStartedTheJob)
