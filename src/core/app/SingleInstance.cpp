@@ -131,6 +131,12 @@ Result<SingleInstance::HandOver> SingleInstance::handOver(const FilePath& socket
     sockaddr_un address;
     if (!fillAddress(socket, address))
         return failure(QStringLiteral("the socket's path %1 is too long").arg(quotedPath(socket)));
+    // Requests go only to this user's own Orwick; a file that is no socket is listen()'s to refuse.
+    struct stat st {};
+    if (lstat(socket.c_str(), &st) != 0 || !S_ISSOCK(st.st_mode))
+        return HandOver::noneRunning;
+    if (st.st_uid != getuid())
+        return failure(QStringLiteral("%1 belongs to another user").arg(quotedPath(socket)));
     UniqueFd fd(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     if (!fd.ok())
         return failure(QStringLiteral("no socket could be made: ") + errorReason(errno));

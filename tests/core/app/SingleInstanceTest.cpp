@@ -176,6 +176,9 @@ TEST_F(SingleInstanceFixture, ASocketOfAnotherUserIsLeftAloneFault)
         GTEST_SKIP() << "needs root to give the socket to another user";
     leaveDeadSocket(socket);
     ASSERT_EQ(lchown(socket.c_str(), 65534, 65534), 0);
+    const HandOverResult handed = SingleInstance::handOver(socket, request);
+    ASSERT_FALSE(handed) << "a request goes to no one else's Orwick";
+    EXPECT_EQ(handed.error(), QStringLiteral("“") + socket.text() + QStringLiteral("” belongs to another user"));
     SingleInstance first;
     const Status listening = first.listen(socket);
     ASSERT_FALSE(listening);
