@@ -105,6 +105,7 @@ void traceOpen(Windows& windows, OpenRouter& router)
 void follow(const CommandLine& line, const FilePath& workingFolder, Windows& windows, OpenRouter& router)
 {
     const OpenRequests requests = line.requests(workingFolder);
+    OpenRouter::useActivationToken(line.activationToken);
     if (line.newWindow || !windows.front()) {
         router.openNewWindow(requests);
     } else if (!requests.isEmpty()) {
@@ -140,7 +141,11 @@ int main(int argc, char** argv)
     const Result<FilePath> socket = SingleInstance::socketPath();
     QString alone; // why this Orwick won't take later starts' requests
     if (socket) {
-        const auto handed = SingleInstance::handOver(*socket, {workingFolder, arguments});
+        // The desktop's leave to take the focus goes along, for the window that shows the items.
+        QList<QByteArray> passedOn = arguments;
+        if (const QByteArray token = qgetenv("XDG_ACTIVATION_TOKEN"); !token.isEmpty())
+            passedOn.append("--activation-token=" + token);
+        const auto handed = SingleInstance::handOver(*socket, {workingFolder, passedOn});
         if (handed && *handed == SingleInstance::HandOver::done)
             return 0;
         if (!handed)

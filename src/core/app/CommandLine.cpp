@@ -33,6 +33,8 @@ Result<CommandLine> CommandLine::parse(const QList<QByteArray>& arguments)
             line.action = Action::help;
         } else if (argument == "--version") {
             line.action = Action::version;
+        } else if (argument.startsWith("--activation-token=")) {
+            line.activationToken = argument.mid(19);
         } else if (argument == "--new-window") {
             line.newWindow = true;
         } else if (argument == "--show" || argument.startsWith("--show=")) {

@@ -4,6 +4,7 @@
 //   orwick [--new-window] [FOLDER|FILE|file://URL|orwick://open?path=…]…
 //   orwick --show trash|recents|screenshots|drives|tag:NAME
 //   orwick --help | --version
+//   --activation-token=TOKEN   (added by a later `orwick` that was given XDG_ACTIVATION_TOKEN)
 //
 // Qt's own options (-platform, -style NAME…) are left to Qt. A later `orwick` hands its
 // arguments to the running one, which reads them with the same parse().
@@ -22,6 +23,7 @@ struct CommandLine {
     bool newWindow = false;
     QList<QByteArray> items;        // paths, file:// URLs and links, as given
     std::optional<Listing> listing; // --show
+    QByteArray activationToken;     // lets the window that shows the items take the focus
 
     // The arguments after the program's name; a failure is the line to print.
     static Result<CommandLine> parse(const QList<QByteArray>& arguments);

@@ -3,6 +3,7 @@
 #include "platform/DirectoryReader.h"
 #include "state/WindowState.h"
 
+#include <QGuiApplication>
 #include <QPointer>
 
 namespace orwick {
@@ -44,6 +45,13 @@ void OpenRouter::deliver(const OpenRequests& requests, WindowState& window, bool
             window.newTab(folder)->activePane()->reveal(selecting);
         first = false;
     }
+}
+
+void OpenRouter::useActivationToken(const QByteArray& token)
+{
+    // Qt's Wayland window takes the token from the environment when it is next activated.
+    if (!token.isEmpty() && QGuiApplication::platformName().startsWith(QLatin1StringView("wayland")))
+        qputenv("XDG_ACTIVATION_TOKEN", token);
 }
 
 void OpenRouter::open(const OpenRequests& requests)

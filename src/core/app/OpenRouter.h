@@ -68,6 +68,10 @@ public:
     // A window was made: it shows `requests`, after any that waited for a window, the first in
     // its first tab.
     void windowReady(WindowState& window, const OpenRequests& requests = {});
+    // The desktop's permission for the next window brought up to take the focus, as the program
+    // that asked got it (XDG_ACTIVATION_TOKEN, a D-Bus startup id). Used on Wayland, where a
+    // window may not take the focus without one; ignored elsewhere.
+    static void useActivationToken(const QByteArray& token);
     // Asks for another window showing `requests` (a fresh one when empty).
     void openNewWindow(const OpenRequests& requests = {}) { Q_EMIT newWindowRequested(requests); }
 

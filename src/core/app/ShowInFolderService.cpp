@@ -22,10 +22,10 @@ public:
     explicit FileManager1(ShowInFolderService* service) : QObject(service), m_service(service) {}
 
 public Q_SLOTS:
-    void ShowFolders(const QStringList& uris, const QString& startupId) { m_service->show(uris, false); }
-    void ShowItems(const QStringList& uris, const QString& startupId) { m_service->show(uris, true); }
+    void ShowFolders(const QStringList& uris, const QString& startupId) { m_service->show(uris, false, startupId); }
+    void ShowItems(const QStringList& uris, const QString& startupId) { m_service->show(uris, true, startupId); }
     // There is no info panel yet: the items are selected in their folders.
-    void ShowItemProperties(const QStringList& uris, const QString& startupId) { m_service->show(uris, true); }
+    void ShowItemProperties(const QStringList& uris, const QString& startupId) { m_service->show(uris, true, startupId); }
 
 private:
     ShowInFolderService* m_service;
@@ -133,10 +133,12 @@ OpenRequests ShowInFolderService::requestsFor(const QStringList& uris, bool reve
     return requests;
 }
 
-void ShowInFolderService::show(const QStringList& uris, bool reveal)
+void ShowInFolderService::show(const QStringList& uris, bool reveal, const QString& startupId)
 {
-    if (m_router)
-        m_router->open(requestsFor(uris, reveal));
+    if (!m_router)
+        return;
+    OpenRouter::useActivationToken(startupId.toUtf8());
+    m_router->open(requestsFor(uris, reveal));
 }
 
 } // namespace orwick

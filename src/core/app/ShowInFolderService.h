@@ -51,7 +51,8 @@ public:
     // The requests of the D-Bus methods, as the router gets them (file URIs or absolute paths;
     // anything else is left out).
     static OpenRequests requestsFor(const QStringList& uris, bool reveal);
-    void show(const QStringList& uris, bool reveal);
+    // `startupId` lets the window come to the front where the desktop asks for one.
+    void show(const QStringList& uris, bool reveal, const QString& startupId = {});
 
 Q_SIGNALS:
     void stateChanged();

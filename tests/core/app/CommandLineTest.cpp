@@ -58,6 +58,13 @@ TEST(CommandLine, AnUnknownOptionIsNamed)
     EXPECT_EQ(line.error(), QStringLiteral("orwick: there is no option “--frobnicate” (orwick --help lists them)"));
 }
 
+TEST(CommandLine, AnActivationTokenIsKeptApart)
+{
+    const CommandLine line = parsed({"docs", "--activation-token=abc_123"});
+    EXPECT_EQ(line.activationToken, "abc_123");
+    EXPECT_EQ(line.items, QList<QByteArray>{"docs"});
+}
+
 TEST(CommandLine, RequestsAreTakenFromTheWorkingFolder)
 {
     const CommandLine line = parsed({"docs", "/etc"});
