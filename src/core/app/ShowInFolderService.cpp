@@ -42,8 +42,8 @@ QString ShowInFolderService::helpText()
 
 ShowInFolderService* ShowInFolderService::instance() { return sharedService; }
 
-ShowInFolderService::ShowInFolderService(OpenRouter* router, QObject* parent, const QDBusConnection& bus)
-    : QObject(parent), m_router(router), m_bus(bus)
+ShowInFolderService::ShowInFolderService(OpenRouter* router, QObject* parent, std::optional<QDBusConnection> bus)
+    : QObject(parent), m_router(router), m_bus(std::move(bus))
 {
     sharedService = this;
     new FileManager1(this);
@@ -69,31 +69,38 @@ void ShowInFolderService::setOn(bool on)
     Q_EMIT stateChanged(); // the setting changed even when the claim did not
 }
 
+QDBusConnection& ShowInFolderService::bus()
+{
+    if (!m_bus)
+        m_bus = QDBusConnection::sessionBus();
+    return *m_bus;
+}
+
 void ShowInFolderService::claim()
 {
     if (m_claimed)
         return;
-    if (!m_bus.isConnected() || !m_bus.interface()) {
+    if (!bus().isConnected() || !bus().interface()) {
         setState(false, QStringLiteral("Orwick can't reach the desktop's message bus (D-Bus), so it can't answer “Show in folder”."));
         return;
     }
     // When the other file manager lets the name go, Orwick takes it, if the setting is still on.
     if (!m_watcher) {
-        m_watcher = new QDBusServiceWatcher(QLatin1StringView(busName), m_bus, QDBusServiceWatcher::WatchForUnregistration, this);
+        m_watcher = new QDBusServiceWatcher(QLatin1StringView(busName), bus(), QDBusServiceWatcher::WatchForUnregistration, this);
         connect(m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
             if (isOn() && !m_claimed)
                 claim();
         });
     }
     auto* object = findChild<FileManager1*>();
-    if (!m_bus.registerObject(QLatin1StringView(objectPath), object, QDBusConnection::ExportAllSlots)) {
+    if (!bus().registerObject(QLatin1StringView(objectPath), object, QDBusConnection::ExportAllSlots)) {
         setState(false, taken());
         return;
     }
-    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = m_bus.interface()->registerService(
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = bus().interface()->registerService(
         QLatin1StringView(busName), QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);
     if (!reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceRegistered) {
-        m_bus.unregisterObject(QLatin1StringView(objectPath));
+        bus().unregisterObject(QLatin1StringView(objectPath));
         setState(false, reply.isValid() ? taken() : QStringLiteral("The desktop's message bus refused Orwick the name (%1).").arg(reply.error().message()));
         return;
     }
@@ -102,9 +109,9 @@ void ShowInFolderService::claim()
 
 void ShowInFolderService::release()
 {
-    if (m_claimed && m_bus.isConnected()) {
-        m_bus.unregisterObject(QLatin1StringView(objectPath));
-        m_bus.interface()->unregisterService(QLatin1StringView(busName));
+    if (m_claimed && bus().isConnected()) {
+        bus().unregisterObject(QLatin1StringView(objectPath));
+        bus().interface()->unregisterService(QLatin1StringView(busName));
     }
     setState(false, {});
 }

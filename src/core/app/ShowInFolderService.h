@@ -18,6 +18,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <optional>
 
 class QDBusServiceWatcher;
 
@@ -35,9 +36,10 @@ public:
     static constexpr const char* busName = "org.freedesktop.FileManager1";
     static constexpr const char* objectPath = "/org/freedesktop/FileManager1";
 
-    // Claims the name at once when the setting is on; becomes instance().
+    // Claims the name at once when the setting is on; becomes instance(). `bus` is the session
+    // bus unless given; it is reached only once the setting is on.
     explicit ShowInFolderService(OpenRouter* router, QObject* parent = nullptr,
-                                 const QDBusConnection& bus = QDBusConnection::sessionBus());
+                                 std::optional<QDBusConnection> bus = std::nullopt);
     ~ShowInFolderService() override; // gives the name back
 
     static ShowInFolderService* instance();
@@ -63,7 +65,9 @@ private:
     void setState(bool claimed, const QString& problem);
 
     QPointer<OpenRouter> m_router;
-    QDBusConnection m_bus;
+    QDBusConnection& bus();
+
+    std::optional<QDBusConnection> m_bus;
     QDBusServiceWatcher* m_watcher = nullptr;
     bool m_claimed = false;
     QString m_problem;
