@@ -74,8 +74,6 @@ QList<AppCommand> buildFixed()
     using namespace actions;
     const int C = Qt::CTRL, S = Qt::SHIFT, A = Qt::ALT, M = Qt::META;
     QList<AppCommand> list{
-        make("newWindow", "New Window", "macwindow.badge.plus", keys(C | Qt::Key_N), "open another window",
-             [](WindowState&) { OpenRouter::instance()->openNewWindow(); }, [](const WindowState&) { return OpenRouter::instance() != nullptr; }),
         make("newTab", "New Tab", "plus.square.on.square", keys(C | Qt::Key_T), "", [](WindowState& w) { w.newTab(); }),
         make("newFolder", "New Folder", "folder.badge.plus", keys(C | S | Qt::Key_N), "create mkdir", files(&FileActions::newFolder), canCreate),
         make("newFile", "New File", "doc.badge.plus", keys(C | A | Qt::Key_N), "create touch", files(&FileActions::newFile), canCreate),
@@ -85,6 +83,8 @@ QList<AppCommand> buildFixed()
         make("reopenTab", "Reopen Closed Tab", "", keys(C | S | Qt::Key_T), "", [](WindowState& w) { w.reopenClosedTab(); },
              [](const WindowState& w) { return !w.closedTabURLs().isEmpty(); }),
         make("closeTab", "Close Tab", "xmark", keys(C | Qt::Key_W), "", [](WindowState& w) { w.closeTab(); }),
+        make("newWindow", "New Window", "macwindow.badge.plus", keys(C | Qt::Key_N), "open another window",
+             [](WindowState&) { OpenRouter::instance()->openNewWindow(); }, [](const WindowState&) { return OpenRouter::instance() != nullptr; }),
         withNote(make("rename", "Rename", "pencil", keys(Qt::Key_F2), "", files(&FileActions::beginRename), test(&FileActions::canRename)),
                  kRenameOne),
         make("duplicate", "Duplicate", "plus.square.on.square", keys(C | Qt::Key_D), "", files(&FileActions::duplicateSelection), changeSelection),
