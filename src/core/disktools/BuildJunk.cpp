@@ -97,6 +97,8 @@ struct Search {
 
 } // namespace
 
+bool isBuildFolder(const QByteArray& name, int parentFd) { return matchingRule(name, parentFd) != nullptr; }
+
 std::vector<Found> find(const FilePath& folder, int depth, const CancelFlag& cancel)
 {
     Search search{depth, cancel, 0, {}};

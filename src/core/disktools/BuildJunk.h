@@ -27,6 +27,10 @@ struct Rule {
 
 const std::vector<Rule>& rules();
 
+// True when the folder `name` inside the open folder `parentFd` is one of the rules' build
+// folders (its marker file lies beside it). Searches leave these out.
+bool isBuildFolder(const QByteArray& name, int parentFd);
+
 inline constexpr int searchDepth = 7;
 
 std::vector<Found> find(const FilePath& folder, int depth, const CancelFlag& cancel);

@@ -20,7 +20,7 @@ std::optional<Listing> Listing::fromName(const QString& name)
 QString Listing::title() const
 {
     switch (kind) {
-    case Kind::search: return QStringLiteral("Search");
+    case Kind::search: return query.title();
     case Kind::tag: return tagName;
     case Kind::recents: return QStringLiteral("Recents");
     case Kind::trash: return QStringLiteral("Trash");
@@ -42,6 +42,7 @@ QString emptyText::forSource(const std::optional<Listing>& listing)
     switch (listing->kind) {
     case Listing::Kind::recents: return recents;
     case Listing::Kind::trash: return trash;
+    case Listing::Kind::search: return nothingMatches(listing->query.text.trimmed());
     default: return QStringLiteral("Nothing here");
     }
 }

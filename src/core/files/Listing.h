@@ -2,6 +2,7 @@
 // Listing: a pane source that is not one folder's contents, and what loading one gives.
 
 #include "files/FileItem.h"
+#include "search/SearchQuery.h"
 
 #include <QString>
 #include <optional>
@@ -11,10 +12,12 @@ namespace orwick {
 struct Listing {
     enum class Kind { search, tag, recents, trash, screenshots, thisMac };
     Kind kind = Kind::recents;
-    QString tagName; // for `tag`; a search's query joins it when desktop search lands
+    QString tagName;   // for `tag`
+    SearchQuery query; // for `search`
 
-    static Listing tag(const QString& name) { return {Kind::tag, name}; }
-    static Listing of(Kind kind) { return {kind, {}}; }
+    static Listing tag(const QString& name) { return {Kind::tag, name, {}}; }
+    static Listing search(const SearchQuery& query) { return {Kind::search, {}, query}; }
+    static Listing of(Kind kind) { return {kind, {}, {}}; }
 
     bool operator==(const Listing&) const = default;
 

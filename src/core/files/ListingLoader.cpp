@@ -5,6 +5,7 @@
 #include "platform/RecentFiles.h"
 #include "platform/Xattr.h"
 #include "platform/XdgPaths.h"
+#include "search/QuerySearch.h"
 
 #include <QDateTime>
 #include <dirent.h>
@@ -58,48 +59,12 @@ ListingResult screenshots(const CancelFlag* cancel)
     return {found, std::nullopt, 0};
 }
 
-// Folders a tag walk never enters: caches and build output hold no tagged files worth finding.
-bool skipWhenWalking(const QByteArray& name)
-{
-    return name.startsWith('.') || name == "node_modules" || name == "target" || name == "build" || name == "__pycache__";
-}
-
-bool hasTag(const QByteArray& tags, const QByteArray& wanted)
-{
-    for (const QByteArray& tag : tags.split(','))
-        if (tag.trimmed().compare(wanted, Qt::CaseInsensitive) == 0)
-            return true;
-    return false;
-}
-
-// Every file and folder under home that carries the tag, walking at most `budget` entries.
-ListingResult tagged(const QString& tagName, const CancelFlag* cancel)
+// Every hit of a walk, gathered into one result.
+template <class Run>
+ListingResult gather(Run run)
 {
     ListingResult result;
-    const QByteArray wanted = tagName.toUtf8();
-    qint64 budget = 200000;
-    std::vector<FilePath> pending{xdg::home()};
-    while (!pending.empty() && budget > 0) {
-        if (cancel && cancel->isCancelled())
-            break;
-        const FilePath folder = pending.back();
-        pending.pop_back();
-        const auto handle = DirectoryHandle::open(folder);
-        std::vector<DirEntry> entries;
-        if (!handle || !handle->readEntries(entries, cancel))
-            continue;
-        budget -= qint64(entries.size());
-        const FileItemReader reader(folder, handle->fd());
-        for (const DirEntry& entry : entries) {
-            if (skipWhenWalking(entry.name))
-                continue;
-            const FilePath path = folder.child(QByteArrayView(entry.name));
-            if (const auto tags = xattr::get(path, xattr::tags); tags && hasTag(*tags, wanted))
-                result.items.append(reader.read(entry));
-            if (entry.type == DT_DIR)
-                pending.push_back(path);
-        }
-    }
+    run([&result](SearchBatch&& batch) { result.items.append(std::move(batch.items)); });
     return result;
 }
 
@@ -118,8 +83,20 @@ ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* ca
         break;
     case Listing::Kind::recents: result = recents(cancel); break;
     case Listing::Kind::screenshots: result = screenshots(cancel); break;
-    case Listing::Kind::tag: result = tagged(listing.tagName, cancel); break;
+    case Listing::Kind::tag:
+        result = gather([&](const SearchWalker::Sink& sink) {
+            CancelFlag never;
+            QuerySearch::runTag(listing.tagName, xdg::home(), showHidden, sink, cancel ? *cancel : never);
+        });
+        break;
     case Listing::Kind::search:
+        result = gather([&](const SearchWalker::Sink& sink) {
+            CancelFlag never;
+            QuerySearch::Options options;
+            options.showHidden = showHidden;
+            QuerySearch::run(listing.query, options, sink, cancel ? *cancel : never);
+        });
+        break;
     case Listing::Kind::thisMac: break; // the drives view draws the drives itself
     }
     if (!showHidden && listing.kind != Listing::Kind::trash)
