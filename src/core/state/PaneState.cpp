@@ -27,6 +27,9 @@ PaneState::PaneState(const FilePath& folder, ViewPreferences* preferences, QObje
     });
     m_reloadTimer.setSingleShot(true);
     connect(&m_reloadTimer, &QTimer::timeout, this, [this] { load({}); });
+    m_searchDebounce.setSingleShot(true);
+    m_searchDebounce.setInterval(kSearchDebounceMs);
+    connect(&m_searchDebounce, &QTimer::timeout, this, &PaneState::runSearch);
     showFolder(folder, {});
 }
 
@@ -95,6 +98,7 @@ void PaneState::showFolder(const FilePath& folder, const QList<FilePath>& select
 {
     m_url = folder;
     m_listing.reset();
+    resetSearch();
     m_filter.clear();
     m_isFiltering = false;
     m_pendingSelection = QSet<FilePath>(selecting.begin(), selecting.end());
@@ -107,6 +111,8 @@ void PaneState::showFolder(const FilePath& folder, const QList<FilePath>& select
 
 void PaneState::show(const Listing& listing)
 {
+    if (listing.kind != Listing::Kind::search)
+        resetSearch();
     m_listing = listing;
     m_filter.clear();
     m_isFiltering = false;
@@ -230,6 +236,10 @@ void PaneState::load(const QList<FilePath>& selecting)
 {
     if (m_waiting) {
         m_selectingWhenShown = selecting;
+        return;
+    }
+    if (m_listing && m_listing->kind == Listing::Kind::search) {
+        loadSearch(); // streamed: the first results show while the walk goes on
         return;
     }
     m_reloadTimer.stop();

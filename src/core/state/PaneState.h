@@ -129,6 +129,32 @@ public:
     void setPropertySource(PropertySource source);
     void propertiesChanged() { rearrange(); }
 
+    // --- Search (PaneSearch.cpp)
+    // The search field: its text and choices make currentSearch(); each change runs search().
+    bool isSearching() const { return m_isSearching; }
+    const QString& searchText() const { return m_searchText; }
+    SearchQuery::Scope searchScope() const { return m_searchScope; }
+    SearchQuery::Kind searchKind() const { return m_searchKind; }
+    SearchQuery::Changed searchChanged() const { return m_searchChanged; }
+    // The query the field describes, from the shown folder.
+    SearchQuery currentSearch() const;
+    // The note above a listing: a search's filter summary.
+    const std::optional<QString>& listingNote() const { return m_listingNote; }
+    void setSearchText(const QString& text);
+    void setSearchScope(SearchQuery::Scope scope);
+    void setSearchKind(SearchQuery::Kind kind);
+    void setSearchChanged(SearchQuery::Changed changed);
+    // Runs currentSearch() kSearchDebounceMs after the last call: typing quickly runs it once.
+    // A query with nothing to look for runs nothing and brings the folder back.
+    void search();
+    static constexpr int kSearchDebounceMs = 250;
+    // Opens the search field (scope `below` unless chosen) and asks the view to focus it.
+    void focusSearch();
+    // Closes the search field; a search listing gives way to the folder.
+    void endSearch();
+    // Applies a saved search's fields and runs it at once.
+    void open(const SavedSearch& saved);
+
     // "Calculate Folder Sizes": measures every folder row of the shown folder in the background;
     // the sizes stay until the pane leaves the folder, and sorting by size uses them.
     bool canMeasureFolderSizes() const { return !m_listing && !m_url.isEmpty(); }
@@ -152,6 +178,9 @@ Q_SIGNALS:
     void viewModeChanged();
     void arrangementOptionsChanged(); // sort, grouping, filter, hidden files
     void filterFocusRequested();
+    void searchFocusRequested();
+    void searchOptionsChanged(); // the search field opened or closed, or its text or a choice changed
+    void searchStarted();        // a search run began (after the debounce)
     void iconSizeChanged();
     void renamingChanged();
     void openRequested(const orwick::FileItems& files);
@@ -169,6 +198,9 @@ private:
     void onFolderChanged();
     void setSelectionTo(QSet<FilePath> selection, std::optional<FilePath> cursor, std::optional<FilePath> anchor);
     ArrangeInput arrangeInput() const;
+    void runSearch();
+    void loadSearch();
+    void resetSearch();
 
     QUuid m_id = QUuid::createUuid();
     QPointer<ViewPreferences> m_preferences;
@@ -219,6 +251,16 @@ private:
     FolderSizes* m_folderSizes;
     QTimer m_reloadTimer;
     bool m_changedDuringLoad = false;
+
+    bool m_isSearching = false;
+    QString m_searchText;
+    SearchQuery::Scope m_searchScope = SearchQuery::Scope::below;
+    SearchQuery::Kind m_searchKind = SearchQuery::Kind::any;
+    SearchQuery::Changed m_searchChanged = SearchQuery::Changed::any;
+    std::optional<QString> m_searchName; // while the shown search is a saved one, unchanged
+    std::optional<QString> m_listingNote;
+    QTimer m_searchDebounce;
+    bool m_isOpeningSavedSearch = false;
 };
 
 } // namespace orwick
