@@ -174,6 +174,8 @@ QList<AppCommand> buildFixed()
         make("palette", "Command Palette", "command", keys(C | Qt::Key_K), "search jump", [](WindowState& w) { w.requestPalette(PaletteRequest::main); }),
         make("filter", "Filter This Folder", "line.3.horizontal.decrease", keys(C | Qt::Key_F), "find search narrow",
              [](WindowState& w) { w.activePane()->focusFilter(); }),
+        make("search", "Search…", "magnifyingglass", none(), "find search files names contents text below everywhere home drives spotlight locate",
+             [](WindowState& w) { w.activePane()->focusSearch(); }),
         make("dualPane", "Toggle Split", "rectangle.split.2x1", keys(C | Qt::Key_Backslash), "dual pane split two",
              [](WindowState& w) { w.selectedTab()->toggleSplit(); }),
         make("splitRight", "Split Right", "rectangle.righthalf.inset.filled", none(), "pane open beside column",

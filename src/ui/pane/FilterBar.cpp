@@ -53,9 +53,32 @@ void FilterBar::follow()
     }
 }
 
+bool FilterBar::event(QEvent* event)
+{
+    // Ctrl+F is the window's "Filter This Folder" shortcut; in the field it means search below.
+    if (event->type() == QEvent::ShortcutOverride) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_F && key->modifiers() == Qt::ControlModifier) {
+            event->accept();
+            return true;
+        }
+    }
+    return QLineEdit::event(event);
+}
+
 void FilterBar::keyPressEvent(QKeyEvent* event)
 {
     switch (event->key()) {
+    case Qt::Key_F:
+        // Ctrl+F again: look below this folder too, with the same text.
+        if (m_pane && event->modifiers() == Qt::ControlModifier) {
+            const QString text = m_pane->filter();
+            m_pane->focusSearch();
+            m_pane->setSearchText(text);
+            return;
+        }
+        QLineEdit::keyPressEvent(event);
+        return;
     case Qt::Key_Escape:
         if (m_pane)
             m_pane->setFiltering(false); // closes and clears; follow() hides the field

@@ -4,6 +4,7 @@
 #include "platform/RecentFiles.h"
 #include "ui/pane/FilterBar.h"
 #include "ui/pane/PathBar.h"
+#include "ui/pane/SearchBar.h"
 #include "ui/pane/StatusLine.h"
 #include "ui/theme/Theme.h"
 #include "ui/views/DrivesView.h"
@@ -31,6 +32,7 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     m_pathBar = new PathBar(pane, this);
     m_stack = new QStackedWidget(this);
     m_filterBar = new FilterBar(pane, this);
+    m_searchBar = new SearchBar(pane, this);
     m_listView = new FileListView(m_model, m_stack);
     m_tableView = new FileTableView(m_model, m_stack);
     m_gridView = new FileGridView(m_model, m_stack);
@@ -63,6 +65,7 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     layout->addWidget(m_activeMark);
     layout->addWidget(m_pathBar);
     layout->addWidget(m_filterBar);
+    layout->addWidget(m_searchBar);
     layout->addWidget(m_stack, 1);
     layout->addWidget(m_statusLine);
 
@@ -85,6 +88,7 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     connect(pane, &PaneState::viewModeChanged, this, &PaneWidget::showState);
     // Leaving the filter field hands the keys back to the view.
     connect(m_filterBar, &FilterBar::finished, this, [this] { itemsView()->setFocus(Qt::OtherFocusReason); });
+    connect(m_searchBar, &SearchBar::finished, this, [this] { focusTarget()->setFocus(Qt::OtherFocusReason); });
     connect(pane, &PaneState::openRequested, this, &PaneWidget::openFiles);
     connect(pane, &PaneState::messageRequested, this, &PaneWidget::messageRequested);
     showState();

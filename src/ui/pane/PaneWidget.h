@@ -19,6 +19,7 @@ class FileListView;
 class FileTableView;
 class FilterBar;
 class PathBar;
+class SearchBar;
 class StatusLine;
 
 class PaneWidget : public QWidget {
@@ -33,6 +34,7 @@ public:
     FileGridView* gridView() const { return m_gridView; }
     ColumnsView* columnsView() const { return m_columnsView; }
     FilterBar* filterBar() const { return m_filterBar; }
+    SearchBar* searchBar() const { return m_searchBar; }
     // The view of the pane's view mode (list, table, grid or columns).
     QWidget* itemsView() const;
     StatusLine* statusLine() const { return m_statusLine; }
@@ -59,6 +61,7 @@ private:
     FileListModel* m_model;
     PathBar* m_pathBar;
     FilterBar* m_filterBar;
+    SearchBar* m_searchBar;
     QStackedWidget* m_stack;
     FileListView* m_listView;
     FileTableView* m_tableView;

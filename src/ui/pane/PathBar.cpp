@@ -53,6 +53,14 @@ void PathBar::rebuild()
         font.setBold(true);
         title->setFont(font);
         m_layout->addWidget(title);
+        if (const auto& note = m_pane->listingNote()) {
+            auto* summary = new QLabel(*note, this);
+            summary->setContentsMargins(10, 0, 0, 0);
+            QPalette palette = summary->palette();
+            palette.setColor(QPalette::WindowText, theme::dimText());
+            summary->setPalette(palette);
+            m_layout->addWidget(summary);
+        }
         m_layout->addStretch(1);
         return;
     }

@@ -59,6 +59,8 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const
             return itemIcon(*item);
         break;
     case Qt::ToolTipRole:
+        if (showsLocations() && index.column() == NameColumn)
+            return item->url.abbreviated();
         if (item->brokenTarget)
             return QStringLiteral("Broken link to %1").arg(*item->brokenTarget);
         if (item->isSymlink())
@@ -78,12 +80,22 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const
     case CategoryRole: return int(item->category);
     case IsFolderRole: return item->isFolder;
     case HiddenRole: return item->isHidden;
+    case LocationRole:
+        if (index.column() == NameColumn && showsLocations())
+            return item->url.parent().abbreviated();
+        return {};
     case HeadingRole: {
         const auto heading = m_pane->headings().constFind(index.row());
         return heading == m_pane->headings().constEnd() ? QVariant() : QVariant::fromValue(*heading);
     }
     }
     return {};
+}
+
+bool FileListModel::showsLocations() const
+{
+    const auto& listing = m_pane->listing();
+    return listing && (listing->kind == Listing::Kind::search || listing->kind == Listing::Kind::tag || listing->kind == Listing::Kind::recents);
 }
 
 QString FileListModel::sizeText(const FileItem& item) const

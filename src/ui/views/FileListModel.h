@@ -15,7 +15,8 @@ class FileListModel : public QAbstractTableModel {
 public:
     enum Column { NameColumn, ModifiedColumn, SizeColumn, KindColumn, ColumnCount };
     enum Role { UrlRole = Qt::UserRole + 1, SelectedRole, CursorRole, CategoryRole, IsFolderRole, HiddenRole,
-                HeadingRole /* a group heading starting at this row: QVariant of orwick::Heading, else invalid */ };
+                HeadingRole /* a group heading starting at this row: QVariant of orwick::Heading, else invalid */,
+                LocationRole /* in a listing of items from many folders (search, tag, recents): the item's folder, else invalid */ };
 
     explicit FileListModel(PaneState* pane, QObject* parent = nullptr);
 
@@ -39,6 +40,7 @@ public:
 
 private:
     QString sizeText(const FileItem& item) const; // a file's size, a measured folder's, or "—"
+    bool showsLocations() const; // rows come from many folders, so each names its own
     QPointer<PaneState> m_pane;
     QList<Decorator> m_decorators;
     Timestamp m_now = 0;

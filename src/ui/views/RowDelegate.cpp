@@ -6,6 +6,7 @@
 #include "ui/views/GitMarks.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QPainter>
 
 namespace orwick {
@@ -70,7 +71,27 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& givenOpti
     plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
     plain.rect.setRight(plain.rect.right() - gitMarkWidth(index));
     paintCell(painter, plain, index);
+    paintLocation(painter, plain, index);
     paintGitMark(painter, option.rect, index);
+}
+
+void RowDelegate::paintLocation(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const QString location = index.data(FileListModel::LocationRole).toString();
+    if (location.isEmpty())
+        return;
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QStyle* style = cell.widget ? cell.widget->style() : QApplication::style();
+    const QRect text = style->subElementRect(QStyle::SE_ItemViewItemText, &cell, cell.widget);
+    // After the name, dimmed, shortened in the middle so both ends of the path stay readable.
+    const QRect where = text.adjusted(cell.fontMetrics.horizontalAdvance(cell.text) + 16, 0, -4, 0);
+    if (where.width() < 40)
+        return;
+    painter->save();
+    painter->setPen(theme::dimText());
+    painter->drawText(where, Qt::AlignLeft | Qt::AlignVCenter, cell.fontMetrics.elidedText(location, Qt::ElideMiddle, where.width()));
+    painter->restore();
 }
 
 void RowDelegate::paintCell(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const

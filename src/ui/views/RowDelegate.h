@@ -18,6 +18,8 @@ public:
 protected:
     // Draws a cell's own content over the row's background (the selection, the caret bar).
     virtual void paintCell(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    // In a listing from many folders, the item's folder after its name.
+    void paintLocation(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
 };
 
 } // namespace orwick
