@@ -122,6 +122,7 @@ qint64 run(const SearchQuery& query, const Options& options, const SearchWalker:
     walk.showHidden = options.showHidden;
     walk.makeItems = options.makeItems;
     walk.threads = options.threads;
+    walk.limit = options.limit;
     return SearchWalker::run(walk, makeTest(query, options), sink, cancel);
 }
 

@@ -18,6 +18,7 @@ struct Options {
     bool contents = true;
     bool makeItems = true;
     int threads = 0;
+    qint64 limit = 0; // the most hits (0: all)
     QDateTime now = QDateTime::currentDateTime();
 };
 

@@ -97,7 +97,7 @@ private:
         std::vector<QByteArray> subfolders;
         std::vector<const DirEntry*> hits;
         for (const DirEntry& entry : entries) {
-            if (m_cancel.isCancelled())
+            if (stopped())
                 return;
             if (!m_options.showHidden && entry.name.startsWith('.'))
                 continue;
@@ -112,7 +112,7 @@ private:
         else if (m_pendingCount.load(std::memory_order_relaxed) > 0)
             flush(false); // hits found elsewhere a while ago still go out on time
         for (const QByteArray& name : subfolders) {
-            if (m_cancel.isCancelled())
+            if (stopped())
                 return;
             const FilePath child = path.child(QByteArrayView(name));
             // Keep every worker fed: a folder goes to the queue while it runs short, else it is
@@ -124,6 +124,8 @@ private:
             }
         }
     }
+
+    bool stopped() const { return m_full.load(std::memory_order_relaxed) || m_cancel.isCancelled(); }
 
     void deliver(const DirectoryHandle& folder, const FilePath& path, const std::vector<const DirEntry*>& hits)
     {
@@ -141,6 +143,13 @@ private:
         }
         {
             std::lock_guard lock(m_pendingMutex);
+            if (m_options.limit > 0 && m_hits + found.paths.size() >= m_options.limit) {
+                const qsizetype room = std::max<qsizetype>(0, m_options.limit - m_hits);
+                found.paths.resize(room);
+                if (!found.items.isEmpty())
+                    found.items.resize(room);
+                m_full.store(true, std::memory_order_relaxed);
+            }
             m_pending.paths.append(found.paths);
             m_pending.items.append(found.items);
             m_hits += found.paths.size();
@@ -181,6 +190,7 @@ private:
     std::atomic<qint64> m_lastFlush{0};
     std::atomic<qsizetype> m_pendingCount{0};
     qint64 m_hits = 0;
+    std::atomic<bool> m_full{false}; // the limit is reached: every worker stops
 };
 
 } // namespace

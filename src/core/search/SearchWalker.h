@@ -59,12 +59,14 @@ struct Options {
     bool makeItems = true;     // a FileItem per hit (the pane); the command line needs paths only
     int threads = 0;           // 0: one per core, one when the machine is busy
     qint64 batchIntervalMs = 100;
+    qint64 limit = 0;          // stop after this many hits (0: no limit); no more are delivered
 };
 
 using Test = std::function<bool(const SearchCandidate&)>;
 using Sink = std::function<void(SearchBatch&&)>;
 
-// Walks every root; returns the number of hits (whatever was found before a cancel).
+// Walks every root; returns the number of hits delivered (whatever was found before a cancel,
+// at most the limit).
 qint64 run(const Options& options, const Test& test, const Sink& sink, const CancelFlag& cancel);
 
 } // namespace SearchWalker

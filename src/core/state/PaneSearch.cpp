@@ -172,12 +172,13 @@ void PaneState::loadSearch()
     const SearchQuery query = m_listing->query;
     QuerySearch::Options options;
     options.showHidden = m_showHidden;
+    options.limit = kSearchResultLimit;
     QElapsedTimer started;
     started.start();
     // Batches and the end are posted to the application object and checked there, so a pane
     // deleted meanwhile, or a newer search, drops them unseen.
     QThreadPool::globalInstance()->start([guard, ticket, query, options, started] {
-        QuerySearch::run(query, options, [guard, ticket](SearchBatch&& batch) {
+        const qint64 hits = QuerySearch::run(query, options, [guard, ticket](SearchBatch&& batch) {
             QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, ticket, items = std::move(batch.items)] {
                 if (!guard || !guard->m_loadTask.isCurrent(ticket))
                     return;
@@ -186,10 +187,14 @@ void PaneState::loadSearch()
                 guard->rearrange();
             }, Qt::QueuedConnection);
         }, *ticket.token);
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, ticket, started] {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, ticket, started, hits] {
             if (!guard || !guard->m_loadTask.isCurrent(ticket))
                 return;
             guard->m_loadTask.finish(ticket);
+            if (hits >= kSearchResultLimit && guard->m_listingNote) {
+                *guard->m_listingNote += QStringLiteral(" · The first %L1 results").arg(kSearchResultLimit);
+                Q_EMIT guard->locationChanged(); // the note is redrawn
+            }
             guard->m_isLoading = false;
             guard->m_lastLoadTime = started.elapsed();
             Q_EMIT guard->loadingChanged();

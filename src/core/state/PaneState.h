@@ -148,6 +148,8 @@ public:
     // A query with nothing to look for runs nothing and brings the folder back.
     void search();
     static constexpr int kSearchDebounceMs = 250;
+    // A search stops after this many results and its note says so.
+    static constexpr int kSearchResultLimit = 10000;
     // Opens the search field (scope `below` unless chosen) and asks the view to focus it.
     void focusSearch();
     // Closes the search field; a search listing gives way to the folder.

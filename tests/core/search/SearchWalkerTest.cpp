@@ -201,3 +201,19 @@ TEST(SearchRoots, PseudoFileSystemsAreClosedAndHomeComesFirst)
     ASSERT_FALSE(roots.empty());
     EXPECT_EQ(roots.front(), test::tempHome());
 }
+
+TEST(SearchWalker, StopsAtItsLimit)
+{
+    test::TempTree tree;
+    for (int i = 0; i < 120; ++i)
+        tree.file(QStringLiteral("d%1/match-%2.txt").arg(i % 30).arg(i));
+    SearchWalker::Options options;
+    options.roots = {tree.root()};
+    options.limit = 25;
+    options.threads = 2;
+    qint64 delivered = 0;
+    const qint64 hits = SearchWalker::run(options, [](const SearchCandidate& c) { return c.name().startsWith("match"); },
+                                          [&](SearchBatch&& batch) { delivered += batch.paths.size(); }, CancelFlag());
+    EXPECT_EQ(hits, 25);
+    EXPECT_EQ(delivered, 25);
+}
