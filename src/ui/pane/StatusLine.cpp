@@ -34,8 +34,10 @@ StatusLine::StatusLine(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
 
 QString StatusLine::describe(const PaneState& pane)
 {
+    // A search shows its results while it walks; the line says it is still looking.
+    const bool searching = pane.isLoading() && pane.listing() && pane.listing()->kind == Listing::Kind::search;
     if (pane.isLoading() && pane.items().isEmpty())
-        return QStringLiteral("Loading…");
+        return searching ? QStringLiteral("Searching…") : QStringLiteral("Loading…");
     const qint64 shown = pane.items().size();
     QString text = formatCount(shown, QStringLiteral("item"));
     const qint64 selected = pane.selection().size();
@@ -47,6 +49,8 @@ QString StatusLine::describe(const PaneState& pane)
     }
     if (pane.showHidden())
         text += QStringLiteral(" · hidden files shown");
+    if (searching)
+        text += QStringLiteral(" · searching…");
     return text;
 }
 
