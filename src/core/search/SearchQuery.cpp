@@ -179,6 +179,13 @@ QString SearchQuery::changedTitle(Changed changed)
     return {};
 }
 
+QString SearchQuery::savedDetail(const SavedSearch& saved)
+{
+    const SearchQuery query = fromSaved(saved);
+    const QString text = query.text.trimmed();
+    return text.isEmpty() ? query.filterSummary() : QStringLiteral("“") + text + QStringLiteral("” · ") + query.filterSummary();
+}
+
 SearchQuery SearchQuery::fromSaved(const SavedSearch& saved)
 {
     SearchQuery query;

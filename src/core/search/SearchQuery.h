@@ -62,6 +62,9 @@ struct SearchQuery {
     static QString kindTitle(Kind kind);        // "Any Kind", "Folders", "Documents"…
     static QString changedTitle(Changed changed); // "Any Date", "Today", "This Week"…
 
+    // The line under a saved search's name in the sidebar: "“tax” · Below Documents · PDFs".
+    static QString savedDetail(const SavedSearch& saved);
+
     // A saved search's query (unknown choices become the first of their list), and back.
     static SearchQuery fromSaved(const SavedSearch& saved);
     SavedSearch toSaved(const QString& name, const QString& id) const;

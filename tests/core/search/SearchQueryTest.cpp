@@ -149,4 +149,5 @@ TEST(SearchQuery, TitleAndSummary)
     EXPECT_EQ(query.filterSummary(), QStringLiteral("Below Documents · PDFs · Changed this week"));
     query.name = QStringLiteral("Taxes");
     EXPECT_EQ(query.title(), QStringLiteral("Taxes"));
+    EXPECT_EQ(SearchQuery::savedDetail(query.toSaved("Taxes", "id")), QStringLiteral("“tax” · Below Documents · PDFs · Changed this week"));
 }

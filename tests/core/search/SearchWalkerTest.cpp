@@ -217,3 +217,16 @@ TEST(SearchWalker, StopsAtItsLimit)
     EXPECT_EQ(hits, 25);
     EXPECT_EQ(delivered, 25);
 }
+
+TEST(SearchWalker, ARootOnAClosedMountIsSearchedAllTheSame)
+{
+    // /proc is never entered from outside; chosen as the place to look, it is searched.
+    SearchWalker::Options options;
+    options.roots = {FilePath::fromText("/proc/self")};
+    options.recursive = false;
+    options.makeItems = false;
+    QList<FilePath> found;
+    SearchWalker::run(options, [](const SearchCandidate& c) { return c.name() == "status"; },
+                      [&](SearchBatch&& batch) { found.append(batch.paths); }, CancelFlag());
+    EXPECT_EQ(found, QList<FilePath>{FilePath::fromText("/proc/self/status")});
+}
