@@ -8,7 +8,7 @@ namespace orwick {
 
 FilterBar::FilterBar(PaneState* pane, QWidget* parent) : QLineEdit(parent), m_pane(pane)
 {
-    setPlaceholderText(QStringLiteral("Filter this folder"));
+    setPlaceholderText(QStringLiteral("Filter this folder — Ctrl+F again searches below it"));
     setClearButtonEnabled(true);
     setFrame(false);
     setVisible(false);
