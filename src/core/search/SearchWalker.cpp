@@ -41,6 +41,9 @@ namespace SearchWalker {
 
 namespace {
 
+// At most this many nested folders are held open by one recursion.
+constexpr int kHeldDepth = 64;
+
 class Walk {
 public:
     Walk(const Options& options, const Test& test, const Sink& sink, const CancelFlag& cancel)
@@ -116,8 +119,9 @@ private:
                 return;
             const FilePath child = path.child(QByteArrayView(name));
             // Keep every worker fed: a folder goes to the queue while it runs short, else it is
-            // walked here at once (the open handle then needs no second path lookup).
-            if (m_queued.load(std::memory_order_relaxed) < 2 * m_pool.workerCount()) {
+            // walked here at once (the open handle then needs no second path lookup). A very
+            // deep tree goes to the queue too, so the walk never holds too many folders open.
+            if (m_queued.load(std::memory_order_relaxed) < 2 * m_pool.workerCount() || (depth + 1) % kHeldDepth == 0) {
                 post(child, nullptr, depth + 1);
             } else if (auto opened = DirectoryHandle::openChild(folder.fd(), name.constData())) {
                 walk(*opened, child, depth + 1);

@@ -230,3 +230,18 @@ TEST(SearchWalker, ARootOnAClosedMountIsSearchedAllTheSame)
                       [&](SearchBatch&& batch) { found.append(batch.paths); }, CancelFlag());
     EXPECT_EQ(found, QList<FilePath>{FilePath::fromText("/proc/self/status")});
 }
+
+TEST(SearchWalker, WalksATreeDeeperThanItHoldsOpen)
+{
+    test::TempTree tree;
+    QString deep;
+    for (int i = 0; i < 150; ++i)
+        deep += QStringLiteral("d/");
+    tree.file(deep + QStringLiteral("bottom-match.txt"));
+    SearchWalker::Options options;
+    options.roots = {tree.root()};
+    options.threads = 1;
+    qint64 found = SearchWalker::run(options, [](const SearchCandidate& c) { return c.name() == "bottom-match.txt"; },
+                                     [](SearchBatch&&) {}, CancelFlag());
+    EXPECT_EQ(found, 1);
+}
