@@ -1,14 +1,11 @@
 #include "files/ListingLoader.h"
 
 #include "files/DirectoryLoader.h"
-#include "files/FileItemReader.h"
 #include "platform/RecentFiles.h"
-#include "platform/Xattr.h"
 #include "platform/XdgPaths.h"
 #include "search/QuerySearch.h"
 
 #include <QDateTime>
-#include <dirent.h>
 #include <QElapsedTimer>
 #include <algorithm>
 

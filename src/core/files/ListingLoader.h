@@ -1,5 +1,7 @@
 #pragma once
-// Loading a Listing (Trash, recents, screenshots, a colour tag, the drives) into FileItems.
+// Loading a Listing (Trash, recents, screenshots, a colour tag, a search, the drives) into
+// FileItems; a tag or a search goes through the search walker and comes back whole here (a pane
+// streams its search results itself).
 // Pure and thread-safe: call it from a background task.
 
 #include "async/CancelFlag.h"
