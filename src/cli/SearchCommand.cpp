@@ -106,8 +106,8 @@ int search(const Arguments& arguments)
     return hits > 0 ? 0 : 1;
 }
 
-const CliRegistration registration({QStringLiteral("search"), QStringLiteral("search TEXT [DIR] [--kind K] [--changed C] [--content]"),
-                                     QStringLiteral("items whose names (or, with --content, texts) hold TEXT; see search --help"), search});
+const CliRegistration registration({QStringLiteral("search"), QStringLiteral("search TEXT [DIR] [--content…]"),
+                                     QStringLiteral("items whose names (or texts) hold TEXT; search --help for more"), search});
 
 } // namespace
 } // namespace orwick::cli
