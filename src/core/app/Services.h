@@ -4,6 +4,7 @@
 
 namespace orwick {
 
+class ExternalPrograms;
 class Frecency;
 class FileProperties;
 class Git;
@@ -12,6 +13,7 @@ struct Services {
     Git* git = nullptr;
     Frecency* frecency = nullptr; // folder visits, for the palette
     FileProperties* properties = nullptr; // typed file properties and folder database settings
+    ExternalPrograms* programs = nullptr; // the code editor and terminal "Open in …" uses
 };
 
 Services& services();

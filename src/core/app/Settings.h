@@ -10,4 +10,8 @@ namespace orwick {
 // A fresh handle on the store (cheap; the path follows the environment of the moment).
 std::unique_ptr<QSettings> openSettings();
 
+// A switch kept under `key`: "true"/"1" or "false"/"0"; anything else (absent, damaged) gives
+// `fallback`. QVariant::toBool would read any other text as true.
+bool readSettingsBool(const QSettings& settings, const QString& key, bool fallback);
+
 } // namespace orwick

@@ -1,6 +1,7 @@
 #include "commands/CommandActions.h"
 
 #include "app/Services.h"
+#include "commands/ExternalPrograms.h"
 #include "git/Git.h"
 #include "platform/DirectoryReader.h"
 
@@ -11,7 +12,6 @@
 #include <QMimeData>
 #include <QMimeDatabase>
 #include <QProcess>
-#include <QStandardPaths>
 
 namespace orwick::actions {
 
@@ -44,59 +44,10 @@ std::optional<QByteArray> readSmallFile(const FileItem& item, WindowState& windo
     return file.readAll();
 }
 
-struct Program {
-    QString name;
-    QString executable;
-    bool needsTerminal = false;
-};
+using Program = ExternalPrograms::Program;
 
-Program findEditor()
-{
-    static const QStringList terminalEditors{"vi", "vim", "nvim", "nano", "micro", "hx", "helix", "emacs", "kak", "ne"};
-    for (const char* variable : {"VISUAL", "EDITOR"}) {
-        const QString value = qEnvironmentVariable(variable).trimmed();
-        if (value.isEmpty())
-            continue;
-        const QString executable = QStandardPaths::findExecutable(value.section(QLatin1Char(' '), 0, 0));
-        if (!executable.isEmpty()) {
-            const QString base = executable.section(QLatin1Char('/'), -1);
-            return {base, executable, terminalEditors.contains(base)};
-        }
-    }
-    const std::pair<const char*, const char*> known[] = {
-        {"code", "VS Code"}, {"codium", "VSCodium"}, {"zed", "Zed"}, {"subl", "Sublime Text"}, {"kate", "Kate"}, {"gedit", "gedit"}};
-    for (const auto& [command, name] : known)
-        if (const QString executable = QStandardPaths::findExecutable(QString::fromLatin1(command)); !executable.isEmpty())
-            return {QString::fromLatin1(name), executable};
-    return {};
-}
-
-Program findTerminal()
-{
-    const QString preferred = qEnvironmentVariable("TERMINAL").trimmed();
-    if (!preferred.isEmpty())
-        if (const QString executable = QStandardPaths::findExecutable(preferred); !executable.isEmpty())
-            return {preferred.section(QLatin1Char('/'), -1), executable};
-    const std::pair<const char*, const char*> known[] = {{"x-terminal-emulator", "Terminal"}, {"gnome-terminal", "GNOME Terminal"},
-                                                         {"konsole", "Konsole"}, {"alacritty", "Alacritty"}, {"kitty", "kitty"},
-                                                         {"foot", "foot"}, {"xterm", "XTerm"}};
-    for (const auto& [command, name] : known)
-        if (const QString executable = QStandardPaths::findExecutable(QString::fromLatin1(command)); !executable.isEmpty())
-            return {QString::fromLatin1(name), executable};
-    return {};
-}
-
-const Program& editor()
-{
-    static const Program found = findEditor();
-    return found;
-}
-
-const Program& terminal()
-{
-    static const Program found = findTerminal();
-    return found;
-}
+Program editor() { return services().programs ? services().programs->editor() : Program{}; }
+Program terminal() { return services().programs ? services().programs->terminal() : Program{}; }
 
 void launch(WindowState& window, const Program& program, const QStringList& arguments, const FilePath& workingFolder)
 {
@@ -181,10 +132,11 @@ void openInEditor(WindowState& window)
     QStringList arguments;
     for (const FilePath& path : targets)
         arguments << path.text();
-    if (editor().needsTerminal && !terminal().executable.isEmpty())
-        launch(window, terminal(), QStringList{QStringLiteral("-e"), editor().executable} + arguments, pane->url());
+    const Program chosen = editor();
+    if (chosen.needsTerminal && !terminal().isEmpty())
+        launch(window, terminal(), QStringList{QStringLiteral("-e"), chosen.executable} + arguments, pane->url());
     else
-        launch(window, editor(), arguments, pane->url());
+        launch(window, chosen, arguments, pane->url());
 }
 
 void openInTerminal(WindowState& window) { launch(window, terminal(), {}, window.activePane()->url()); }

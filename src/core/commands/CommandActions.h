@@ -16,7 +16,7 @@ void showInSystemFileManager(WindowState& window);
 bool hasGit(const WindowState& window);
 void toggleHideIgnored(WindowState& window);
 
-// The code editor and terminal found on PATH ($VISUAL/$EDITOR, code…; $TERMINAL, x-terminal-emulator…).
+// The code editor and terminal in use: the preferred ones, else the first found (ExternalPrograms).
 QString editorName();   // "Code Editor" when none is known
 QString terminalName(); // "Terminal" when none is known
 bool hasEditor(const WindowState& window);

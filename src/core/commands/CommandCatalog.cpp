@@ -224,21 +224,26 @@ QList<AppCommand> buildFixed()
              [](WindowState& w) { Q_EMIT w.messageRequested(QStringLiteral("Orwick %1 — a keyboard-driven file manager").arg(QStringLiteral(ORWICK_VERSION))); }),
         later("contactSupport", "Contact Support…", "envelope", none(), "help email question support feedback", kNotYet),
         later("reportProblem", "Report a Problem…", "ladybug", none(), "bug crash broken issue report feedback", kNotYet),
-        later("customize", "Customize…", "slider.horizontal.3", keys(C | Qt::Key_Comma), "settings preferences sidebar groups favorites", kNotYet),
+        make("customize", "Customize…", "slider.horizontal.3", keys(C | Qt::Key_Comma), "settings preferences sidebar groups favorites",
+             [](WindowState& w) { w.showPanel(WindowState::Panel::settings, {}); }),
         later("guide", "Orwick Guide", "graduationcap", keys(C | S | Qt::Key_Slash), "", kNotYet),
         later("chooseTheme", "Choose Theme…", "paintpalette", none(), "appearance colors look settings", kNotYet),
         later("openThemesFolder", "Open Themes Folder", "folder", none(), "theme custom colors json override", kNotYet),
         make("openInEditor", "", "", none(), "code editor ide vscode cursor zed xcode project", openInEditor, hasEditor),
         make("openInTerminal", "", "macwindow.badge.plus", none(), "shell console external terminal app", openInTerminal, hasTerminal),
     };
-    // Titles that name an installed program are made once the program is known.
-    for (AppCommand& command : list) {
-        if (command.id == QLatin1StringView("openInEditor"))
-            command.title = QStringLiteral("Open in ") + editorName();
-        if (command.id == QLatin1StringView("openInTerminal"))
-            command.title = QStringLiteral("Open in ") + terminalName();
-    }
     return list;
+}
+
+// "Open in …" names the editor and terminal in use, which the user may change at any time.
+void nameChosenPrograms(QList<AppCommand>& list)
+{
+    const std::pair<const char*, QString> titles[] = {{"openInEditor", QStringLiteral("Open in ") + actions::editorName()},
+                                                      {"openInTerminal", QStringLiteral("Open in ") + actions::terminalName()}};
+    for (const auto& [id, title] : titles)
+        for (qsizetype i = 0; i < list.size(); ++i)
+            if (list.at(i).id == QLatin1StringView(id) && list.at(i).title != title)
+                list[i].title = title; // touches the list only when the choice changed
 }
 
 QList<AppCommand> generated()
@@ -277,7 +282,8 @@ QList<AppCommand> generated()
 
 const QList<AppCommand>& fixed()
 {
-    static const QList<AppCommand> list = buildFixed();
+    static QList<AppCommand> list = buildFixed();
+    nameChosenPrograms(list);
     return list;
 }
 

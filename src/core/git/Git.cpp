@@ -18,7 +18,7 @@ Git::Git(QObject* parent) : Git(gitExecutable(), parent) {}
 
 Git::Git(std::optional<FilePath> executable, QObject* parent) : QObject(parent), m_executable(std::move(executable))
 {
-    m_hidesIgnored = openSettings()->value(hideIgnoredKey, false).toBool();
+    m_hidesIgnored = readSettingsBool(*openSettings(), hideIgnoredKey, false);
 }
 
 Git::~Git() = default;

@@ -30,6 +30,23 @@ PaneState::PaneState(const FilePath& folder, ViewPreferences* preferences, QObje
     m_searchDebounce.setSingleShot(true);
     m_searchDebounce.setInterval(kSearchDebounceMs);
     connect(&m_searchDebounce, &QTimer::timeout, this, &PaneState::runSearch);
+    // A new default view, or grid for media switched, shows at once in a folder whose view was
+    // not chosen; a view chosen for the folder (here or in another pane) waits for the next visit.
+    if (preferences)
+        connect(preferences, &ViewPreferences::changed, this, [this] {
+            if (m_listing || m_isLoading || !m_preferences || m_viewMode == ViewMode::columns
+                || m_viewModeReason == ViewPreferences::Reason::saved)
+                return;
+            const auto [mode, reason] = m_preferences->mode(m_url, ViewPreferences::isMostlyMedia(m_unsortedItems));
+            if (reason == ViewPreferences::Reason::saved || (mode == m_viewMode && reason == m_viewModeReason))
+                return;
+            m_viewModeReason = reason;
+            if (mode != m_viewMode) {
+                m_viewMode = mode;
+                Q_EMIT viewModeChanged();
+                rearrange();
+            }
+        });
     showFolder(folder, {});
 }
 

@@ -14,18 +14,6 @@ const QString kFolderViewModes = QStringLiteral("folderViewModes");
 const QString kVimKeys = QStringLiteral("vimKeys");
 const QString kIconSize = QStringLiteral("iconSize");
 
-bool readBool(const QSettings& settings, const QString& key, bool fallback)
-{
-    const QVariant value = settings.value(key);
-    if (!value.isValid())
-        return fallback;
-    const QString text = value.toString().trimmed().toLower();
-    if (text == QLatin1StringView("true") || text == QLatin1StringView("1"))
-        return true;
-    if (text == QLatin1StringView("false") || text == QLatin1StringView("0"))
-        return false;
-    return fallback;
-}
 } // namespace
 
 QString viewModeName(ViewMode mode)
@@ -52,8 +40,8 @@ ViewPreferences::ViewPreferences(QObject* parent) : QObject(parent)
     const auto settings = openSettings();
     const QVariant stored = settings->contains(kDefaultViewMode) ? settings->value(kDefaultViewMode) : settings->value(kOlderViewMode);
     m_defaultViewMode = viewModeFromName(stored.toString()).value_or(ViewMode::list);
-    m_gridForMedia = readBool(*settings, kGridForMedia, true);
-    m_vimKeys = readBool(*settings, kVimKeys, false);
+    m_gridForMedia = readSettingsBool(*settings, kGridForMedia, true);
+    m_vimKeys = readSettingsBool(*settings, kVimKeys, false);
     bool isNumber = false;
     const double iconSize = settings->value(kIconSize).toDouble(&isNumber);
     if (isNumber && iconSize >= kMinIconSize && iconSize <= kMaxIconSize)

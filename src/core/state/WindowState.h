@@ -80,7 +80,7 @@ public:
     void requestPalette(PaletteRequest request) { Q_EMIT paletteRequested(request); }
 
     // --- Panels over the content (at most one at a time)
-    enum class Panel { none, duplicates, space, cleanUp };
+    enum class Panel { none, duplicates, space, cleanUp, settings };
     Panel panel() const { return m_panel; }
     const FilePath& panelFolder() const { return m_panelFolder; }
     void showPanel(Panel panel, const FilePath& folder);

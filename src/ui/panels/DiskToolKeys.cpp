@@ -35,6 +35,7 @@ void follow(WindowState& state, QMainWindow* window)
         case WindowState::Panel::space: sheet = open<SpacePanel>(window, state.activePane()); break;
         case WindowState::Panel::cleanUp: sheet = open<CleanUpPanel>(window, state.activePane()); break;
         case WindowState::Panel::none: PanelSheet::closeOpenSheet(window); break;
+        case WindowState::Panel::settings: return; // SettingsPanel::follow draws it
         }
         if (!sheet) {
             if (shown != WindowState::Panel::none)

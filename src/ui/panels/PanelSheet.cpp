@@ -2,6 +2,7 @@
 
 #include "ui/theme/Theme.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -11,7 +12,8 @@
 
 namespace orwick {
 
-PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* window) : QWidget(window)
+PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* window)
+    : QWidget(window), m_focusBefore(QApplication::focusWidget())
 {
     setAutoFillBackground(true);
     setFocusPolicy(Qt::StrongFocus);
@@ -81,7 +83,9 @@ void PanelSheet::closeSheet()
     hide();
     Q_EMIT closed();
     deleteLater();
-    if (auto* window = qobject_cast<QMainWindow*>(parentWidget()); window && window->centralWidget())
+    if (m_focusBefore && m_focusBefore->isVisible() && !isAncestorOf(m_focusBefore))
+        m_focusBefore->setFocus(Qt::OtherFocusReason);
+    else if (auto* window = qobject_cast<QMainWindow*>(parentWidget()); window && window->centralWidget())
         window->centralWidget()->setFocus();
 }
 

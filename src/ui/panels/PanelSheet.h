@@ -2,10 +2,12 @@
 // PanelSheet: the frame every disk-tool panel shows in — a sheet over the window's content area
 // with a title row (title, the folder, tools on the right, a close button), the panel's body and
 // a one-line footer. Esc or the close button closes it: stopWork() runs at once (the panel's walk
-// must stop within a fraction of a second), then the sheet goes. closed() follows every close.
+// must stop within a fraction of a second), then the sheet goes and the keyboard focus returns to
+// where it was when the sheet opened. closed() follows every close.
 
 #include "files/FilePath.h"
 
+#include <QPointer>
 #include <QWidget>
 
 class QHBoxLayout;
@@ -49,6 +51,7 @@ private:
     QVBoxLayout* m_body;
     QHBoxLayout* m_tools;
     QLabel* m_footer;
+    QPointer<QWidget> m_focusBefore; // the pane, usually
     bool m_closing = false;
 };
 

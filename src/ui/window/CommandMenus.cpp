@@ -40,7 +40,7 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
                                       "tidyUp", "-", "putBack", "trash", "-", "closeTab"});
     QMenu* edit = addMenu(QStringLiteral("&Edit"), {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath",
                                                     "copyRelativePath", "copyContents", "copyDataURI", "-", "selectAll",
-                                                    "selectNone", "invertSelection", "-", "filter", "search"});
+                                                    "selectNone", "invertSelection", "-", "filter", "search", "-", "customize"});
     // Undo and Redo come from the window's undo stack, named by what they would undo.
     QAction* undo = state->undoStack()->createUndoAction(edit, QStringLiteral("Undo"));
     undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
@@ -128,6 +128,8 @@ void CommandMenus::refresh(QMenu* menu)
         const AppCommand* command = CommandCatalog::find(id);
         a->setProperty("fromCatalogue", true);
         a->setEnabled(command && command->enabledIn(*m_state));
+        if (command && a->text() != command->title) // "Open in …" follows the chosen program
+            a->setText(command->title);
         if (id.startsWith(QLatin1StringView("view."))) {
             a->setCheckable(true);
             a->setChecked(viewModeName(m_state->activePane()->viewMode()) == id.mid(5));
@@ -153,6 +155,8 @@ void CommandMenus::showContextMenu(const QPoint& globalPosition)
             const AppCommand* command = CommandCatalog::find(id);
             if (command && !command->enabledIn(*m_state))
                 continue; // a context menu lists what can be done here
+            if (command && a->text() != command->title)
+                a->setText(command->title);
             menu.addAction(a);
         }
     }
