@@ -89,7 +89,7 @@ void SettingsPanel::addRow(const SettingRow& setting, QWidget* content)
     auto* layout = static_cast<QVBoxLayout*>(content->layout());
     auto* block = new QWidget(content);
     auto* lines = new QVBoxLayout(block);
-    lines->setContentsMargins(0, 6, 0, 6);
+    lines->setContentsMargins(6, 6, 6, 6);
     lines->setSpacing(3);
     int indent = 0;
     QWidget* control = nullptr;
@@ -185,8 +185,17 @@ bool SettingsPanel::eventFilter(QObject* watched, QEvent* event)
     const bool isRow = control && std::any_of(m_rows.cbegin(), m_rows.cend(), [control](const Row& row) { return row.control == control; });
     if (!isRow)
         return PanelSheet::eventFilter(watched, event);
-    if (event->type() == QEvent::FocusIn)
-        m_scroll->ensureWidgetVisible(control->parentWidget(), 0, 24);
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        // The row with the keyboard is tinted: a closed choice shows its focus only faintly.
+        QWidget* block = control->parentWidget();
+        const bool focused = event->type() == QEvent::FocusIn;
+        block->setAutoFillBackground(focused);
+        QPalette tint = block->palette();
+        tint.setColor(QPalette::Window, focused ? theme::selection() : palette().color(QPalette::Window));
+        block->setPalette(tint);
+        if (focused)
+            m_scroll->ensureWidgetVisible(block, 0, 24);
+    }
     if (event->type() != QEvent::KeyPress)
         return false;
     auto* key = static_cast<QKeyEvent*>(event);
