@@ -1,7 +1,6 @@
 #include "platform/XdgPaths.h"
 
 #include <QFile>
-#include <QRegularExpression>
 
 namespace orwick::xdg {
 
@@ -27,25 +26,27 @@ FilePath dataHome() { return fromEnvironment("XDG_DATA_HOME", ".local/share"); }
 FilePath configHome() { return fromEnvironment("XDG_CONFIG_HOME", ".config"); }
 FilePath cacheHome() { return fromEnvironment("XDG_CACHE_HOME", ".cache"); }
 
-FilePath picturesDir()
+FilePath userDir(const char* key, const char* fallbackUnderHome)
 {
     // user-dirs.dirs lines look like: XDG_PICTURES_DIR="$HOME/Pictures"
     QFile file(QString::fromUtf8(configHome().child(QByteArrayView("user-dirs.dirs")).native()));
     if (file.open(QIODevice::ReadOnly)) {
-        static const QRegularExpression line(QStringLiteral("^XDG_PICTURES_DIR=\"(.*)\"\\s*$"));
+        const QByteArray prefix = QByteArray(key) + "=\"";
         while (!file.atEnd()) {
-            const auto match = line.match(QString::fromUtf8(file.readLine()).trimmed());
-            if (!match.hasMatch())
+            const QByteArray line = file.readLine().trimmed();
+            if (!line.startsWith(prefix) || !line.endsWith('"') || line.size() <= prefix.size())
                 continue;
-            QByteArray value = match.captured(1).toUtf8();
+            QByteArray value = line.mid(prefix.size(), line.size() - prefix.size() - 1);
             if (value.startsWith("$HOME"))
                 value = home().native() + value.mid(5);
             if (value.startsWith('/'))
                 return FilePath::fromNative(value);
         }
     }
-    return home().child(QByteArrayView("Pictures"));
+    return home().child(QByteArrayView(fallbackUnderHome));
 }
+
+FilePath picturesDir() { return userDir("XDG_PICTURES_DIR", "Pictures"); }
 
 FilePath orwickDataDir() { return dataHome().child(QByteArrayView("Orwick")); }
 FilePath orwickConfigFile() { return configHome().child(QByteArrayView("Orwick/Orwick.conf")); }

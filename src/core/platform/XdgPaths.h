@@ -10,6 +10,9 @@ FilePath home();
 FilePath dataHome();      // $XDG_DATA_HOME or ~/.local/share
 FilePath configHome();    // $XDG_CONFIG_HOME or ~/.config
 FilePath cacheHome();     // $XDG_CACHE_HOME or ~/.cache
+// A user folder named in $XDG_CONFIG_HOME/user-dirs.dirs ("XDG_DOCUMENTS_DIR"), read as bytes;
+// `fallbackUnderHome` below the home folder when the file or the line is missing.
+FilePath userDir(const char* key, const char* fallbackUnderHome);
 FilePath picturesDir();   // XDG_PICTURES_DIR from user-dirs.dirs, else ~/Pictures
 
 FilePath orwickDataDir(); // $XDG_DATA_HOME/Orwick: trash-log.json, frecency.json, columns.json…
