@@ -4,6 +4,8 @@
 #include "commands/CommandActions.h"
 #include "commands/NoteActions.h"
 #include "commands/WorkspaceCommands.h"
+#include "files/StoredPath.h"
+#include "places/SidebarStore.h"
 #include "state/FileActions.h"
 #include "state/WindowState.h"
 
@@ -63,6 +65,7 @@ const Predicate changeSelection = test(&FileActions::canChangeSelection);
 const Predicate canCreate = test(&FileActions::canCreateHere);
 const Predicate isSplit = [](const WindowState& w) { return w.selectedTab()->isSplit(); };
 const Predicate hasFolder = [](const WindowState& w) { return !w.activePane()->listing().has_value(); };
+const Predicate hasSelectedFolders = [](const WindowState& w) { return !w.selectedFolders().isEmpty(); };
 
 const char* kNoCloud = "No cloud storage provider on Linux";
 const char* kNoCounterpart = "Not available on Linux yet";
@@ -136,8 +139,10 @@ QList<AppCommand> buildFixed()
              [](WindowState& w) { w.showPanel(WindowState::Panel::space, w.activePane()->url()); }, hasFolder),
         make("trashFolder", "Open Trash", "trash", none(), "bin deleted put back",
              [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::trash)); }),
-        later("pin", "Add to or Remove from Sidebar", "sidebar.left", keys(C | M | Qt::Key_T), "pin quick access favorite", kNotYet),
-        later("newSidebarGroup", "New Sidebar Group", "folder.badge.plus", none(), "section pin quick access", kNotYet),
+        make("pin", "Add to or Remove from Sidebar", "sidebar.left", keys(C | M | Qt::Key_T), "pin quick access favorite",
+             [](WindowState& w) { SidebarStore::shared().togglePinned(w.selectedFolders()); }, hasSelectedFolders),
+        make("newSidebarGroup", "New Sidebar Group", "folder.badge.plus", none(), "section pin quick access",
+             [](WindowState& w) { SidebarStore::shared().newGroup(QString(), w.selectedFolders(), true); }),
         make("compress", "Compress to Zip", "archivebox", none(), "zip archive", files(&FileActions::compressSelection),
              test(&FileActions::canCompress)),
         make("extract", "Extract Here", "archivebox.circle", none(), "unzip decompress expand untar", files(&FileActions::extractSelection),
@@ -191,7 +196,10 @@ QList<AppCommand> buildFixed()
         make("hiddenFiles", "Toggle Hidden Files", "", keys(C | S | Qt::Key_Period), "dotfiles show hidden",
              [](WindowState& w) { w.activePane()->setShowHidden(!w.activePane()->showHidden()); }),
         make("hideIgnored", "Hide Git-Ignored Files", "eye.slash", none(), "gitignore node_modules build ignored show dim", toggleHideIgnored, hasGit),
-        later("toggleSidebar", "Toggle Sidebar", "sidebar.left", keys(C | M | Qt::Key_S), "hide show places favorites room", kNotYet),
+        make("toggleSidebar", "Toggle Sidebar", "sidebar.left", keys(C | M | Qt::Key_S), "hide show places favorites room",
+             [](WindowState& w) { w.setShowSidebar(!w.showSidebar()); }),
+        make("focusSidebar", "Focus Sidebar", "sidebar.left", keys(C | A | Qt::Key_B), "places favorites keyboard jump",
+             [](WindowState& w) { w.requestSidebarFocus(); }),
         later("togglePreview", "Toggle Preview", "sidebar.right", keys(C | A | Qt::Key_P), "viewer markdown quick look show file", kNotYet),
         later("expandPreview", "Expand Preview", "arrow.up.left.and.arrow.down.right", keys(C | A | Qt::Key_Return), "viewer markdown read full focus", kNotYet),
         later("toggleTerminal", "Toggle Terminal", "terminal", keys(C | Qt::Key_J), "shell console bottom panel", kNotYet),
@@ -278,6 +286,29 @@ QList<AppCommand> generated()
     return list;
 }
 
+// "Go to " + each favourite and each folder of the sidebar's groups, once per folder.
+QList<AppCommand> favorites()
+{
+    QList<AppCommand> list;
+    QSet<FilePath> seen;
+    auto add = [&](const QString& name, const FilePath& path) {
+        if (path.isEmpty() || seen.contains(path))
+            return;
+        seen.insert(path);
+        AppCommand command = make("", "", "folder", none(), "favorite place sidebar jump", [path](WindowState& w) { w.activePane()->navigate(path); });
+        command.id = QStringLiteral("goToFavorite:") + storedPathText(path);
+        command.title = QStringLiteral("Go to ") + name;
+        list.append(command);
+    };
+    const SidebarStore& store = SidebarStore::shared();
+    for (const Place& place : store.allFavorites())
+        add(place.name, place.url);
+    for (const SidebarGroup& group : store.groups())
+        for (const SidebarItem& item : group.items)
+            add(item.name.value_or(item.path.fileName()), item.path);
+    return list;
+}
+
 } // namespace
 
 const QList<AppCommand>& fixed()
@@ -289,7 +320,7 @@ const QList<AppCommand>& fixed()
 
 QList<AppCommand> all(const WindowState&)
 {
-    return fixed() + generated() + WorkspaceCommands::family();
+    return fixed() + generated() + favorites() + WorkspaceCommands::family();
 }
 
 const AppCommand* find(const QString& id)
@@ -299,6 +330,11 @@ const AppCommand* find(const QString& id)
             return &command;
     static const QList<AppCommand> families = generated();
     for (const AppCommand& command : families)
+        if (command.id == id)
+            return &command;
+    static QList<AppCommand> places;
+    places = favorites();
+    for (const AppCommand& command : std::as_const(places))
         if (command.id == id)
             return &command;
     // The workspace family changes with the saved workspaces: it is made afresh here, and the

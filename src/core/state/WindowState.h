@@ -7,7 +7,8 @@
 // follows every change of the shown tab; closeRequested() asks the window to close (the last tab
 // was closed); panelChanged() follows every change of the panel fields; showPreviewChanged()
 // follows every change of showPreview(); workspaceNameRequested() asks the window for a name to
-// save the window's tabs under (it answers through workspaceActions::save).
+// save the window's tabs under (it answers through workspaceActions::save); showSidebarChanged()
+// follows every change of showSidebar().
 //
 // Only the shown tab's panes read their folders: a restored tab's panes load when it is first
 // selected.
@@ -47,6 +48,15 @@ public:
     bool showPreview() const { return m_showPreview; }
     void setShowPreview(bool shown);
     void requestWorkspaceName() { Q_EMIT workspaceNameRequested(); }
+    // Whether the sidebar of places is shown (the window keeps it in the settings).
+    bool showSidebar() const { return m_showSidebar; }
+    void setShowSidebar(bool shown)
+    {
+        if (std::exchange(m_showSidebar, shown) != shown)
+            Q_EMIT showSidebarChanged();
+    }
+    // Asks the window to show the sidebar and give it the keyboard.
+    void requestSidebarFocus() { Q_EMIT sidebarFocusRequested(); }
 
     // --- Tabs
     // A new tab on `folder` (the active pane's folder when absent), right after the shown one, shown.
@@ -95,6 +105,8 @@ Q_SIGNALS:
     void paletteRequested(orwick::PaletteRequest request);
     void showPreviewChanged();
     void workspaceNameRequested();
+    void showSidebarChanged();
+    void sidebarFocusRequested();
 
 protected:
     TabState* makeTab(const FilePath& folder);
@@ -108,6 +120,7 @@ protected:
     FileActions* m_files;
     FilePath m_panelFolder;
     bool m_showPreview = false;
+    bool m_showSidebar = true;
 };
 
 } // namespace orwick

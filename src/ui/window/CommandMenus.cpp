@@ -36,7 +36,7 @@ QIcon commandIcon(const QString& symbol)
 CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
 {
     addMenu(QStringLiteral("&File"), {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openInNewTab",
-                                      "openInEditor", "openInTerminal", "showInFinder", "-", "getInfo", "compress", "extract",
+                                      "openInEditor", "openInTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "getInfo", "compress", "extract",
                                       "tidyUp", "-", "putBack", "trash", "-", "closeTab"});
     QMenu* edit = addMenu(QStringLiteral("&Edit"), {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath",
                                                     "copyRelativePath", "copyContents", "copyDataURI", "-", "selectAll",
@@ -53,7 +53,7 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
 
     addMenu(QStringLiteral("&View"), {"view.grid", "view.list", "view.columns", "view.table", "-", "sort.name", "sort.modified",
                                       "sort.size", "sort.kind", "groupByDate", "-", "hiddenFiles", "hideIgnored", "biggerIcons",
-                                      "smallerIcons", "folderSizes", "reload", "-", "toggleSidebar", "togglePreview",
+                                      "smallerIcons", "folderSizes", "reload", "-", "toggleSidebar", "focusSidebar", "togglePreview",
                                       "expandPreview", "toggleTerminal", "newTerminal"});
     addMenu(QStringLiteral("&Go"), {"back", "forward", "up", "-", "palette", "goToPath", "projects", "-", "showRecents", "thisMac",
                                     "screenshots", "trashFolder", "-", "moveTo", "copyTo", "copyToOther", "moveToOther", "linkToOther",
@@ -67,7 +67,7 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     const std::pair<const char*, QKeySequence> habits[] = {
         {"back", QKeySequence(Qt::ALT | Qt::Key_Left)}, {"forward", QKeySequence(Qt::ALT | Qt::Key_Right)},
         {"up", QKeySequence(Qt::ALT | Qt::Key_Up)}, {"hiddenFiles", QKeySequence(Qt::CTRL | Qt::Key_H)},
-        {"trash", QKeySequence(Qt::Key_Delete)}};
+        {"trash", QKeySequence(Qt::Key_Delete)}, {"toggleSidebar", QKeySequence(Qt::Key_F9)}};
     for (const auto& [id, extra] : habits)
         if (QAction* a = action(QString::fromLatin1(id)); a && !a->shortcut().isEmpty())
             a->setShortcuts({a->shortcut(), extra});

@@ -13,8 +13,13 @@
 #include "ui/window/TabBarDrops.h"
 #include "ui/window/ToastHost.h"
 #include "ui/window/WorkspaceNamePrompt.h"
+#include "ui/sidebar/Sidebar.h"
+#include "app/Settings.h"
+#include "places/SidebarStore.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QSplitter>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QVBoxLayout>
@@ -38,8 +43,31 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     m_grids = new QStackedWidget(central);
     layout->addWidget(m_tabBar);
     layout->addWidget(m_grids, 1);
-    setCentralWidget(central);
+    // The sidebar of places beside the content; whether it shows is kept as "showSidebar".
+    auto* splitter = new QSplitter(Qt::Horizontal, this);
+    splitter->setChildrenCollapsible(false);
+    m_sidebar = new Sidebar(state, &SidebarStore::shared(), splitter);
+    splitter->addWidget(m_sidebar);
+    splitter->addWidget(central);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({200, 1000});
+    setCentralWidget(splitter);
+    state->setShowSidebar(readSettingsBool(*openSettings(), QStringLiteral("showSidebar"), true));
+    m_sidebar->setVisible(state->showSidebar());
+    connect(state, &WindowState::showSidebarChanged, this, [this] {
+        const bool shown = m_state->showSidebar();
+        if (!shown && m_sidebar->isAncestorOf(QApplication::focusWidget()))
+            if (PaneWidget* pane = activePaneWidget())
+                pane->takeFocus();
+        m_sidebar->setVisible(shown);
+        openSettings()->setValue(QStringLiteral("showSidebar"), shown);
+    });
+    connect(state, &WindowState::sidebarFocusRequested, this, [this] {
+        m_state->setShowSidebar(true);
+        m_sidebar->takeFocus();
+    });
     m_toasts = new ToastHost(this);
+    connect(m_sidebar, &Sidebar::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
     // What the stores have to say (a damaged file set aside, a file that can't be saved).
     StoreNotices::deliverTo(this, [this](const QString& message) { m_toasts->show(message); });
     m_fileOps = new FileOpsController(this, state, m_toasts, &FileOperations::shared());

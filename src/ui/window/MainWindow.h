@@ -19,6 +19,7 @@ class PaletteController;
 class FileOpsController;
 class PaneGrid;
 class PaneWidget;
+class Sidebar;
 class ToastHost;
 
 class MainWindow : public QMainWindow {
@@ -34,6 +35,8 @@ public:
     // The file commands and keys, progress card and conflict question of this window.
     FileOpsController* fileOps() const { return m_fileOps; }
     QTabBar* tabBar() const { return m_tabBar; }
+    // The column of places on the left (shown or hidden with the state's showSidebar()).
+    Sidebar* sidebar() const { return m_sidebar; }
 
     // Called for every pane widget made, now and later (git marks, property columns…).
     void addPaneDecorator(std::function<void(PaneWidget*)> decorate);
@@ -50,6 +53,7 @@ private:
     QStackedWidget* m_grids;
     QHash<TabState*, PaneGrid*> m_gridOf;
     ToastHost* m_toasts;
+    Sidebar* m_sidebar;
     CommandMenus* m_menus;
     PaletteController* m_palette;
     FileOpsController* m_fileOps;

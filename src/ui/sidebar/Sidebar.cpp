@@ -1,0 +1,177 @@
+#include "ui/sidebar/Sidebar.h"
+
+#include "app/Services.h"
+#include "places/Locations.h"
+#include "places/SidebarStore.h"
+#include "state/WindowState.h"
+#include "ui/sidebar/SidebarModel.h"
+#include "ui/sidebar/SidebarView.h"
+#include "ui/theme/Theme.h"
+
+#include <QMenu>
+#include <QPointer>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QStorageInfo>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace orwick {
+
+Sidebar::Sidebar(WindowState* window, SidebarStore* store, QWidget* parent)
+    : QWidget(parent), m_window(window), m_store(store), m_locations(new Locations(this))
+{
+    setObjectName(QStringLiteral("sidebar"));
+    m_model = new SidebarModel(store, m_locations, services().frecency, this);
+    m_view = new SidebarView(this);
+    m_view->setModel(m_model);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 6, 0, 0);
+    layout->addWidget(m_view);
+    QPalette palette = m_view->palette();
+    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    palette.setColor(QPalette::Text, theme::text());
+    m_view->setPalette(palette);
+    setMinimumWidth(140);
+
+    connect(m_view, &SidebarView::rowActivated, this, &Sidebar::open);
+    connect(m_view, &SidebarView::menuRequested, this, &Sidebar::showMenu);
+    connect(m_view, &SidebarView::foldersDropped, this, &Sidebar::addDropped);
+    connect(store, &SidebarStore::renamingChanged, this, [this] {
+        QTimer::singleShot(0, this, &Sidebar::editRenamingGroup); // after the model shows the new group
+    });
+}
+
+void Sidebar::takeFocus()
+{
+    if (!m_view->currentIndex().isValid() && m_model->rowCount() > 1)
+        m_view->setCurrentIndex(m_model->index(1));
+    m_view->setFocus(Qt::ShortcutFocusReason);
+}
+
+void Sidebar::editRenamingGroup()
+{
+    const int row = m_model->titleRow(m_store->renamingGroup());
+    if (m_store->renamingGroup().isEmpty() || row < 0)
+        return;
+    m_store->setRenamingGroup({});
+    if (!isVisible())
+        m_window->setShowSidebar(true);
+    m_view->setCurrentIndex(m_model->index(row));
+    m_view->setFocus();
+    m_view->edit(m_model->index(row));
+}
+
+void Sidebar::open(int index)
+{
+    using Kind = SidebarRow::Kind;
+    const SidebarRow row = m_model->rowAt(index);
+    PaneState* pane = m_window->activePane();
+    switch (row.kind) {
+    case Kind::title:
+        m_store->setCollapsed(row.sectionId, !row.isCollapsed);
+        QTimer::singleShot(0, this, [this, id = row.sectionId] {
+            if (const int at = m_model->titleRow(id); at >= 0)
+                m_view->setCurrentIndex(m_model->index(at));
+        });
+        return;
+    case Kind::search:
+        for (const SavedSearch& search : m_store->searches())
+            if (search.id == row.itemId)
+                pane->open(search);
+        return;
+    case Kind::thisComputer: pane->show(Listing::of(Listing::Kind::thisMac)); return;
+    case Kind::trash: pane->show(Listing::of(Listing::Kind::trash)); return;
+    case Kind::tag: pane->show(Listing::tag(row.tagName)); return;
+    default:
+        if (row.isMissing) {
+            Q_EMIT messageRequested(QStringLiteral("“%1” can't be found").arg(row.path.abbreviated()));
+            return;
+        }
+        pane->navigate(row.path);
+    }
+}
+
+void Sidebar::showMenu(int index, const QPoint& globalPosition)
+{
+    using Kind = SidebarRow::Kind;
+    const SidebarRow row = m_model->rowAt(index);
+    const bool groupTitle = row.kind == Kind::title && m_store->group(row.sectionId);
+    QMenu menu(this);
+    auto rename = [this, index] { m_view->edit(m_model->index(index)); };
+    auto move = [this, row, groupTitle](int by) {
+        if (groupTitle)
+            m_store->moveGroup(row.sectionId, by);
+        else if (row.kind == Kind::favorite)
+            m_store->moveFavorite(row.path, by);
+        else if (row.kind == Kind::groupItem)
+            m_store->moveItem(row.sectionId, row.itemId, by);
+        else if (row.kind == Kind::search)
+            m_store->moveSearch(row.itemId, by);
+    };
+    if (row.kind == Kind::title)
+        menu.addAction(row.isCollapsed ? QStringLiteral("Unfold") : QStringLiteral("Fold"), this, [this, index] { open(index); });
+    if (m_model->flags(m_model->index(index)) & Qt::ItemIsEditable) {
+        menu.addAction(QStringLiteral("Rename"), this, rename);
+        if (groupTitle)
+            menu.addAction(QStringLiteral("Delete Group"), this, [this, row] { m_store->removeGroup(row.sectionId); });
+        else if (row.kind == Kind::favorite)
+            menu.addAction(QStringLiteral("Remove from Sidebar"), this, [this, row] { m_store->removeFavorite(row.path); });
+        else if (row.kind == Kind::groupItem)
+            menu.addAction(QStringLiteral("Remove from Group"), this, [this, row] { m_store->removeItem(row.sectionId, row.itemId); });
+        else if (row.kind == Kind::search)
+            menu.addAction(QStringLiteral("Remove"), this, [this, row] { m_store->removeSearch(row.itemId); });
+        menu.addSeparator();
+        menu.addAction(QStringLiteral("Move Up"), this, [move] { move(-1); });
+        menu.addAction(QStringLiteral("Move Down"), this, [move] { move(1); });
+    }
+    if (row.kind == Kind::drive && row.isEjectable)
+        menu.addAction(QStringLiteral("Eject"), this, [this, row] { eject(row); });
+    if (row.isFolder() && row.kind != Kind::favorite && !m_store->isFavorite(row.path))
+        menu.addAction(QStringLiteral("Add to Favorites"), this, [this, row] { m_store->addFavorite(row.path); });
+    if (!menu.isEmpty())
+        menu.exec(globalPosition);
+}
+
+void Sidebar::addDropped(const QList<FilePath>& folders, int index)
+{
+    const QString groupId = index >= 0 ? m_model->rowAt(index).sectionId : QString();
+    if (m_store->group(groupId)) {
+        m_store->addToGroup(folders, groupId);
+        return;
+    }
+    for (const FilePath& folder : folders)
+        m_store->addFavorite(folder);
+}
+
+void Sidebar::eject(const SidebarRow& row)
+{
+    // gio unmounts and powers off what the desktop mounted; udisksctl is the fallback. Both
+    // run as processes, so the window never waits on them.
+    auto* process = new QProcess(this);
+    if (!QStandardPaths::findExecutable(QStringLiteral("gio")).isEmpty())
+        process->start(QStringLiteral("gio"), {QStringLiteral("mount"), QStringLiteral("-e"), row.path.text()});
+    else
+        process->start(QStringLiteral("udisksctl"), {QStringLiteral("unmount"), QStringLiteral("-b"), QString::fromUtf8(QStorageInfo(row.path.text()).device())});
+    const QString name = row.name;
+    auto fail = [this, process, name](const QString& why) {
+        Q_EMIT messageRequested(QStringLiteral("Couldn't eject “%1”: %2").arg(name, why));
+        process->deleteLater();
+    };
+    connect(process, &QProcess::errorOccurred, this, [process, fail](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart)
+            fail(QStringLiteral("neither gio nor udisksctl could be started"));
+        (void)process;
+    });
+    connect(process, &QProcess::finished, this, [this, process, fail](int code, QProcess::ExitStatus status) {
+        if (status != QProcess::NormalExit || code != 0) {
+            const QString why = QString::fromLocal8Bit(process->readAllStandardError()).trimmed();
+            fail(why.isEmpty() ? QStringLiteral("it is in use") : why);
+            return;
+        }
+        m_locations->refresh();
+        process->deleteLater();
+    });
+}
+
+} // namespace orwick

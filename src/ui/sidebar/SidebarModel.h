@@ -1,0 +1,72 @@
+#pragma once
+// SidebarModel: the sidebar's rows as one flat list — a title row per section, then the
+// section's rows unless it is folded. Built from the shared SidebarStore (favourites, groups,
+// saved searches, folds), Locations (drives, Trash), Frecency (Recent) and the colour tags;
+// rebuilt whole when any of them changes. Names of favourites, group rows, groups and saved
+// searches are editable in place (setData renames them in the store).
+
+#include "files/FilePath.h"
+#include "files/Listing.h"
+#include "search/SavedSearch.h"
+
+#include <QAbstractListModel>
+#include <QIcon>
+
+namespace orwick {
+
+class Frecency;
+class Locations;
+class SidebarStore;
+
+struct SidebarRow {
+    enum class Kind { title, favorite, groupItem, search, recent, thisComputer, drive, trash, tag };
+    Kind kind = Kind::title;
+    QString sectionId; // the section (or group id) the row belongs to
+    QString name;
+    QString trailing;  // dimmed, right-aligned
+    QString symbol;
+    FilePath path;     // folders and drives
+    QString itemId;    // group rows, saved searches
+    QString tagName;
+    double fill = -1;  // a drive's used share
+    bool isMissing = false;
+    bool isEjectable = false;
+    bool isCollapsed = false; // titles
+
+    bool isFolder() const { return kind == Kind::favorite || kind == Kind::groupItem || kind == Kind::recent || kind == Kind::drive; }
+};
+
+class SidebarModel : public QAbstractListModel {
+    Q_OBJECT
+public:
+    static constexpr int kRecentCount = 6;
+    static inline const QStringList kColorTags{"Red", "Orange", "Yellow", "Green", "Blue", "Purple", "Grey"};
+
+    SidebarModel(SidebarStore* store, Locations* locations, Frecency* frecency, QObject* parent = nullptr);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+    const SidebarRow& rowAt(int row) const { return m_rows.at(row); }
+    const QList<SidebarRow>& rows() const { return m_rows; }
+    // The title row of a section or group; -1 when not shown.
+    int titleRow(const QString& sectionId) const;
+    static QIcon icon(const QString& symbol);
+    static QString sectionTitle(const QString& sectionId);
+
+public Q_SLOTS:
+    void rebuild();
+
+private:
+    void addSection(const QString& sectionId);
+    void addTitle(const QString& sectionId, const QString& name);
+
+    SidebarStore* m_store;
+    Locations* m_locations;
+    Frecency* m_frecency;
+    QList<SidebarRow> m_rows;
+};
+
+} // namespace orwick

@@ -1,0 +1,180 @@
+#include "ui/sidebar/SidebarView.h"
+
+#include "ui/sidebar/SidebarModel.h"
+#include "ui/theme/Theme.h"
+
+#include <QContextMenuEvent>
+#include <QMimeData>
+#include <QPainter>
+#include <QStyledItemDelegate>
+#include <sys/stat.h>
+
+namespace orwick {
+
+namespace {
+
+class SidebarDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        const auto* model = static_cast<const SidebarModel*>(index.model());
+        const SidebarRow& row = model->rowAt(index.row());
+        const int base = std::max(theme::rowHeight(), option.fontMetrics.height() + 8);
+        if (row.kind == SidebarRow::Kind::title)
+            return {option.rect.width(), base + (index.row() > 0 ? 8 : 2)};
+        return {option.rect.width(), row.fill >= 0 ? base + 6 : base};
+    }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        const auto* model = static_cast<const SidebarModel*>(index.model());
+        const SidebarRow& row = model->rowAt(index.row());
+        painter->save();
+        const QRect r = option.rect.adjusted(6, 0, -6, 0);
+        const bool selected = option.state & QStyle::State_Selected;
+        const bool focused = option.state & QStyle::State_HasFocus;
+        if (selected) {
+            painter->setRenderHint(QPainter::Antialiasing);
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(focused || option.widget->hasFocus() ? theme::selection() : theme::separator());
+            painter->drawRoundedRect(r, theme::cornerRadius(), theme::cornerRadius());
+        }
+        QFont font = option.font;
+        if (row.kind == SidebarRow::Kind::title) {
+            font.setPointSizeF(font.pointSizeF() * 0.85);
+            font.setBold(true);
+            painter->setFont(font);
+            painter->setPen(theme::dimText());
+            const QRect text = r.adjusted(6, r.height() - QFontMetrics(font).height() - 4, -6, 0);
+            painter->drawText(text, Qt::AlignLeft | Qt::AlignVCenter, row.name);
+            painter->drawText(text, Qt::AlignRight | Qt::AlignVCenter, row.isCollapsed ? QStringLiteral("▸") : QStringLiteral("▾"));
+            painter->restore();
+            return;
+        }
+        const int lineHeight = std::max(theme::rowHeight(), option.fontMetrics.height() + 8);
+        QRect line(r.left(), r.top(), r.width(), lineHeight);
+        const int iconSize = 16;
+        const QIcon icon = SidebarModel::icon(row.symbol);
+        icon.paint(painter, QRect(line.left() + 8, line.center().y() - iconSize / 2, iconSize, iconSize), Qt::AlignCenter,
+                   row.isMissing ? QIcon::Disabled : QIcon::Normal);
+        QRect text = line.adjusted(8 + iconSize + 8, 0, -8, 0);
+        painter->setFont(font);
+        if (!row.trailing.isEmpty()) {
+            QFont small = font;
+            small.setPointSizeF(font.pointSizeF() * 0.85);
+            const QFontMetrics metrics(small);
+            const QString trailing = metrics.elidedText(row.trailing, Qt::ElideMiddle, text.width() / 2);
+            painter->setFont(small);
+            painter->setPen(theme::dimText());
+            painter->drawText(text, Qt::AlignRight | Qt::AlignVCenter, trailing);
+            text.setRight(text.right() - metrics.horizontalAdvance(trailing) - 8);
+            painter->setFont(font);
+        }
+        painter->setPen(row.isMissing ? theme::dimText() : theme::text());
+        painter->drawText(text, Qt::AlignLeft | Qt::AlignVCenter, option.fontMetrics.elidedText(row.name, Qt::ElideRight, text.width()));
+        if (row.fill >= 0) {
+            const QRect bar(line.left() + 8 + iconSize + 8, line.bottom() + 1, r.width() - iconSize - 32, 3);
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(theme::separator());
+            painter->drawRoundedRect(bar, 1.5, 1.5);
+            painter->setBrush(row.fill > 0.9 ? theme::negative() : theme::accent());
+            painter->drawRoundedRect(QRect(bar.left(), bar.top(), int(bar.width() * std::clamp(row.fill, 0.0, 1.0)), bar.height()), 1.5, 1.5);
+        }
+        painter->restore();
+    }
+};
+
+QList<FilePath> droppedFolders(const QMimeData* mime)
+{
+    QList<FilePath> folders;
+    if (!mime || !mime->hasUrls())
+        return folders;
+    for (const QUrl& url : mime->urls()) {
+        const FilePath path = FilePath::fromUrl(url);
+        struct stat info{};
+        if (!path.isEmpty() && ::stat(path.c_str(), &info) == 0 && S_ISDIR(info.st_mode))
+            folders.append(path);
+    }
+    return folders;
+}
+
+} // namespace
+
+SidebarView::SidebarView(QWidget* parent) : QListView(parent)
+{
+    setItemDelegate(new SidebarDelegate(this));
+    setFrameShape(QFrame::NoFrame);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setEditTriggers(QAbstractItemView::EditKeyPressed);
+    setAcceptDrops(true);
+    setDropIndicatorShown(true);
+    setDragDropMode(QAbstractItemView::DropOnly);
+    setAttribute(Qt::WA_MacShowFocusRect, false);
+}
+
+void SidebarView::keyPressEvent(QKeyEvent* event)
+{
+    const int row = currentIndex().row();
+    if (state() != QAbstractItemView::EditingState) {
+        if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && row >= 0) {
+            Q_EMIT rowActivated(row);
+            return;
+        }
+        if (event->key() == Qt::Key_Menu || (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)) {
+            if (row >= 0)
+                Q_EMIT menuRequested(row, viewport()->mapToGlobal(visualRect(currentIndex()).center()));
+            return;
+        }
+    }
+    QListView::keyPressEvent(event);
+}
+
+void SidebarView::mouseReleaseEvent(QMouseEvent* event)
+{
+    QListView::mouseReleaseEvent(event);
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && index.isValid() && state() != QAbstractItemView::EditingState)
+        Q_EMIT rowActivated(index.row());
+}
+
+void SidebarView::contextMenuEvent(QContextMenuEvent* event)
+{
+    const QModelIndex index = event->reason() == QContextMenuEvent::Mouse ? indexAt(event->pos()) : currentIndex();
+    if (!index.isValid())
+        return;
+    setCurrentIndex(index);
+    const QPoint at = event->reason() == QContextMenuEvent::Mouse ? event->globalPos() : viewport()->mapToGlobal(visualRect(index).center());
+    Q_EMIT menuRequested(index.row(), at);
+}
+
+void SidebarView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (droppedFolders(event->mimeData()).isEmpty())
+        return event->ignore();
+    event->setDropAction(Qt::LinkAction);
+    event->accept();
+}
+
+void SidebarView::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (droppedFolders(event->mimeData()).isEmpty())
+        return event->ignore();
+    setCurrentIndex(indexAt(event->position().toPoint()));
+    event->setDropAction(Qt::LinkAction);
+    event->accept();
+}
+
+void SidebarView::dropEvent(QDropEvent* event)
+{
+    const QList<FilePath> folders = droppedFolders(event->mimeData());
+    if (folders.isEmpty())
+        return event->ignore();
+    event->setDropAction(Qt::LinkAction);
+    event->accept();
+    Q_EMIT foldersDropped(folders, indexAt(event->position().toPoint()).row());
+}
+
+} // namespace orwick

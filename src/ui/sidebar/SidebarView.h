@@ -1,0 +1,34 @@
+#pragma once
+// SidebarView: draws the sidebar's rows (SidebarModel) — section titles in small dimmed capitals
+// with a fold mark, rows with icon, name and dimmed trailing text, a free-space bar under a
+// drive, missing folders dimmed — and turns input into requests: a click or Return on a row
+// asks for it to be opened (a title folds), the Menu key, Shift+F10 or a right click ask for the
+// row's menu, F2 edits a name, and folders dropped on it are handed on with the row they fell on.
+
+#include "files/FilePath.h"
+
+#include <QListView>
+
+namespace orwick {
+
+class SidebarView : public QListView {
+    Q_OBJECT
+public:
+    explicit SidebarView(QWidget* parent = nullptr);
+
+Q_SIGNALS:
+    void rowActivated(int row);
+    void menuRequested(int row, const QPoint& globalPosition);
+    // `row` is -1 for a drop below the last row.
+    void foldersDropped(const QList<orwick::FilePath>& folders, int row);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+};
+
+} // namespace orwick
