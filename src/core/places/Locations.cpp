@@ -1,5 +1,6 @@
 #include "places/Locations.h"
 
+#include "files/Formatting.h"
 #include "platform/Drives.h"
 #include "platform/XdgPaths.h"
 
@@ -22,8 +23,8 @@ QList<Place> driveRows()
     for (const Drive& drive : listDrives()) {
         Place row = Place::at(drive.name, drive.url, drive.isNetwork ? QStringLiteral("network") : drive.isEjectable ? QStringLiteral("externaldrive") : QStringLiteral("internaldrive"));
         row.isEjectable = drive.isEjectable || drive.isNetwork;
-        row.trailing = drive.freeText();
-        row.detail = drive.url.text();
+        row.trailing = formatByteCount(drive.free) + QStringLiteral(" free");
+        row.detail = drive.freeText();
         if (drive.total > 0)
             row.fillRatio = double(drive.total - drive.free) / double(drive.total);
         rows.append(row);

@@ -3,6 +3,7 @@
 #include "commands/Frecency.h"
 #include "places/Locations.h"
 #include "places/SidebarStore.h"
+#include "ui/views/CategoryIcons.h"
 #include "ui/window/CommandMenus.h"
 
 #include <unistd.h>
@@ -36,7 +37,10 @@ QIcon SidebarModel::icon(const QString& symbol)
             return found;
     }
     const QIcon command = commandIcon(symbol);
-    return command.isNull() ? QIcon::fromTheme(QStringLiteral("folder")) : command;
+    if (!command.isNull())
+        return command;
+    // No icon theme (a bare X server, some window managers): Orwick's own folder and page shapes.
+    return categoryIcon(symbol == QLatin1StringView("magnifyingglass") || symbol == QLatin1StringView("trash") ? FileCategory::other : FileCategory::folder);
 }
 
 QString SidebarModel::sectionTitle(const QString& sectionId)
@@ -127,6 +131,7 @@ void SidebarModel::addSection(const QString& id)
                 SidebarRow r = row(Kind::drive, drive.name, drive.symbol);
                 r.path = drive.url;
                 r.trailing = drive.trailing;
+                r.detail = drive.url.abbreviated() + QStringLiteral(" · ") + drive.detail;
                 r.fill = drive.fillRatio;
                 r.isEjectable = drive.isEjectable;
                 m_rows.append(r);
@@ -169,6 +174,8 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const
     case Qt::ToolTipRole:
         if (row.isMissing)
             return row.path.abbreviated() + QStringLiteral(" can't be found");
+        if (!row.detail.isEmpty())
+            return row.detail;
         return row.path.isEmpty() ? QVariant() : QVariant(row.path.abbreviated());
     case Qt::DecorationRole:
         return row.kind == SidebarRow::Kind::title ? QVariant() : QVariant(icon(row.symbol));

@@ -24,6 +24,7 @@ struct SidebarRow {
     QString sectionId; // the section (or group id) the row belongs to
     QString name;
     QString trailing;  // dimmed, right-aligned
+    QString detail;    // the tooltip, when there is more to say than the path
     QString symbol;
     FilePath path;     // folders and drives
     QString itemId;    // group rows, saved searches

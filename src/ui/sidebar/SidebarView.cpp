@@ -56,9 +56,18 @@ public:
         const int lineHeight = std::max(theme::rowHeight(), option.fontMetrics.height() + 8);
         QRect line(r.left(), r.top(), r.width(), lineHeight);
         const int iconSize = 16;
-        const QIcon icon = SidebarModel::icon(row.symbol);
-        icon.paint(painter, QRect(line.left() + 8, line.center().y() - iconSize / 2, iconSize, iconSize), Qt::AlignCenter,
-                   row.isMissing ? QIcon::Disabled : QIcon::Normal);
+        const QRect iconRect(line.left() + 8, line.center().y() - iconSize / 2, iconSize, iconSize);
+        if (row.kind == SidebarRow::Kind::tag) {
+            // A colour tag is its colour; "Grey" is the chips' "Gray".
+            const QString name = row.tagName == QLatin1StringView("Grey") ? QStringLiteral("Gray") : row.tagName;
+            const int colour = int(theme::optionColorNames().indexOf(name));
+            painter->setRenderHint(QPainter::Antialiasing);
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(colour >= 0 ? theme::optionColor(colour) : theme::dimText());
+            painter->drawEllipse(iconRect.adjusted(3, 3, -3, -3));
+        } else {
+            SidebarModel::icon(row.symbol).paint(painter, iconRect, Qt::AlignCenter, row.isMissing ? QIcon::Disabled : QIcon::Normal);
+        }
         QRect text = line.adjusted(8 + iconSize + 8, 0, -8, 0);
         painter->setFont(font);
         if (!row.trailing.isEmpty()) {
