@@ -63,7 +63,12 @@ public:
             const int colour = int(theme::optionColorNames().indexOf(name));
             painter->setRenderHint(QPainter::Antialiasing);
             painter->setPen(Qt::NoPen);
-            painter->setBrush(colour >= 0 ? theme::optionColor(colour) : theme::dimText());
+            // The chips' colours are pale backgrounds; a dot this small needs the full hue.
+            const QColor chip = theme::optionColor(colour);
+            const QColor dot = colour < 0 || name == QLatin1StringView("Gray") || chip.hsvHue() < 0
+                ? theme::dimText()
+                : QColor::fromHsv(chip.hsvHue(), 190, theme::isDark() ? 230 : 215);
+            painter->setBrush(dot);
             painter->drawEllipse(iconRect.adjusted(3, 3, -3, -3));
         } else {
             SidebarModel::icon(row.symbol).paint(painter, iconRect, Qt::AlignCenter, row.isMissing ? QIcon::Disabled : QIcon::Normal);

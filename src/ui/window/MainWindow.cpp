@@ -50,7 +50,7 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     splitter->addWidget(m_sidebar);
     splitter->addWidget(central);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({200, 1000});
+    splitter->setSizes({220, 980});
     setCentralWidget(splitter);
     state->setShowSidebar(readSettingsBool(*openSettings(), QStringLiteral("showSidebar"), true));
     m_sidebar->setVisible(state->showSidebar());
