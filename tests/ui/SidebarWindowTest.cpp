@@ -145,4 +145,45 @@ TEST_F(SidebarWindowTest, PinAddsTheSelectedFolderThenRemovesIt)
     EXPECT_FALSE(SidebarStore::shared().arePinned({folder}));
 }
 
+TEST_F(SidebarWindowTest, TrashThisComputerAndTagsShowTheirListings)
+{
+    press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
+    auto openRow = [&](SidebarRow::Kind kind) {
+        for (int i = 0; i < model()->rowCount(); ++i)
+            if (model()->rowAt(i).kind == kind) {
+                view()->setCurrentIndex(model()->index(i));
+                press(Qt::Key_Return);
+                return true;
+            }
+        return false;
+    };
+    ASSERT_TRUE(openRow(SidebarRow::Kind::trash));
+    ASSERT_TRUE(pane()->listing().has_value());
+    EXPECT_EQ(pane()->listing()->kind, Listing::Kind::trash);
+    ASSERT_TRUE(openRow(SidebarRow::Kind::thisComputer));
+    EXPECT_EQ(pane()->listing()->kind, Listing::Kind::thisMac);
+    ASSERT_TRUE(openRow(SidebarRow::Kind::tag));
+    EXPECT_EQ(*pane()->listing(), Listing::tag(QStringLiteral("Red")));
+}
+
+TEST_F(SidebarWindowTest, ASavedSearchRunsInThePane)
+{
+    SavedSearch saved{QStringLiteral("7d3c1a52-0000-4000-8000-000000000001"), QStringLiteral("Notes"), QStringLiteral("note"),
+                      QStringLiteral("below"), tree.root().text(), QStringLiteral("any"), QStringLiteral("any")};
+    SidebarStore::shared().save(saved);
+    ASSERT_TRUE(waitUntil([&] {
+        for (int i = 0; i < model()->rowCount(); ++i)
+            if (model()->rowAt(i).kind == SidebarRow::Kind::search) {
+                view()->setCurrentIndex(model()->index(i));
+                return true;
+            }
+        return false;
+    }));
+    view()->setFocus();
+    press(Qt::Key_Return);
+    ASSERT_TRUE(pane()->listing().has_value());
+    EXPECT_EQ(pane()->listing()->kind, Listing::Kind::search);
+    SidebarStore::shared().removeSearch(saved.id);
+}
+
 } // namespace
