@@ -78,6 +78,17 @@ TEST_F(SidebarWindowTest, ArrowsAndReturnOpenDocumentsInTheActivePane)
     EXPECT_EQ(pane()->url(), documents);
 }
 
+TEST_F(SidebarWindowTest, TheKeyboardKeepsItsPlaceWhenTheRowsChange)
+{
+    press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
+    view()->setCurrentIndex(model()->index(rowOf(SidebarRow::Kind::favorite, documents)));
+    const FilePath added = tree.folder(QStringLiteral("Added"));
+    SidebarStore::shared().addFavorite(added, 0); // first: every row below moves down one
+    ASSERT_TRUE(waitUntil([&] { return rowOf(SidebarRow::Kind::favorite, added) >= 0; }));
+    EXPECT_EQ(view()->currentIndex().row(), rowOf(SidebarRow::Kind::favorite, documents));
+    SidebarStore::shared().removeFavorite(added);
+}
+
 TEST_F(SidebarWindowTest, ReturnOnATitleFoldsItsSection)
 {
     press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);

@@ -59,17 +59,17 @@ int SidebarModel::titleRow(const QString& sectionId) const
     return -1;
 }
 
-void SidebarModel::addTitle(const QString& sectionId, const QString& name)
+void SidebarModel::addTitle(QList<SidebarRow>& rows, const QString& sectionId, const QString& name) const
 {
     SidebarRow title;
     title.sectionId = sectionId;
     title.name = name;
     title.itemId = sectionId;
     title.isCollapsed = m_store->isCollapsed(sectionId);
-    m_rows.append(title);
+    rows.append(title);
 }
 
-void SidebarModel::addSection(const QString& id)
+void SidebarModel::addSection(QList<SidebarRow>& rows, const QString& id) const
 {
     using Kind = SidebarRow::Kind;
     if (!m_store->isShown(id) || id == section::cloud) // no cloud provider on Linux
@@ -84,7 +84,7 @@ void SidebarModel::addSection(const QString& id)
     };
     if (id == section::groups) {
         for (const SidebarGroup& group : m_store->groups()) {
-            addTitle(group.id, group.name);
+            addTitle(rows, group.id, group.name);
             if (m_store->isCollapsed(group.id))
                 continue;
             for (const SidebarItem& item : group.items) {
@@ -93,14 +93,14 @@ void SidebarModel::addSection(const QString& id)
                 r.path = item.path;
                 r.itemId = item.id;
                 r.isMissing = ::access(item.path.c_str(), F_OK) != 0;
-                m_rows.append(r);
+                rows.append(r);
             }
         }
         return;
     }
     if (id == section::searches && m_store->searches().isEmpty())
         return;
-    addTitle(id, sectionTitle(id));
+    addTitle(rows, id, sectionTitle(id));
     if (m_store->isCollapsed(id))
         return;
     if (id == section::favorites) {
@@ -108,13 +108,13 @@ void SidebarModel::addSection(const QString& id)
             SidebarRow r = row(Kind::favorite, place.name, place.symbol);
             r.path = place.url;
             r.isMissing = place.isMissing;
-            m_rows.append(r);
+            rows.append(r);
         }
     } else if (id == section::searches) {
         for (const SavedSearch& search : m_store->searches()) {
             SidebarRow r = row(Kind::search, search.name, QStringLiteral("magnifyingglass"));
             r.itemId = search.id;
-            m_rows.append(r);
+            rows.append(r);
         }
     } else if (id == section::recent && m_frecency) {
         const auto ranked = m_frecency->ranked();
@@ -122,10 +122,10 @@ void SidebarModel::addSection(const QString& id)
             SidebarRow r = row(Kind::recent, ranked[i].path.fileName().isEmpty() ? ranked[i].path.text() : ranked[i].path.fileName(), QStringLiteral("clock"));
             r.path = ranked[i].path;
             r.trailing = ranked[i].path.parent().abbreviated();
-            m_rows.append(r);
+            rows.append(r);
         }
     } else if (id == section::locations) {
-        m_rows.append(row(Kind::thisComputer, QStringLiteral("This Computer"), QStringLiteral("desktopcomputer")));
+        rows.append(row(Kind::thisComputer, QStringLiteral("This Computer"), QStringLiteral("desktopcomputer")));
         if (m_locations)
             for (const Place& drive : m_locations->drives()) {
                 SidebarRow r = row(Kind::drive, drive.name, drive.symbol);
@@ -134,27 +134,30 @@ void SidebarModel::addSection(const QString& id)
                 r.detail = drive.url.abbreviated() + QStringLiteral(" · ") + drive.detail;
                 r.fill = drive.fillRatio;
                 r.isEjectable = drive.isEjectable;
-                m_rows.append(r);
+                rows.append(r);
             }
         SidebarRow trash = row(Kind::trash, QStringLiteral("Trash"), QStringLiteral("trash"));
         if (m_locations && m_locations->trashCount() > 0)
             trash.trailing = QString::number(m_locations->trashCount());
-        m_rows.append(trash);
+        rows.append(trash);
     } else if (id == section::tags) {
         for (const QString& tag : kColorTags) {
             SidebarRow r = row(Kind::tag, tag, QStringLiteral("tag"));
             r.tagName = tag;
-            m_rows.append(r);
+            rows.append(r);
         }
     }
 }
 
 void SidebarModel::rebuild()
 {
-    beginResetModel();
-    m_rows.clear();
+    QList<SidebarRow> rows;
     for (const QString& id : m_store->layout().sectionOrder)
-        addSection(id);
+        addSection(rows, id);
+    if (rows == m_rows)
+        return;
+    beginResetModel();
+    m_rows = std::move(rows);
     endResetModel();
 }
 

@@ -3,7 +3,8 @@
 // section's rows unless it is folded. Built from the shared SidebarStore (favourites, groups,
 // saved searches, folds), Locations (drives, Trash), Frecency (Recent) and the colour tags;
 // rebuilt whole when any of them changes. Names of favourites, group rows, groups and saved
-// searches are editable in place (setData renames them in the store).
+// searches are editable in place (setData renames them in the store). A rebuild that changes
+// nothing leaves the model alone; one that does resets it, and the view keeps its current place.
 
 #include "files/FilePath.h"
 #include "files/Listing.h"
@@ -34,6 +35,12 @@ struct SidebarRow {
     bool isEjectable = false;
     bool isCollapsed = false; // titles
 
+    bool operator==(const SidebarRow&) const = default;
+    // Whether two rows stand for the same place (the name or figures may differ).
+    bool isSamePlace(const SidebarRow& other) const
+    {
+        return kind == other.kind && sectionId == other.sectionId && path == other.path && itemId == other.itemId && tagName == other.tagName;
+    }
     bool isFolder() const { return kind == Kind::favorite || kind == Kind::groupItem || kind == Kind::recent || kind == Kind::drive; }
 };
 
@@ -61,8 +68,8 @@ public Q_SLOTS:
     void rebuild();
 
 private:
-    void addSection(const QString& sectionId);
-    void addTitle(const QString& sectionId, const QString& name);
+    void addSection(QList<SidebarRow>& rows, const QString& sectionId) const;
+    void addTitle(QList<SidebarRow>& rows, const QString& sectionId, const QString& name) const;
 
     SidebarStore* m_store;
     Locations* m_locations;

@@ -129,6 +129,29 @@ SidebarView::SidebarView(QWidget* parent) : QListView(parent)
     setAttribute(Qt::WA_MacShowFocusRect, false);
 }
 
+void SidebarView::setModel(QAbstractItemModel* model)
+{
+    QListView::setModel(model);
+    auto* sidebar = qobject_cast<SidebarModel*>(model);
+    if (!sidebar)
+        return;
+    // A rebuild (a visit recorded, a drive mounted) keeps the keyboard's place.
+    auto kept = std::make_shared<std::optional<SidebarRow>>();
+    connect(sidebar, &QAbstractItemModel::modelAboutToBeReset, this, [this, sidebar, kept] {
+        const int row = currentIndex().row();
+        *kept = row >= 0 && row < sidebar->rowCount() ? std::optional(sidebar->rowAt(row)) : std::nullopt;
+    });
+    connect(sidebar, &QAbstractItemModel::modelReset, this, [this, sidebar, kept] {
+        if (!*kept)
+            return;
+        for (int i = 0; i < sidebar->rowCount(); ++i)
+            if (sidebar->rowAt(i).isSamePlace(**kept)) {
+                setCurrentIndex(sidebar->index(i));
+                return;
+            }
+    });
+}
+
 void SidebarView::keyPressEvent(QKeyEvent* event)
 {
     const int row = currentIndex().row();

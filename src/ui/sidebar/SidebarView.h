@@ -15,6 +15,7 @@ class SidebarView : public QListView {
     Q_OBJECT
 public:
     explicit SidebarView(QWidget* parent = nullptr);
+    void setModel(QAbstractItemModel* model) override;
 
 Q_SIGNALS:
     void rowActivated(int row);
