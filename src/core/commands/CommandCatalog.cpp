@@ -50,6 +50,23 @@ QKeySequence none() { return {}; }
 
 // The shared tests: can-act-on-selection (nothing selected or a name being edited blocks the
 // file commands), other-pane transfer, clipboard-has-files.
+// "Save Search to Sidebar": the active pane's search, named by its saved name or its text.
+const Predicate showsSearch = [](const WindowState& w) {
+    const auto& listing = w.activePane()->listing();
+    return listing && listing->kind == Listing::Kind::search;
+};
+void saveSearch(WindowState& w)
+{
+    if (!showsSearch(w))
+        return;
+    const SearchQuery query = w.activePane()->listing()->query;
+    const QString name = query.name && !query.name->isEmpty() ? *query.name
+                       : !query.text.trimmed().isEmpty()      ? query.text.trimmed()
+                                                              : query.filterSummary();
+    SidebarStore::shared().save(query.toSaved(name, QString()));
+    Q_EMIT w.messageRequested(QStringLiteral("Saved to the sidebar"));
+}
+
 const Predicate onSelection = [](const WindowState& w) { return w.canActOnSelection(); };
 const Predicate toOtherPane = [](const WindowState& w) { return w.files().canTransferToOther(); };
 const Predicate clipboardHasFiles = [](const WindowState& w) { return w.files().canPaste(); };
@@ -224,7 +241,8 @@ QList<AppCommand> buildFixed()
         later("gitStash", "Git: Stash Changes", "tray.and.arrow.down", none(), "git stash save shelve put aside", kNotYet),
         later("gitPopStash", "Git: Apply Latest Stash", "tray.and.arrow.up", none(), "git stash pop restore unshelve", kNotYet),
         later("gitHistory", "Git: History", "clock.arrow.circlepath", none(), "git log commits history timeline", kNotYet),
-        later("saveSearch", "Save Search to Sidebar", "magnifyingglass", none(), "smart folder keep remember query bookmark", kNotYet),
+        make("saveSearch", "Save Search to Sidebar", "magnifyingglass", none(), "smart folder keep remember query bookmark", saveSearch,
+             showsSearch),
         later("welcome", "Welcome to Orwick", "hand.wave", none(), "help shortcuts keys start onboarding", kNotYet),
         later("checkForUpdates", "Check for Updates…", "arrow.down.circle", none(), "update upgrade new version sparkle download latest",
               "Updates come through your system's packages"),
@@ -286,6 +304,20 @@ QList<AppCommand> generated()
     return list;
 }
 
+// "Search: " + each saved search's name, which opens it in the active pane.
+QList<AppCommand> savedSearches()
+{
+    QList<AppCommand> list;
+    for (const SavedSearch& search : SidebarStore::shared().searches()) {
+        AppCommand command = make("", "", "magnifyingglass", none(), "", [search](WindowState& w) { w.activePane()->open(search); });
+        command.id = QStringLiteral("savedSearch.") + search.id;
+        command.title = QStringLiteral("Search: ") + search.name;
+        command.keywords = QStringLiteral("saved smart folder ") + search.name;
+        list.append(command);
+    }
+    return list;
+}
+
 // "Go to " + each favourite and each folder of the sidebar's groups, once per folder.
 QList<AppCommand> favorites()
 {
@@ -320,7 +352,7 @@ const QList<AppCommand>& fixed()
 
 QList<AppCommand> all(const WindowState&)
 {
-    return fixed() + generated() + favorites() + WorkspaceCommands::family();
+    return fixed() + generated() + favorites() + savedSearches() + WorkspaceCommands::family();
 }
 
 const AppCommand* find(const QString& id)

@@ -40,7 +40,7 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
                                       "tidyUp", "-", "putBack", "trash", "-", "closeTab"});
     QMenu* edit = addMenu(QStringLiteral("&Edit"), {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath",
                                                     "copyRelativePath", "copyContents", "copyDataURI", "-", "selectAll",
-                                                    "selectNone", "invertSelection", "-", "filter", "search", "-", "customize"});
+                                                    "selectNone", "invertSelection", "-", "filter", "search", "saveSearch", "-", "customize"});
     // Undo and Redo come from the window's undo stack, named by what they would undo.
     QAction* undo = state->undoStack()->createUndoAction(edit, QStringLiteral("Undo"));
     undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
