@@ -1,0 +1,144 @@
+// Choosing a language: by a file's name, then its extension; by a Markdown fence name; the
+// twenty table keys and the ninety-three aliases.
+
+#include "TokenText.h"
+
+#include "files/FilePath.h"
+
+#include <gtest/gtest.h>
+
+namespace orwick::test {
+namespace {
+
+using namespace SyntaxHighlighter;
+
+QString keyForFile(const char* name)
+{
+    const Language* language = languageForFileName(QString::fromUtf8(name));
+    return language ? languageKey(*language) : QStringLiteral("(none)");
+}
+
+QString keyForFence(const char* name)
+{
+    const Language* language = languageNamed(QString::fromUtf8(name));
+    return language ? languageKey(*language) : QStringLiteral("(none)");
+}
+
+} // namespace
+
+TEST(LanguageChoice, TheTableHasTwentyLanguagesInOrder)
+{
+    QStringList keys;
+    for (const Language* language : allLanguages())
+        keys.append(languageKey(*language));
+    EXPECT_EQ(keys, QString("swift js py rb go rs cpp java cs php lua sh make dockerfile sql yaml toml json css html")
+                        .split(u' '));
+}
+
+TEST(LanguageChoice, MakefileInAnyCaseIsMake)
+{
+    EXPECT_EQ(keyForFile("Makefile"), "make");
+    EXPECT_EQ(keyForFile("makefile"), "make");
+    EXPECT_EQ(keyForFile("MAKEFILE"), "make");
+    EXPECT_EQ(keyForFile("rules.mk"), "make");
+}
+
+TEST(LanguageChoice, DockerfileAndItsDottedVariants)
+{
+    EXPECT_EQ(keyForFile("Dockerfile"), "dockerfile");
+    EXPECT_EQ(keyForFile("Dockerfile.dev"), "dockerfile");
+    EXPECT_EQ(keyForFile("dockerfile.prod.arm"), "dockerfile");
+    EXPECT_EQ(keyForFile("Dockerfiles"), "(none)"); // no dot after the name
+}
+
+TEST(LanguageChoice, DotRcAndProfileFilesAreShellButDotEnvIsNot)
+{
+    EXPECT_EQ(keyForFile(".zshrc"), "sh");
+    EXPECT_EQ(keyForFile(".bashrc"), "sh");
+    EXPECT_EQ(keyForFile(".profile"), "sh");
+    EXPECT_EQ(keyForFile(".bash_profile"), "sh");
+    EXPECT_EQ(keyForFile(".env"), "toml"); // by its extension "env"
+    EXPECT_EQ(keyForFile("zshrc"), "(none)");
+}
+
+TEST(LanguageChoice, ExtensionsGoThroughTheAliases)
+{
+    EXPECT_EQ(keyForFile("App.tsx"), "js");
+    EXPECT_EQ(keyForFile("stdio.h"), "cpp");
+    EXPECT_EQ(keyForFile("Analysis.ipynb"), "json");
+    EXPECT_EQ(keyForFile("main.C"), "cpp"); // extensions compare in lower case
+    EXPECT_EQ(keyForFile("script.PY"), "py");
+    EXPECT_EQ(keyForFile("View.swift"), "swift"); // a table key maps to itself
+    EXPECT_EQ(keyForFile("archive.tar.gz"), "(none)");
+    EXPECT_EQ(keyForFile("README"), "(none)");
+    EXPECT_EQ(keyForFile("notes.md"), "(none)");
+    EXPECT_EQ(keyForFile(""), "(none)");
+}
+
+TEST(LanguageChoice, ByPathUsesTheLastComponent)
+{
+    const Language* language = languageFor(FilePath::fromText("/srv/build.d/Makefile"));
+    ASSERT_NE(language, nullptr);
+    EXPECT_EQ(languageKey(*language), "make");
+    EXPECT_EQ(languageFor(FilePath::fromText("/srv/app.d/notes")), nullptr);
+}
+
+TEST(LanguageChoice, FenceNamesAreLowerCasedThenLookedUp)
+{
+    EXPECT_EQ(keyForFence("TypeScript"), "js");
+    EXPECT_EQ(keyForFence("C++"), "cpp");
+    EXPECT_EQ(keyForFence("c#"), "cs");
+    EXPECT_EQ(keyForFence("Objective-C"), "cpp");
+    EXPECT_EQ(keyForFence("SQL"), "sql");
+    EXPECT_EQ(keyForFence("html"), "html");
+    EXPECT_EQ(keyForFence("brainfuck"), "(none)");
+    EXPECT_EQ(keyForFence(""), "(none)");
+}
+
+TEST(LanguageChoice, EveryAliasMapsToItsTableKey)
+{
+    const std::pair<const char*, const char*> groups[] = {
+        {"js", "javascript mjs cjs jsx typescript ts tsx mts cts graphql gql"},
+        {"html", "vue svelte astro xml svg plist xhtml htm storyboard xib entitlements csproj"},
+        {"py", "python pyw pyi r"},
+        {"rb", "ruby rake gemspec ex exs elixir"},
+        {"go", "golang"},
+        {"rs", "rust zig"},
+        {"cpp", "c++ cc cxx hpp hh hxx c h objc objective-c m mm"},
+        {"java", "java kotlin kt kts scala groovy gradle dart proto"},
+        {"cs", "csharp c#"},
+        {"sh", "shell bash zsh fish console shellscript command ps1 powershell"},
+        {"yaml", "yml"},
+        {"toml", "ini cfg conf properties env tf hcl"},
+        {"json", "jsonc json5 geojson webmanifest ipynb"},
+        {"css", "scss sass less"},
+        {"make", "makefile mk"},
+        {"dockerfile", "docker"},
+        {"sql", "psql mysql sqlite"},
+        {"lua", "lua"},
+        {"php", "pl perl"},
+    };
+    int count = 0;
+    for (const auto& [key, names] : groups) {
+        for (const QString& name : QString(names).split(u' ')) {
+            ++count;
+            EXPECT_EQ(aliases().value(name), key) << name.toStdString();
+            const Language* named = languageNamed(name.toUpper());
+            ASSERT_NE(named, nullptr) << name.toStdString();
+            EXPECT_EQ(languageKey(*named), key) << name.toStdString();
+            EXPECT_EQ(keyForFile(("file." + name).toUtf8().constData()), key) << name.toStdString();
+        }
+    }
+    EXPECT_EQ(count, 93);
+    EXPECT_EQ(aliases().size(), 93);
+}
+
+TEST(LanguageChoice, EveryTableKeyNamesItself)
+{
+    for (const Language* language : allLanguages()) {
+        EXPECT_EQ(languageNamed(languageKey(*language)), language);
+        EXPECT_EQ(languageForFileName(QStringLiteral("x.") + languageKey(*language)), language);
+    }
+}
+
+} // namespace orwick::test
