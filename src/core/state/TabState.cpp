@@ -1,11 +1,14 @@
 #include "state/TabState.h"
 
+#include <QTimer>
+#include <memory>
+
 namespace orwick {
 
-TabState::TabState(const FilePath& folder, ViewPreferences* preferences, QObject* parent)
+TabState::TabState(const FilePath& folder, ViewPreferences* preferences, QObject* parent, PaneState::Start start)
     : QObject(parent), m_preferences(preferences)
 {
-    PaneState* pane = makePane(folder);
+    PaneState* pane = makePane(folder, start);
     m_columns = {{pane}};
     m_activePaneID = pane->id();
     m_recent = {pane->id()};
@@ -48,6 +51,30 @@ void TabState::restoreLayout(const QList<QList<FilePath>>& columns, int active)
 }
 
 void TabState::loadPanes()
+{
+    // The pane the keyboard is in reads its folder first; the others follow once it has its rows,
+    // so that a restored split doesn't keep the active pane waiting on its neighbour.
+    PaneState* first = activePane();
+    first->shown();
+    if (!first->isLoading()) {
+        loadOtherPanes();
+        return;
+    }
+    auto once = std::make_shared<QMetaObject::Connection>();
+    *once = connect(first, &PaneState::loadingChanged, this, [this, first, once] {
+        if (first->isLoading())
+            return;
+        disconnect(*once);
+        loadOtherPanes();
+    });
+    // A folder that is slow to read (a dead server) holds the others back no longer than this.
+    QTimer::singleShot(300, this, [this, once] {
+        disconnect(*once);
+        loadOtherPanes();
+    });
+}
+
+void TabState::loadOtherPanes()
 {
     for (PaneState* pane : panes())
         pane->shown();

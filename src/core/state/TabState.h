@@ -18,7 +18,9 @@ enum class PaneEdge { left, right, top, bottom };
 class TabState : public QObject {
     Q_OBJECT
 public:
-    TabState(const FilePath& folder, ViewPreferences* preferences, QObject* parent = nullptr);
+    // `start` whenShown: the pane waits for loadPanes() (a window that may yet restore a session).
+    TabState(const FilePath& folder, ViewPreferences* preferences, QObject* parent = nullptr,
+             PaneState::Start start = PaneState::Start::loading);
     // A tab rebuilt from a saved one (restoreLayout). Its panes wait to load until loadPanes().
     TabState(const Session::Tab& saved, ViewPreferences* preferences, QObject* parent = nullptr);
 
@@ -36,7 +38,7 @@ public:
     // kMaxRows panes are kept), each path through Session::folder, and activates the pane at
     // `active`, counted column by column. The new panes wait to load until loadPanes().
     void restoreLayout(const QList<QList<FilePath>>& columns, int active);
-    // The tab is shown: panes still waiting load their folders now.
+    // The tab is shown: panes still waiting load their folders now, the active one first.
     void loadPanes();
     // The grid as folder paths, with the active pane's index counted column by column.
     Session::Tab saved() const;
@@ -62,6 +64,7 @@ Q_SIGNALS:
     void panesChanged();
 
 private:
+    void loadOtherPanes();
     PaneState* makePane(const FilePath& folder, PaneState::Start start = PaneState::Start::loading);
 
     QUuid m_id = QUuid::createUuid();

@@ -4,10 +4,10 @@
 
 namespace orwick {
 
-WindowState::WindowState(const FilePath& folder, ViewPreferences* preferences, QObject* parent)
+WindowState::WindowState(const FilePath& folder, ViewPreferences* preferences, QObject* parent, PaneState::Start start)
     : QObject(parent), m_preferences(preferences), m_files(new FileActions(this, &FileOperations::shared()))
 {
-    TabState* tab = makeTab(folder);
+    auto* tab = new TabState(folder, m_preferences, this, start);
     m_tabs = {tab};
     m_selectedTabID = tab->id();
 }

@@ -8,7 +8,8 @@
 // was closed); panelChanged() follows every change of the panel fields; showPreviewChanged()
 // follows every change of showPreview(); workspaceNameRequested() asks the window for a name to
 // save the window's tabs under (it answers through workspaceActions::save); showSidebarChanged()
-// follows every change of showSidebar().
+// follows every change of showSidebar(); previewExpandedChanged() follows every change of
+// previewExpanded(); quickLookRequested() asks the window to show Quick Look.
 //
 // Only the shown tab's panes read their folders: a restored tab's panes load when it is first
 // selected.
@@ -29,7 +30,10 @@ enum class PaletteRequest { main, path, projects, copyDestination, moveDestinati
 class WindowState : public QObject {
     Q_OBJECT
 public:
-    WindowState(const FilePath& folder, ViewPreferences* preferences, QObject* parent = nullptr);
+    // `start` whenShown: the first pane waits until its tab's loadPanes(), so that a session
+    // restored before the window is drawn reads no folder it then throws away.
+    WindowState(const FilePath& folder, ViewPreferences* preferences, QObject* parent = nullptr,
+                PaneState::Start start = PaneState::Start::loading);
 
     const QList<TabState*>& tabs() const { return m_tabs; }
     TabState* selectedTab() const;
@@ -47,6 +51,15 @@ public:
     // Whether the preview panel is shown.
     bool showPreview() const { return m_showPreview; }
     void setShowPreview(bool shown);
+    // Whether the preview takes the whole content area (the window keeps it in the settings).
+    bool previewExpanded() const { return m_previewExpanded; }
+    void setPreviewExpanded(bool expanded)
+    {
+        if (std::exchange(m_previewExpanded, expanded) != expanded)
+            Q_EMIT previewExpandedChanged();
+    }
+    // Asks the window to show the cursor's item over the whole window (Quick Look).
+    void requestQuickLook() { Q_EMIT quickLookRequested(); }
     void requestWorkspaceName() { Q_EMIT workspaceNameRequested(); }
     // Whether the sidebar of places is shown (the window keeps it in the settings).
     bool showSidebar() const { return m_showSidebar; }
@@ -86,6 +99,9 @@ public:
     FileActions& files() const { return *m_files; }
     void endFilter();
 
+    // Asks the window to show the "Connect to Server…" sheet.
+    void requestServerConnection() { Q_EMIT serverConnectionRequested(); }
+
     // Asks the window to open the palette in `mode`.
     void requestPalette(PaletteRequest request) { Q_EMIT paletteRequested(request); }
 
@@ -107,6 +123,9 @@ Q_SIGNALS:
     void workspaceNameRequested();
     void showSidebarChanged();
     void sidebarFocusRequested();
+    void previewExpandedChanged();
+    void quickLookRequested();
+    void serverConnectionRequested();
 
 protected:
     TabState* makeTab(const FilePath& folder);
@@ -120,6 +139,7 @@ protected:
     FileActions* m_files;
     FilePath m_panelFolder;
     bool m_showPreview = false;
+    bool m_previewExpanded = false;
     bool m_showSidebar = true;
 };
 

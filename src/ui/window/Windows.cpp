@@ -25,9 +25,11 @@ Windows::~Windows()
 
 MainWindow* Windows::open(const FilePath& folder)
 {
-    auto state = std::make_unique<WindowState>(folder, m_preferences);
+    // The first pane waits: the prepare hook may restore a session in its place.
+    auto state = std::make_unique<WindowState>(folder, m_preferences, nullptr, PaneState::Start::whenShown);
     if (m_prepare)
         m_prepare(*state);
+    state->selectedTab()->loadPanes();
     auto* window = new MainWindow(state.get());
     window->setAttribute(Qt::WA_DeleteOnClose);
     WindowState* drawn = state.get();
