@@ -4,6 +4,8 @@
 #include "TokenText.h"
 
 #include <QFont>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <gtest/gtest.h>
 
 namespace orwick::test {
@@ -71,6 +73,25 @@ TEST(Renderers, StyleSheetHasOneRulePerKindInTheThemesColours)
     SyntaxPalette palette;
     palette.string = QColor(0x11, 0x22, 0x33, 128);
     EXPECT_TRUE(css(true, palette).contains(".tok-string { color: rgba(17,34,51,0.502); }")) << css(true, palette).toStdString();
+}
+
+// The notes' preview renders the spans with Qt's rich text: its style-sheet parser must take
+// the rules as written.
+TEST(Renderers, QtRichTextAppliesTheStyleSheet)
+{
+    SyntaxPalette palette;
+    palette.keyword = QColor(0x12, 0x34, 0x56);
+    QTextDocument document;
+    document.setDefaultStyleSheet(css(true, palette));
+    document.setHtml("<pre>" + html(u"if x // c", languageKeyed("js")) + "</pre>");
+    const auto colourAt = [&](int position) {
+        QTextCursor cursor(&document);
+        cursor.setPosition(position + 1);
+        return cursor.charFormat().foreground().color();
+    };
+    EXPECT_EQ(colourAt(0), QColor(0x12, 0x34, 0x56));
+    EXPECT_EQ(colourAt(5), defaultColor(Kind::comment, true));
+    EXPECT_NE(colourAt(3), QColor(0x12, 0x34, 0x56)); // plain text keeps the document's colour
 }
 
 TEST(Renderers, ThemeColoursWinOverTheDefaults)
