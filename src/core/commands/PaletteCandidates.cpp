@@ -42,6 +42,7 @@ void PaletteCandidates::setFiles(std::span<const FilePath> files)
 {
     const size_t count = std::min(files.size(), size_t(kMaxFiles));
     m_files.assign(files.begin(), files.begin() + qsizetype(count));
+    m_fileSet = QSet<FilePath>(m_files.begin(), m_files.end());
     m_fileNames = {};
     for (const FilePath& file : m_files)
         m_fileNames.append(visibleName(file.fileNameBytes())); // matched as it is shown

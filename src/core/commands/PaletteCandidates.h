@@ -6,10 +6,15 @@
 // Bounds: at most the first 500 folders of the frecency ranking and the first 5,000 file
 // candidates are kept. Folders are matched against their abbreviated path ("~/Projects/site");
 // files against their name (they come from the shown folder, so the shared parent would only add
-// noise); commands against their title and, separately, their title with keywords.
+// noise); commands against their title and, separately, their title with keywords. The name
+// index's table (files anywhere under home) is kept as it is: a query pre-checks its names and
+// scores at most 5,000 of them (NameQuery.h).
 
 #include "commands/Frecency.h"
 #include "commands/FuzzyMatch.h"
+#include "search/NameTable.h"
+
+#include <QSet>
 
 #include <QList>
 #include <QString>
@@ -62,6 +67,8 @@ public:
     // `ranking` best first, as Frecency::ranked() gives it; only its head is kept.
     void setFolders(std::span<const FrecentFolder> ranking);
     void setFiles(std::span<const FilePath> files);
+    // The name index's names (a shared copy: cheap); an empty table for none.
+    void setIndexedNames(NameTable names) { m_indexedNames = std::move(names); }
 
     const QList<PaletteCommand>& commands() const { return m_commands; }
     const FuzzyCandidateList& commandTitles() const { return m_commandTitles; }
@@ -69,6 +76,8 @@ public:
     const PreparedFolders& folders() const { return m_folders; }
     const std::vector<FilePath>& files() const { return m_files; }
     const FuzzyCandidateList& fileNames() const { return m_fileNames; }
+    const NameTable& indexedNames() const { return m_indexedNames; }
+    bool isFileCandidate(const FilePath& file) const { return m_fileSet.contains(file); }
 
 private:
     QList<PaletteCommand> m_commands;
@@ -77,6 +86,8 @@ private:
     PreparedFolders m_folders;
     std::vector<FilePath> m_files;
     FuzzyCandidateList m_fileNames;
+    QSet<FilePath> m_fileSet;
+    NameTable m_indexedNames;
 };
 
 } // namespace orwick

@@ -1,5 +1,7 @@
 #include "commands/PaletteRanking.h"
 
+#include "search/NameQuery.h"
+
 #include <algorithm>
 
 namespace orwick::PaletteRanking {
@@ -129,6 +131,16 @@ QList<PaletteSection> rank(const FuzzyQuery& query, const PaletteCandidates& can
     QList<PaletteSection> sections;
     for (RankedSection& r : ranked)
         sections.append(std::move(r.section));
+
+    const NameTable& indexed = candidates.indexedNames();
+    const auto indexedHits = NameQuery::best(indexed, query, PaletteCandidates::kMaxFiles, kIndexedFileRows,
+                                             [&](quint32 entry) { return !candidates.isFileCandidate(indexed.path(entry)); });
+    if (!indexedHits.empty()) {
+        PaletteSection elsewhere{QStringLiteral("Files Elsewhere"), {}};
+        for (const NameQuery::Hit& hit : indexedHits)
+            elsewhere.items.append(pathItem(indexed.path(hit.entry), PaletteItem::Kind::file));
+        sections.append(std::move(elsewhere));
+    }
     return sections;
 }
 

@@ -14,6 +14,10 @@
 // - Ties keep the candidates' own order (frecency order, the folder's order, catalogue order).
 // - Sections come in the order of their best row's score, so the strongest match is the first
 //   row whatever its kind; on equal scores Folders come before Files before Commands.
+// - Files elsewhere: the name index's files that match by name, best first, at most
+//   kIndexedFileRows, under "Files Elsewhere", always after the sections above (a home of many
+//   files matches almost any query, and would push commands and folders down); the shown
+//   folder's files are not repeated there.
 // An empty query shows the most frecent folders (at most kEmptyQueryFolderRows, frecency order)
 // and then every command in catalogue order; no files.
 
@@ -24,6 +28,7 @@ namespace orwick::PaletteRanking {
 
 inline constexpr qsizetype kFolderRows = 20;
 inline constexpr qsizetype kFileRows = 20;
+inline constexpr qsizetype kIndexedFileRows = 20;
 inline constexpr qsizetype kCommandRows = 30;
 inline constexpr qsizetype kEmptyQueryFolderRows = 8;
 

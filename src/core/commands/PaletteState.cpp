@@ -3,6 +3,7 @@
 #include "commands/Frecency.h"
 #include "commands/PaletteRanking.h"
 #include "platform/XdgPaths.h"
+#include "search/NameIndex.h"
 
 namespace orwick {
 namespace {
@@ -28,6 +29,7 @@ void PaletteState::open(PaletteMode mode, const FilePath& path)
     m_isOpen = true;
     m_query.clear();
     takeFrecency();
+    takeIndexedNames();
     if (mode == PaletteMode::path) {
         const FilePath start = path.isEmpty() ? xdg::home() : path;
         m_paths.setBase(start);
@@ -62,6 +64,7 @@ void PaletteState::close()
     m_isOpen = false;
     m_query.clear();
     m_ranking.clear();
+    m_candidates.setIndexedNames({}); // the index edits its own table without copying it
     setRows({});
     Q_EMIT openChanged();
     if (wasWalking)
@@ -89,6 +92,31 @@ void PaletteState::setFileCandidates(std::span<const FilePath> files)
 }
 
 void PaletteState::setEditorName(const QString& name) { m_editorName = name; }
+
+void PaletteState::setNameIndex(NameIndex* index)
+{
+    if (m_nameIndex)
+        disconnect(m_nameIndex, nullptr, this, nullptr);
+    m_nameIndex = index;
+    if (!index)
+        return;
+    connect(index, &NameIndex::tableChanged, this, [this] {
+        if (m_isOpen && m_mode == PaletteMode::main) {
+            takeIndexedNames();
+            recompute();
+        }
+    });
+}
+
+void PaletteState::takeIndexedNames()
+{
+    if (!m_nameIndex || m_mode != PaletteMode::main) {
+        m_candidates.setIndexedNames({});
+        return;
+    }
+    m_nameIndex->start();
+    m_candidates.setIndexedNames(m_nameIndex->table());
+}
 
 void PaletteState::setProjectWalk(const FilePath& root, ProjectWalkLimits limits)
 {

@@ -4,7 +4,9 @@
 // acts on the row the user chooses (the `chosen` signal).
 //
 // Modes:
-// - main: commands, frecent folders and the shown folder's files (PaletteRanking);
+// - main: commands, frecent folders, the shown folder's files and the name index's files
+//   anywhere under home (PaletteRanking); opening it starts the index on first use, and rows
+//   follow the index while it is open (its first walk ending, its updates);
 // - path: a typed path, "Go to …" rows, Tab completes the last component (PathCompletion);
 // - projects: the git repositories under the home folder, gathered by a background walk each
 //   time the mode opens (the rows of the last walk stay meanwhile); Ctrl+Return opens one in the
@@ -35,6 +37,7 @@
 namespace orwick {
 
 class Frecency;
+class NameIndex;
 
 enum class PaletteMode { main, path, projects, destination };
 enum class TransferKind { move, copy };
@@ -60,6 +63,8 @@ public:
     void setCommands(QList<PaletteCommand> commands);
     void setFileCandidates(std::span<const FilePath> files);
     void setEditorName(const QString& name); // the configured code editor; empty when none
+    // The index whose files the main mode offers; none by default.
+    void setNameIndex(NameIndex* index);
     // Where and how far the project walk looks (the home folder by default).
     void setProjectWalk(const FilePath& root, ProjectWalkLimits limits);
 
@@ -95,12 +100,14 @@ Q_SIGNALS:
 
 private:
     void takeFrecency();
+    void takeIndexedNames();
     void startProjectWalk();
     void applyProjects(const std::vector<FilePath>& repositories);
     void recompute();
     void setRows(QList<PaletteSection> sections);
 
     QPointer<Frecency> m_frecency;
+    QPointer<NameIndex> m_nameIndex;
     bool m_isOpen = false;
     PaletteMode m_mode = PaletteMode::main;
     TransferKind m_transferKind = TransferKind::move;

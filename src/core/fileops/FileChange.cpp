@@ -303,4 +303,30 @@ void ChangeRunner::redo(std::vector<FileChange>& changes)
     }
 }
 
+QList<FilePath> pathsTouched(const std::vector<FileChange>& changes)
+{
+    QList<FilePath> paths;
+    for (const FileChange& change : changes) {
+        switch (change.kind) {
+        case FileChange::Kind::trashed:
+            paths.append(change.from);
+            break;
+        case FileChange::Kind::restored:
+            paths.append(change.to);
+            break;
+        case FileChange::Kind::copied:
+        case FileChange::Kind::created:
+        case FileChange::Kind::madeFolder:
+        case FileChange::Kind::linked:
+            paths.append(change.to);
+            break;
+        case FileChange::Kind::moved:
+            paths.append(change.from);
+            paths.append(change.to);
+            break;
+        }
+    }
+    return paths;
+}
+
 } // namespace orwick

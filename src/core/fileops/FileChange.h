@@ -41,6 +41,10 @@ struct FileChange {
     FilePath parked; // copied/created while undone: where it waits in the Trash
 };
 
+// Every path the changes made, removed or replaced, outside the Trash's own places (a change's
+// `from` and `to`; for the Trash only the place the item left or came back to).
+QList<FilePath> pathsTouched(const std::vector<FileChange>& changes);
+
 // What a worker did, handed to the interface thread in one piece.
 struct ChangeReport {
     std::vector<FileChange> changes;                       // made, in order

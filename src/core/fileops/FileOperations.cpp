@@ -118,6 +118,7 @@ void FileOperations::finish(quint64 id, JobOutput output)
     if (!report.moves.isEmpty())
         Q_EMIT itemsMoved(report.moves);
     const bool changed = !report.changes.empty();
+    const QList<FilePath> touched = output.touched + pathsTouched(report.changes);
     if (changed && request.undo)
         request.undo->push(new FileOperationCommand(this, request.actionName, std::move(report.changes), request.undo));
     OperationOutcome outcome;
@@ -147,6 +148,8 @@ void FileOperations::finish(quint64 id, JobOutput output)
         request.finished(output.done);
     if (request.after)
         request.after();
+    if (!touched.isEmpty())
+        Q_EMIT pathsChanged(touched);
     Q_EMIT operationFinished();
 }
 
@@ -159,11 +162,13 @@ void FileOperations::replay(std::shared_ptr<std::vector<FileChange>> changes, bo
     request.title = (forward ? QStringLiteral("Redoing ") : QStringLiteral("Undoing ")) + actionName;
     request.announce = false;
     request.pool = &m_replayPool;
-    request.work = [changes, forward](ChangeRunner& runner, JobOutput&) {
+    request.work = [changes, forward](ChangeRunner& runner, JobOutput& output) {
+        output.touched = pathsTouched(*changes); // where things were before
         if (forward)
             runner.redo(*changes);
         else
             runner.undo(*changes);
+        output.touched += pathsTouched(*changes); // and where they are now
     };
     request.after = [this] { --m_pendingReplays; };
     run(std::move(request));

@@ -115,6 +115,9 @@ Q_SIGNALS:
     void announced(const orwick::Toast& toast);    // an operation finished well
     void itemsMoved(const QList<orwick::FileMove>& moves); // after every move or rename, undo included
     void operationFinished();                      // after the results of any job were applied
+    // After every job that changed anything on disk, undo and redo included, before
+    // operationFinished(): the paths that appeared, went or were replaced (pathsTouched()).
+    void pathsChanged(const QList<orwick::FilePath>& paths);
 
 public:
     // What a worker hands back besides its changes.
@@ -124,6 +127,7 @@ public:
         QString icon;
         FilePath made;       // the item made, for `Created` callbacks
         QList<FilePath> done; // the items acted on in full, for `Finished` callbacks and the counts
+        QList<FilePath> touched; // paths changed besides the report's changes (an undo's or redo's)
     };
     using Work = std::function<void(ChangeRunner&, JobOutput&)>;
 

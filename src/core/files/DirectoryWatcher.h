@@ -2,9 +2,14 @@
 // DirectoryWatcher: tells when anything in one folder changes (created, deleted, renamed,
 // written, attributes), or the folder itself goes. inotify on the GUI thread; a folder that
 // can't be watched is simply not watched.
+//
+// The other form watches the names (made, removed, renamed) in many folders through one
+// inotify instance — the name index's folders — and says which folder changed. A watched folder
+// that goes or is renamed is forgotten (whoever watches it learns that through its parent).
 
 #include "files/FilePath.h"
 
+#include <QHash>
 #include <QObject>
 
 class QSocketNotifier;
@@ -15,19 +20,33 @@ class DirectoryWatcher : public QObject {
     Q_OBJECT
 public:
     explicit DirectoryWatcher(const FilePath& folder, QObject* parent = nullptr);
+    // Watches no folder yet: add them with watchNames().
+    explicit DirectoryWatcher(QObject* parent = nullptr);
     ~DirectoryWatcher() override;
 
     bool isWatching() const { return m_fd >= 0; }
 
+    // Watches the names in `folder` too; false when the kernel refuses (gone, or its limit).
+    bool watchNames(const FilePath& folder);
+    bool isWatching(const FilePath& folder) const { return m_watches.contains(folder); }
+    qsizetype watchCount() const { return m_watches.size(); }
+
 Q_SIGNALS:
     // Emitted at most once per batch of kernel events.
     void changed();
+    // Names in a folder added with watchNames() changed; once per folder per batch.
+    void folderChanged(const orwick::FilePath& folder);
+    // The kernel dropped events: any watched folder may have changed.
+    void overflowed();
 
 private:
+    void open();
     void drain();
 
     int m_fd = -1;
     QSocketNotifier* m_notifier = nullptr;
+    QHash<int, FilePath> m_folders;  // watch descriptor → folder (watchNames)
+    QHash<FilePath, int> m_watches;
 };
 
 } // namespace orwick

@@ -2,6 +2,7 @@
 
 #include "commands/CommandActions.h"
 #include "commands/CommandCatalog.h"
+#include "search/NameIndex.h"
 #include "ui/window/PaletteWidget.h"
 
 namespace orwick {
@@ -10,6 +11,7 @@ PaletteController::PaletteController(WindowState* state, Frecency* frecency, QWi
     : QObject(window), m_state(state), m_palette(new PaletteState(frecency, this)), m_widget(new PaletteWidget(m_palette, window))
 {
     m_palette->setEditorName(actions::hasEditor(*state) ? actions::editorName() : QString());
+    m_palette->setNameIndex(&NameIndex::shared());
     connect(state, &WindowState::paletteRequested, this, &PaletteController::open);
     connect(m_palette, &PaletteState::chosen, this, &PaletteController::carryOut);
 }

@@ -1,7 +1,8 @@
 #pragma once
 // Connects a window to its palette: opens it as commands ask (with the catalogue's commands in
-// their current enabled state and the shown folder's files as candidates) and carries out the
-// row the user chooses: runs a command, goes to a folder, reveals a file, opens a project.
+// their current enabled state, the shown folder's files and the shared name index as
+// candidates) and carries out the row the user chooses: runs a command, goes to a folder,
+// reveals a file, opens a project.
 
 #include "commands/PaletteState.h"
 #include "state/WindowState.h"
