@@ -224,7 +224,7 @@ void NameIndex::startUpdate()
     }
     std::vector<FilePath> folders;
     for (const FilePath& folder : std::as_const(m_dirty))
-        if (m_table.find(folder) != NameTable::kNone)
+        if (const quint32 entry = m_table.find(folder); entry != NameTable::kNone && m_table.isEntered(entry))
             folders.push_back(folder);
     m_dirty.clear();
     if (folders.empty()) {
@@ -242,7 +242,7 @@ void NameIndex::startUpdate()
                 const quint32 at = snapshot.find(listed.folder);
                 for (const auto& entry : listed.entries) {
                     const quint32 known = at == NameTable::kNone ? NameTable::kNone : snapshot.findChild(at, entry.name);
-                    if (entry.isEntered && (known == NameTable::kNone || !snapshot.isFolder(known)))
+                    if (entry.isEntered && (known == NameTable::kNone || !snapshot.isEntered(known)))
                         appeared.push_back(listed.folder.child(QByteArrayView(entry.name)));
                 }
             }
@@ -266,7 +266,7 @@ void NameIndex::applyUpdate(const Update& update)
     bool changed = false;
     for (const NameWalk::FolderEntries& listed : update.folders) {
         const quint32 folder = m_table.find(listed.folder);
-        if (folder == NameTable::kNone)
+        if (folder == NameTable::kNone || !m_table.isEntered(folder))
             continue; // went meanwhile with a folder above it
         if (!listed.exists) {
             changed = true;
@@ -281,13 +281,14 @@ void NameIndex::applyUpdate(const Update& update)
             const quint32 was = knownEntry == known.constEnd() ? NameTable::kNone : *knownEntry;
             if (was != NameTable::kNone)
                 known.erase(knownEntry);
-            if (was != NameTable::kNone && m_table.isFolder(was) == entry.isFolder)
+            if (was != NameTable::kNone && m_table.isFolder(was) == entry.isFolder
+                && (!entry.isFolder || m_table.isEntered(was) == entry.isEntered))
                 continue;
             if (was != NameTable::kNone)
                 m_table.remove(was);
             changed = true;
-            if (!entry.isFolder) {
-                m_table.add(folder, entry.name, false);
+            if (!entry.isEntered) {
+                m_table.add(folder, entry.name, entry.isFolder, false);
                 continue;
             }
             const quint32 walked = update.newFolders.find(listed.folder.child(QByteArrayView(entry.name)));
@@ -320,7 +321,7 @@ void NameIndex::watchSome()
     int added = 0;
     while (m_watchCursor < size && added < kWatchesPerTick && m_watcher->watchCount() < m_watchBudget) {
         const quint32 entry = m_watchCursor++;
-        if (m_table.isFolder(entry) && !m_table.isRemoved(entry)) {
+        if (m_table.isEntered(entry) && !m_table.isRemoved(entry)) {
             const FilePath folder = m_table.path(entry);
             if (!m_watcher->isWatching(folder)) {
                 m_watcher->watchNames(folder);

@@ -6,7 +6,7 @@
 namespace orwick {
 namespace {
 
-enum Flag : quint8 { kFolder = 1, kRemoved = 2, kPlain = 4 };
+enum Flag : quint8 { kFolder = 1, kRemoved = 2, kPlain = 4, kNotEntered = 8 };
 
 struct Entry {
     quint32 parent = NameTable::kNone;
@@ -86,6 +86,10 @@ QByteArrayView NameTable::name(quint32 entry) const
 quint32 NameTable::parent(quint32 entry) const { return d->entries[entry].parent; }
 bool NameTable::isFolder(quint32 entry) const { return d->entries[entry].flags & kFolder; }
 bool NameTable::isRemoved(quint32 entry) const { return d->entries[entry].flags & kRemoved; }
+bool NameTable::isEntered(quint32 entry) const
+{
+    return (d->entries[entry].flags & (kFolder | kNotEntered)) == kFolder;
+}
 bool NameTable::isPlain(quint32 entry) const { return d->entries[entry].flags & kPlain; }
 quint32 NameTable::mask(quint32 entry) const { return d->masks[entry]; }
 std::span<const quint32> NameTable::masks() const { return d->masks; }
@@ -191,7 +195,7 @@ quint32 NameTable::addRoot(const FilePath& path)
     return index;
 }
 
-quint32 NameTable::add(quint32 folder, QByteArrayView name, bool isFolder)
+quint32 NameTable::add(quint32 folder, QByteArrayView name, bool isFolder, bool isEntered)
 {
     Data& data = edit();
     const quint32 index = quint32(data.entries.size());
@@ -201,7 +205,7 @@ quint32 NameTable::add(quint32 folder, QByteArrayView name, bool isFolder)
     entry.parent = folder;
     entry.nameOffset = quint32(data.arena.size());
     entry.nameLength = quint16(std::min<qsizetype>(name.size(), 0xffff));
-    entry.flags = quint8((isFolder ? kFolder : 0) | (plain ? kPlain : 0));
+    entry.flags = quint8((isFolder ? kFolder : 0) | (plain ? kPlain : 0) | (isFolder && !isEntered ? kNotEntered : 0));
     entry.nextSibling = data.entries[folder].firstChild;
     data.entries[folder].firstChild = index;
     data.arena.append(name.first(entry.nameLength));
@@ -252,7 +256,7 @@ quint32 NameTable::graft(quint32 folder, QByteArrayView name, const NameTable& s
         const quint32 from = subtree.parent(i);
         if (subtree.isRemoved(i) || from == kNone || mapped[from] == kNone)
             continue;
-        mapped[i] = add(mapped[from], subtree.name(i), subtree.isFolder(i));
+        mapped[i] = add(mapped[from], subtree.name(i), subtree.isFolder(i), subtree.isEntered(i));
     }
     return top;
 }
@@ -329,7 +333,7 @@ NameTable::Columns NameTable::columns() const
         c.parents.push_back(e.parent);
         c.offsets.push_back(e.nameOffset);
         c.lengths.push_back(e.nameLength);
-        c.folderFlags.push_back((e.flags & kFolder) ? 1 : 0);
+        c.folderFlags.push_back((e.flags & kFolder) ? ((e.flags & kNotEntered) ? 2 : 1) : 0);
     }
     return c;
 }
@@ -351,23 +355,24 @@ std::optional<NameTable> NameTable::fromColumns(Columns c)
         e.parent = c.parents[i];
         e.nameOffset = c.offsets[i];
         e.nameLength = c.lengths[i];
-        if (c.folderFlags[i] > 1 || e.nameLength == 0 || quint64(e.nameOffset) + e.nameLength > arenaSize)
+        if (c.folderFlags[i] > 2 || e.nameLength == 0 || quint64(e.nameOffset) + e.nameLength > arenaSize)
             return std::nullopt;
         const QByteArrayView name(out.arena.constData() + e.nameOffset, e.nameLength);
         if (name.contains('\0'))
             return std::nullopt;
-        const bool folder = c.folderFlags[i] == 1;
+        const bool folder = c.folderFlags[i] != 0;
         if (e.parent == kNone) {
             if (!folder || !name.startsWith('/'))
                 return std::nullopt;
             out.roots.push_back(i);
-        } else if (e.parent >= i || !(out.entries[e.parent].flags & kFolder) || name.contains('/') || name == "."
+        } else if (e.parent >= i || (out.entries[e.parent].flags & (kFolder | kNotEntered)) != kFolder
+                   || name.contains('/') || name == "."
                    || name == "..") {
             return std::nullopt;
         }
         bool plain = false;
         const quint32 mask = maskOfName(name, &plain);
-        e.flags = quint8((folder ? kFolder : 0) | (plain ? kPlain : 0));
+        e.flags = quint8((folder ? kFolder : 0) | (plain ? kPlain : 0) | (c.folderFlags[i] == 2 ? kNotEntered : 0));
         out.masks[i] = e.parent == kNone ? 0 : folder ? mask : mask | kLiveFileBit;
         out.folders += folder;
     }

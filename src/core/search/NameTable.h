@@ -8,7 +8,9 @@
 //
 // Shape: a root is an entry without a parent whose name is the root's whole path; every other
 // entry lies in a folder entry that comes before it (a lower index), so walking up always ends.
-// Removing marks entries (and everything under them) as removed; compacted() drops them.
+// Removing marks entries (and everything under them) as removed; compacted() drops them. A
+// folder the walks don't go into (a build folder, ".git", a network mount) is kept as a name
+// only: it holds nothing and is neither watched nor read again.
 //
 // A value type, implicitly shared: copying is cheap, and a copy handed to a background task
 // (a save, a rescan) stays as it was while the GUI thread edits its own. Not thread-safe.
@@ -49,6 +51,7 @@ public:
     quint32 parent(quint32 entry) const;
     bool isFolder(quint32 entry) const;
     bool isRemoved(quint32 entry) const;
+    bool isEntered(quint32 entry) const; // a folder whose names the table holds
     // True when the name is plain ASCII (0x20..0x7e): its bytes are its text.
     bool isPlain(quint32 entry) const;
     quint32 mask(quint32 entry) const;
@@ -67,8 +70,9 @@ public:
     // --- Editing
     // A new root (its whole path as the name); an existing live root is returned as it is.
     quint32 addRoot(const FilePath& path);
-    // A name in `folder`, which must be a live folder entry. No check for a name already there.
-    quint32 add(quint32 folder, QByteArrayView name, bool isFolder);
+    // A name in `folder`, which must be a live, entered folder entry. No check for a name
+    // already there. `isEntered` only matters for a folder.
+    quint32 add(quint32 folder, QByteArrayView name, bool isFolder, bool isEntered = true);
     // Removes the entry and everything under it. A root loses everything under it but stays.
     void remove(quint32 entry);
     // Adds the tree of `subtree`'s root `subtreeRoot` as a folder named `name` in `folder`;
@@ -88,7 +92,7 @@ public:
         std::vector<quint32> parents;
         std::vector<quint32> offsets;
         std::vector<quint16> lengths;
-        std::vector<quint8> folderFlags; // 1: folder
+        std::vector<quint8> folderFlags; // 0: file, 1: folder, 2: folder not entered
         QByteArray arena;
     };
     Columns columns() const; // of live entries only: call on a compacted table

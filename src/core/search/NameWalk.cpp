@@ -2,6 +2,7 @@
 
 #include "disktools/BuildJunk.h"
 #include "platform/DirectoryReader.h"
+#include "search/SearchRoots.h"
 #include "search/SearchWalker.h"
 
 #include <QHash>
@@ -12,11 +13,19 @@
 namespace orwick::NameWalk {
 namespace {
 
+// Whether the search walker goes into this folder (as SearchWalker decides).
+bool isEnteredFolder(const SearchCandidate& folder, const QSet<QByteArray>& closedMounts)
+{
+    if (folder.name() == ".git" || BuildJunk::isBuildFolder(folder.name(), folder.folderFd()))
+        return false;
+    return closedMounts.isEmpty() || !closedMounts.contains(folder.path().native());
+}
+
 // Takes the walker's entries from any thread into one table.
 class TableBuilder {
 public:
     TableBuilder(const std::vector<FilePath>& roots, qsizetype maxNames, const CancelFlag& cancel)
-        : m_maxNames(maxNames), m_cancel(cancel)
+        : m_maxNames(maxNames), m_cancel(cancel), m_closed(SearchRoots::closedMountPoints())
     {
         for (const FilePath& root : roots)
             m_folders.insert(root.native(), m_table.addRoot(root));
@@ -26,7 +35,9 @@ public:
 
     void record(const SearchCandidate& candidate)
     {
-        const bool isFolder = candidate.isFolder(); // may read the entry's statx: outside the lock
+        // Outside the lock: these may read the entry's statx or a marker file beside it.
+        const bool isFolder = candidate.isFolder();
+        const bool isEntered = isFolder && isEnteredFolder(candidate, m_closed);
         std::lock_guard lock(m_mutex);
         if (m_cancel.isCancelled() || m_table.size() >= m_maxNames) {
             m_stop.cancel();
@@ -39,8 +50,8 @@ public:
         }
         if (place.entry == NameTable::kNone)
             return;
-        const quint32 entry = m_table.add(place.entry, candidate.name(), isFolder);
-        if (isFolder)
+        const quint32 entry = m_table.add(place.entry, candidate.name(), isFolder, isEntered);
+        if (isEntered)
             m_folders.insert(candidate.folder().child(QByteArrayView(candidate.name())).native(), entry);
     }
 
@@ -71,6 +82,7 @@ private:
 
     const qsizetype m_maxNames;
     const CancelFlag& m_cancel;
+    const QSet<QByteArray> m_closed;
     CancelFlag m_stop;
     std::mutex m_mutex;
     NameTable m_table;
@@ -105,6 +117,7 @@ std::vector<FolderEntries> list(const std::vector<FilePath>& folders, const Canc
         slots.insert(folders[i].native(), i);
     }
     std::mutex mutex;
+    const QSet<QByteArray> closed = SearchRoots::closedMountPoints();
     SearchWalker::Options options;
     options.roots = folders;
     options.recursive = false;
@@ -112,8 +125,7 @@ std::vector<FolderEntries> list(const std::vector<FilePath>& folders, const Canc
     options.threads = 1;
     SearchWalker::run(options, [&](const SearchCandidate& candidate) {
         const bool isFolder = candidate.isFolder();
-        const bool isEntered = isFolder && candidate.name() != ".git"
-                               && !BuildJunk::isBuildFolder(candidate.name(), candidate.folderFd());
+        const bool isEntered = isFolder && isEnteredFolder(candidate, closed);
         std::lock_guard lock(mutex);
         const auto slot = slots.constFind(candidate.folder().native());
         if (slot != slots.constEnd())

@@ -76,6 +76,7 @@ TEST_F(NameIndexTest, NothingHappensBeforeStartThenTheFirstWalkIndexesTheTree)
     EXPECT_TRUE(holds(index, QStringLiteral("Documents/2024/budget.ods")));
     EXPECT_TRUE(holds(index, QStringLiteral("site/package.json")));
     EXPECT_TRUE(holds(index, QStringLiteral("site/node_modules")));
+    EXPECT_FALSE(index.table().isEntered(index.table().find(tree.path(QStringLiteral("site/node_modules")))));
     EXPECT_FALSE(holds(index, QStringLiteral("site/node_modules/left-pad")));
     EXPECT_FALSE(holds(index, QStringLiteral(".config")));
     EXPECT_TRUE(holds(index, QStringLiteral("loop")));
@@ -149,6 +150,8 @@ TEST_F(NameIndexTest, TheWatcherBringsInNewNamesAndTakesOutGoneOnes)
 
     tree.file("inbox/new.txt");                       // a file in a watched folder
     tree.file("inbox/project/src/main.cpp");          // a new folder: walked whole
+    tree.file("inbox/project/package.json");
+    tree.file("inbox/project/node_modules/left-pad/index.js"); // but not into its build folder
     ASSERT_TRUE(QFile::remove(tree.path(QStringLiteral("archive/2019/taxes.pdf")).text()));
     ASSERT_TRUE(QDir(tree.path(QStringLiteral("archive")).text()).removeRecursively());
     EXPECT_TRUE(waitUntil([&] {
@@ -156,6 +159,8 @@ TEST_F(NameIndexTest, TheWatcherBringsInNewNamesAndTakesOutGoneOnes)
                && !holds(index, QStringLiteral("archive/2019")) && !holds(index, QStringLiteral("archive"));
     }));
     EXPECT_TRUE(holds(index, QStringLiteral("inbox/old.txt")));
+    EXPECT_TRUE(holds(index, QStringLiteral("inbox/project/node_modules")));
+    EXPECT_FALSE(holds(index, QStringLiteral("inbox/project/node_modules/left-pad")));
     // The new folders are watched in turn.
     tree.file("inbox/project/src/util.cpp");
     EXPECT_TRUE(waitUntil([&] { return holds(index, QStringLiteral("inbox/project/src/util.cpp")); }));

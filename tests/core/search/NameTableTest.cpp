@@ -116,6 +116,16 @@ TEST(NameTable, ColumnsMakeTheSameTableAndBrokenOnesNone)
     NameTable::Columns inFile = table.columns();
     inFile.folderFlags[1] = 0; // a name inside a file
     EXPECT_FALSE(NameTable::fromColumns(inFile));
+    NameTable::Columns inClosed = table.columns();
+    inClosed.folderFlags[1] = 2; // a name inside a folder the walks don't enter
+    EXPECT_FALSE(NameTable::fromColumns(inClosed));
+
+    NameTable withBuildFolder;
+    withBuildFolder.add(withBuildFolder.addRoot(path("/h")), "node_modules", true, false);
+    const auto kept = NameTable::fromColumns(withBuildFolder.columns());
+    ASSERT_TRUE(kept);
+    EXPECT_TRUE(kept->isFolder(1));
+    EXPECT_FALSE(kept->isEntered(1));
 }
 
 TEST(NameQuery, FindsWhatTheFuzzyScorerMatchesAndRanksItTheSameWay)
