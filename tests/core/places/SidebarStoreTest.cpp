@@ -4,12 +4,14 @@
 #include "platform/JsonFile.h"
 #include "platform/StoreNotices.h"
 #include "platform/XdgPaths.h"
+#include "support/ScratchMount.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 
 #include <QDir>
 #include <QJsonArray>
 #include <gtest/gtest.h>
+#include <optional>
 
 using namespace orwick;
 using namespace orwick::test;
@@ -354,14 +356,21 @@ TEST_F(SidebarStoreFixture, UnknownSectionOrderKeepsEveryKnownSection)
 
 TEST_F(SidebarStoreFixture, AFileThatCantBeWrittenKeepsTheChangeInMemory)
 {
-    if (::geteuid() == 0)
-        GTEST_SKIP() << "root writes into a read-only folder";
-    const FilePath locked = tree.folder(QStringLiteral("locked"));
+    // Root writes into a read-only folder, not onto a read-only file system.
+    std::optional<test::ScratchMount> mount;
+    FilePath locked = tree.folder(QStringLiteral("locked"));
+    if (::geteuid() == 0) {
+        mount.emplace("tmpfs");
+        if (!mount->ok())
+            GTEST_SKIP() << mount->why().toStdString();
+        locked = mount->root();
+    }
     SidebarStore store(locked.child(QStringLiteral("sidebar.json")));
-    ASSERT_EQ(::chmod(locked.c_str(), 0500), 0);
+    ASSERT_TRUE(mount ? mount->makeReadOnly() : ::chmod(locked.c_str(), 0500) == 0);
     store.add({tree.folder(QStringLiteral("a"))});
     waitSaved(store);
-    ::chmod(locked.c_str(), 0700);
+    if (!mount)
+        ::chmod(locked.c_str(), 0700);
     EXPECT_EQ(store.groups().size(), 1);
     EXPECT_EQ(StoreNotices::takePending().size(), 1);
 }
