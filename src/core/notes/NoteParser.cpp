@@ -4,6 +4,7 @@
 #include "notes/TaskDates.h"
 
 #include <QRegularExpression>
+#include <QStringDecoder>
 #include <QUrl>
 
 namespace orwick {
@@ -93,13 +94,14 @@ Result<NoteParser> NoteParser::read(const FilePath& note)
     return parse(note, read->text);
 }
 
-Status toggleTask(const FilePath& note, int line, QDate today)
+Result<QByteArray> toggleTaskInBytes(const QByteArray& noteBytes, int line, QDate today, const FilePath& note)
 {
-    const auto read = notefile::readNoteText(note);
-    if (!read)
-        return failure(read.error());
-    const notefile::FileBytes& file = read->file;
-    const QString& text = read->text;
+    static const QByteArray byteOrderMark("\xEF\xBB\xBF");
+    const bool hasMark = noteBytes.startsWith(byteOrderMark);
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = decoder.decode(QByteArrayView(noteBytes).sliced(hasMark ? byteOrderMark.size() : 0));
+    if (decoder.hasError())
+        return failure(notefile::notUtf8Message(note));
     QStringList lines = text.split(u'\n');
     if (line < 1 || line > lines.size())
         return failure(QStringLiteral("That task is no longer in “%1”.").arg(note.fileName()));
@@ -113,8 +115,18 @@ Status toggleTask(const FilePath& note, int line, QDate today)
     lines.removeAt(line - 1);
     for (qsizetype i = toggled->size() - 1; i >= 0; --i)
         lines.insert(line - 1, toggled->at(i) + (crlf ? QStringLiteral("\r") : QString()));
-    const auto written =
-        notefile::replaceFile(note, file.bytes, file.version, notefile::noteBytes(lines.join(u'\n'), read->byteOrderMark));
+    return notefile::noteBytes(lines.join(u'\n'), hasMark);
+}
+
+Status toggleTask(const FilePath& note, int line, QDate today)
+{
+    const auto read = notefile::readFile(note);
+    if (!read)
+        return failure(read.error());
+    const auto toggled = toggleTaskInBytes(read->bytes, line, today, note);
+    if (!toggled)
+        return failure(toggled.error());
+    const auto written = notefile::replaceFile(note, read->bytes, read->version, *toggled);
     if (!written)
         return failure(written.error());
     return {};

@@ -36,4 +36,8 @@ struct NoteParser {
 // note back. Refused when that line is no longer a task or the note changed while being written.
 [[nodiscard]] Status toggleTask(const FilePath& note, int line, QDate today);
 
+// The bytes of a note with the task on `line` toggled (as toggleTask writes them), every other
+// byte kept; refused with a sentence when the note isn't UTF-8 or that line isn't a task. Pure.
+[[nodiscard]] Result<QByteArray> toggleTaskInBytes(const QByteArray& noteBytes, int line, QDate today, const FilePath& note);
+
 } // namespace orwick

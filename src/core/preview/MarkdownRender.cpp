@@ -1,5 +1,7 @@
 #include "preview/MarkdownRender.h"
 
+#include "highlight/SyntaxHighlighter.h"
+
 #include <QRegularExpression>
 #include <QUrl>
 #include <cmark-gfm-core-extensions.h>
@@ -100,6 +102,33 @@ QString linkTaskBoxes(const QString& html, const QList<int>& lines)
     return out;
 }
 
+// Fenced code in a known language gets the highlighter's spans (styled by its style sheet).
+QString colourCode(const QString& html)
+{
+    static const QRegularExpression block(QStringLiteral(R"re(<pre><code class="language-([^"]+)">(.*?)</code></pre>)re"),
+                                          QRegularExpression::DotMatchesEverythingOption);
+    QString out;
+    qsizetype from = 0;
+    for (auto it = block.globalMatch(html); it.hasNext();) {
+        const QRegularExpressionMatch match = it.next();
+        const SyntaxHighlighter::Language* language = SyntaxHighlighter::languageNamed(match.captured(1));
+        if (!language)
+            continue;
+        QString code = match.captured(2);
+        code.replace(QLatin1StringView("&lt;"), QLatin1StringView("<"))
+            .replace(QLatin1StringView("&gt;"), QLatin1StringView(">"))
+            .replace(QLatin1StringView("&quot;"), QLatin1StringView("\""))
+            .replace(QLatin1StringView("&amp;"), QLatin1StringView("&"));
+        out += QStringView(html).mid(from, match.capturedStart() - from);
+        out += QStringLiteral("<pre><code class=\"language-%1\">").arg(match.captured(1));
+        out += SyntaxHighlighter::html(code, *language);
+        out += QStringLiteral("</code></pre>");
+        from = match.capturedEnd();
+    }
+    out += QStringView(html).mid(from);
+    return out;
+}
+
 } // namespace
 
 RenderedNote renderMarkdown(const QString& text, const FilePath& folder)
@@ -115,7 +144,7 @@ RenderedNote renderMarkdown(const QString& text, const FilePath& folder)
     cmark_node* document = cmark_parser_finish(parser);
     collect(document, folder, note);
     char* html = cmark_render_html(document, CMARK_OPT_DEFAULT | CMARK_OPT_FOOTNOTES, cmark_parser_get_syntax_extensions(parser));
-    note.html = linkTaskBoxes(QString::fromUtf8(html), note.taskLines);
+    note.html = colourCode(linkTaskBoxes(QString::fromUtf8(html), note.taskLines));
     cmark_get_default_mem_allocator()->free(html);
     cmark_node_free(document);
     cmark_parser_free(parser);

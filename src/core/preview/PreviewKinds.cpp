@@ -33,7 +33,7 @@ PreviewContent loadMarkdown(const PreviewRequest& request, const CancelFlag& can
     RenderedNote note = renderMarkdown(content.text, request.path.parent());
     content.html = std::move(note.html);
     // Pictures are decoded here, off the GUI thread, small enough for the panel's column.
-    const QSize box(std::min(request.box.width(), 800), std::min(request.box.height(), 800));
+    const QSize box(std::min(request.columnWidth, 800), 800);
     int decoded = 0;
     for (const RenderedNote::Picture& picture : note.pictures) {
         if (cancel.isCancelled())

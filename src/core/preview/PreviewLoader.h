@@ -19,6 +19,7 @@ struct PreviewRequest {
     QSize box{900, 900};      // pictures are decoded to fit in this (device pixels)
     QColor ink = Qt::black;   // the colour font samples are drawn in
     PreviewLimits limits;
+    int columnWidth = 800;    // a note's pictures are decoded no wider than its text column
 };
 
 PreviewContent loadPreview(const PreviewRequest& request, const CancelFlag& cancel);

@@ -21,7 +21,10 @@ TEST(MarkdownPreview, RendersTablesStrikethroughAutolinksAndFencedCode)
     EXPECT_TRUE(html.contains("<td>2</td>"));
     EXPECT_TRUE(html.contains("<s>gone</s>")) << "Qt's rich text draws <s>";
     EXPECT_TRUE(html.contains("<a href=\"https://example.org\">https://example.org</a>"));
-    EXPECT_TRUE(html.contains("<pre><code class=\"language-python\">x = 1 &lt; 2\n</code></pre>"));
+    EXPECT_TRUE(html.contains("<pre><code class=\"language-python\">x = <span class=\"tok-number\">1</span> &lt; <span class=\"tok-number\">2</span>\n</code></pre>"))
+        << "fenced code in a known language is coloured";
+    const QString unknown = renderMarkdown(QStringLiteral("```nosuchlanguage\na < b\n```\n"), FilePath::fromText("/n")).html;
+    EXPECT_TRUE(unknown.contains("<pre><code class=\"language-nosuchlanguage\">a &lt; b\n</code></pre>")) << unknown.toStdString();
 }
 
 TEST(MarkdownPreview, TaskBoxesAreLinksToTheirLinesCountingFrontMatter)
@@ -55,12 +58,12 @@ TEST(MarkdownPreview, RelativePicturesAreDecodedForTheNote)
     ASSERT_TRUE(picture.save(tree.file("img/red pic.png").text()));
     const FilePath note = tree.file("note.md", "# Pictures\n\n![red](img/red%20pic.png)\n\n![gone](missing.png)\n\n![web](https://example.org/x.png)\n");
     CancelFlag cancel;
-    const PreviewContent content = loadPreview({note, {600, 600}, Qt::black, {}}, cancel);
+    const PreviewContent content = loadPreview({note, {1200, 1200}, Qt::black, {}, 600}, cancel);
     ASSERT_EQ(content.kind, PreviewContent::Kind::markdown);
     EXPECT_TRUE(content.html.contains("src=\"image:0\"")) << content.html.toStdString();
     EXPECT_TRUE(content.html.contains("src=\"image:2\""));
     ASSERT_TRUE(content.images.contains("image:0"));
-    EXPECT_EQ(content.images.value("image:0").size(), QSize(600, 300)) << "scaled to the box";
+    EXPECT_EQ(content.images.value("image:0").size(), QSize(600, 300)) << "scaled to the text column";
     EXPECT_FALSE(content.images.contains("image:1")) << "a missing picture";
     EXPECT_FALSE(content.images.contains("image:2")) << "remote pictures are not fetched";
     EXPECT_TRUE(content.text.startsWith("# Pictures"));

@@ -1,0 +1,134 @@
+#include "ui/preview/PreparedPreview.h"
+
+#include "highlight/SyntaxHighlighter.h"
+#include "ui/preview/PdfPage.h"
+#include "ui/theme/Theme.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QPalette>
+#include <QPlainTextDocumentLayout>
+#include <QTextBlock>
+#include <QThread>
+
+namespace orwick {
+
+PreviewStyle PreviewStyle::fromApplication()
+{
+    PreviewStyle style;
+    style.textFont = QApplication::font();
+    style.fixedFont = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    const QPalette palette = QApplication::palette();
+    style.text = theme::text();
+    style.dimText = theme::dimText();
+    style.link = palette.color(QPalette::Link);
+    style.codeBackground = palette.color(QPalette::AlternateBase);
+    style.border = theme::separator();
+    style.dark = theme::isDark();
+    return style;
+}
+
+namespace {
+
+// Rules for the rendered note, in Qt's rich-text subset.
+QString noteStyleSheet(const PreviewStyle& style)
+{
+    return QStringLiteral("a { color: %1; }"
+                          "pre { background-color: %2; }"
+                          "code { background-color: %2; font-family: '%3'; }"
+                          "table { border-collapse: collapse; }"
+                          "th, td { border: 1px solid %4; padding: 3px 6px; }"
+                          "blockquote { color: %5; }")
+               .arg(style.link.name(), style.codeBackground.name(), style.fixedFont.family(), style.border.name(), style.dimText.name())
+        + SyntaxHighlighter::css(style.dark);
+}
+
+std::shared_ptr<QTextDocument> plainDocument(const QString& text, const QFont& font)
+{
+    auto document = std::make_shared<QTextDocument>();
+    document->setDocumentLayout(new QPlainTextDocumentLayout(document.get()));
+    document->setDefaultFont(font);
+    document->setPlainText(text);
+    return document;
+}
+
+// Text beyond this is shown plain: colouring it would cost more than it gives.
+constexpr qsizetype kColouredChars = 256 * 1024;
+
+// Colours source text in the document, block by block, as QSyntaxHighlighter would, but once
+// and off the GUI thread.
+void colour(QTextDocument& document, const QString& text, const FilePath& path, const PreviewStyle& style)
+{
+    const SyntaxHighlighter::Language* language = SyntaxHighlighter::languageFor(path);
+    if (!language || text.size() > kColouredChars)
+        return;
+    const auto ranges = SyntaxHighlighter::attributed(QStringView(text), *language, style.fixedFont, SyntaxHighlighter::SyntaxPalette{}, style.dark);
+    qsizetype next = 0;
+    for (QTextBlock block = document.begin(); block.isValid() && next < ranges.size(); block = block.next()) {
+        const int start = block.position();
+        const int end = start + block.length();
+        QList<QTextLayout::FormatRange> inBlock;
+        // A range may run over several blocks (a block comment): each gets its part.
+        for (qsizetype i = next; i < ranges.size() && ranges[i].start < end; ++i) {
+            const int from = std::max(ranges[i].start, start);
+            const int to = std::min(ranges[i].start + ranges[i].length, end);
+            if (to > from)
+                inBlock.append({from - start, to - from, ranges[i].format});
+            if (ranges[i].start + ranges[i].length <= end)
+                next = i + 1;
+        }
+        if (!inBlock.isEmpty())
+            block.layout()->setFormats(inBlock);
+    }
+}
+
+std::shared_ptr<QTextDocument> noteDocument(const PreviewContent& content, const PreviewStyle& style)
+{
+    auto document = std::make_shared<QTextDocument>();
+    document->setDefaultFont(style.textFont);
+    document->setDefaultStyleSheet(noteStyleSheet(style));
+    for (auto it = content.images.cbegin(); it != content.images.cend(); ++it)
+        document->addResource(QTextDocument::ImageResource, QUrl(it.key()), it.value());
+    document->setHtml(content.html);
+    return document;
+}
+
+} // namespace
+
+PreparedPreview preparePreview(const PreviewRequest& request, const PreviewStyle& style, const CancelFlag& cancel)
+{
+    PreparedPreview prepared;
+    prepared.content = loadPreview(request, cancel);
+    PreviewContent& content = prepared.content;
+    if (cancel.isCancelled())
+        return {};
+    switch (content.kind) {
+    case PreviewContent::Kind::text:
+    case PreviewContent::Kind::hex:
+        prepared.document = plainDocument(content.text, style.fixedFont);
+        if (content.kind == PreviewContent::Kind::text)
+            colour(*prepared.document, content.text, content.path, style);
+        break;
+    case PreviewContent::Kind::markdown:
+        prepared.document = noteDocument(content, style);
+        break;
+    case PreviewContent::Kind::pdf:
+        if (auto page = renderPdfFirstPage(content.path, request.box)) {
+            content.image = std::move(page->image);
+            content.pageCount = page->pageCount;
+            content.details.prepend(page->pageCount == 1 ? QStringLiteral("1 page") : QStringLiteral("%1 pages").arg(page->pageCount));
+        } else {
+            const QStringList details = content.details;
+            content = PreviewContent::failed(content.path, page.error());
+            content.details = details;
+        }
+        break;
+    default:
+        break;
+    }
+    if (prepared.document)
+        prepared.document->moveToThread(QCoreApplication::instance()->thread());
+    return prepared;
+}
+
+} // namespace orwick

@@ -1,0 +1,35 @@
+#pragma once
+// PreparedPreview: an item's preview made ready to show, entirely off the GUI thread — the
+// core's PreviewContent plus, for text and notes, the QTextDocument the view shows (built and
+// coloured in the background, then handed to the GUI thread), and for a PDF its first page.
+// Showing it is then a swap of documents or pictures: no parsing or decoding on the GUI thread.
+
+#include "preview/PreviewLoader.h"
+
+#include <QColor>
+#include <QFont>
+#include <QTextDocument>
+#include <memory>
+
+namespace orwick {
+
+// What the documents are drawn with, read from the application on the GUI thread.
+struct PreviewStyle {
+    QFont textFont;
+    QFont fixedFont;
+    QColor text, dimText, link, codeBackground, border;
+    bool dark = false;
+
+    static PreviewStyle fromApplication();
+};
+
+struct PreparedPreview {
+    PreviewContent content;
+    // Text, hex and notes: the document to show, living on the GUI thread once handed over.
+    std::shared_ptr<QTextDocument> document;
+};
+
+// Loads `request` and prepares it to show. A cancelled load gives kind `none`.
+PreparedPreview preparePreview(const PreviewRequest& request, const PreviewStyle& style, const CancelFlag& cancel);
+
+} // namespace orwick

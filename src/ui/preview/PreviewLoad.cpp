@@ -1,0 +1,79 @@
+#include "ui/preview/PreviewLoad.h"
+
+#include "preview/FolderSummary.h"
+
+namespace orwick {
+
+namespace {
+// Requests closer together than this are coalesced, waiting this long after the last.
+constexpr int kCoalesceMs = 40;
+} // namespace
+
+PreviewLoad::PreviewLoad(QObject* parent) : QObject(parent)
+{
+    m_delay.setSingleShot(true);
+    connect(&m_delay, &QTimer::timeout, this, &PreviewLoad::start);
+}
+
+void PreviewLoad::show(const FilePath& path, bool force)
+{
+    if (path == m_path && !force)
+        return;
+    m_path = path;
+    m_task.cancel();
+    m_sizeTask.cancel();
+    // The first request after a pause loads at once; a run of quick ones waits for the last.
+    const bool quick = m_sinceLast.isValid() && m_sinceLast.elapsed() < kCoalesceMs * 3;
+    m_sinceLast.start();
+    m_delay.start(quick ? kCoalesceMs : 0);
+}
+
+void PreviewLoad::clear()
+{
+    m_delay.stop();
+    m_task.cancel();
+    m_sizeTask.cancel();
+    m_path = {};
+}
+
+void PreviewLoad::start()
+{
+    const TaskSlot::Ticket ticket = m_task.start();
+    PreviewRequest request;
+    request.path = m_path;
+    request.box = m_box;
+    request.columnWidth = m_columnWidth;
+    const PreviewStyle style = PreviewStyle::fromApplication();
+    request.ink = style.text;
+    runInBackground(
+        this, [request, style, token = ticket.token] { return std::make_shared<PreparedPreview>(preparePreview(request, style, *token)); },
+        [this, ticket](std::shared_ptr<PreparedPreview> prepared) {
+            if (!m_task.isCurrent(ticket))
+                return;
+            m_task.finish(ticket);
+            const bool measures = prepared->content.measuresSize;
+            const FilePath path = prepared->content.path;
+            Q_EMIT ready(std::move(prepared));
+            if (measures)
+                measure(path);
+        });
+}
+
+void PreviewLoad::measure(const FilePath& folder)
+{
+    const TaskSlot::Ticket ticket = m_sizeTask.start();
+    runInBackground(
+        this,
+        [folder, token = ticket.token] {
+            const PreviewBudget budget(*token, PreviewLimits{}.milliseconds);
+            return preview::measureFolder(folder, budget);
+        },
+        [this, ticket, folder](preview::FolderSize size) {
+            if (!m_sizeTask.isCurrent(ticket))
+                return;
+            m_sizeTask.finish(ticket);
+            Q_EMIT sizeMeasured(folder, preview::describeSize(size));
+        });
+}
+
+} // namespace orwick

@@ -1,0 +1,56 @@
+#pragma once
+// PreviewLoad: keeps one preview loading at a time for a view. show(path) asks for an item;
+// requests that come quickly one after another (the cursor running down a list) are coalesced
+// so only the last is loaded, while the first after a pause starts at once. Each load runs off
+// the GUI thread (preparePreview); starting one cancels the one before, and a result that is not
+// the newest is dropped. A folder's total size follows as a second, slower task.
+//
+// Signals: ready() follows every load that was not superseded, with the prepared preview;
+// sizeMeasured() follows a folder's ready() when its size is known. Lives on the GUI thread.
+
+#include "async/Background.h"
+#include "ui/preview/PreparedPreview.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+namespace orwick {
+
+class PreviewLoad : public QObject {
+    Q_OBJECT
+public:
+    explicit PreviewLoad(QObject* parent = nullptr);
+
+    // The box pictures are decoded for (device pixels), for loads from now on.
+    // The width of a note's text column (device-independent pixels), for its pictures.
+    void setBox(QSize box, int columnWidth = 800)
+    {
+        m_box = box;
+        m_columnWidth = columnWidth;
+    }
+    // Loads `path`; the same path again reloads it only when `force` is set (it changed).
+    void show(const FilePath& path, bool force = false);
+    // Forgets the item and cancels what runs.
+    void clear();
+    const FilePath& path() const { return m_path; }
+    bool isLoading() const { return m_delay.isActive() || m_task.isRunning(); }
+
+Q_SIGNALS:
+    void ready(std::shared_ptr<orwick::PreparedPreview> prepared);
+    void sizeMeasured(const orwick::FilePath& folder, const QString& line);
+
+private:
+    void start();
+    void measure(const FilePath& folder);
+
+    QTimer m_delay;
+    QElapsedTimer m_sinceLast;
+    TaskSlot m_task;
+    TaskSlot m_sizeTask;
+    FilePath m_path;
+    QSize m_box{900, 900};
+    int m_columnWidth = 800;
+};
+
+} // namespace orwick

@@ -1,0 +1,74 @@
+#pragma once
+// PreviewView: draws one PreparedPreview — a title with details and a note over the content:
+// text and hex in a plain text view, a note as rendered HTML, pictures, tables and archive
+// entries, or a message. Used by the preview panel and by Quick Look.
+//
+// In a rendered note each task box is a link; clicking it, or pressing Space while it has the
+// keyboard (Tab moves between links), emits taskToggleRequested(). Showing the same item again
+// (after it changed) keeps the scroll position. Lives on the GUI thread.
+
+#include "ui/preview/PreparedPreview.h"
+
+#include <QWidget>
+
+class QLabel;
+class QPlainTextEdit;
+class QStackedWidget;
+class QTableView;
+class QTextBrowser;
+
+namespace orwick {
+
+class PreviewImageView;
+class PreviewTableModel;
+
+class PreviewView : public QWidget {
+    Q_OBJECT
+public:
+    explicit PreviewView(QWidget* parent = nullptr);
+    ~PreviewView() override;
+
+    void showPrepared(PreparedPreview prepared);
+    // A line of text in place of a preview ("Select a file to preview it").
+    void showPlaceholder(const QString& text);
+    // Adds a line under the title, when `path` is still shown (a folder's measured size).
+    void addDetail(const FilePath& path, const QString& line);
+
+    const FilePath& shownPath() const { return m_path; }
+    PreviewContent::Kind shownKind() const { return m_kind; }
+    QString titleText() const;
+    QString detailsText() const;
+    QString noteText() const;
+    QTextBrowser* noteView() const { return m_noteView; }
+    QPlainTextEdit* textView() const { return m_text; }
+    PreviewImageView* imageView() const { return m_image; }
+    QTableView* tableView() const { return m_table; }
+    // The widget that should get the keyboard for the shown kind.
+    QWidget* focusTarget() const;
+
+Q_SIGNALS:
+    void taskToggleRequested(const orwick::FilePath& note, int line);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void onLink(const QUrl& url);
+    void setHeader(const PreviewContent& content);
+
+    QLabel* m_title;
+    QLabel* m_details;
+    QLabel* m_noteLine;
+    QStackedWidget* m_stack;
+    QPlainTextEdit* m_text;
+    QTextBrowser* m_noteView;
+    PreviewImageView* m_image;
+    QTableView* m_table;
+    PreviewTableModel* m_tableModel;
+    QLabel* m_message;
+    std::shared_ptr<QTextDocument> m_document; // the shown text or note
+    FilePath m_path;
+    PreviewContent::Kind m_kind = PreviewContent::Kind::none;
+};
+
+} // namespace orwick
