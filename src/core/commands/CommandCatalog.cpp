@@ -3,8 +3,11 @@
 #include "app/OpenRouter.h"
 #include "commands/CommandActions.h"
 #include "commands/NoteActions.h"
+#include "commands/TagCommands.h"
+#include "commands/ThemeCommands.h"
 #include "commands/WorkspaceCommands.h"
 #include "files/StoredPath.h"
+#include "places/FinderTags.h"
 #include "places/SidebarStore.h"
 #include "state/FileActions.h"
 #include "state/WindowState.h"
@@ -121,7 +124,8 @@ QList<AppCommand> buildFixed()
         make("copyDataURI", "Copy as Data URI", "chevron.left.forwardslash.chevron.right", none(), "base64 inline css html embed svg image font", copyDataURI, canCopyContents),
         make("showInFinder", "Show in System File Manager", "macwindow", none(), "reveal", showInSystemFileManager, hasFolder),
         later("getInfo", "Get Info", "info.circle", keys(C | Qt::Key_I), "properties size details permissions", kNotYet),
-        later("quickLook", "Quick Look", "", keys(C | Qt::Key_Y), "preview look", kNotYet),
+        make("quickLook", "Quick Look", "", keys(C | Qt::Key_Y), "preview look", [](WindowState& w) { w.requestQuickLook(); },
+             [](const WindowState& w) { return w.activePane()->cursor().has_value(); }),
         later("downloadNow", "Download Now", "icloud.and.arrow.down", none(), "cloud icloud google drive offline keep", kNoCloud),
         later("removeDownload", "Remove Download", "icloud", none(), "cloud icloud google drive free space evict", kNoCloud),
         later("reviewChanges", "Review Changes", "arrow.triangle.branch", keys(C | S | Qt::Key_U), "git diff commit stage status changes", kNotYet),
@@ -136,9 +140,12 @@ QList<AppCommand> buildFixed()
         later("moveShelfHere", "Move Shelf Here", "tray.and.arrow.up", none(), "drop stack land", kNotYet),
         later("clearShelf", "Clear Shelf", "tray", none(), "drop stack empty", kNotYet),
         later("airDrop", "AirDrop", "dot.radiowaves.left.and.right", none(), "send share nearby iphone", kNoCounterpart),
-        later("connectToServer", "Connect to Server…", "network", keys(C | M | Qt::Key_K), "smb afp nfs nas network share mount webdav", kNotYet),
+        make("connectToServer", "Connect to Server…", "network", keys(C | M | Qt::Key_K), "smb afp nfs nas network share mount webdav",
+             [](WindowState& w) { w.requestServerConnection(); }),
         make("putBack", "Put Back", "arrow.uturn.backward", none(), "restore trash undelete", files(&FileActions::putBackSelection),
              test(&FileActions::canPutBack)),
+        make("emptyTrash", "Empty Trash…", "trash", keys(C | S | Qt::Key_Delete), "bin delete permanently erase purge free space",
+             files(&FileActions::requestEmptyTrash)),
         make("showRecents", "Recents", "clock.arrow.circlepath", keys(C | S | Qt::Key_F), "recent files opened lately",
              [](WindowState& w) { w.activePane()->show(Listing::of(Listing::Kind::recents)); }),
         make("thisMac", "This Computer", "desktopcomputer", keys(C | S | Qt::Key_C),
@@ -217,8 +224,18 @@ QList<AppCommand> buildFixed()
              [](WindowState& w) { w.setShowSidebar(!w.showSidebar()); }),
         make("focusSidebar", "Focus Sidebar", "sidebar.left", keys(C | A | Qt::Key_B), "places favorites keyboard jump",
              [](WindowState& w) { w.requestSidebarFocus(); }),
-        later("togglePreview", "Toggle Preview", "sidebar.right", keys(C | A | Qt::Key_P), "viewer markdown quick look show file", kNotYet),
-        later("expandPreview", "Expand Preview", "arrow.up.left.and.arrow.down.right", keys(C | A | Qt::Key_Return), "viewer markdown read full focus", kNotYet),
+        make("togglePreview", "Toggle Preview", "sidebar.right", keys(C | A | Qt::Key_P), "viewer markdown quick look show file",
+             [](WindowState& w) {
+                 w.setShowPreview(!w.showPreview());
+                 if (!w.showPreview())
+                     w.setPreviewExpanded(false);
+             }),
+        make("expandPreview", "Expand Preview", "arrow.up.left.and.arrow.down.right", keys(C | A | Qt::Key_Return), "viewer markdown read full focus",
+             [](WindowState& w) {
+                 w.setPreviewExpanded(!w.previewExpanded());
+                 if (w.previewExpanded())
+                     w.setShowPreview(true);
+             }),
         later("toggleTerminal", "Toggle Terminal", "terminal", keys(C | Qt::Key_J), "shell console bottom panel", kNotYet),
         make("biggerIcons", "Bigger Icons", "plus.magnifyingglass", keys(C | Qt::Key_Equal), "zoom grid thumbnails larger",
              [](WindowState& w) { w.activePane()->zoomIcons(1); }, [](const WindowState& w) { return w.activePane()->isTiled(); }),
@@ -253,8 +270,8 @@ QList<AppCommand> buildFixed()
         make("customize", "Customize…", "slider.horizontal.3", keys(C | Qt::Key_Comma), "settings preferences sidebar groups favorites",
              [](WindowState& w) { w.showPanel(WindowState::Panel::settings, {}); }),
         later("guide", "Orwick Guide", "graduationcap", keys(C | S | Qt::Key_Slash), "", kNotYet),
-        later("chooseTheme", "Choose Theme…", "paintpalette", none(), "appearance colors look settings", kNotYet),
-        later("openThemesFolder", "Open Themes Folder", "folder", none(), "theme custom colors json override", kNotYet),
+        make("chooseTheme", "Choose Theme…", "paintpalette", none(), "appearance colors look settings", ThemeCommands::chooseTheme),
+        make("openThemesFolder", "Open Themes Folder", "folder", none(), "theme custom colors json override", ThemeCommands::openThemesFolder),
         make("openInEditor", "", "", none(), "code editor ide vscode cursor zed xcode project", openInEditor, hasEditor),
         make("openInTerminal", "", "macwindow.badge.plus", none(), "shell console external terminal app", openInTerminal, hasTerminal),
     };
@@ -352,7 +369,8 @@ const QList<AppCommand>& fixed()
 
 QList<AppCommand> all(const WindowState&)
 {
-    return fixed() + generated() + favorites() + savedSearches() + WorkspaceCommands::family();
+    return fixed() + generated() + favorites() + savedSearches() + TagCommands::family(FinderTags::shared())
+         + WorkspaceCommands::family() + ThemeCommands::family();
 }
 
 const AppCommand* find(const QString& id)
@@ -369,11 +387,22 @@ const AppCommand* find(const QString& id)
     for (const AppCommand& command : std::as_const(places))
         if (command.id == id)
             return &command;
+    // The tag family follows the tags in use: made afresh too.
+    static QList<AppCommand> tags;
+    tags = TagCommands::family(FinderTags::shared());
+    for (const AppCommand& command : std::as_const(tags))
+        if (command.id == id)
+            return &command;
     // The workspace family changes with the saved workspaces: it is made afresh here, and the
     // command found stays valid until the next call.
     static QList<AppCommand> workspaces;
     workspaces = WorkspaceCommands::family();
     for (const AppCommand& command : std::as_const(workspaces))
+        if (command.id == id)
+            return &command;
+    static QList<AppCommand> themes;
+    themes = ThemeCommands::family();
+    for (const AppCommand& command : std::as_const(themes))
         if (command.id == id)
             return &command;
     return nullptr;

@@ -117,15 +117,18 @@ void FileOperations::finish(quint64 id, JobOutput output)
         qCWarning(lcFileOps) << saved.error();
     if (!report.moves.isEmpty())
         Q_EMIT itemsMoved(report.moves);
-    const bool changed = !report.changes.empty();
+    if (!report.retagged.isEmpty())
+        Q_EMIT tagsChanged(report.retagged);
+    const bool undoable = !report.changes.empty() && request.undo;
+    const bool changed = !report.changes.empty() || (output.irreversible && !output.done.isEmpty());
     const QList<FilePath> touched = output.touched + pathsTouched(report.changes);
-    if (changed && request.undo)
+    if (undoable)
         request.undo->push(new FileOperationCommand(this, request.actionName, std::move(report.changes), request.undo));
     OperationOutcome outcome;
     outcome.errors = report.errors;
     outcome.skipped = report.skipped;
     outcome.cancelled = report.cancelled;
-    outcome.canUndo = changed && request.undo;
+    outcome.canUndo = undoable;
     outcome.icon = output.icon;
     outcome.done = int(output.done.size());
     // What was done is said beside what failed only by jobs that count their items; the others'
@@ -134,7 +137,7 @@ void FileOperations::finish(quint64 id, JobOutput output)
         outcome.doneText = output.toast;
     if (outcome.isSuccess()) {
         if (request.announce && changed && !output.toast.isEmpty()) {
-            const Toast toast{output.toast, output.icon, request.undo != nullptr, false};
+            const Toast toast{output.toast, output.icon, undoable, false};
             if (const WindowHandlers* handlers = handlersOf(window); handlers && handlers->announce)
                 handlers->announce(toast);
             Q_EMIT announced(toast);

@@ -83,6 +83,12 @@ public:
                Finished finished = {});
     // Items lying in the Trash go back where they came from (the trash log, else their .trashinfo).
     void putBack(const QList<FilePath>& itemsInTrash, QUndoStack* undo);
+    // Deletes `items` (lying in a Trash folder, as TrashContents found them) for good, with
+    // their .trashinfo files and trash-log entries. There is no undo step — the window asks
+    // first — and the toast has no Undo. Progress counts items; an item that can't be deleted
+    // whole is reported by name and what is left of it stays in the Trash. `window` is the undo
+    // stack whose window hears of the outcome; `finished` gets the items deleted.
+    void emptyTrash(const QList<FilePath>& items, QUndoStack* window, Finished finished = {});
     void rename(const FilePath& item, const QByteArray& newName, QUndoStack* undo);
     // Several renames at once, in two phases through temporary names, so names may swap.
     void renameMany(const QList<Move>& renames, const QString& actionName, QUndoStack* undo);
@@ -95,6 +101,18 @@ public:
     // unique without the copy suffix ("name 2"). Undo removes exactly the links it made, and
     // only while each is still the link it made.
     void makeLinks(const QList<FilePath>& items, const FilePath& folder, QUndoStack* undo);
+    // Adds one tag to each item, or removes it, keeping every other tag each file has (whoever
+    // wrote it): one job and one undo step ("Add Red Tag", "Remove Red Tag") whose undo writes
+    // each file's attribute back exactly as it was, or removes it where there was none. A file
+    // whose disk refuses tags, or that can't be changed, is a failure with its reason; a file that
+    // already was as asked counts as done and changes nothing.
+    enum class TagChange { add, remove };
+    void changeTag(const QList<FilePath>& items, const QString& tag, TagChange change, QUndoStack* undo);
+    // Rewrites one file's contents by `edit` (given what is on disk; see ChangeRunner::rewrite) as
+    // one job and one undo step named `actionName` ("Complete Task"), with `toast` when it went
+    // well. Undo puts the old contents back only while the file still holds the new ones.
+    void rewriteFile(const FilePath& file, ChangeRunner::Rewrite edit, const QString& actionName, const QString& toast,
+                     QUndoStack* undo, Finished finished = {});
     // Items made by other code; undo moves them to the Trash.
     void registerCreated(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo);
 
@@ -118,6 +136,7 @@ Q_SIGNALS:
     // After every job that changed anything on disk, undo and redo included, before
     // operationFinished(): the paths that appeared, went or were replaced (pathsTouched()).
     void pathsChanged(const QList<orwick::FilePath>& paths);
+    void tagsChanged(const QList<orwick::FilePath>& items); // after tags were written, undo and redo included
 
 public:
     // What a worker hands back besides its changes.
@@ -127,6 +146,7 @@ public:
         QString icon;
         FilePath made;       // the item made, for `Created` callbacks
         QList<FilePath> done; // the items acted on in full, for `Finished` callbacks and the counts
+        bool irreversible = false; // changed the disk for good (emptying the Trash): a toast, no undo step
         QList<FilePath> touched; // paths changed besides the report's changes (an undo's or redo's)
     };
     using Work = std::function<void(ChangeRunner&, JobOutput&)>;

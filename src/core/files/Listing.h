@@ -38,6 +38,9 @@ inline const QString folder = QStringLiteral("This folder is empty");
 inline const QString recents = QStringLiteral("Nothing opened lately");
 inline const QString trash = QStringLiteral("The Trash is empty");
 inline const QString cantOpen = QStringLiteral("Can't open this folder");
+// A folder on a network mount whose server did not answer in time, or is gone.
+inline const QString notAnswering = QStringLiteral("The server isn’t answering. Reload to try again.");
+inline const QString serverGone = QStringLiteral("Can't open this folder: the server can’t be reached. Reload to try again, or connect again.");
 // "Nothing matches “text”"
 QString nothingMatches(const QString& text);
 // The text a successful load with no items shows for this source (a folder when no listing).

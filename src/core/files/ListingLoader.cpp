@@ -1,6 +1,7 @@
 #include "files/ListingLoader.h"
 
 #include "files/DirectoryLoader.h"
+#include "platform/AllTrashes.h"
 #include "platform/RecentFiles.h"
 #include "platform/XdgPaths.h"
 #include "search/QuerySearch.h"
@@ -74,9 +75,13 @@ ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* ca
     ListingResult result;
     switch (listing.kind) {
     case Listing::Kind::trash:
-        result = DirectoryLoader::load(xdg::homeTrash().child(QByteArrayView("files")), showHidden, cancel);
-        if (result.error) // no Trash yet is an empty Trash
-            result = {};
+        // Every Trash of the user: the home's and those of the other mounted drives. A Trash
+        // that can't be read adds nothing; no Trash yet is an empty Trash.
+        for (const FilePath& folder : trash::allTrashFolders()) {
+            ListingResult part = DirectoryLoader::load(folder.child(QByteArrayView("files")), showHidden, cancel);
+            if (!part.error)
+                result.items.append(std::move(part.items));
+        }
         break;
     case Listing::Kind::recents: result = recents(cancel); break;
     case Listing::Kind::screenshots: result = screenshots(cancel); break;

@@ -1,12 +1,16 @@
 #include "places/Locations.h"
 
 #include "files/Formatting.h"
+#include "platform/AllTrashes.h"
 #include "platform/Drives.h"
 #include "platform/XdgPaths.h"
+#include "servers/ServerMounts.h"
 
 #include <QCoreApplication>
 #include <QPointer>
-#include <dirent.h>
+#include <condition_variable>
+#include <mutex>
+#include <sys/statvfs.h>
 #include <thread>
 
 namespace orwick {
@@ -16,6 +20,37 @@ struct Locations::Reading {
 };
 
 namespace {
+
+struct Space {
+    qint64 total = 0;
+    qint64 free = 0;
+};
+
+// A server's free space, or none when it doesn't answer within kServerSpaceLimitMs: the read
+// goes on on its own thread, so one dead server holds up neither the drives nor the others.
+std::optional<Space> serverSpace(const FilePath& path)
+{
+    struct Answer {
+        std::mutex lock;
+        std::condition_variable ready;
+        std::optional<Space> space;
+        bool done = false;
+    };
+    auto answer = std::make_shared<Answer>();
+    std::thread([answer, path] {
+        struct statvfs st {};
+        std::optional<Space> space;
+        if (::statvfs(path.c_str(), &st) == 0)
+            space = Space{qint64(st.f_blocks) * qint64(st.f_frsize), qint64(st.f_bavail) * qint64(st.f_frsize)};
+        std::lock_guard locked(answer->lock);
+        answer->space = space;
+        answer->done = true;
+        answer->ready.notify_all();
+    }).detach();
+    std::unique_lock locked(answer->lock);
+    answer->ready.wait_for(locked, std::chrono::milliseconds(Locations::kServerSpaceLimitMs), [&answer] { return answer->done; });
+    return answer->space;
+}
 
 QList<Place> driveRows()
 {
@@ -27,6 +62,16 @@ QList<Place> driveRows()
         row.detail = drive.freeText();
         if (drive.total > 0)
             row.fillRatio = double(drive.total - drive.free) / double(drive.total);
+        rows.append(row);
+    }
+    for (const MountedServer& server : ServerMounts::mounted()) {
+        Place row = Place::at(server.address.displayName(), server.localPath, QStringLiteral("network"));
+        row.isEjectable = true;
+        const auto space = serverSpace(server.localPath);
+        row.trailing = !space ? QStringLiteral("not answering") : formatByteCount(space->free) + QStringLiteral(" free");
+        row.detail = server.address.toString();
+        if (space && space->total > 0)
+            row.fillRatio = double(space->total - space->free) / double(space->total);
         rows.append(row);
     }
     return rows;
@@ -60,16 +105,7 @@ Locations::~Locations()
 
 int Locations::countTrashItems(const FilePath& trash)
 {
-    const FilePath files = (trash.isEmpty() ? xdg::homeTrash() : trash).child(QByteArrayView("files"));
-    DIR* dir = ::opendir(files.c_str());
-    if (!dir)
-        return 0;
-    int count = 0;
-    while (const dirent* entry = ::readdir(dir))
-        if (qstrcmp(entry->d_name, ".") != 0 && qstrcmp(entry->d_name, "..") != 0)
-            ++count;
-    ::closedir(dir);
-    return count;
+    return trash::countItems(trash.isEmpty() ? xdg::homeTrash() : trash);
 }
 
 void Locations::refresh()
@@ -82,7 +118,7 @@ void Locations::refresh()
     QPointer<Locations> self(this);
     std::thread([reading, self] {
         QList<Place> rows = driveRows();
-        const int trashCount = countTrashItems();
+        const int trashCount = trash::countAllItems();
         if (reading->abandoned)
             return;
         QMetaObject::invokeMethod(QCoreApplication::instance(), [reading, self, rows = std::move(rows), trashCount] {

@@ -1,7 +1,8 @@
 #pragma once
 // Locations: what the sidebar's Locations section shows besides This Computer — the mounted
-// drives (Drives.h) with their free space, and how many items lie in the home Trash. One per
-// sidebar model, on the GUI thread.
+// drives (Drives.h) and the connected servers (ServerMounts.h) with their free space, and how
+// many items lie in all the user's Trash folders (AllTrashes.h). One per sidebar model, on the
+// GUI thread.
 //
 // Reading a mount's free space can hang on a network share that went away, so the drives are
 // read on a thread of their own: at most one read runs at a time, and a read that has not
@@ -24,6 +25,8 @@ class Locations : public QObject {
 public:
     static constexpr int kRefreshMs = 5000;
     static constexpr int kReadTimeoutMs = 3000;
+    // Each connected server's free space is waited for this long; then it reads "not answering".
+    static constexpr int kServerSpaceLimitMs = 1000;
 
     explicit Locations(QObject* parent = nullptr);
     ~Locations() override;

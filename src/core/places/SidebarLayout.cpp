@@ -1,6 +1,7 @@
 #include "places/SidebarLayout.h"
 
 #include "files/StoredPath.h"
+#include "servers/RecentServers.h"
 
 #include <QJsonArray>
 
@@ -110,7 +111,8 @@ QJsonObject SidebarLayout::toJson() const
                        {QStringLiteral("showLocations"), showLocations},
                        {QStringLiteral("showCloud"), showCloud},
                        {QStringLiteral("showTags"), showTags},
-                       {QStringLiteral("collapsed"), QJsonArray::fromStringList(collapsed)}};
+                       {QStringLiteral("collapsed"), QJsonArray::fromStringList(collapsed)},
+                       {QStringLiteral("servers"), QJsonObject{{QStringLiteral("recent"), QJsonArray::fromStringList(recentServers)}}}};
 }
 
 SidebarLayout SidebarLayout::fromJson(const QJsonObject& object)
@@ -142,6 +144,7 @@ SidebarLayout SidebarLayout::fromJson(const QJsonObject& object)
     layout.showCloud = boolFrom(object, "showCloud", true);
     layout.showTags = boolFrom(object, "showTags", true);
     layout.collapsed = textsFromJson(object.value(QStringLiteral("collapsed")));
+    layout.recentServers = cleanRecentServers(textsFromJson(object.value(QStringLiteral("servers")).toObject().value(QStringLiteral("recent"))));
     return layout;
 }
 

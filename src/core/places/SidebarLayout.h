@@ -58,6 +58,7 @@ struct SidebarLayout {
     bool showCloud = true;
     bool showTags = true;
     QStringList collapsed; // a set of section ids
+    QStringList recentServers; // "Connect to Server…" addresses, most recent first (RecentServers.h)
 
     static QStringList defaultSectionOrder();
 

@@ -3,6 +3,7 @@
 #include "app/Settings.h"
 #include "async/Background.h"
 #include "platform/XdgPaths.h"
+#include "servers/RecentServers.h"
 
 #include <QUuid>
 #include <sys/stat.h>
@@ -189,6 +190,26 @@ void SidebarStore::moveFavorite(const FilePath& folder, int by)
     moveWithin(order, [&folder](const FilePath& p) { return p == folder; }, by);
     m_layout.favoriteOrder = order;
     changed(&SidebarStore::favoritesChanged);
+}
+
+// --- Servers
+
+void SidebarStore::rememberServer(const QString& address)
+{
+    const QStringList recent = withRecentServer(m_layout.recentServers, address);
+    if (recent == m_layout.recentServers)
+        return;
+    m_layout.recentServers = recent;
+    changed(&SidebarStore::serversChanged);
+}
+
+void SidebarStore::forgetServer(const QString& address)
+{
+    const QStringList recent = withoutRecentServer(m_layout.recentServers, address);
+    if (recent == m_layout.recentServers)
+        return;
+    m_layout.recentServers = recent;
+    changed(&SidebarStore::serversChanged);
 }
 
 // --- Groups

@@ -15,7 +15,8 @@
 //
 // Signals: groupsChanged(), searchesChanged(), favoritesChanged(), sectionsChanged() (shown,
 // order or folded) each follow a change of those fields; renamingChanged() follows a change of
-// renamingGroup()/renamingSearch(); saved() follows each write that succeeded.
+// renamingGroup()/renamingSearch(); serversChanged() follows a change of recentServers(); saved()
+// follows each write that succeeded.
 
 #include "places/Place.h"
 #include "places/SidebarLayout.h"
@@ -86,6 +87,12 @@ public:
     void removeSearch(const QString& searchId);
     void moveSearch(const QString& searchId, int by);
 
+    // --- Servers
+    // "Connect to Server…" addresses, most recent first (RecentServers.h).
+    const QStringList& recentServers() const { return m_layout.recentServers; }
+    void rememberServer(const QString& address);
+    void forgetServer(const QString& address);
+
     // --- Sections
     bool isShown(const QString& sectionId) const;
     void setShown(const QString& sectionId, bool shown);
@@ -107,6 +114,7 @@ Q_SIGNALS:
     void favoritesChanged();
     void sectionsChanged();
     void renamingChanged();
+    void serversChanged();
     void saved();
 
 private:

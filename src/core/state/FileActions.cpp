@@ -1,7 +1,9 @@
 #include "state/FileActions.h"
 
+#include "async/Background.h"
 #include "fileops/DropPlan.h"
 #include "fileops/FileClipboard.h"
+#include "files/Listing.h"
 #include "platform/Trash.h"
 #include "state/WindowState.h"
 
@@ -277,6 +279,26 @@ void FileActions::tidyUp(const FilePath& folder)
 {
     if (m_operations && !folder.isEmpty())
         m_operations->tidyUp(folder, m_window->undoStack());
+}
+
+void FileActions::requestEmptyTrash()
+{
+    if (m_measuringTrash)
+        return; // the question comes once the running measure ends
+    m_measuringTrash = true;
+    runInBackground(this, [] { return TrashContents::measure(); }, [this](const TrashContents& contents) {
+        m_measuringTrash = false;
+        if (contents.isEmpty())
+            Q_EMIT m_window->messageRequested(emptyText::trash);
+        else
+            Q_EMIT emptyTrashRequested(contents);
+    });
+}
+
+void FileActions::emptyTrash(const TrashContents& contents)
+{
+    if (m_operations && !contents.isEmpty())
+        m_operations->emptyTrash(contents.items, m_window->undoStack());
 }
 
 } // namespace orwick

@@ -15,9 +15,11 @@
 // of the engine with one undo step, and a refused drop's sentence goes to the window's
 // messageRequested(), which shows it as a toast.
 //
-// Signals: tidyUpRequested() asks the view to confirm tidying `folder` (it then calls tidyUp).
+// Signals: tidyUpRequested() asks the view to confirm tidying `folder` (it then calls tidyUp);
+// emptyTrashRequested() asks it to confirm deleting what lies in the Trash (then emptyTrash).
 
 #include "fileops/FileOperations.h"
+#include "fileops/TrashContents.h"
 
 #include <QObject>
 #include <QPointer>
@@ -71,12 +73,18 @@ public:
     void openDroppedInTabs(const QList<QUrl>& urls);
     void requestTidyUp();
     void tidyUp(const FilePath& folder);
+    // Measures all the Trash folders off the GUI thread, then asks the view to confirm
+    // (emptyTrashRequested), or says "The Trash is empty".
+    void requestEmptyTrash();
+    // Deletes for good exactly the items that were measured and confirmed.
+    void emptyTrash(const TrashContents& contents);
 
     // The name a new file gets before the user renames it.
     static constexpr const char* kNewFileName = "untitled.txt";
 
 Q_SIGNALS:
     void tidyUpRequested(const orwick::FilePath& folder);
+    void emptyTrashRequested(const orwick::TrashContents& contents);
 
 private:
     PaneState* pane() const;
@@ -89,6 +97,7 @@ private:
 
     WindowState* m_window;
     QPointer<FileOperations> m_operations;
+    bool m_measuringTrash = false;
 };
 
 // True for names of archives Extract Here can unpack (zip, tar and its compressed forms, 7z…).

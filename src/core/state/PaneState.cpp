@@ -1,8 +1,11 @@
 #include "state/PaneState.h"
 
+#include "async/TimeLimited.h"
 #include "files/DirectoryLoader.h"
 #include "files/DirectoryWatcher.h"
 #include "files/ListingLoader.h"
+#include "platform/AllTrashes.h"
+#include "platform/MountTable.h"
 #include "platform/XdgPaths.h"
 
 #include <QDateTime>
@@ -271,14 +274,30 @@ void PaneState::load(const QList<FilePath>& selecting)
     const bool showHidden = m_showHidden;
     QElapsedTimer started;
     started.start();
-    runInBackground(this, [folder, listing, showHidden, token = ticket.token] {
+    auto read = [folder, listing, showHidden, token = ticket.token] {
         return listing ? ListingLoader::load(*listing, showHidden, token.get())
                        : DirectoryLoader::load(folder, showHidden, token.get());
-    }, [this, ticket, selecting, started](ListingResult result) {
+    };
+    auto apply = [this, ticket, selecting, started](ListingResult result) {
         if (!m_loadTask.isCurrent(ticket))
             return; // a newer load, or a move elsewhere, made this one stale
         m_loadTask.finish(ticket);
         applyLoad(std::move(result), selecting, started.elapsed());
+    };
+    if (listing || !isOnNetworkMount(folder)) {
+        runInBackground(this, std::move(read), std::move(apply));
+        return;
+    }
+    // A server can stop answering: its folder is read on a thread of its own, with a time limit.
+    runWithTimeLimit(this, kNetworkReadLimitMs, [read, folder] {
+        ListingResult result = read();
+        if (result.error && isConnectionLost(folder))
+            result.error = emptyText::serverGone;
+        return result;
+    }, apply, [apply] {
+        ListingResult late;
+        late.error = emptyText::notAnswering;
+        apply(std::move(late));
     });
 }
 
@@ -319,8 +338,15 @@ void PaneState::watchCurrentFolder()
             return;
         watched = xdg::homeTrash().child(QByteArrayView("files"));
     }
+    if (!m_listing && isOnNetworkMount(watched))
+        return; // inotify learns nothing from a server, and adding a watch may wait on it
     m_watcher = new DirectoryWatcher(watched, this);
     connect(m_watcher, &DirectoryWatcher::changed, this, &PaneState::onFolderChanged);
+    if (m_listing) // the other drives' Trash folders, watched alongside the home's
+        for (const FilePath& folder : trash::allTrashFolders())
+            if (folder != xdg::homeTrash())
+                connect(new DirectoryWatcher(folder.child(QByteArrayView("files")), m_watcher), &DirectoryWatcher::changed, this,
+                        &PaneState::onFolderChanged);
 }
 
 void PaneState::onFolderChanged()

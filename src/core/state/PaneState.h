@@ -103,6 +103,9 @@ public:
     void typeAhead(const QString& text);
     void typeAhead(const QString& text, qint64 nowMs);
     static constexpr qint64 kTypeAheadWindowMs = 1000;
+    // A folder on a network mount that has not been read within this time shows
+    // emptyText::notAnswering instead of waiting.
+    static constexpr int kNetworkReadLimitMs = 10000;
 
     // --- Arrangement and view changes
     void sort(SortKey key);

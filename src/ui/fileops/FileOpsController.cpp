@@ -1,5 +1,7 @@
 #include "ui/fileops/FileOpsController.h"
 
+#include "fileops/OperationTexts.h"
+#include "files/Formatting.h"
 #include "state/FileActions.h"
 #include "ui/fileops/ConflictDialog.h"
 #include "ui/fileops/FailureList.h"
@@ -37,6 +39,7 @@ FileOpsController::FileOpsController(QWidget* window, WindowState* state, ToastH
         }
     });
     connect(&state->files(), &FileActions::tidyUpRequested, this, &FileOpsController::confirmTidyUp);
+    connect(&state->files(), &FileActions::emptyTrashRequested, this, &FileOpsController::confirmEmptyTrash);
 }
 
 bool FileOpsController::isRenaming() const { return m_state->files().isRenaming(); }
@@ -123,6 +126,25 @@ void FileOpsController::confirmTidyUp(const FilePath& folder)
     connect(box, &QMessageBox::finished, files, [files, box, tidy, folder] {
         if (box->clickedButton() == static_cast<QAbstractButton*>(tidy))
             files->tidyUp(folder);
+    });
+    box->open();
+}
+
+void FileOpsController::confirmEmptyTrash(const TrashContents& contents)
+{
+    auto* box = new QMessageBox(QMessageBox::Warning, QStringLiteral("Empty Trash…"),
+                                QStringLiteral("Delete everything in the Trash for good?"), QMessageBox::Cancel, m_window);
+    box->setObjectName(QStringLiteral("emptyTrashQuestion"));
+    box->setInformativeText(QStringLiteral("%1 will be deleted. This frees %2 and can’t be undone.")
+                                .arg(itemCount(contents.items.size()), formatByteCount(contents.bytes)));
+    QPushButton* empty = box->addButton(QStringLiteral("Empty Trash"), QMessageBox::DestructiveRole);
+    box->setDefaultButton(empty);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::WindowModal);
+    FileActions* files = &m_state->files();
+    connect(box, &QMessageBox::finished, files, [files, box, empty, contents] {
+        if (box->clickedButton() == static_cast<QAbstractButton*>(empty))
+            files->emptyTrash(contents);
     });
     box->open();
 }

@@ -1,6 +1,7 @@
 #pragma once
 // FileOpsController: the views of the file operations in one window — progress card, toasts
-// with Undo, the conflict question, the tidy-up confirmation and the editor of an inline rename.
+// with Undo, the conflict question, the tidy-up and Empty Trash confirmations and the editor of an
+// inline rename.
 // An operation that did not go entirely as asked gets a toast that says what was done and what
 // wasn't (OperationOutcome's words), with Undo for the part done and, when several things
 // failed, Show All, which lists every message (FailureList).
@@ -14,6 +15,7 @@
 // the other views — and ends the rename through FileActions when it closes.
 
 #include "fileops/FileOperations.h"
+#include "fileops/TrashContents.h"
 #include "state/WindowState.h"
 
 #include <QObject>
@@ -43,6 +45,7 @@ private:
     PaneWidget* widgetFor(const PaneState* pane) const;
     void showRename(PaneState* pane);
     void confirmTidyUp(const FilePath& folder);
+    void confirmEmptyTrash(const TrashContents& contents);
     void showOutcome(const OperationOutcome& outcome);
     void showToast(const QString& text, bool canUndo, const QStringList& failures);
 

@@ -2,11 +2,13 @@
 
 #include "app/Services.h"
 #include "places/Locations.h"
+#include "servers/ServerMounts.h"
 #include "places/SidebarStore.h"
 #include "state/WindowState.h"
 #include "ui/sidebar/SidebarModel.h"
 #include "ui/sidebar/SidebarView.h"
 #include "ui/theme/Theme.h"
+#include "ui/theme/ThemeApplier.h"
 
 #include <QMenu>
 #include <QPointer>
@@ -28,10 +30,16 @@ Sidebar::Sidebar(WindowState* window, SidebarStore* store, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 6, 0, 0);
     layout->addWidget(m_view);
-    QPalette palette = m_view->palette();
-    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
-    palette.setColor(QPalette::Text, theme::text());
-    m_view->setPalette(palette);
+    setAutoFillBackground(true);
+    theme::whenChanged(this, [this] { // the sidebar's own ground, from each theme
+        for (QWidget* widget : {static_cast<QWidget*>(this), static_cast<QWidget*>(m_view)}) {
+            QPalette palette = widget->palette();
+            palette.setColor(QPalette::Window, theme::sidebar());
+            palette.setColor(QPalette::Base, theme::sidebar());
+            palette.setColor(QPalette::Text, theme::text());
+            widget->setPalette(palette);
+        }
+    });
     setMinimumWidth(140);
 
     connect(m_view, &SidebarView::rowActivated, this, &Sidebar::open);
@@ -146,6 +154,16 @@ void Sidebar::addDropped(const QList<FilePath>& folders, int index)
 
 void Sidebar::eject(const SidebarRow& row)
 {
+    if (ServerMounts::isServerPath(row.path)) { // a connected server: gvfs unmounts it
+        ServerMounts::unmount(this, row.path, [this, name = row.name](const Status& done) {
+            if (done)
+                Q_EMIT messageRequested(QStringLiteral("Disconnected “%1”").arg(name));
+            else
+                Q_EMIT messageRequested(QStringLiteral("Couldn't disconnect “%1”: %2").arg(name, done.error()));
+            m_locations->refresh();
+        });
+        return;
+    }
     // gio unmounts and powers off what the desktop mounted; udisksctl is the fallback. Both
     // run as processes, so the window never waits on them.
     auto* process = new QProcess(this);

@@ -1,6 +1,10 @@
 #include "ui/window/CommandMenus.h"
 
 #include "commands/CommandCatalog.h"
+#include "places/FinderTag.h"
+#include "ui/views/TagDots.h"
+#include "ui/window/TagsMenu.h"
+#include "ui/window/ThemeMenu.h"
 #include "ui/window/WorkspacesMenu.h"
 #include "state/FileActions.h"
 
@@ -14,6 +18,9 @@ namespace orwick {
 
 QIcon commandIcon(const QString& symbol)
 {
+    // A tag's command shows its colour ("tag.red"); another tag a plain dot ("tag").
+    if (symbol == QLatin1StringView("tag") || symbol.startsWith(QLatin1StringView("tag.")))
+        return tagDotIcon(FinderTag::colorIndex(symbol.mid(4)).value_or(0));
     static const QHash<QString, QString> themeNames{
         {"plus.square.on.square", "tab-new"}, {"macwindow.badge.plus", "window-new"}, {"folder.badge.plus", "folder-new"}, {"doc.badge.plus", "document-new"},
         {"xmark", "window-close"}, {"pencil", "edit-rename"}, {"trash", "user-trash"}, {"doc.on.doc", "edit-copy"},
@@ -35,9 +42,11 @@ QIcon commandIcon(const QString& symbol)
 
 CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
 {
-    addMenu(QStringLiteral("&File"), {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openInNewTab",
-                                      "openInEditor", "openInTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "getInfo", "compress", "extract",
-                                      "tidyUp", "-", "putBack", "trash", "-", "closeTab"});
+    QMenu* file = addMenu(QStringLiteral("&File"), {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openInNewTab",
+                                      "openInEditor", "openInTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress", "extract",
+                                      "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab"});
+    TagsMenu::addShortcuts(window, state);
+    file->insertMenu(action(QStringLiteral("getInfo")), TagsMenu::addTo(file, window, state));
     QMenu* edit = addMenu(QStringLiteral("&Edit"), {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath",
                                                     "copyRelativePath", "copyContents", "copyDataURI", "-", "selectAll",
                                                     "selectNone", "invertSelection", "-", "filter", "search", "saveSearch", "-", "customize"});
@@ -51,12 +60,14 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     edit->insertAction(first.isEmpty() ? nullptr : first.first(), redo);
     edit->insertSeparator(first.isEmpty() ? nullptr : first.first());
 
-    addMenu(QStringLiteral("&View"), {"view.grid", "view.list", "view.columns", "view.table", "-", "sort.name", "sort.modified",
+    QMenu* view = addMenu(QStringLiteral("&View"), {"view.grid", "view.list", "view.columns", "view.table", "-", "sort.name", "sort.modified",
                                       "sort.size", "sort.kind", "groupByDate", "-", "hiddenFiles", "hideIgnored", "biggerIcons",
                                       "smallerIcons", "folderSizes", "reload", "-", "toggleSidebar", "focusSidebar", "togglePreview",
                                       "expandPreview", "toggleTerminal", "newTerminal"});
+    view->addSeparator();
+    ThemeMenu::addTo(view, state);
     addMenu(QStringLiteral("&Go"), {"back", "forward", "up", "-", "palette", "goToPath", "projects", "-", "showRecents", "thisMac",
-                                    "screenshots", "trashFolder", "-", "moveTo", "copyTo", "copyToOther", "moveToOther", "linkToOther",
+                                    "screenshots", "trashFolder", "connectToServer", "-", "moveTo", "copyTo", "copyToOther", "moveToOther", "linkToOther",
                                     "-", "findDuplicates", "showSpace", "cleanUp", "findInFiles", "reviewChanges"});
     QMenu* windowMenu = addMenu(QStringLiteral("&Window"), {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-",
                                                             "nextTab", "previousTab", "reopenTab", "-", "saveWorkspace"});
@@ -67,7 +78,8 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     const std::pair<const char*, QKeySequence> habits[] = {
         {"back", QKeySequence(Qt::ALT | Qt::Key_Left)}, {"forward", QKeySequence(Qt::ALT | Qt::Key_Right)},
         {"up", QKeySequence(Qt::ALT | Qt::Key_Up)}, {"hiddenFiles", QKeySequence(Qt::CTRL | Qt::Key_H)},
-        {"trash", QKeySequence(Qt::Key_Delete)}, {"toggleSidebar", QKeySequence(Qt::Key_F9)}};
+        {"trash", QKeySequence(Qt::Key_Delete)}, {"toggleSidebar", QKeySequence(Qt::Key_F9)},
+        {"togglePreview", QKeySequence(Qt::Key_F3)}};
     for (const auto& [id, extra] : habits)
         if (QAction* a = action(QString::fromLatin1(id)); a && !a->shortcut().isEmpty())
             a->setShortcuts({a->shortcut(), extra});
@@ -159,6 +171,18 @@ void CommandMenus::showContextMenu(const QPoint& globalPosition)
                 a->setText(command->title);
             menu.addAction(a);
         }
+    }
+    if (hasSelection && m_state->files().canChangeSelection()) {
+        // "Tags" comes before the last group (Put Back, Move to Trash).
+        QAction* before = nullptr;
+        for (QAction* a : menu.actions())
+            if (a == action(QStringLiteral("putBack")) || a == action(QStringLiteral("trash"))) {
+                before = a;
+                break;
+            }
+        QMenu* tags = TagsMenu::addTo(&menu, m_window, m_state);
+        menu.insertMenu(before, tags);
+        menu.insertSeparator(before);
     }
     menu.exec(globalPosition);
 }

@@ -7,13 +7,21 @@
 #include "app/Services.h"
 #include "commands/Frecency.h"
 #include "platform/StoreNotices.h"
+#include "ui/theme/ThemeApplier.h"
+#include "ui/theme/ThemedSplitter.h"
 #include "ui/window/CommandMenus.h"
 #include "ui/window/PaletteController.h"
 #include "ui/window/PaneGrid.h"
 #include "ui/window/TabBarDrops.h"
 #include "ui/window/ToastHost.h"
 #include "ui/window/WorkspaceNamePrompt.h"
+#include "ui/servers/ServerSheet.h"
 #include "ui/sidebar/Sidebar.h"
+#include "ui/preview/PreviewFollower.h"
+#include "ui/preview/PreviewPanel.h"
+#include "ui/preview/PreviewView.h"
+#include "ui/preview/QuickLook.h"
+#include "commands/TaskActions.h"
 #include "app/Settings.h"
 #include "places/SidebarStore.h"
 
@@ -26,8 +34,13 @@
 
 namespace orwick {
 
+namespace {
+constexpr int kPreviewWidth = 380; // the preview column's width when it first opens
+}
+
 MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent), m_state(state)
 {
+    theme::follow(); // the first window puts the theme into the application
     auto* central = new QWidget(this);
     auto* layout = new QVBoxLayout(central);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -44,13 +57,16 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     layout->addWidget(m_tabBar);
     layout->addWidget(m_grids, 1);
     // The sidebar of places beside the content; whether it shows is kept as "showSidebar".
-    auto* splitter = new QSplitter(Qt::Horizontal, this);
+    auto* splitter = new ThemedSplitter(Qt::Horizontal, this);
+    splitter->setHandleWidth(1); // a line between the sidebar and the content
     splitter->setChildrenCollapsible(false);
     m_sidebar = new Sidebar(state, &SidebarStore::shared(), splitter);
     splitter->addWidget(m_sidebar);
     splitter->addWidget(central);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({220, 980});
+    m_content = central;
+    setUpPreview(splitter);
+    splitter->setSizes({220, 980, 0});
     setCentralWidget(splitter);
     state->setShowSidebar(readSettingsBool(*openSettings(), QStringLiteral("showSidebar"), true));
     m_sidebar->setVisible(state->showSidebar());
@@ -76,6 +92,7 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     m_palette = new PaletteController(state, services().frecency, this);
     connect(m_menus, &CommandMenus::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
     WorkspaceNamePrompt::follow(state, this); // "Save Workspace…" asks for a name
+    ServerSheet::follow(state, this);         // "Connect to Server…"
 
     connect(state, &WindowState::tabsChanged, this, &MainWindow::syncTabs);
     connect(state, &WindowState::selectedTabChanged, this, &MainWindow::showSelectedTab);
@@ -97,6 +114,57 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
 
     syncTabs();
     resize(1200, 760);
+}
+
+// The preview column at the right of the content and Quick Look over the window; whether the
+// column shows is the state's showPreview() (kept in the session), whether it takes the whole
+// content area its previewExpanded() (kept as "previewExpanded").
+void MainWindow::setUpPreview(QSplitter* splitter)
+{
+    m_previewPanel = new PreviewPanel(m_state, splitter);
+    splitter->addWidget(m_previewPanel);
+    splitter->setStretchFactor(2, 0);
+    m_quickLook = new QuickLook(m_state, this);
+    m_state->setPreviewExpanded(readSettingsBool(*openSettings(), QStringLiteral("previewExpanded"), false));
+    auto place = [this] {
+        const bool shown = m_state->showPreview();
+        const bool expanded = shown && m_state->previewExpanded();
+        QWidget* focus = QApplication::focusWidget();
+        const bool focusInPreview = m_previewPanel->isAncestorOf(focus);
+        const bool appearing = shown && m_previewPanel->isHidden();
+        m_previewPanel->setVisible(shown);
+        m_content->setVisible(!expanded);
+        // The column opens at a readable width, taken from the panes.
+        auto* splitter = qobject_cast<QSplitter*>(m_previewPanel->parentWidget());
+        if (appearing && splitter && !expanded) {
+            QList<int> sizes = splitter->sizes();
+            const int wanted = std::max(kPreviewWidth, sizes.value(2));
+            sizes[1] = std::max(200, sizes[1] + sizes[2] - wanted);
+            sizes[2] = wanted;
+            splitter->setSizes(sizes);
+        }
+        if (expanded)
+            m_previewPanel->view()->focusTarget()->setFocus(Qt::OtherFocusReason);
+        else if ((focusInPreview || !focus) && activePaneWidget())
+            activePaneWidget()->takeFocus();
+    };
+    connect(m_state, &WindowState::showPreviewChanged, this, place);
+    connect(m_state, &WindowState::previewExpandedChanged, this, [this, place] {
+        openSettings()->setValue(QStringLiteral("previewExpanded"), m_state->previewExpanded());
+        place();
+    });
+    place();
+    // A task box clicked in a note toggles the task in the file, as one undoable change.
+    auto toggle = [this](const FilePath& note, int line) {
+        actions::toggleTask(*m_state, note, line, [panel = QPointer(m_previewPanel), look = QPointer(m_quickLook)] {
+            if (panel)
+                panel->follower()->reload();
+            if (look)
+                look->follower()->reload();
+        });
+    };
+    connect(m_previewPanel, &PreviewPanel::taskToggleRequested, this, toggle);
+    connect(m_quickLook, &QuickLook::taskToggleRequested, this, toggle);
 }
 
 PaneWidget* MainWindow::activePaneWidget() const

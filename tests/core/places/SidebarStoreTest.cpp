@@ -152,7 +152,7 @@ TEST_F(SidebarStoreFixture, EveryChangeIsWrittenWithThePersistedKeysOnly)
         QStringList keys = onDisk().keys();
         keys.sort();
         QStringList expected{"groups", "searches", "sectionOrder", "customFavorites", "favoriteOrder", "favoriteNames", "hiddenFavorites",
-                             "showFavorites", "showRecent", "showLocations", "showCloud", "showTags", "collapsed"};
+                             "showFavorites", "showRecent", "showLocations", "showCloud", "showTags", "collapsed", "servers"};
         expected.sort();
         EXPECT_EQ(keys, expected);
         store.setShown(section::tags, false);
