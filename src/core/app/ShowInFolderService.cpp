@@ -53,7 +53,7 @@ ShowInFolderService::ShowInFolderService(OpenRouter* router, QObject* parent, st
 
 ShowInFolderService::~ShowInFolderService() { release(); }
 
-bool ShowInFolderService::isOn() const { return openSettings()->value(QLatin1StringView(settingKey), false).toBool(); }
+bool ShowInFolderService::isOn() const { return readSettingsBool(*openSettings(), QString::fromLatin1(settingKey), false); }
 
 bool ShowInFolderService::isClaimed() const { return m_claimed; }
 
