@@ -1,6 +1,7 @@
 #include "search/NameIndex.h"
 
 #include "fileops/FileOperations.h"
+#include "places/SidebarStore.h"
 #include "search/NameIndexFile.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
@@ -44,14 +45,19 @@ struct NameIndexTest : ::testing::Test {
     static void walk(NameIndex& index)
     {
         int walks = 0;
-        QObject::connect(&index, &NameIndex::walkFinished, [&walks] { ++walks; });
-        index.start();
+        QObject connection; // ends with this function
+        QObject::connect(&index, &NameIndex::walkFinished, &connection, [&walks] { ++walks; });
+        if (index.isStarted())
+            index.refresh(); // the shared index, in a repeated run
+        else
+            index.start();
         ASSERT_TRUE(waitUntil([&] { return walks > 0; }, 20000));
     }
     static void walkAndSave(NameIndex& index)
     {
         int saves = 0;
-        QObject::connect(&index, &NameIndex::saved, [&saves] { ++saves; });
+        QObject connection; // ends with this function
+        QObject::connect(&index, &NameIndex::saved, &connection, [&saves] { ++saves; });
         walk(index);
         ASSERT_TRUE(waitUntil([&] { return saves > 0; }, 20000));
     }
@@ -210,4 +216,22 @@ TEST_F(NameIndexTest, AFolderOutsideTheTreeIsIndexedAsARootOfItsOwn)
     walk(index);
     EXPECT_TRUE(holds(index, QStringLiteral("mine.txt")));
     EXPECT_NE(index.table().find(elsewhere.path(QStringLiteral("team/plan.md"))), NameTable::kNone);
+}
+
+TEST_F(NameIndexTest, TheSharedIndexCoversHomeAndFollowsTheSidebarsFolders)
+{
+    const FilePath letter = tempHome().child(QStringLiteral("Letters/to-the-council.txt"));
+    QDir().mkpath(letter.parent().text());
+    QFile(letter.text()).open(QIODevice::WriteOnly);
+    TempTree team;
+    const FilePath plan = team.file("plans/roadmap.md");
+    NameIndex& index = NameIndex::shared();
+    walk(index);
+    EXPECT_NE(index.table().find(letter), NameTable::kNone);
+    EXPECT_EQ(index.table().find(plan), NameTable::kNone);
+
+    SidebarStore::shared().add({team.root()}, QStringLiteral("Team"));
+    EXPECT_TRUE(waitUntil([&] { return index.table().find(plan) != NameTable::kNone; }, 20000));
+    EXPECT_NE(index.table().find(letter), NameTable::kNone);
+    EXPECT_TRUE(waitUntil([&] { return exists(NameIndexFile::defaultPath()); }, 20000));
 }
