@@ -39,21 +39,21 @@ bool startsOrdinaryWord(QChar c)
     return c.unicode() >= 0x80 || c == u'_' || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
 }
 
-QSet<QString> wordSet(const char* words)
+QSet<QString> wordSet(const QString& words)
 {
     QSet<QString> set;
-    for (const QString& word : QString::fromLatin1(words).split(u' ', Qt::SkipEmptyParts))
+    for (const QString& word : words.split(u' ', Qt::SkipEmptyParts))
         set.insert(word);
     return set;
 }
 
-Language describe(const char* key, QString keywords, const char* builtins, QList<QString> lineComments,
+Language describe(const char* key, const QString& keywords, const QString& builtins, QList<QString> lineComments,
                   std::optional<BlockComment> block, const char* quotes, unsigned switches = 0,
                   Family family = Family::code)
 {
     Language language;
     language.key = QString::fromLatin1(key);
-    language.keywords = wordSet(keywords.toLatin1().constData());
+    language.keywords = wordSet(keywords);
     language.builtins = wordSet(builtins);
     language.lineComments = std::move(lineComments);
     language.blockComment = std::move(block);
