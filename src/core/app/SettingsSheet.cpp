@@ -2,9 +2,12 @@
 
 #include "app/Services.h"
 #include "app/ShowInFolderService.h"
+#include "app/ThemeSettingRows.h"
 #include "commands/ExternalPrograms.h"
 #include "git/Git.h"
+#include "places/SidebarStore.h"
 #include "state/ViewPreferences.h"
+#include "theme/ThemeStore.h"
 
 #include <QPointer>
 
@@ -151,17 +154,59 @@ SettingRow showInFolderRow(ShowInFolderService* owner)
     return row;
 }
 
+// One switch per sidebar section, under the section's own title.
+QList<SettingRow> sidebarRows(SidebarStore* owner)
+{
+    struct Shown {
+        const QString& section;
+        const char* key;
+        const char* label;
+        const char* help;
+    };
+    const Shown sections[] = {
+        {section::favorites, "showFavorites", "Favorites",
+         "Home, Desktop and the rest, plus folders you add. Drag favorites in the sidebar to reorder them, and right-click one to "
+         "rename it. Drop a folder on the Favorites title to add it."},
+        {section::recent, "showRecent", "Recent", "The folders you visit most"},
+        {section::locations, "showLocations", "Locations", "Disks and mounted volumes"},
+        {section::tags, "showTags", "Tags",
+         "Color tags; click one to list every file under your home folder that carries it. Tag files from their context menu or the "
+         "palette (“Tag: Red”)."},
+    };
+    QList<SettingRow> rows;
+    const QPointer<SidebarStore> store(owner);
+    for (const Shown& shown : sections) {
+        SettingRow row = toggle(shown.key, shown.label, shown.help);
+        if (!owner) {
+            rows.append(unavailable(row, QStringLiteral("Not available in this window")));
+            continue;
+        }
+        const QString id = shown.section;
+        row.isOn = [store, id] { return store && store->isShown(id); };
+        row.setOn = [store, id](bool on) {
+            if (store && on != store->isShown(id))
+                store->setShown(id, on);
+        };
+        rows.append(row);
+    }
+    return rows;
+}
+
 } // namespace
 
 SettingsSheet::Owners SettingsSheet::programOwners(ViewPreferences* views)
 {
-    return {views, services().git, services().programs, ShowInFolderService::instance()};
+    return {views, services().git, services().programs, ShowInFolderService::instance(), &SidebarStore::shared(),
+            &ThemeStore::shared()};
 }
 
 SettingsSheet::SettingsSheet(const Owners& owners, QObject* parent) : QObject(parent)
 {
+    m_sections.append(themeSettingsSection(owners.themes)); // first: "Choose Theme…" opens the sheet on it
     m_sections.append({QStringLiteral("File List"), viewRows(owners.views) << hideIgnoredRow(owners.git)});
     m_sections.append({QStringLiteral("Other Programs"), programRows(owners.programs) << showInFolderRow(owners.showInFolder)});
+    m_sections.append({QStringLiteral("Sidebar"), sidebarRows(owners.sidebar),
+                       QStringLiteral("Click a section’s title in the sidebar to fold it away.")});
 
     if (owners.views)
         connect(owners.views, &ViewPreferences::changed, this, &SettingsSheet::changed);
@@ -171,6 +216,10 @@ SettingsSheet::SettingsSheet(const Owners& owners, QObject* parent) : QObject(pa
         connect(owners.programs, &ExternalPrograms::changed, this, &SettingsSheet::changed);
     if (owners.showInFolder)
         connect(owners.showInFolder, &ShowInFolderService::stateChanged, this, &SettingsSheet::changed);
+    if (owners.sidebar)
+        connect(owners.sidebar, &SidebarStore::sectionsChanged, this, &SettingsSheet::changed);
+    if (owners.themes)
+        connect(owners.themes, &ThemeStore::changed, this, &SettingsSheet::changed);
 }
 
 const SettingRow* SettingsSheet::row(const QString& key) const

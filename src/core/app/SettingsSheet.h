@@ -6,6 +6,8 @@
 //   Git                  "hideIgnored"
 //   ExternalPrograms     "preferredEditor", "preferredTerminal"
 //   ShowInFolderService  "takeOverShowInFolder"
+//   SidebarStore         "showFavorites", "showRecent", "showLocations", "showTags" (in sidebar.json)
+//   ThemeStore           "theme", "appearanceMode", "accentColor" (ThemeSettingRows.h)
 // An owner that is absent leaves its row listed but unavailable (no setter), with a note that
 // says why.
 //
@@ -22,6 +24,8 @@ namespace orwick {
 class ExternalPrograms;
 class Git;
 class ShowInFolderService;
+class SidebarStore;
+class ThemeStore;
 class ViewPreferences;
 
 struct SettingChoice {
@@ -52,6 +56,7 @@ struct SettingRow {
 struct SettingsSection {
     QString title;
     QList<SettingRow> rows;
+    QString help; // under the title, when non-empty
 };
 
 class SettingsSheet : public QObject {
@@ -62,9 +67,12 @@ public:
         Git* git = nullptr;
         ExternalPrograms* programs = nullptr;
         ShowInFolderService* showInFolder = nullptr;
+        SidebarStore* sidebar = nullptr;
+        ThemeStore* themes = nullptr;
     };
     // The program's own: `views` (one per program, made by main), services().git,
-    // services().programs and ShowInFolderService::instance().
+    // services().programs, ShowInFolderService::instance(), SidebarStore::shared()
+    // and ThemeStore::shared().
     static Owners programOwners(ViewPreferences* views);
 
     explicit SettingsSheet(const Owners& owners, QObject* parent = nullptr);

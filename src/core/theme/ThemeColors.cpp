@@ -86,9 +86,9 @@ QString cssColor(const QColor& color)
 
 QColor mixColors(const QColor& from, const QColor& to, double amount)
 {
-    auto mix = [amount](double a, double b) { return a + (b - a) * amount; };
-    return QColor::fromRgbF(float(mix(from.redF(), to.redF())), float(mix(from.greenF(), to.greenF())),
-                            float(mix(from.blueF(), to.blueF())));
+    // Whole 8-bit steps, as a theme file writes them and a screen shows them.
+    auto mix = [amount](int a, int b) { return qRound(a + (b - a) * amount); };
+    return QColor(mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue()));
 }
 
 bool ThemeColors::isDark() const { return color(QStringLiteral("background")).lightnessF() < 0.5f; }

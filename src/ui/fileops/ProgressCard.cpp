@@ -77,9 +77,7 @@ void ProgressCard::rebuild()
         bar->setMaximumHeight(6);
         bar->setRange(0, 1000);
         auto* detail = new QLabel(widget);
-        QPalette palette = detail->palette();
-        palette.setColor(QPalette::WindowText, theme::dimText());
-        detail->setPalette(palette);
+        detail->setForegroundRole(QPalette::PlaceholderText); // dim, and follows the theme
         auto* cancel = new QToolButton(widget);
         cancel->setText(QStringLiteral("✕"));
         cancel->setToolTip(QStringLiteral("Stop"));

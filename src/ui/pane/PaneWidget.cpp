@@ -40,9 +40,7 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     m_message = new QLabel(m_stack);
     m_message->setAlignment(Qt::AlignCenter);
     m_message->setFocusPolicy(Qt::StrongFocus);
-    QPalette palette = m_message->palette();
-    palette.setColor(QPalette::WindowText, theme::dimText());
-    m_message->setPalette(palette);
+    m_message->setForegroundRole(QPalette::PlaceholderText); // dim, and follows the theme
     QFont font = m_message->font();
     font.setPointSizeF(font.pointSizeF() * 1.2);
     m_message->setFont(font);
@@ -109,9 +107,8 @@ QWidget* PaneWidget::itemsView() const
 
 void PaneWidget::setActive(bool active)
 {
-    QPalette palette = m_activeMark->palette();
-    palette.setColor(QPalette::Window, active ? theme::accent() : Qt::transparent);
-    m_activeMark->setPalette(palette);
+    // A role, not a colour: the strip takes each new theme's accent with the application palette.
+    m_activeMark->setBackgroundRole(active ? QPalette::Highlight : QPalette::Window);
 }
 
 void PaneWidget::takeFocus() { focusTarget()->setFocus(Qt::OtherFocusReason); }

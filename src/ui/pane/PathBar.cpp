@@ -41,9 +41,7 @@ void PathBar::rebuild()
     };
     auto addSeparator = [this] {
         auto* separator = new QLabel(QStringLiteral("›"), this);
-        QPalette palette = separator->palette();
-        palette.setColor(QPalette::WindowText, theme::dimText());
-        separator->setPalette(palette);
+        separator->setForegroundRole(QPalette::PlaceholderText); // dim, and follows the theme
         m_layout->addWidget(separator);
     };
 
@@ -56,9 +54,7 @@ void PathBar::rebuild()
         if (const auto& note = m_pane->listingNote()) {
             auto* summary = new QLabel(*note, this);
             summary->setContentsMargins(10, 0, 0, 0);
-            QPalette palette = summary->palette();
-            palette.setColor(QPalette::WindowText, theme::dimText());
-            summary->setPalette(palette);
+            summary->setForegroundRole(QPalette::PlaceholderText); // dim, and follows the theme
             m_layout->addWidget(summary);
         }
         m_layout->addStretch(1);

@@ -16,9 +16,7 @@ StatusLine::StatusLine(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     m_left = new QLabel(this);
     m_right = new QLabel(this);
     for (QLabel* label : {m_left, m_right}) {
-        QPalette palette = label->palette();
-        palette.setColor(QPalette::WindowText, theme::dimText());
-        label->setPalette(palette);
+        label->setForegroundRole(QPalette::PlaceholderText); // dim, and follows the theme
         QFont font = label->font();
         font.setPointSizeF(font.pointSizeF() * 0.92);
         label->setFont(font);

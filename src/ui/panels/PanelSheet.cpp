@@ -28,9 +28,7 @@ PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* w
     bold.setPointSizeF(bold.pointSizeF() * 1.15);
     titleLabel->setFont(bold);
     auto* subtitleLabel = new QLabel(subtitle, this);
-    QPalette dim = subtitleLabel->palette();
-    dim.setColor(QPalette::WindowText, theme::dimText());
-    subtitleLabel->setPalette(dim);
+    subtitleLabel->setForegroundRole(QPalette::PlaceholderText); // dim, and follows the theme
     titleRow->addWidget(titleLabel);
     titleRow->addWidget(subtitleLabel, 1);
     m_tools = new QHBoxLayout;
@@ -47,7 +45,7 @@ PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* w
     layout->addLayout(m_body, 1);
 
     m_footer = new QLabel(this);
-    m_footer->setPalette(dim);
+    m_footer->setForegroundRole(QPalette::PlaceholderText);
     m_footer->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout->addWidget(m_footer);
 

@@ -3,6 +3,7 @@
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
 #include "ui/theme/Theme.h"
+#include "ui/theme/ThemeApplier.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -25,14 +26,17 @@ QString literal(const QString& text)
     return escaped.replace(QLatin1Char('&'), QStringLiteral("&&"));
 }
 
-QLabel* paragraph(const QString& text, const QColor& colour, QWidget* parent)
+// `colour` is asked again whenever the theme changes.
+QLabel* paragraph(const QString& text, QColor (*colour)(), QWidget* parent)
 {
     auto* label = new QLabel(text, parent);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, colour);
-    label->setPalette(palette);
+    theme::whenChanged(label, [label, colour] {
+        QPalette palette = label->palette();
+        palette.setColor(QPalette::WindowText, colour());
+        label->setPalette(palette);
+    });
     return label;
 }
 
@@ -66,6 +70,11 @@ SettingsPanel::SettingsPanel(const SettingsSheet::Owners& owners, QWidget* windo
         heading->setFont(bold);
         heading->setContentsMargins(0, m_rows.isEmpty() ? 4 : 16, 0, 4);
         rows->addWidget(heading);
+        if (!section.help.isEmpty()) {
+            QLabel* help = paragraph(section.help, theme::dimText, content);
+            help->setContentsMargins(6, 0, 6, 4);
+            rows->addWidget(help);
+        }
         for (const SettingRow& row : section.rows)
             addRow(row, content);
     }
@@ -123,10 +132,10 @@ void SettingsPanel::addRow(const SettingRow& setting, QWidget* content)
         lines->addLayout(line);
         control = combo;
     }
-    QLabel* help = paragraph(setting.help, theme::dimText(), block);
+    QLabel* help = paragraph(setting.help, theme::dimText, block);
     help->setContentsMargins(indent, 0, 0, 0);
     lines->addWidget(help);
-    QLabel* note = paragraph({}, theme::warning(), block);
+    QLabel* note = paragraph({}, theme::warning, block);
     note->setContentsMargins(indent, 0, 0, 0);
     lines->addWidget(note);
     layout->addWidget(block);

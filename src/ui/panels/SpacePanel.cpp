@@ -36,9 +36,7 @@ SpacePanel::SpacePanel(PaneState* pane, QWidget* window)
     mapLayout->setContentsMargins(0, 0, 0, 0);
     m_where = new QLabel(m_mapPage);
     m_hover = new QLabel(m_mapPage);
-    QPalette dim = m_hover->palette();
-    dim.setColor(QPalette::WindowText, theme::dimText());
-    m_hover->setPalette(dim);
+    m_hover->setForegroundRole(QPalette::PlaceholderText); // dim, and follows the theme
     m_map = new TreemapWidget(m_mapPage);
     mapLayout->addWidget(m_where);
     mapLayout->addWidget(m_map, 1);

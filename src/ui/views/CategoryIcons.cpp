@@ -88,11 +88,24 @@ QIcon makeIcon(FileCategory category, bool link, bool broken)
     return icon;
 }
 
+// The icons are drawn in the theme's tints: a new theme draws them afresh.
+QHash<int, QIcon>& iconCache(bool links)
+{
+    static QHash<int, QIcon> plain, linked;
+    static int drawnFor = -1;
+    if (drawnFor != theme::revision()) {
+        drawnFor = theme::revision();
+        plain.clear();
+        linked.clear();
+    }
+    return links ? linked : plain;
+}
+
 } // namespace
 
 QIcon categoryIcon(FileCategory category)
 {
-    static QHash<int, QIcon> cache;
+    QHash<int, QIcon>& cache = iconCache(false);
     auto found = cache.find(int(category));
     if (found == cache.end())
         found = cache.insert(int(category), makeIcon(category, false, false));
@@ -103,7 +116,7 @@ QIcon itemIcon(const FileItem& item)
 {
     if (!item.isSymlink())
         return categoryIcon(item.category);
-    static QHash<int, QIcon> links;
+    QHash<int, QIcon>& links = iconCache(true);
     const int key = int(item.category) * 2 + (item.brokenTarget ? 1 : 0);
     auto found = links.find(key);
     if (found == links.end())

@@ -42,9 +42,7 @@ PaletteWidget::PaletteWidget(PaletteState* state, QWidget* window) : QFrame(wind
     m_rows->setIconSize(QSize(16, 16));
     m_rows->setItemDelegate(new PaletteRowDelegate(m_rows));
     m_footer = new QLabel(this);
-    QPalette dim = m_footer->palette();
-    dim.setColor(QPalette::WindowText, theme::dimText());
-    m_footer->setPalette(dim);
+    m_footer->setForegroundRole(QPalette::PlaceholderText); // dim, and follows the theme
     layout->addWidget(m_title);
     layout->addWidget(m_query);
     layout->addWidget(m_rows, 1);

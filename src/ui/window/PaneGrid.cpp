@@ -1,6 +1,7 @@
 #include "ui/window/PaneGrid.h"
 
 #include "ui/pane/PaneWidget.h"
+#include "ui/theme/ThemedSplitter.h"
 
 #include <QApplication>
 #include <QSplitter>
@@ -44,11 +45,11 @@ void PaneGrid::rebuild()
     }
     m_widgets = kept;
     delete m_columns;
-    m_columns = new QSplitter(Qt::Horizontal, this);
+    m_columns = new ThemedSplitter(Qt::Horizontal, this);
     m_columns->setChildrenCollapsible(false);
     m_columns->setHandleWidth(3);
     for (const auto& column : m_tab->columns()) {
-        auto* rows = new QSplitter(Qt::Vertical, m_columns);
+        auto* rows = new ThemedSplitter(Qt::Vertical, m_columns);
         rows->setChildrenCollapsible(false);
         rows->setHandleWidth(3);
         for (PaneState* pane : column) {

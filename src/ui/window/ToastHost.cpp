@@ -1,6 +1,7 @@
 #include "ui/window/ToastHost.h"
 
 #include "ui/theme/Theme.h"
+#include "ui/theme/ThemeApplier.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -27,17 +28,12 @@ ToastHost::ToastHost(QWidget* window) : QWidget(window)
     layout->setSpacing(12);
     m_label = new QLabel(this);
     m_label->setWordWrap(true);
-    QPalette palette = m_label->palette();
-    palette.setColor(QPalette::WindowText, theme::toastText());
-    palette.setColor(QPalette::ButtonText, theme::accent().lighter(theme::isDark() ? 80 : 150));
-    m_label->setPalette(palette);
     layout->addWidget(m_label, 1);
     for (int i = 0; i < kMostActions; ++i) {
         auto* button = new QPushButton(this);
         button->setFlat(true);
         button->setFocusPolicy(Qt::NoFocus);
         button->setCursor(Qt::PointingHandCursor);
-        button->setPalette(palette);
         QFont bold = button->font();
         bold.setBold(true);
         button->setFont(bold);
@@ -50,6 +46,15 @@ ToastHost::ToastHost(QWidget* window) : QWidget(window)
         });
         m_buttons[i] = button;
     }
+    // Toasts stand out from the window: the theme's text colour is their ground.
+    theme::whenChanged(this, [this] {
+        QPalette palette = m_label->palette();
+        palette.setColor(QPalette::WindowText, theme::toastText());
+        palette.setColor(QPalette::ButtonText, theme::accent().lighter(theme::isDark() ? 80 : 150));
+        m_label->setPalette(palette);
+        for (QPushButton* button : findChildren<QPushButton*>())
+            button->setPalette(palette);
+    });
     m_timer = new QTimer(this);
     m_timer->setSingleShot(true);
     connect(m_timer, &QTimer::timeout, this, &QWidget::hide);

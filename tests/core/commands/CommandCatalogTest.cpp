@@ -42,7 +42,11 @@ TEST_F(CatalogFixture, EveryCommandHasOneIdATitleAndAnAction)
     const QList<AppCommand> all = CommandCatalog::all(*window);
     EXPECT_EQ(all.first().id, "newTab");
     EXPECT_EQ(all[1].id, "newFolder");
-    EXPECT_TRUE(all.last().id == "saveWorkspace" || all.last().id.startsWith("deleteWorkspace."));
+    const auto at = [&all](const char* id) {
+        return std::find_if(all.cbegin(), all.cend(), [id](const AppCommand& c) { return c.id == QLatin1StringView(id); }) - all.cbegin();
+    };
+    EXPECT_LT(at("saveWorkspace"), at("theme.Orwick")) << "workspaces, then themes, appearance and accents";
+    EXPECT_EQ(all.last().id, "accent.themesOwn");
     EXPECT_EQ(CommandCatalog::find("thisMac")->title, "This Computer");
     EXPECT_EQ(CommandCatalog::find("showInFinder")->title, "Show in System File Manager");
     EXPECT_EQ(CommandCatalog::find("nextTab")->shortcut, QKeySequence(Qt::CTRL | Qt::Key_Tab));

@@ -1,0 +1,158 @@
+// Themes in a real window: choosing a theme, an appearance or an accent (by palette command, by
+// the View menu, by the Customize sheet) restyles the open window at once, and so does saving a
+// theme file in the themes folder.
+
+#include "commands/CommandCatalog.h"
+#include "theme/ThemeStore.h"
+#include "ui/panels/SettingsPanel.h"
+#include "ui/sidebar/Sidebar.h"
+#include "ui/theme/Theme.h"
+#include "WindowFixture.h"
+
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QFile>
+#include <QMenu>
+#include <QMenuBar>
+
+using namespace orwick;
+using namespace orwick::test;
+
+namespace {
+
+struct ThemeWindowTest : WindowTest {
+    ThemeStore& themes() { return ThemeStore::shared(); }
+    void SetUp() override
+    {
+        tree.file("a.txt");
+        open(tree.root());
+        themes().setAppearanceMode(AppearanceMode::light);
+    }
+    void TearDown() override
+    {
+        QFile::remove(themes().folder().child(QStringLiteral("mine.json")).text());
+        themes().reload();
+        themes().setSelectedName(QStringLiteral("Orwick"));
+        themes().setAccent(std::nullopt);
+        themes().setAppearanceMode(AppearanceMode::system);
+    }
+    // The colour the window shows at a point of the file list below its rows.
+    QColor listGround()
+    {
+        QWidget* view = window->activePaneWidget()->focusTarget();
+        QApplication::processEvents();
+        const QImage shot = view->grab().toImage();
+        return shot.pixelColor(shot.width() - 20, shot.height() - 20);
+    }
+    QColor sidebarGround()
+    {
+        const QImage shot = window->sidebar()->grab().toImage();
+        return shot.pixelColor(shot.width() / 2, shot.height() - 10);
+    }
+    QMenu* themeMenu()
+    {
+        for (QAction* top : window->menuBar()->actions())
+            if (top->text() == QStringLiteral("&View"))
+                for (QAction* entry : top->menu()->actions())
+                    if (entry->menu() && entry->text() == QStringLiteral("&Theme"))
+                        return entry->menu();
+        return nullptr;
+    }
+    QAction* entry(QMenu* menu, const QString& text)
+    {
+        for (QAction* a : menu->actions())
+            if (a->text() == text)
+                return a;
+        return nullptr;
+    }
+};
+
+TEST_F(ThemeWindowTest, ThemeAndAppearanceCommandsRestyleTheOpenWindow)
+{
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("theme.Nord"), *state));
+    EXPECT_EQ(listGround(), QColor(0xEC, 0xEF, 0xF4));
+    EXPECT_EQ(sidebarGround(), QColor(0xE5, 0xE9, 0xF0));
+    EXPECT_EQ(QApplication::palette().color(QPalette::Text), QColor(0x2E, 0x34, 0x40));
+
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("appearance.dark"), *state));
+    EXPECT_EQ(listGround(), QColor(0x2E, 0x34, 0x40));
+    EXPECT_EQ(sidebarGround(), QColor(0x29, 0x2E, 0x39));
+    EXPECT_TRUE(theme::isDark());
+
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("theme.Solarized"), *state));
+    EXPECT_EQ(listGround(), QColor(0x00, 0x2B, 0x36));
+    EXPECT_EQ(QApplication::palette().color(QPalette::Highlight), QColor(0x26, 0x8B, 0xD2));
+
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("accent.Green"), *state));
+    EXPECT_EQ(QApplication::palette().color(QPalette::Highlight), QColor(0x2E, 0x9E, 0x55)) << "the active pane's mark and more";
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("accent.themesOwn"), *state));
+    EXPECT_EQ(QApplication::palette().color(QPalette::Highlight), QColor(0x26, 0x8B, 0xD2));
+}
+
+TEST_F(ThemeWindowTest, SavingAThemeFileRestylesTheOpenWindow)
+{
+    const FilePath file = themes().folder().child(QStringLiteral("mine.json"));
+    auto write = [&](const QByteArray& json) {
+        QFile out(file.text());
+        ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        out.write(json);
+    };
+    write(R"({"name": "Mine", "light": {"background": "#FFF4E0"}})");
+    ASSERT_TRUE(waitUntil([&] { return CommandCatalog::find(QStringLiteral("theme.Mine")) != nullptr; }))
+        << "a new file is a new palette row";
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("theme.Mine"), *state));
+    EXPECT_EQ(listGround(), QColor(0xFF, 0xF4, 0xE0));
+
+    write(R"({"name": "Mine", "light": {"background": "#E0F4FF"}, "rowHeight": 40})");
+    ASSERT_TRUE(waitUntil([&] { return listGround() == QColor(0xE0, 0xF4, 0xFF); })) << "saved, and shown at once";
+    EXPECT_EQ(theme::rowHeight(), 40);
+    QWidget* view = window->activePaneWidget()->focusTarget();
+    auto* list = qobject_cast<QAbstractItemView*>(view);
+    ASSERT_TRUE(list);
+    ASSERT_TRUE(waitUntil([&] { return list->visualRect(list->model()->index(0, 0)).height() >= 40; })) << "rows take the new height";
+}
+
+TEST_F(ThemeWindowTest, TheViewMenuListsThemesAndChecksTheChosenOne)
+{
+    QMenu* menu = themeMenu();
+    ASSERT_TRUE(menu);
+    Q_EMIT menu->aboutToShow();
+    for (const char* name : {"Orwick", "Paper", "Nord", "Dracula", "Solarized", "Catppuccin", "Match System", "Light", "Dark",
+                             "Choose Theme…", "Open Themes Folder"})
+        EXPECT_TRUE(entry(menu, QString::fromUtf8(name))) << name;
+    EXPECT_TRUE(entry(menu, "Orwick")->isChecked());
+    EXPECT_TRUE(entry(menu, "Light")->isChecked());
+    entry(menu, "Dracula")->trigger();
+    EXPECT_EQ(themes().current().name, "Dracula");
+    EXPECT_EQ(listGround(), QColor(0xFF, 0xFB, 0xEB));
+    Q_EMIT menu->aboutToShow();
+    EXPECT_TRUE(entry(menu, "Dracula")->isChecked());
+    EXPECT_FALSE(entry(menu, "Orwick")->isChecked());
+
+    entry(menu, "Open Themes Folder")->trigger();
+    ASSERT_TRUE(waitUntil([&] { return pane()->url() == themes().folder() && !pane()->isLoading(); }));
+}
+
+TEST_F(ThemeWindowTest, ChooseThemeOpensCustomizeOnTheThemeRow)
+{
+    SettingsPanel::follow(*state, window.get());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("chooseTheme"), *state));
+    SettingsPanel* sheet = window->findChild<SettingsPanel*>();
+    ASSERT_TRUE(sheet);
+    auto* choice = qobject_cast<QComboBox*>(sheet->control(QStringLiteral("theme")));
+    ASSERT_TRUE(choice);
+    EXPECT_EQ(QApplication::focusWidget(), choice);
+    EXPECT_EQ(choice->currentText(), "Orwick");
+    press(Qt::Key_Right); // the next theme: Paper
+    EXPECT_EQ(themes().current().name, "Paper");
+    EXPECT_EQ(listGround(), QColor(0xFF, 0xFF, 0xFF));
+    auto* mode = qobject_cast<QComboBox*>(sheet->control(QStringLiteral("appearanceMode")));
+    ASSERT_TRUE(mode);
+    mode->setCurrentIndex(mode->findData(QStringLiteral("dark")));
+    EXPECT_EQ(listGround(), QColor(0x19, 0x19, 0x19));
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("appearance.light"), *state));
+    EXPECT_EQ(mode->currentData().toString(), "light") << "the sheet follows a change made elsewhere";
+    press(Qt::Key_Escape);
+}
+
+} // namespace
