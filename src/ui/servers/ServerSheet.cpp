@@ -36,6 +36,12 @@ ServerSheet::ServerSheet(WindowState* state, QWidget* window) : QDialog(window),
     setAttribute(Qt::WA_DeleteOnClose);
     auto* layout = new QVBoxLayout(this);
 
+    auto* heading = new QLabel(QStringLiteral("Connect to Server"), this);
+    QFont bold = heading->font();
+    bold.setBold(true);
+    bold.setPointSizeF(bold.pointSizeF() * 1.15);
+    heading->setFont(bold);
+    layout->addWidget(heading);
     auto* label = new QLabel(QStringLiteral("Server address:"), this);
     m_address = new QLineEdit(this);
     m_address->setPlaceholderText(QStringLiteral("sftp://example.com/folder"));
