@@ -250,6 +250,12 @@ void ChangeRunner::undo(std::vector<FileChange>& changes)
         case FileChange::Kind::linked:
             removeLink(change);
             break;
+        case FileChange::Kind::tagged:
+            rewriteTags(change, false);
+            break;
+        case FileChange::Kind::rewritten:
+            rewriteContents(change, false);
+            break;
         }
     }
 }
@@ -299,6 +305,12 @@ void ChangeRunner::redo(std::vector<FileChange>& changes)
             if (const auto at = makeLink(change.from, change.to))
                 change.to = *at;
             break;
+        case FileChange::Kind::tagged:
+            rewriteTags(change, true);
+            break;
+        case FileChange::Kind::rewritten:
+            rewriteContents(change, true);
+            break;
         }
     }
 }
@@ -324,6 +336,9 @@ QList<FilePath> pathsTouched(const std::vector<FileChange>& changes)
             paths.append(change.from);
             paths.append(change.to);
             break;
+        case FileChange::Kind::tagged:
+        case FileChange::Kind::rewritten:
+            break; // names stay as they were
         }
     }
     return paths;

@@ -7,9 +7,12 @@
 // waits in the Trash, and redo takes it back from there).
 
 #include "fileops/CopyProgress.h"
+#include "base/Result.h"
 #include "files/FilePath.h"
 
 #include <QList>
+#include <functional>
+#include <optional>
 #include <QStringList>
 #include <utility>
 #include <vector>
@@ -34,11 +37,19 @@ struct FileChange {
         trashed,    // from was moved to the Trash, where it lies at to; undo puts it back
         restored,   // from (in the Trash) was put back at to; undo trashes it again
         linked,     // to was made as a symbolic link to from; undo removes it while it is still that link
+        tagged,     // from's tags attribute went from attributeBefore to attributeAfter; undo writes it back
+        rewritten,  // from's bytes went from contentsBefore to contentsAfter; undo puts them back while it still holds the new ones
     };
     Kind kind = Kind::moved;
     FilePath from;
     FilePath to;
     FilePath parked; // copied/created while undone: where it waits in the Trash
+    // tagged: the attribute's value before and after the change (nothing: no attribute).
+    std::optional<QByteArray> attributeBefore = {};
+    std::optional<QByteArray> attributeAfter = {};
+    // rewritten: the file's whole contents before and after.
+    QByteArray contentsBefore = {};
+    QByteArray contentsAfter = {};
 };
 
 // Every path the changes made, removed or replaced, outside the Trash's own places (a change's
@@ -58,6 +69,7 @@ struct ChangeReport {
     int attributesLost = 0;                                // items that lost an extended attribute on the way
     int leftInPlace = 0;                                   // moved across disks, changed meanwhile, stayed
     bool cancelled = false;
+    QList<FilePath> retagged;                              // files whose tags were written (undo and redo too)
 };
 
 // Makes changes for one job. Not shared between threads; the progress is.
@@ -80,6 +92,14 @@ public:
     // name beside it ("name 2") when that is taken, even by a program racing for it.
     bool link(const FilePath& target, const FilePath& wanted);
     void recordCreated(const FilePath& path);
+    // Adds or removes one tag of the item, keeping its other tags (TagList). True when the item
+    // carries the tags as asked afterwards, changed or not; only a change is recorded.
+    bool changeTag(const FilePath& item, const QString& tag, bool adding);
+    // Replaces the contents of `file` by what `edit` makes of them (nothing written when they
+    // come back the same), keeping the file itself (see notefile::replaceFile). A refusal of
+    // `edit` is the failure sentence. True when the file holds the edited contents afterwards.
+    using Rewrite = std::function<Result<QByteArray>(const QByteArray& contents)>;
+    bool rewrite(const FilePath& file, const Rewrite& edit);
     void fail(const QString& sentence) { m_report.errors.append(sentence); }
 
     // Runs the inverse of `changes` (last first) or the changes again (first first); the records
@@ -92,6 +112,8 @@ private:
     bool takeFromTrash(const FilePath& inTrash, const FilePath& to, bool record);
     std::optional<FilePath> makeLink(const FilePath& target, const FilePath& wanted);
     void removeLink(const FileChange& change);
+    void rewriteTags(const FileChange& change, bool forward);
+    void rewriteContents(const FileChange& change, bool forward);
     void keepNotes(const CopyResult& result);
     std::optional<FilePath> parkInTrash(const FilePath& item);
 

@@ -24,6 +24,36 @@ std::optional<QByteArray> get(const FilePath& path, const char* name)
     return std::nullopt;
 }
 
+Reading read(const FilePath& path, const char* name)
+{
+    QByteArray value(256, Qt::Uninitialized);
+    for (int attempt = 0; attempt < 4; ++attempt) {
+        const ssize_t n = lgetxattr(path.c_str(), name, value.data(), value.size());
+        if (n >= 0) {
+            value.truncate(n);
+            return {value, 0};
+        }
+        if (errno == ENODATA || errno == ENOTSUP)
+            return {}; // a disk without attributes holds none
+        if (errno != ERANGE)
+            return {std::nullopt, errno};
+        const ssize_t needed = lgetxattr(path.c_str(), name, nullptr, 0);
+        if (needed < 0)
+            return errno == ENODATA ? Reading{} : Reading{std::nullopt, errno};
+        value.resize(needed);
+    }
+    return {std::nullopt, ERANGE};
+}
+
+int write(const FilePath& path, const char* name, const std::optional<QByteArray>& value)
+{
+    if (value)
+        return lsetxattr(path.c_str(), name, value->constData(), size_t(value->size()), 0) == 0 ? 0 : errno;
+    if (lremovexattr(path.c_str(), name) == 0 || errno == ENODATA)
+        return 0;
+    return errno;
+}
+
 static QString refusal(const FilePath& path)
 {
     if (errno == ENOTSUP)

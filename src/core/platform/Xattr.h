@@ -16,6 +16,17 @@ std::optional<QByteArray> get(const FilePath& path, const char* name);
 [[nodiscard]] Status set(const FilePath& path, const char* name, const QByteArray& value);
 [[nodiscard]] Status remove(const FilePath& path, const char* name);
 
+// For callers that word the refusal themselves (the tag changes): the value, nothing when the
+// attribute is not set, or the errno that kept it from being read.
+struct Reading {
+    std::optional<QByteArray> value;
+    int error = 0;
+};
+Reading read(const FilePath& path, const char* name);
+// Writes the value, or removes the attribute for nothing (already absent is fine); returns 0 or
+// the errno of the refusal.
+int write(const FilePath& path, const char* name, const std::optional<QByteArray>& value);
+
 // Copies every extended attribute of the open file `from` to the open file `to`, whatever the
 // size of the names and values. Returns the names the target refused (empty when all were
 // kept); attributes of the "security." namespace that the target can't hold are not counted,

@@ -1,5 +1,6 @@
 #include "search/QuerySearch.h"
 
+#include "places/TagList.h"
 #include "platform/UniqueFd.h"
 #include "platform/Xattr.h"
 #include "search/SearchRoots.h"
@@ -126,22 +127,7 @@ qint64 run(const SearchQuery& query, const Options& options, const SearchWalker:
     return SearchWalker::run(walk, makeTest(query, options), sink, cancel);
 }
 
-bool tagsContain(QByteArrayView tags, const QString& tag)
-{
-    const QByteArray wanted = tag.trimmed().toUtf8();
-    if (wanted.isEmpty())
-        return false;
-    qsizetype start = 0;
-    for (qsizetype i = 0; i <= tags.size(); ++i) {
-        if (i < tags.size() && tags[i] != ',' && tags[i] != ';' && tags[i] != '\n' && tags[i] != '\0')
-            continue;
-        const QByteArray one = tags.sliced(start, i - start).toByteArray().trimmed();
-        if (!one.isEmpty() && QString::fromUtf8(one).compare(QString::fromUtf8(wanted), Qt::CaseInsensitive) == 0)
-            return true;
-        start = i + 1;
-    }
-    return false;
-}
+bool tagsContain(QByteArrayView tags, const QString& tag) { return TagList::parse(tags).contains(tag); }
 
 qint64 runTag(const QString& tag, const FilePath& root, bool showHidden, const SearchWalker::Sink& sink, const CancelFlag& cancel)
 {

@@ -29,8 +29,8 @@ SearchWalker::Test makeTest(const SearchQuery& query, const Options& options);
 // Nothing runs for a query that is not runnable. Returns the number of hits.
 qint64 run(const SearchQuery& query, const Options& options, const SearchWalker::Sink& sink, const CancelFlag& cancel);
 
-// Whether a user.xdg.tags value carries `tag`: names separated by commas (or semicolons),
-// spaces around them ignored, letter case too.
+// Whether a user.xdg.tags value carries `tag`, read as TagList reads it (commas or semicolons,
+// spaces around names and letter case ignored, Grey is Gray).
 bool tagsContain(QByteArrayView tags, const QString& tag);
 // Every file and folder under `root` that carries the tag.
 qint64 runTag(const QString& tag, const FilePath& root, bool showHidden, const SearchWalker::Sink& sink, const CancelFlag& cancel);

@@ -1,6 +1,7 @@
 #include "ui/sidebar/SidebarModel.h"
 
 #include "commands/Frecency.h"
+#include "places/FinderTags.h"
 #include "places/Locations.h"
 #include "places/SidebarStore.h"
 #include "ui/views/CategoryIcons.h"
@@ -20,6 +21,7 @@ SidebarModel::SidebarModel(SidebarStore* store, Locations* locations, Frecency* 
         connect(locations, &Locations::changed, this, &SidebarModel::rebuild);
     if (frecency)
         connect(frecency, &Frecency::saved, this, &SidebarModel::rebuild);
+    connect(&FinderTags::shared(), &FinderTags::changed, this, &SidebarModel::rebuild); // a rebuild that changes nothing is cheap
     rebuild();
 }
 
@@ -141,9 +143,13 @@ void SidebarModel::addSection(QList<SidebarRow>& rows, const QString& id) const
             trash.trailing = QString::number(m_locations->trashCount());
         rows.append(trash);
     } else if (id == section::tags) {
-        for (const QString& tag : kColorTags) {
-            SidebarRow r = row(Kind::tag, tag, QStringLiteral("tag"));
-            r.tagName = tag;
+        QList<FinderTag> tags = FinderTag::colors();
+        for (const FinderTag& tag : FinderTags::shared().inUse())
+            if (!tag.isColor())
+                tags.append(tag);
+        for (const FinderTag& tag : tags) {
+            SidebarRow r = row(Kind::tag, tag.name, QStringLiteral("tag"));
+            r.tagName = tag.name;
             rows.append(r);
         }
     }

@@ -1,7 +1,8 @@
 #pragma once
 // SidebarModel: the sidebar's rows as one flat list — a title row per section, then the
 // section's rows unless it is folded. Built from the shared SidebarStore (favourites, groups,
-// saved searches, folds), Locations (drives, Trash), Frecency (Recent) and the colour tags;
+// saved searches, folds), Locations (drives, Trash), Frecency (Recent) and FinderTags (the
+// colour tags, then the other tags some file carries);
 // rebuilt whole when any of them changes. Names of favourites, group rows, groups and saved
 // searches are editable in place (setData renames them in the store). A rebuild that changes
 // nothing leaves the model alone; one that does resets it, and the view keeps its current place.
@@ -48,7 +49,6 @@ class SidebarModel : public QAbstractListModel {
     Q_OBJECT
 public:
     static constexpr int kRecentCount = 6;
-    static inline const QStringList kColorTags{"Red", "Orange", "Yellow", "Green", "Blue", "Purple", "Grey"};
 
     SidebarModel(SidebarStore* store, Locations* locations, Frecency* frecency, QObject* parent = nullptr);
 

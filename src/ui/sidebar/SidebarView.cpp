@@ -1,6 +1,8 @@
 #include "ui/sidebar/SidebarView.h"
 
+#include "places/FinderTag.h"
 #include "ui/sidebar/SidebarModel.h"
+#include "ui/theme/TagColors.h"
 #include "ui/theme/Theme.h"
 
 #include <QContextMenuEvent>
@@ -58,16 +60,10 @@ public:
         const int iconSize = 16;
         const QRect iconRect(line.left() + 8, line.center().y() - iconSize / 2, iconSize, iconSize);
         if (row.kind == SidebarRow::Kind::tag) {
-            // A colour tag is its colour; "Grey" is the chips' "Gray".
-            const QString name = row.tagName == QLatin1StringView("Grey") ? QStringLiteral("Gray") : row.tagName;
-            const int colour = int(theme::optionColorNames().indexOf(name));
+            // A colour tag is its colour; another tag a plain dot.
             painter->setRenderHint(QPainter::Antialiasing);
             painter->setPen(Qt::NoPen);
-            // The chips' colours are pale backgrounds; a dot this small needs the full hue.
-            const QColor chip = theme::optionColor(colour);
-            const QColor dot = colour < 0 || name == QLatin1StringView("Gray") || chip.hsvHue() < 0
-                ? theme::dimText()
-                : QColor::fromHsv(chip.hsvHue(), 190, theme::isDark() ? 230 : 215);
+            const QColor dot = theme::tagColor(FinderTag::colorIndex(row.tagName).value_or(0));
             painter->setBrush(dot);
             painter->drawEllipse(iconRect.adjusted(3, 3, -3, -3));
         } else {

@@ -2,6 +2,7 @@
 
 #include "ui/theme/Theme.h"
 #include "ui/views/CategoryIcons.h"
+#include "ui/views/TagDots.h"
 #include "ui/views/Thumbnails.h"
 #include "ui/views/ViewInput.h"
 
@@ -63,6 +64,7 @@ public:
         painter->setPen(item->isHidden ? theme::dimText() : theme::text());
         painter->setFont(option.font);
         painter->drawText(textBox, Qt::AlignHCenter | Qt::AlignTop | Qt::TextWrapAnywhere, elided(option.fontMetrics, item->name, textBox.width()));
+        paintTagDots(painter, tile.right() - 2, tile.top() + 12, index); // the picture's top corner
         painter->restore();
     }
 

@@ -4,6 +4,7 @@
 #include "ui/theme/Theme.h"
 #include "ui/views/FileListModel.h"
 #include "ui/views/GitMarks.h"
+#include "ui/views/TagDots.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -69,9 +70,11 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& givenOpti
     }
     QStyleOptionViewItem plain = option;
     plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
-    plain.rect.setRight(plain.rect.right() - gitMarkWidth(index));
+    const int gitWidth = gitMarkWidth(index);
+    plain.rect.setRight(plain.rect.right() - gitWidth - tagDotsWidth(index));
     paintCell(painter, plain, index);
     paintLocation(painter, plain, index);
+    paintTagDots(painter, option.rect.right() - gitWidth, option.rect.center().y(), index);
     paintGitMark(painter, option.rect, index);
 }
 

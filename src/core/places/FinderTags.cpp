@@ -1,0 +1,200 @@
+#include "places/FinderTags.h"
+
+#include "async/Background.h"
+#include "fileops/FileOperations.h"
+#include "platform/Xattr.h"
+#include "platform/XdgPaths.h"
+#include "search/SearchWalker.h"
+
+#include <QCoreApplication>
+#include <QMutex>
+#include <QPointer>
+#include <algorithm>
+
+namespace orwick {
+
+namespace {
+
+// Reads the tags of a folder's entries (one level) or of a whole tree, with the search walker.
+FinderTags::FolderTags readTags(const FilePath& root, bool recursive, bool showHidden)
+{
+    FinderTags::FolderTags found;
+    QMutex lock;
+    SearchWalker::Options walk;
+    walk.roots = {root};
+    walk.recursive = recursive;
+    walk.showHidden = showHidden;
+    walk.makeItems = false;
+    walk.threads = recursive ? 2 : 1;
+    CancelFlag never;
+    SearchWalker::run(walk, [&](const SearchCandidate& candidate) {
+        const auto value = xattr::get(candidate.path(), xattr::tags);
+        if (!value)
+            return false;
+        TagList tags = TagList::parse(*value);
+        if (tags.isEmpty())
+            return false;
+        QMutexLocker locked(&lock);
+        found.insert(candidate.path(), std::move(tags));
+        return false;
+    }, [](SearchBatch&&) {}, never);
+    return found;
+}
+
+} // namespace
+
+FinderTags::FinderTags(QObject* parent) : QObject(parent) {}
+
+FinderTags& FinderTags::shared()
+{
+    static QPointer<FinderTags> instance;
+    if (!instance)
+        instance = new FinderTags(QCoreApplication::instance());
+    return *instance;
+}
+
+TagList FinderTags::tagsOf(const FilePath& file) const
+{
+    const auto folder = m_cache.constFind(file.parent());
+    return folder == m_cache.constEnd() ? TagList() : folder->value(file);
+}
+
+QList<FinderTag> FinderTags::inUse() const
+{
+    QSet<int> colors;
+    QMap<QString, QString> others; // folded name → the first spelling met
+    for (const FolderTags& folder : m_cache)
+        for (const TagList& tags : folder)
+            for (const QString& name : tags.names()) {
+                if (const auto color = FinderTag::colorIndex(name))
+                    colors.insert(*color);
+                else if (!others.contains(name.toCaseFolded()))
+                    others.insert(name.toCaseFolded(), name);
+            }
+    QList<FinderTag> list;
+    for (const FinderTag& tag : FinderTag::colors())
+        if (colors.contains(tag.color))
+            list.append(tag);
+    for (const QString& name : others)
+        list.append({name, 0});
+    return list;
+}
+
+void FinderTags::scanHome()
+{
+    if (std::exchange(m_scanned, true))
+        return;
+    const FilePath home = xdg::home();
+    runInBackground(this, [home] { return readTags(home, true, false); }, [this](FolderTags found) {
+        QHash<FilePath, FolderTags> byFolder;
+        for (auto it = found.begin(); it != found.end(); ++it)
+            byFolder[it.key().parent()].insert(it.key(), it.value());
+        for (auto it = byFolder.begin(); it != byFolder.end(); ++it)
+            storeFolder(it.key(), std::move(it.value()), true);
+    });
+}
+
+void FinderTags::refreshFolder(const FilePath& folder)
+{
+    if (folder.isEmpty())
+        return;
+    runInBackground(this, [folder] { return readTags(folder, false, true); },
+                    [this, folder](FolderTags found) { storeFolder(folder, std::move(found)); });
+}
+
+void FinderTags::refreshItems(const QList<FilePath>& files)
+{
+    if (files.isEmpty())
+        return;
+    runInBackground(this, [files] {
+        FolderTags found;
+        for (const FilePath& file : files) {
+            const auto value = xattr::get(file, xattr::tags);
+            found.insert(file, value ? TagList::parse(*value) : TagList());
+        }
+        return found;
+    }, [this](FolderTags found) { storeFiles(found); });
+}
+
+void FinderTags::follow(FileOperations* operations)
+{
+    connect(operations, &FileOperations::tagsChanged, this, &FinderTags::refreshItems);
+    connect(operations, &FileOperations::itemsMoved, this, [this](const QList<FileMove>& moves) {
+        QList<FilePath> files;
+        for (const FileMove& move : moves)
+            if (!tagsOf(move.from).isEmpty())
+                files << move.from << move.to;
+        refreshItems(files);
+    });
+}
+
+void FinderTags::storeFolder(const FilePath& folder, FolderTags tagged, bool keepNewer)
+{
+    const auto existing = m_cache.find(folder);
+    if (existing != m_cache.end()) {
+        if (keepNewer || *existing == tagged)
+            return;
+        m_files += tagged.size() - existing->size();
+        *existing = std::move(tagged);
+    } else {
+        if (tagged.isEmpty() && keepNewer)
+            return;
+        m_files += tagged.size();
+        m_cache.insert(folder, std::move(tagged));
+    }
+    touch(folder);
+    trim();
+    bump();
+}
+
+void FinderTags::storeFiles(const FolderTags& files)
+{
+    bool changed = false;
+    for (auto it = files.begin(); it != files.end(); ++it) {
+        const FilePath folder = it.key().parent();
+        auto entry = m_cache.find(folder);
+        if (it.value().isEmpty()) {
+            if (entry != m_cache.end() && entry->remove(it.key())) {
+                --m_files;
+                changed = true;
+            }
+            continue;
+        }
+        if (entry == m_cache.end()) {
+            entry = m_cache.insert(folder, {});
+            m_folderOrder.append(folder);
+        }
+        if (entry->value(it.key()) == it.value())
+            continue;
+        if (!entry->contains(it.key()))
+            ++m_files;
+        entry->insert(it.key(), it.value());
+        changed = true;
+    }
+    if (!changed)
+        return;
+    trim();
+    bump();
+}
+
+void FinderTags::touch(const FilePath& folder)
+{
+    m_folderOrder.removeOne(folder);
+    m_folderOrder.append(folder);
+}
+
+void FinderTags::trim()
+{
+    while (!m_folderOrder.isEmpty() && (m_folderOrder.size() > kMaxFolders || m_files > kMaxFiles)) {
+        const FilePath oldest = m_folderOrder.takeFirst();
+        m_files -= m_cache.take(oldest).size();
+    }
+}
+
+void FinderTags::bump()
+{
+    ++m_revision;
+    Q_EMIT changed();
+}
+
+} // namespace orwick
