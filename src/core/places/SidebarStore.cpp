@@ -2,6 +2,7 @@
 
 #include "app/Settings.h"
 #include "async/Background.h"
+#include "platform/MountTable.h"
 #include "platform/XdgPaths.h"
 #include "servers/RecentServers.h"
 
@@ -129,7 +130,8 @@ QList<Place> SidebarStore::allFavorites() const
     for (const FilePath& path : m_layout.customFavorites)
         if (!has(path)) {
             shown.append(Place::at(path.fileName(), path, QStringLiteral("folder")));
-            shown.last().isMissing = !isFolder(path);
+            // A folder on a server is not asked: a server that stopped answering would hold the window.
+            shown.last().isMissing = !isOnNetworkMount(path) && !isFolder(path);
         }
     for (Place& place : shown)
         if (const auto name = m_layout.favoriteNames.constFind(place.url); name != m_layout.favoriteNames.cend())

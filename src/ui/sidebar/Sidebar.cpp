@@ -25,6 +25,8 @@ Sidebar::Sidebar(WindowState* window, SidebarStore* store, QWidget* parent)
 {
     setObjectName(QStringLiteral("sidebar"));
     m_model = new SidebarModel(store, m_locations, services().frecency, this);
+    // A server just connected joins Locations now rather than at the next regular read.
+    connect(store, &SidebarStore::serversChanged, m_locations, &Locations::refresh);
     m_view = new SidebarView(this);
     m_view->setModel(m_model);
     auto* layout = new QVBoxLayout(this);
