@@ -3,6 +3,7 @@
 #include "app/ShowInFolderService.h"
 #include "commands/ExternalPrograms.h"
 #include "git/Git.h"
+#include "places/SidebarStore.h"
 #include "platform/XdgPaths.h"
 #include "state/ViewPreferences.h"
 #include "support/ProgramsOnPath.h"
@@ -34,7 +35,8 @@ struct SheetFixture : ::testing::Test {
         views = std::make_unique<ViewPreferences>();
         git = std::make_unique<Git>(std::optional(FilePath::fromNative("/usr/bin/git")), nullptr);
         programs = std::make_unique<ExternalPrograms>();
-        sheet = std::make_unique<SettingsSheet>(SettingsSheet::Owners{views.get(), git.get(), programs.get(), nullptr});
+        sidebar = std::make_unique<SidebarStore>(xdg::orwickDataDir().child(QStringLiteral("sidebar.json")));
+        sheet = std::make_unique<SettingsSheet>(SettingsSheet::Owners{views.get(), git.get(), programs.get(), nullptr, sidebar.get()});
     }
     const SettingRow& row(const char* key)
     {
@@ -48,6 +50,7 @@ struct SheetFixture : ::testing::Test {
     std::unique_ptr<ViewPreferences> views;
     std::unique_ptr<Git> git;
     std::unique_ptr<ExternalPrograms> programs;
+    std::unique_ptr<SidebarStore> sidebar;
     std::unique_ptr<SettingsSheet> sheet;
 };
 
@@ -65,8 +68,9 @@ TEST_F(SheetFixture, ListsEverySettingWithItsLabelAndHelp)
             EXPECT_FALSE(row.help.isEmpty()) << row.key.toStdString();
         }
     }
-    EXPECT_EQ(keys, (QStringList{"defaultViewMode", "gridForMedia", "vimKeys", "hideIgnored", "preferredEditor", "preferredTerminal",
-                                 "takeOverShowInFolder"}));
+    EXPECT_EQ(keys, (QStringList{"theme", "appearanceMode", "accentColor", "defaultViewMode", "gridForMedia", "vimKeys", "hideIgnored",
+                                 "preferredEditor", "preferredTerminal", "takeOverShowInFolder", "showFavorites", "showRecent",
+                                 "showLocations", "showTags"}));
     EXPECT_EQ(row("gridForMedia").label, "Grid for image and video folders");
     EXPECT_EQ(row("vimKeys").label, "Vim keys in the file list");
     EXPECT_TRUE(row("vimKeys").help.startsWith("With Vim keys on, letters move instead of jumping to a name: j and k down and up"));
@@ -212,4 +216,22 @@ TEST_F(SheetFixture, TheShowInFolderRowWorksThroughItsServiceAndShowsItsProblem)
     showInFolder.setOn(false);
     EXPECT_EQ(stored("takeOverShowInFolder"), "false");
     EXPECT_EQ(showInFolder.noteText(), "");
+}
+
+TEST_F(SheetFixture, TheSidebarSwitchesShowAndHideItsSectionsAndKeepThemInItsFile)
+{
+    make();
+    const SettingRow& tags = row("showTags");
+    ASSERT_TRUE(tags.isAvailable());
+    EXPECT_TRUE(tags.isOn());
+    int announced = 0;
+    QObject::connect(sheet.get(), &SettingsSheet::changed, [&] { ++announced; });
+    tags.setOn(false);
+    EXPECT_FALSE(sidebar->isShown(section::tags));
+    EXPECT_FALSE(tags.isOn());
+    EXPECT_EQ(announced, 1);
+    sidebar.reset(); // writes what is unsaved
+    SidebarStore reread(xdg::orwickDataDir().child(QStringLiteral("sidebar.json")));
+    EXPECT_FALSE(reread.isShown(section::tags));
+    EXPECT_TRUE(reread.isShown(section::favorites));
 }
