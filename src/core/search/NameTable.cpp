@@ -271,15 +271,18 @@ NameTable NameTable::compacted() const
         depth[i] = p == kNone ? 0 : quint8(std::min(255, depth[p] + 1));
         deepest = std::max(deepest, depth[i]);
     }
-    // Shallow first, stable within a level; a parent's level is always above its children's.
-    std::vector<quint32> order;
-    order.reserve(size_t(liveCount()));
-    std::vector<std::vector<quint32>> levels(size_t(deepest) + 1);
+    // Shallow first, stable within a level (a counting sort); a parent's level is always above
+    // its children's.
+    std::vector<quint32> start(size_t(deepest) + 2, 0);
     for (quint32 i = 0; i < count; ++i)
         if (!isRemoved(i))
-            levels[depth[i]].push_back(i);
-    for (auto& level : levels)
-        order.insert(order.end(), level.begin(), level.end());
+            ++start[size_t(depth[i]) + 1];
+    for (size_t level = 1; level < start.size(); ++level)
+        start[level] += start[level - 1];
+    std::vector<quint32> order(static_cast<size_t>(liveCount()), 0);
+    for (quint32 i = 0; i < count; ++i)
+        if (!isRemoved(i))
+            order[start[depth[i]]++] = i;
     // (Depth is capped at 255: the deeper names share the last level, in index order, which
     // still puts every folder before its names.)
 
