@@ -172,6 +172,14 @@ void SftpServer::pause()
         ::kill(pid, SIGSTOP);
 }
 
+void SftpServer::stop()
+{
+    resume();
+    for (pid_t pid : processes())
+        ::kill(pid, SIGTERM);
+    m_sshd.waitForFinished(5000);
+}
+
 void SftpServer::resume()
 {
     for (pid_t pid : std::exchange(m_paused, {}))

@@ -8,7 +8,8 @@
 //
 // SftpServer — an sshd on 127.0.0.1 at a free port, with its own host key and a test user
 // ("orwicktest") with a password made for the run. Needs root (to add the user and let sshd
-// switch to it) and openssh-server. pause() stops it answering (SIGSTOP), resume() lets it go on.
+// switch to it) and openssh-server. pause() stops it answering (SIGSTOP), resume() lets it go on,
+// stop() ends it.
 //
 // Where one can't run, ok() is false and why() says so, for GTEST_SKIP().
 
@@ -53,6 +54,8 @@ public:
 
     void pause();
     void resume();
+    // Ends the sshd and every session it serves, as a server that goes away.
+    void stop();
 
 private:
     QList<pid_t> processes() const;

@@ -47,6 +47,18 @@ bool isServerPath(const FilePath& path)
     return !root.isEmpty() && root.isAncestorOf(path);
 }
 
+bool isDisconnected(const FilePath& path)
+{
+    const FilePath root = fuseRoot();
+    if (root.isEmpty() || !root.isAncestorOf(path))
+        return false;
+    FilePath mount = path;
+    while (mount.parent() != root)
+        mount = mount.parent();
+    const QList<MountedServer> servers = mountedIn(root);
+    return std::none_of(servers.begin(), servers.end(), [&mount](const MountedServer& server) { return server.localPath == mount; });
+}
+
 QList<MountedServer> mounted() { return mountedIn(fuseRoot()); }
 
 QList<MountedServer> mountedIn(const FilePath& root)

@@ -29,6 +29,10 @@ FilePath fuseRoot();
 // True when `path` lies in gvfs's FUSE folder.
 bool isServerPath(const FilePath& path);
 
+// True when `path` lies in gvfs's FUSE folder under a mount that is no longer there (the server
+// went away or was disconnected). Looks at the FUSE folder's own entries only.
+bool isDisconnected(const FilePath& path);
+
 // The servers mounted now, by name. Blocks while gvfs's FUSE program answers.
 QList<MountedServer> mounted();
 QList<MountedServer> mountedIn(const FilePath& fuseRoot);

@@ -3,10 +3,13 @@
 #include "async/TimeLimited.h"
 #include "files/DirectoryLoader.h"
 #include "files/DirectoryWatcher.h"
+#include "files/Formatting.h"
 #include "files/ListingLoader.h"
 #include "platform/AllTrashes.h"
 #include "platform/MountTable.h"
 #include "platform/XdgPaths.h"
+#include "servers/ServerMounts.h"
+#include "search/TextMatch.h"
 
 #include <QDateTime>
 #include <cmath>
@@ -30,6 +33,25 @@ PaneState::PaneState(const FilePath& folder, ViewPreferences* preferences, QObje
     });
     m_reloadTimer.setSingleShot(true);
     connect(&m_reloadTimer, &QTimer::timeout, this, [this] { load({}); });
+    // A load that runs long says so, with a count that grows while it reads.
+    m_loadingNoteDelay.setSingleShot(true);
+    m_loadingNoteDelay.setInterval(kLoadingNoteDelayMs);
+    m_loadProgressTimer.setInterval(100);
+    auto sampleProgress = [this] {
+        const qint64 read = m_loadFeedback ? m_loadFeedback->itemsRead.load(std::memory_order_relaxed) : 0;
+        const bool changed = read != m_itemsRead || !m_loadingSlowly;
+        m_itemsRead = read;
+        m_loadingSlowly = true;
+        if (changed)
+            Q_EMIT loadProgressChanged();
+    };
+    connect(&m_loadingNoteDelay, &QTimer::timeout, this, [this, sampleProgress] {
+        if (!m_isLoading)
+            return;
+        sampleProgress();
+        m_loadProgressTimer.start();
+    });
+    connect(&m_loadProgressTimer, &QTimer::timeout, this, sampleProgress);
     m_searchDebounce.setSingleShot(true);
     m_searchDebounce.setInterval(kSearchDebounceMs);
     connect(&m_searchDebounce, &QTimer::timeout, this, &PaneState::runSearch);
@@ -68,7 +90,7 @@ QString PaneState::title() const
 {
     if (m_listing)
         return m_listing->title();
-    return m_url.isRoot() ? QStringLiteral("/") : m_url.fileName();
+    return m_url.isRoot() ? QStringLiteral("/") : visibleName(m_url.fileNameBytes());
 }
 
 FileItems PaneState::selectedItems() const
@@ -121,9 +143,10 @@ void PaneState::showFolder(const FilePath& folder, const QList<FilePath>& select
     resetSearch();
     m_filter.clear();
     m_isFiltering = false;
-    m_pendingSelection = QSet<FilePath>(selecting.begin(), selecting.end());
     m_pendingRename.reset();
+    clearShownItems();
     setSelectionTo({}, std::nullopt, std::nullopt);
+    m_pendingSelection = QSet<FilePath>(selecting.begin(), selecting.end());
     Q_EMIT locationChanged();
     watchCurrentFolder();
     load(selecting);
@@ -137,6 +160,7 @@ void PaneState::show(const Listing& listing)
     m_filter.clear();
     m_isFiltering = false;
     m_pendingSelection.clear();
+    clearShownItems();
     setSelectionTo({}, std::nullopt, std::nullopt);
     Q_EMIT locationChanged();
     watchCurrentFolder();
@@ -252,6 +276,64 @@ void PaneState::shown()
     load(std::exchange(m_selectingWhenShown, {}));
 }
 
+void PaneState::clearShownItems()
+{
+    m_loadTask.cancel();
+    m_arrangeTask.cancel();
+    m_reloadTimer.stop();
+    stopLoadingClock();
+    m_error.reset();
+    m_showsFirstBatch = false;
+    m_prepared.reset();
+    m_headings.clear();
+    m_positions = {};
+    FileItems oldItems = std::exchange(m_items, {});
+    FileItems oldLoad = std::exchange(m_unsortedItems, {});
+    // Dropping 100,000 items takes a while: a large old list goes away off the GUI thread.
+    if (oldItems.size() + oldLoad.size() > kBackgroundArrangeThreshold)
+        QThreadPool::globalInstance()->start([oldItems = std::move(oldItems), oldLoad = std::move(oldLoad)]() mutable {
+            oldItems.clear();
+            oldLoad.clear();
+        });
+    // The view shows "loading" rather than "empty" until the new place is read.
+    const bool loadingChangedNow = m_isLoading != !m_waiting;
+    m_isLoading = !m_waiting;
+    Q_EMIT itemsChanged();
+    if (loadingChangedNow)
+        Q_EMIT loadingChanged();
+}
+
+QString PaneState::loadingText() const
+{
+    if (!m_isLoading || !m_loadingSlowly)
+        return {};
+    if (m_itemsRead <= 0)
+        return QStringLiteral("Loading…");
+    return QStringLiteral("Loading… ") + formatCount(m_itemsRead, QStringLiteral("item"));
+}
+
+void PaneState::startLoadingClock(std::shared_ptr<LoadFeedback> feedback)
+{
+    const bool wasShown = m_loadingSlowly;
+    m_loadFeedback = std::move(feedback);
+    m_itemsRead = 0;
+    m_loadingSlowly = false;
+    m_loadProgressTimer.stop();
+    m_loadingNoteDelay.start();
+    if (wasShown)
+        Q_EMIT loadProgressChanged();
+}
+
+void PaneState::stopLoadingClock()
+{
+    m_loadingNoteDelay.stop();
+    m_loadProgressTimer.stop();
+    m_loadFeedback.reset();
+    m_itemsRead = 0;
+    if (std::exchange(m_loadingSlowly, false))
+        Q_EMIT loadProgressChanged();
+}
+
 void PaneState::load(const QList<FilePath>& selecting)
 {
     if (m_waiting) {
@@ -274,9 +356,20 @@ void PaneState::load(const QList<FilePath>& selecting)
     const bool showHidden = m_showHidden;
     QElapsedTimer started;
     started.start();
-    auto read = [folder, listing, showHidden, token = ticket.token] {
-        return listing ? ListingLoader::load(*listing, showHidden, token.get())
-                       : DirectoryLoader::load(folder, showHidden, token.get());
+    auto feedback = std::make_shared<LoadFeedback>();
+    // A folder shown afresh (not a reload of rows on screen) shows its first batch early.
+    if (!listing && m_unsortedItems.isEmpty()) {
+        feedback->firstBatch = [guard = QPointer<PaneState>(this), ticket, selecting](FileItems items) {
+            QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, ticket, selecting, items = std::move(items)]() mutable {
+                if (guard && guard->m_loadTask.isCurrent(ticket))
+                    guard->applyFirstBatch(std::move(items), selecting);
+            }, Qt::QueuedConnection);
+        };
+    }
+    startLoadingClock(feedback);
+    auto read = [folder, listing, showHidden, token = ticket.token, feedback] {
+        return listing ? ListingLoader::load(*listing, showHidden, token.get(), feedback.get())
+                       : DirectoryLoader::load(folder, showHidden, token.get(), feedback.get());
     };
     auto apply = [this, ticket, selecting, started](ListingResult result) {
         if (!m_loadTask.isCurrent(ticket))
@@ -291,7 +384,7 @@ void PaneState::load(const QList<FilePath>& selecting)
     // A server can stop answering: its folder is read on a thread of its own, with a time limit.
     runWithTimeLimit(this, kNetworkReadLimitMs, [read, folder] {
         ListingResult result = read();
-        if (result.error && isConnectionLost(folder))
+        if (result.error && (isConnectionLost(folder) || ServerMounts::isDisconnected(folder)))
             result.error = emptyText::serverGone;
         return result;
     }, apply, [apply] {
@@ -301,29 +394,47 @@ void PaneState::load(const QList<FilePath>& selecting)
     });
 }
 
+void PaneState::applyFirstBatch(FileItems items, const QList<FilePath>& selecting)
+{
+    m_showsFirstBatch = true;
+    m_error.reset();
+    m_unsortedItems = std::move(items);
+    m_prepared.reset();
+    for (const FilePath& url : selecting)
+        m_pendingSelection.insert(url);
+    followFolderViewMode(); // the batch is a fair sample of the folder
+    rearrange();            // small: arranged at once
+}
+
 void PaneState::applyLoad(ListingResult result, const QList<FilePath>& selecting, qint64 elapsedMs)
 {
     m_isLoading = false;
+    m_showsFirstBatch = false;
+    stopLoadingClock();
     m_lastLoadTime = result.durationMs;
     m_error = result.error;
     m_unsortedItems = result.error ? FileItems{} : std::move(result.items);
     m_prepared.reset();
     for (const FilePath& url : selecting)
         m_pendingSelection.insert(url);
-
-    // The view follows the folder, except that the columns view stays on while moving.
-    if (!m_listing && m_preferences && m_viewMode != ViewMode::columns) {
-        const auto [mode, reason] = m_preferences->mode(m_url, ViewPreferences::isMostlyMedia(m_unsortedItems));
-        m_viewModeReason = reason;
-        if (mode != m_viewMode) {
-            m_viewMode = mode;
-            Q_EMIT viewModeChanged();
-        }
-    }
+    followFolderViewMode();
     Q_EMIT loadingChanged();
     rearrange();
     if (m_changedDuringLoad)
         m_reloadTimer.start(int(reloadDelayMs()));
+}
+
+void PaneState::followFolderViewMode()
+{
+    // The view follows the folder, except that the columns view stays on while moving.
+    if (m_listing || !m_preferences || m_viewMode == ViewMode::columns)
+        return;
+    const auto [mode, reason] = m_preferences->mode(m_url, ViewPreferences::isMostlyMedia(m_unsortedItems));
+    m_viewModeReason = reason;
+    if (mode != m_viewMode) {
+        m_viewMode = mode;
+        Q_EMIT viewModeChanged();
+    }
 }
 
 void PaneState::watchCurrentFolder()
@@ -410,20 +521,34 @@ void PaneState::rearrange()
 
 void PaneState::applyArrangement(Arrangement arrangement)
 {
-    // Dropping 100,000 items takes a while: a large old list goes away off the GUI thread.
+    const int previousCursorRow = m_cursor ? m_positions.value(*m_cursor) : -1;
     FileItems old = std::exchange(m_items, std::move(arrangement.items));
-    if (old.size() > kBackgroundArrangeThreshold)
-        QThreadPool::globalInstance()->start([old = std::move(old)]() mutable { old.clear(); });
     m_headings = std::move(arrangement.headings);
     m_positions = std::move(arrangement.positions);
     if (arrangement.prepared && arrangement.prepared->isFor(m_unsortedItems))
         m_prepared = std::move(arrangement.prepared);
-    restoreSelection();
+    restoreSelection(old, previousCursorRow);
+    // Dropping 100,000 items takes a while: a large old list goes away off the GUI thread.
+    if (old.size() > kBackgroundArrangeThreshold)
+        QThreadPool::globalInstance()->start([old = std::move(old)]() mutable { old.clear(); });
     Q_EMIT itemsChanged();
     Q_EMIT selectionChanged();
 }
 
-void PaneState::restoreSelection()
+std::optional<FilePath> PaneState::nearestShown(const FileItems& previous, int row) const
+{
+    if (row < 0 || row >= previous.size())
+        return std::nullopt;
+    for (qsizetype r = row + 1; r < previous.size(); ++r)
+        if (m_positions.contains(previous[r].url))
+            return previous[r].url;
+    for (qsizetype r = row - 1; r >= 0; --r)
+        if (m_positions.contains(previous[r].url))
+            return previous[r].url;
+    return std::nullopt;
+}
+
+void PaneState::restoreSelection(const FileItems& previous, int previousCursorRow)
 {
     QSet<FilePath> wanted;
     for (const FilePath& url : std::as_const(m_pendingSelection))
@@ -438,9 +563,18 @@ void PaneState::restoreSelection()
         m_cursor = m_items[first].url;
         m_anchor = m_cursor;
     } else {
+        const bool hadSelection = !m_selection.isEmpty();
         m_selection.removeIf([this](const FilePath& url) { return !m_positions.contains(url); });
-        if (m_cursor && !m_positions.contains(*m_cursor))
-            m_cursor.reset();
+        if (m_cursor && !m_positions.contains(*m_cursor)) {
+            // The row under the cursor went away: its neighbour takes the cursor, and the
+            // selection when nothing else of it is left, as in every file manager.
+            m_cursor = nearestShown(previous, previousCursorRow);
+            if (m_cursor) {
+                m_anchor = m_cursor;
+                if (hadSelection && m_selection.isEmpty())
+                    m_selection = {*m_cursor};
+            }
+        }
         if (m_anchor && !m_positions.contains(*m_anchor))
             m_anchor = m_cursor;
     }
@@ -486,6 +620,7 @@ void PaneState::click(const FilePath& url, Qt::KeyboardModifiers modifiers)
     const int clicked = row(url);
     if (clicked < 0)
         return;
+    m_pendingSelection.clear(); // the user's choice wins over one waiting for the load
     if (modifiers & Qt::ShiftModifier) {
         const int from = m_anchor && row(*m_anchor) >= 0 ? row(*m_anchor) : clicked;
         QSet<FilePath> range;
@@ -509,6 +644,7 @@ void PaneState::moveCursor(int by, bool extend)
     if (m_items.isEmpty())
         return;
     const int current = m_cursor ? row(*m_cursor) : -1;
+    m_pendingSelection.clear(); // the user's choice wins over one waiting for the load
     int target = current < 0 ? (by >= 0 ? 0 : int(m_items.size()) - 1) : current + by;
     target = std::clamp(target, 0, int(m_items.size()) - 1);
     const FilePath url = m_items[target].url;
@@ -542,9 +678,10 @@ void PaneState::typeAhead(const QString& text, qint64 nowMs)
     else
         m_typeAhead = text;
     m_typeAheadTime = nowMs;
-    const QString prefix = m_typeAhead.toLower();
+    // Folded as the filter and the palette fold: "resu" finds "Résumé".
+    const QString prefix = foldForSearch(m_typeAhead);
     for (const FileItem& entry : m_items) {
-        if (entry.name.toLower().startsWith(prefix)) {
+        if (foldForSearch(entry.name).startsWith(prefix)) {
             setSelectionTo({entry.url}, entry.url, entry.url);
             return;
         }

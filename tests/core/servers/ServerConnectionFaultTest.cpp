@@ -120,5 +120,24 @@ TEST_F(ServerConnectionFault, PaneOnAServerThatStopsAnsweringSaysSoInTime)
     server.resume();
 }
 
+TEST_F(ServerConnectionFault, PaneOnAServerThatGoesAwaySaysSo)
+{
+    ASSERT_TRUE(connectWith(server.password())) << (failed ? failed->toStdString() : "no answer");
+    ViewPreferences preferences;
+    PaneState pane(connected->child(QByteArrayView(server.userHome().native().mid(1))), &preferences);
+    ASSERT_TRUE(waitUntil([&pane] { return !pane.isLoading(); }, 15000));
+    ASSERT_FALSE(pane.error());
+
+    server.stop();
+    // gvfs notices the closed connection on the next read; the pane says what happened.
+    ASSERT_TRUE(waitUntil([&pane] {
+        if (!pane.isLoading() && !pane.error())
+            pane.reload();
+        return pane.error().has_value();
+    }, PaneState::kNetworkReadLimitMs + 10000));
+    EXPECT_EQ(pane.error()->toStdString(), emptyText::serverGone.toStdString());
+    EXPECT_TRUE(pane.items().isEmpty());
+}
+
 } // namespace
 } // namespace orwick::test
