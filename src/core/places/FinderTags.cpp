@@ -61,6 +61,8 @@ TagList FinderTags::tagsOf(const FilePath& file) const
 
 QList<FinderTag> FinderTags::inUse() const
 {
+    if (m_inUse)
+        return *m_inUse;
     QSet<int> colors;
     QMap<QString, QString> others; // folded name → the first spelling met
     for (const FolderTags& folder : m_cache)
@@ -77,6 +79,7 @@ QList<FinderTag> FinderTags::inUse() const
             list.append(tag);
     for (const QString& name : others)
         list.append({name, 0});
+    m_inUse = list;
     return list;
 }
 
@@ -193,6 +196,7 @@ void FinderTags::trim()
 
 void FinderTags::bump()
 {
+    m_inUse.reset();
     ++m_revision;
     Q_EMIT changed();
 }

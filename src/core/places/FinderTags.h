@@ -19,6 +19,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <optional>
 
 namespace orwick {
 
@@ -67,6 +68,7 @@ private:
     void bump();
 
     quint64 m_revision = 0;
+    mutable std::optional<QList<FinderTag>> m_inUse; // worked out when first asked after a change
     QHash<FilePath, FolderTags> m_cache;
     QList<FilePath> m_folderOrder;
     qsizetype m_files = 0;
