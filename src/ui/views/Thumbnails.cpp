@@ -1,5 +1,7 @@
 #include "ui/views/Thumbnails.h"
 
+#include "platform/MountTable.h"
+
 #include <QCoreApplication>
 #include <QImageReader>
 #include <QPointer>
@@ -55,6 +57,12 @@ QImage Thumbnails::thumbnail(const FileItem& item, int edge)
         return *cached;
     if (m_pending.contains(key) || m_failed.contains(key))
         return {};
+    // Pictures on a server are not read for thumbnails: a server that stops answering would
+    // hold a reader here, and the window's closing with it.
+    if (isOnNetworkMount(item.destination)) {
+        m_failed.insert(key);
+        return {};
+    }
     m_pending.insert(key);
     QPointer<Thumbnails> self(this);
     const FilePath path = item.destination;
