@@ -16,13 +16,19 @@
 #include "commands/ExternalPrograms.h"
 #include "commands/Frecency.h"
 #include "git/Git.h"
+#include "fileops/FileOperations.h"
 #include "notes/FileProperties.h"
+#include "places/FinderTags.h"
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
+#include "theme/SystemColorScheme.h"
+#include "theme/ThemeStore.h"
 #include "ui/notes/PaneNotesDecoration.h"
 #include "ui/pane/PaneGitDecoration.h"
+#include "ui/pane/PaneTagDecoration.h"
 #include "ui/panels/DiskToolKeys.h"
 #include "ui/panels/SettingsPanel.h"
+#include "ui/theme/ThemeApplier.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
 #include "ui/window/Windows.h"
@@ -174,6 +180,16 @@ int main(int argc, char** argv)
     ExternalPrograms programs;
     services().programs = &programs;
 
+    // The tag cache follows Orwick's own tag changes, and walks the home once the first window
+    // has loaded its folder.
+    FinderTags::shared().follow(&FileOperations::shared());
+    QTimer::singleShot(2000, &FinderTags::shared(), [] { FinderTags::shared().scanHome(); });
+    // Colours come from the chosen theme; "Match System" follows the desktop through the settings
+    // portal, else the light or dark of the desktop style's palette.
+    SystemColorScheme colorScheme(QDBusConnection::sessionBus(), &theme::systemPaletteAppearance);
+    ThemeStore themes({}, &colorScheme);
+    ThemeStore::setShared(&themes);
+
     Windows windows(&preferences);
     // A start with nothing to open reopens the last session, before its window is drawn.
     windows.setPrepare([&line, &workingFolder](WindowState& state) {
@@ -181,6 +197,7 @@ int main(int argc, char** argv)
     });
     windows.setDecorate([&git, &properties](MainWindow& window) {
         window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
+        window.addPaneDecorator([](PaneWidget* widget) { new PaneTagDecoration(widget, &FinderTags::shared()); });
         PaneNotesDecoration::attach(&window, &properties);
         // The disk-tool commands set the window's panel; the sheets draw it.
         DiskToolKeys::follow(*window.state(), &window);
