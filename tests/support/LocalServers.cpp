@@ -97,9 +97,12 @@ SftpServer::SftpServer()
         m_why = QStringLiteral("a test sshd with its own user needs root");
         return;
     }
-    if (!run(QStringLiteral("id"), {user()}) && !run(QStringLiteral("useradd"), {QStringLiteral("-m"), QStringLiteral("-s"), QStringLiteral("/bin/sh"), user()})) {
-        m_why = QStringLiteral("the test user couldn't be added");
-        return;
+    if (!run(QStringLiteral("id"), {user()})) {
+        m_madeUser = run(QStringLiteral("useradd"), {QStringLiteral("-m"), QStringLiteral("-s"), QStringLiteral("/bin/sh"), user()});
+        if (!m_madeUser) {
+            m_why = QStringLiteral("the test user couldn't be added");
+            return;
+        }
     }
     m_password = QUuid::createUuid().toString(QUuid::Id128).left(16);
     const FilePath key = m_folder.path(QStringLiteral("host_key"));
@@ -127,9 +130,9 @@ SftpServer::SftpServer()
 
 SftpServer::~SftpServer()
 {
-    resume();
-    m_sshd.terminate();
-    m_sshd.waitForFinished(5000);
+    stop();
+    if (m_madeUser) // the computer is left with the users it had
+        run(QStringLiteral("userdel"), {QStringLiteral("-f"), QStringLiteral("-r"), user()});
 }
 
 QString SftpServer::address() const { return QStringLiteral("sftp://%1@127.0.0.1:%2/").arg(user()).arg(m_port); }

@@ -7,9 +7,9 @@
 // The object unmounts what was mounted and ends the bus when it goes.
 //
 // SftpServer — an sshd on 127.0.0.1 at a free port, with its own host key and a test user
-// ("orwicktest") with a password made for the run. Needs root (to add the user and let sshd
-// switch to it) and openssh-server. pause() stops it answering (SIGSTOP), resume() lets it go on,
-// stop() ends it.
+// ("orwicktest", added for the run and removed after) with a password made for the run. Needs
+// root (to add the user and let sshd switch to it) and openssh-server. pause() stops it
+// answering (SIGSTOP), resume() lets it go on, stop() ends it.
 //
 // Where one can't run, ok() is false and why() says so, for GTEST_SKIP().
 
@@ -63,6 +63,7 @@ private:
     TempTree m_folder;
     QProcess m_sshd;
     QList<pid_t> m_paused;
+    bool m_madeUser = false;
     int m_port = 0;
     QString m_password;
     QString m_why;
