@@ -1,94 +1,168 @@
 #include "commands/FuzzyMatch.h"
 
+#include "search/TextMatch.h"
+
 #include <QChar>
+#include <algorithm>
+#include <climits>
+#include <string_view>
+#include <unordered_map>
 
 namespace orwick {
 namespace {
-
-// Simple (one-to-one) lower-casing, so positions in the folded text match the original's.
-inline char16_t lowerUnit(char16_t c)
-{
-    if (c < 128)
-        return (c >= u'A' && c <= u'Z') ? char16_t(c + 32) : c;
-    if (QChar::isSurrogate(c))
-        return c;
-    return char16_t(QChar::toLower(char32_t(c)));
-}
 
 inline bool isSeparator(char16_t c)
 {
     return c == u'/' || c == u' ' || c == u'-' || c == u'_' || c == u'.';
 }
 
-inline bool isUpper(char16_t c)
+inline bool isUpper(char32_t c)
 {
     if (c < 128)
-        return c >= u'A' && c <= u'Z';
-    return !QChar::isSurrogate(c) && QChar::isUpper(char32_t(c));
+        return c >= U'A' && c <= U'Z';
+    return QChar::isUpper(c);
 }
 
-inline bool isLower(char16_t c)
+inline bool isLower(char32_t c)
 {
     if (c < 128)
-        return c >= u'a' && c <= u'z';
-    return !QChar::isSurrogate(c) && QChar::isLower(char32_t(c));
+        return c >= U'a' && c <= U'z';
+    return QChar::isLower(c);
+}
+
+// The folded form of one character beyond ASCII, cached per thread: names hold few distinct
+// ones. Folding character by character equals folding the text (marks are dropped, so their
+// canonical order does not matter).
+std::u16string_view foldedCharacter(char32_t c)
+{
+    thread_local std::unordered_map<char32_t, std::u16string> cache;
+    auto found = cache.find(c);
+    if (found == cache.end()) {
+        const QString folded = foldForSearch(QString::fromUcs4(&c, 1));
+        found = cache.emplace(c, std::u16string(reinterpret_cast<const char16_t*>(folded.utf16()), size_t(folded.size())))
+                    .first;
+    }
+    return found->second;
 }
 
 struct Prepared {
-    int componentStart;
-    int length;
+    int componentStart = 0;
+    int length = 0;
 };
 
-// Folds `text` into `chars` (sized like `text`); finds the last component and the length.
-Prepared prepareInto(QStringView text, char16_t* chars)
+// Appends the folded text of `text` to `chars`, with its word starts to `wordStarts`. A word
+// starts at the beginning, after a separator, or where the text's own case turns from lower to
+// upper; a character that folds to several keeps the start on its first.
+Prepared prepareInto(QStringView text, std::vector<char16_t>& chars, std::vector<std::uint8_t>& wordStarts)
 {
+    const size_t base = chars.size();
     const char16_t* source = text.utf16();
-    const int size = int(text.size());
-    int componentStart = 0;
-    int lowSurrogates = 0;
-    for (int i = 0; i < size; ++i) {
+    const qsizetype size = text.size();
+    Prepared p;
+    char16_t previousFolded = 0;
+    char32_t previousOriginal = 0;
+
+    // ASCII, the common case: one unit each, written in place.
+    chars.resize(base + size_t(size));
+    wordStarts.resize(base + size_t(size));
+    char16_t* out = chars.data() + base;
+    std::uint8_t* starts = wordStarts.data() + base;
+    qsizetype i = 0;
+    for (; i < size && source[i] < 128; ++i) {
         const char16_t c = source[i];
-        chars[i] = lowerUnit(c);
+        const char16_t folded = (c >= u'A' && c <= u'Z') ? char16_t(c + 32) : c;
+        out[i] = folded;
+        starts[i] = i == 0 || isSeparator(previousFolded) || (isUpper(c) && isLower(previousOriginal));
         if (c == u'/')
-            componentStart = i + 1;
-        lowSurrogates += QChar::isLowSurrogate(c);
+            p.componentStart = int(i + 1);
+        previousFolded = folded;
+        previousOriginal = c;
     }
-    return {componentStart, size - lowSurrogates};
+    p.length = int(i);
+    chars.resize(base + size_t(i));
+    wordStarts.resize(base + size_t(i));
+
+    for (; i < size; ++i) {
+        char32_t c = source[i];
+        ++p.length;
+        char16_t folded[1];
+        std::u16string_view units;
+        if (c < 128) {
+            folded[0] = (c >= U'A' && c <= U'Z') ? char16_t(c + 32) : char16_t(c);
+            units = std::u16string_view(folded, 1);
+        } else {
+            if (QChar::isHighSurrogate(c) && i + 1 < size && QChar::isLowSurrogate(source[i + 1]))
+                c = QChar::surrogateToUcs4(char16_t(c), source[++i]);
+            if (QChar::isSurrogate(c)) { // a lone half stands for itself
+                folded[0] = char16_t(c);
+                units = std::u16string_view(folded, 1);
+            } else {
+                units = foldedCharacter(c);
+            }
+        }
+        if (units.empty())
+            continue; // a combining mark
+        const bool start = chars.size() == base || isSeparator(previousFolded)
+            || (isUpper(c) && isLower(previousOriginal));
+        for (size_t k = 0; k < units.size(); ++k) {
+            chars.push_back(units[k]);
+            wordStarts.push_back(k == 0 && start);
+            if (units[k] == u'/')
+                p.componentStart = int(chars.size() - base);
+        }
+        previousFolded = units.back();
+        previousOriginal = c;
+    }
+    return p;
 }
 
-// A word starts at the beginning, after a separator, or where lower case turns to upper case.
-inline bool isWordStart(const char16_t* original, int i)
-{
-    return i == 0 || isSeparator(original[i - 1]) || (isUpper(original[i]) && isLower(original[i - 1]));
-}
+// Per-thread rows of the dynamic programme, grown to the longest candidate seen.
+struct Rows {
+    std::vector<int> matchPrev, bestPrev, matchCur, bestCur;
+    std::vector<int> low, high;
+    void fit(size_t size, size_t queryLength)
+    {
+        if (matchPrev.size() < size) {
+            for (auto* row : {&matchPrev, &bestPrev, &matchCur, &bestCur})
+                row->resize(size);
+        }
+        if (low.size() < queryLength) {
+            low.resize(queryLength);
+            high.resize(queryLength);
+        }
+    }
+};
+
+constexpr int kNone = INT_MIN / 4; // no alignment ends here; adding scores keeps it hopeless
 
 } // namespace
 
 FuzzyQuery::FuzzyQuery(QStringView text)
 {
-    m_chars.reserve(size_t(text.size()));
-    for (QChar c : text) {
-        if (c.isSpace())
+    std::vector<char16_t> chars;
+    std::vector<std::uint8_t> starts;
+    prepareInto(text, chars, starts);
+    m_chars.reserve(chars.size());
+    for (char16_t c : chars) {
+        if (QChar::isSpace(c))
             continue;
-        const char16_t folded = lowerUnit(c.unicode());
-        m_ascii = m_ascii && folded < 128;
-        m_chars.push_back(folded);
+        m_ascii = m_ascii && c < 128;
+        m_chars.push_back(c);
     }
 }
 
 FuzzyCandidate FuzzyCandidateBuffer::prepare(QStringView text)
 {
-    const size_t size = size_t(text.size());
-    if (m_chars.size() < size)
-        m_chars.resize(size);
-    const Prepared p = prepareInto(text, m_chars.data());
-    return {m_chars.data(), text.utf16(), int(size), p.componentStart, p.length};
+    m_chars.clear();
+    m_wordStarts.clear();
+    const Prepared p = prepareInto(text, m_chars, m_wordStarts);
+    return {m_chars.data(), m_wordStarts.data(), int(m_chars.size()), p.componentStart, p.length};
 }
 
 void FuzzyCandidateList::reserve(qsizetype count, qsizetype totalUnits)
 {
     m_chars.reserve(size_t(totalUnits));
-    m_original.reserve(size_t(totalUnits));
+    m_wordStarts.reserve(size_t(totalUnits));
     m_offsets.reserve(size_t(count) + 1);
     m_componentStarts.reserve(size_t(count));
     m_lengths.reserve(size_t(count));
@@ -96,10 +170,7 @@ void FuzzyCandidateList::reserve(qsizetype count, qsizetype totalUnits)
 
 void FuzzyCandidateList::append(QStringView text)
 {
-    const size_t at = m_chars.size();
-    m_chars.resize(at + size_t(text.size()));
-    m_original.insert(m_original.end(), text.utf16(), text.utf16() + text.size());
-    const Prepared p = prepareInto(text, m_chars.data() + at);
+    const Prepared p = prepareInto(text, m_chars, m_wordStarts);
     m_offsets.push_back(int(m_chars.size()));
     m_componentStarts.push_back(p.componentStart);
     m_lengths.push_back(p.length);
@@ -109,7 +180,7 @@ FuzzyCandidate FuzzyCandidateList::operator[](qsizetype index) const
 {
     const int begin = m_offsets[size_t(index)];
     const int end = m_offsets[size_t(index) + 1];
-    return {m_chars.data() + begin, m_original.data() + begin, end - begin, m_componentStarts[size_t(index)],
+    return {m_chars.data() + begin, m_wordStarts.data() + begin, end - begin, m_componentStarts[size_t(index)],
             m_lengths[size_t(index)]};
 }
 
@@ -118,35 +189,76 @@ namespace FuzzyMatch {
 std::optional<int> score(const FuzzyQuery& query, const FuzzyCandidate& candidate)
 {
     const std::u16string& q = query.chars();
-    if (q.empty())
+    const int m = int(q.size());
+    if (m == 0)
         return 0;
-    if (q.size() > size_t(candidate.size))
+    const int n = candidate.size;
+    if (m > n)
         return std::nullopt;
-
     const char16_t* chars = candidate.chars;
-    const int size = candidate.size;
-    int sum = 0;
-    int previous = -1;
-    int position = 0;
-    for (size_t k = 0; k < q.size(); ++k) {
-        const char16_t wanted = q[k];
-        while (position < size && chars[position] != wanted)
-            ++position;
-        if (position == size)
-            return std::nullopt;
 
-        int points = (previous >= 0 && position == previous + 1) ? fuzzy::kConsecutive : fuzzy::kMatch;
-        if (isWordStart(candidate.original, position))
-            points += fuzzy::kWordStartBonus;
-        if (position >= candidate.componentStart)
-            points += fuzzy::kLastComponentBonus;
-        if (k == 0 && position == candidate.componentStart)
-            points += fuzzy::kComponentStartBonus;
-        sum += points;
-        previous = position;
-        ++position;
+    thread_local Rows rows;
+    rows.fit(size_t(n), size_t(m));
+    int* low = rows.low.data();
+    int* high = rows.high.data();
+
+    // Leftmost walk: where each query character can first lie (and whether the query matches).
+    for (int k = 0, at = 0; k < m; ++k, ++at) {
+        while (at < n && chars[at] != q[size_t(k)])
+            ++at;
+        if (at == n)
+            return std::nullopt;
+        low[k] = at;
     }
-    return sum * fuzzy::kScale - candidate.length;
+    // Rightmost walk: where each can last lie and still leave room for the rest.
+    for (int k = m - 1, at = n - 1; k >= 0; --k, --at) {
+        while (chars[at] != q[size_t(k)])
+            --at;
+        high[k] = at;
+    }
+
+    const int componentStart = candidate.componentStart;
+    const auto bonus = [&](int k, int j) {
+        int points = candidate.wordStarts[j] ? fuzzy::kWordStartBonus : 0;
+        if (j >= componentStart)
+            points += fuzzy::kLastComponentBonus;
+        if (k == 0 && j == componentStart)
+            points += fuzzy::kComponentStartBonus;
+        return points;
+    };
+
+    // match[j]: the best sum with query character k matched exactly at j;
+    // best[j]:  the best sum with query character k matched at or before j.
+    int* matchPrev = rows.matchPrev.data();
+    int* bestPrev = rows.bestPrev.data();
+    int* matchCur = rows.matchCur.data();
+    int* bestCur = rows.bestCur.data();
+    int running = kNone;
+    for (int j = low[0]; j <= high[0]; ++j) {
+        matchCur[j] = chars[j] == q[0] ? fuzzy::kMatch + bonus(0, j) : kNone;
+        running = std::max(running, matchCur[j]);
+        bestCur[j] = running;
+    }
+    for (int k = 1; k < m; ++k) {
+        std::swap(matchPrev, matchCur);
+        std::swap(bestPrev, bestCur);
+        const int prevHigh = high[k - 1];
+        const char16_t wanted = q[size_t(k)];
+        running = kNone;
+        for (int j = low[k]; j <= high[k]; ++j) {
+            int here = kNone;
+            if (chars[j] == wanted) {
+                const int before = j - 1; // never left of low[k - 1]
+                const int scattered = bestPrev[std::min(before, prevHigh)] + fuzzy::kMatch;
+                const int consecutive = before <= prevHigh ? matchPrev[before] + fuzzy::kConsecutive : kNone;
+                here = std::max(scattered, consecutive) + bonus(k, j);
+            }
+            matchCur[j] = here;
+            running = std::max(running, here);
+            bestCur[j] = running;
+        }
+    }
+    return bestCur[high[m - 1]] * fuzzy::kScale - candidate.length;
 }
 
 std::optional<int> score(QStringView query, QStringView candidate)

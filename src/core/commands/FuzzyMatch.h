@@ -7,12 +7,19 @@
 // query once per change (FuzzyQuery), candidates once per load (FuzzyCandidateList) or into a
 // reused buffer (FuzzyCandidateBuffer). Scoring a prepared candidate never allocates.
 //
-// The rule: blanks are dropped from the query and both sides are lower-cased; each query
-// character matches the leftmost equal candidate character after the previous match. A match
-// earns a base score, more when it directly follows the previous match, at the start of a
-// word, in the last path component, and most for the first query character at the start of
-// that component. The sum is scaled and the candidate's length subtracted, so the shorter of
-// two equally good candidates wins.
+// The rule: blanks are dropped from the query and both sides are folded as search folds names
+// (foldForSearch: case and accents, so "resume" finds "Résumé"). The query's characters must
+// appear in the candidate in order. A matched character earns a base score, more when it
+// directly follows the previous match, at the start of a word, in the last path component, and
+// most for the first query character at the start of that component. Of all the ways the query
+// can be laid over the candidate, the best one counts (so "tras" in "Move to Trash" is scored on
+// "Trash", not on the "t" of "to"); when the leftmost walk already is the best, its score is
+// the result. The sum is scaled and the candidate's length (in its own characters) subtracted,
+// so the shorter of two equally good candidates wins.
+//
+// Cost: a leftmost and a rightmost walk bound where each query character can lie; a dynamic
+// programme over those windows finds the best alignment in time |query| × |window| and memory
+// linear in the candidate (per-thread rows, reused).
 
 #include <QStringView>
 #include <cstdint>
@@ -31,7 +38,7 @@ inline constexpr int kComponentStartBonus = 15;  // the first query character ri
 inline constexpr int kScale = 100;               // the sum's weight against the length penalty
 } // namespace fuzzy
 
-// A query prepared for scoring: lower-cased, blanks dropped.
+// A query prepared for scoring: folded, blanks dropped.
 class FuzzyQuery {
 public:
     FuzzyQuery() = default;
@@ -40,7 +47,8 @@ public:
     // An empty or all-blank query matches every candidate with score 0.
     bool matchesEverything() const { return m_chars.empty(); }
     const std::u16string& chars() const { return m_chars; }
-    // True when every character is ASCII (lets byte-level pre-checks be exact).
+    // True when every folded character is ASCII (lets byte-level pre-checks be exact for ASCII
+    // text; text with other characters may still fold to it).
     bool isAscii() const { return m_ascii; }
 
 private:
@@ -48,24 +56,23 @@ private:
     bool m_ascii = true;
 };
 
-// A view of one prepared candidate; the storage belongs to a list or buffer (and, for a buffer,
-// the original text to the caller).
+// A view of one prepared candidate; the storage belongs to a list or buffer.
 struct FuzzyCandidate {
-    const char16_t* chars = nullptr;    // lower-cased text
-    const char16_t* original = nullptr; // the text in its own case (word starts are read there)
-    int size = 0;                       // UTF-16 units
-    int componentStart = 0;            // just after the last "/"
-    int length = 0;                    // characters (surrogate pairs count once)
+    const char16_t* chars = nullptr;         // folded text
+    const std::uint8_t* wordStarts = nullptr; // per folded unit: 1 where a word starts (read in the text's own case)
+    int size = 0;                            // folded UTF-16 units
+    int componentStart = 0;                  // in folded units, just after the last "/"
+    int length = 0;                          // the original text's characters (surrogate pairs count once)
 };
 
-// Prepares one candidate at a time into storage it reuses. The candidate refers to `text`, which
-// must outlive it.
+// Prepares one candidate at a time into storage it reuses (valid until the next prepare).
 class FuzzyCandidateBuffer {
 public:
     FuzzyCandidate prepare(QStringView text);
 
 private:
     std::vector<char16_t> m_chars;
+    std::vector<std::uint8_t> m_wordStarts;
 };
 
 // Many candidates prepared once, kept in flat arrays (a folder's names).
@@ -78,14 +85,15 @@ public:
 
 private:
     std::vector<char16_t> m_chars;
-    std::vector<char16_t> m_original;
+    std::vector<std::uint8_t> m_wordStarts;
     std::vector<int> m_offsets{0};
     std::vector<int> m_componentStarts;
     std::vector<int> m_lengths;
 };
 
 namespace FuzzyMatch {
-// The score of `query` in `candidate`; absent when some query character finds no match.
+// The score of the best alignment of `query` in `candidate`; absent when the query's characters
+// do not all appear in order. Thread-safe.
 std::optional<int> score(const FuzzyQuery& query, const FuzzyCandidate& candidate);
 // Convenience for a single pair (prepares both; allocates).
 std::optional<int> score(QStringView query, QStringView candidate);

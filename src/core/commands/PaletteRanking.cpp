@@ -111,7 +111,7 @@ QList<PaletteSection> rank(const FuzzyQuery& query, const PaletteCandidates& can
 
     const FuzzyCandidateList& titles = candidates.commandTitles();
     const FuzzyCandidateList& texts = candidates.commandTexts();
-    const auto commandHits = best(titles.size(), kCommandRows, [&](qsizetype i) {
+    const auto commandHits = best(titles.size(), titles.size(), [&](qsizetype i) {
         const auto title = FuzzyMatch::score(query, titles[i]);
         const auto text = FuzzyMatch::score(query, texts[i]);
         if (!title || !text)
@@ -119,8 +119,13 @@ QList<PaletteSection> rank(const FuzzyQuery& query, const PaletteCandidates& can
         return std::optional<int>(std::max(*title, *text));
     });
     if (!commandHits.empty()) {
-        RankedSection section{{QStringLiteral("Commands"), {}}, commandHits.front().score, 2};
-        for (const Scored& s : commandHits)
+        // Enabled commands first: a dimmed row can't run, so it never stands before one that can.
+        std::vector<Scored> ordered = commandHits;
+        std::stable_partition(ordered.begin(), ordered.end(),
+                              [&](const Scored& s) { return commands[s.index].isEnabled; });
+        ordered.resize(std::min(ordered.size(), size_t(kCommandRows)));
+        RankedSection section{{QStringLiteral("Commands"), {}}, ordered.front().score, 2};
+        for (const Scored& s : ordered)
             section.section.items.append(commandItem(commands[s.index]));
         ranked.push_back(std::move(section));
     }

@@ -10,7 +10,7 @@
 // - Files: score against the name; best first, at most kFileRows, under "Files".
 // - Commands: the better score of the title alone and of the title with keywords (the title
 //   alone wins over a longer text that matches the same way); best first, at most kCommandRows,
-//   under "Commands". Disabled commands are kept, marked not enabled.
+//   under "Commands". Disabled commands are kept, marked not enabled, after the enabled ones.
 // - Ties keep the candidates' own order (frecency order, the folder's order, catalogue order).
 // - Sections come in the order of their best row's score, so the strongest match is the first
 //   row whatever its kind; on equal scores Folders come before Files before Commands.

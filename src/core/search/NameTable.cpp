@@ -1,5 +1,7 @@
 #include "search/NameTable.h"
 
+#include "search/TextMatch.h"
+
 #include <QChar>
 #include <algorithm>
 
@@ -61,11 +63,11 @@ quint32 NameTable::maskOfName(QByteArrayView name, bool* isPlain)
         mask |= bitOf(char16_t(byte >= 'A' && byte <= 'Z' ? byte + 32 : byte));
     }
     if (!plain) {
-        // As the matcher sees it: the shown text, each unit lower-cased one to one.
+        // As the matcher sees it: the shown text, folded (accents and case).
         mask = 0;
-        for (QChar c : visibleName(name)) {
+        for (QChar c : foldForSearch(visibleName(name))) {
             const char16_t unit = c.unicode();
-            mask |= c.isSurrogate() ? kNonAsciiBit : bitOf(char16_t(QChar::toLower(char32_t(unit))));
+            mask |= c.isSurrogate() ? kNonAsciiBit : bitOf(unit);
         }
     }
     if (isPlain)

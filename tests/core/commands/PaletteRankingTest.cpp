@@ -152,3 +152,45 @@ TEST(PaletteRanking, EmptyQueryShowsFrecentFoldersThenEveryCommandInOrder)
     EXPECT_EQ(ids(sections[1].items), (QStringList{QStringLiteral("cmd.zeta"), QStringLiteral("cmd.alpha"), QStringLiteral("cmd.mid")}));
     EXPECT_FALSE(sections[1].items[1].isEnabled);
 }
+
+TEST(PaletteRanking, DisabledCommandsFollowTheEnabledOnesThatMatch)
+{
+    // The disabled command matches best, yet the enabled ones come first, each group best first.
+    const QList<PaletteCommand> commands{command("trash", "Trash", {}, false), command("trashFolder", "Open Trash"),
+                                         command("emptyTrash", "Empty the Trash Now"),
+                                         command("putBack", "Put Back", "restore trash", false)};
+    const auto sections = PaletteRanking::rank(u"trash", commands, {}, {});
+    const PaletteSection* found = section(sections, QStringLiteral("Commands"));
+    ASSERT_TRUE(found);
+    EXPECT_EQ(ids(found->items), (QStringList{"cmd.trashFolder", "cmd.emptyTrash", "cmd.trash", "cmd.putBack"}));
+    EXPECT_TRUE(found->items[1].isEnabled);
+    EXPECT_FALSE(found->items[2].isEnabled);
+}
+
+TEST(PaletteRanking, TrasFindsMoveToTrashOnItsTrashWord)
+{
+    // Scored on "Trash", not on the "t" of "to": it comes before commands whose letters only
+    // scatter, and with "Open Trash" it differs by the length alone.
+    const QList<PaletteCommand> commands{command("tidyUp", "Tidy Up Folder…", "organize sort downloads desktop clean"),
+                                         command("putBack", "Put Back", "restore trash undelete"),
+                                         command("trash", "Move to Trash", "delete remove"),
+                                         command("textRecognition", "Copy Text from Image", "ocr recognize read scan")};
+    const auto sections = PaletteRanking::rank(u"tras", commands, {}, {});
+    ASSERT_FALSE(sections.isEmpty());
+    EXPECT_EQ(sections[0].items.first().id, "cmd.trash");
+    EXPECT_EQ(*FuzzyMatch::score(u"tras", u"Move to Trash") + 3, *FuzzyMatch::score(u"tras", u"Open Trash"));
+}
+
+TEST(PaletteRanking, AccentsFoldInFileAndFolderRows)
+{
+    const std::vector<FilePath> files{FilePath::fromText(QStringLiteral("/home/u/r\u00e9sum\u00e9 final.txt")),
+                                      FilePath::fromText(QStringLiteral("/home/u/notes.txt"))};
+    const std::vector<FrecentFolder> folders{{FilePath::fromText(QStringLiteral("/home/u/Caf\u00e9")), 1.0}};
+    auto sections = PaletteRanking::rank(u"resume", {}, {}, files);
+    const PaletteSection* found = section(sections, QStringLiteral("Files"));
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->items.size(), 1);
+    EXPECT_EQ(found->items.first().title, QStringLiteral("r\u00e9sum\u00e9 final.txt"));
+    sections = PaletteRanking::rank(u"CAFE", {}, folders, {});
+    ASSERT_TRUE(section(sections, QStringLiteral("Folders")));
+}

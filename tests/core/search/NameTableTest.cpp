@@ -141,7 +141,8 @@ TEST(NameQuery, FindsWhatTheFuzzyScorerMatchesAndRanksItTheSameWay)
 
     for (const QString& query : {QStringLiteral("report"), QStringLiteral("rep"), QStringLiteral("RS"), QStringLiteral("é"),
                                  QStringLiteral("k"), QStringLiteral("res"), QStringLiteral("9"), QStringLiteral("t h"),
-                                 QStringLiteral("xyz"), QStringLiteral("r\u00e9s")}) {
+                                 QStringLiteral("xyz"), QStringLiteral("r\u00e9s"),
+                                 QStringLiteral("resume"), QStringLiteral("cafe")}) {
         QList<std::pair<int, QString>> expected;
         for (const QByteArray& name : names)
             if (const auto score = FuzzyMatch::score(query, visibleName(name)))
@@ -152,6 +153,17 @@ TEST(NameQuery, FindsWhatTheFuzzyScorerMatchesAndRanksItTheSameWay)
             wanted << name;
         EXPECT_EQ(found(table, query), wanted) << query.toStdString();
     }
+}
+
+TEST(NameQuery, AccentsFoldInThePreChecksAsInTheScore)
+{
+    NameTable table;
+    const quint32 home = table.addRoot(path("/h"));
+    table.add(home, "r\xc3\xa9sum\xc3\xa9 final.txt", false);
+    table.add(home, "Cr\xc3\xa8me.txt", false);
+    EXPECT_EQ(found(table, "resume"), QStringList{QStringLiteral("r\u00e9sum\u00e9 final.txt")});
+    EXPECT_EQ(found(table, "CREME"), QStringList{QStringLiteral("Cr\u00e8me.txt")});
+    EXPECT_EQ(found(table, QStringLiteral("cr\u00e9me")), QStringList{QStringLiteral("Cr\u00e8me.txt")});
 }
 
 TEST(NameQuery, ScoresOnlyAsManyCandidatesAsAllowedShallowOnesFirst)

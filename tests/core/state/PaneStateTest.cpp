@@ -124,7 +124,7 @@ TEST_F(PaneFixture, OutsideChangesReloadAndKeepSelectionByPath)
     tree.file("arrived.txt");
     ASSERT_TRUE(waitUntil([&] { return shown(*pane) == QStringList{"arrived.txt", "keep.txt"}; }));
     EXPECT_EQ(pane->selection(), QSet<FilePath>{tree.path("keep.txt")});
-    EXPECT_FALSE(pane->cursor().has_value()); // the cursor was on the file that went
+    EXPECT_EQ(pane->cursor(), tree.path("keep.txt")); // the cursor was on the file that went: the next row takes it
 }
 
 TEST_F(PaneFixture, ReloadsAreSpacedByTheLastLoadTime)
@@ -175,6 +175,19 @@ TEST_F(PaneFixture, TypeSelectBuildsAPrefixWithinASecond)
     EXPECT_EQ(pane->cursor(), tree.path("Bravo"));
     pane->typeAhead("z", 12'100);                   // no match keeps the selection
     EXPECT_EQ(pane->selection(), QSet<FilePath>{tree.path("Bravo")});
+}
+
+TEST_F(PaneFixture, TypeSelectFoldsAccentsAsTheFilterDoes)
+{
+    tree.file("Notes");
+    tree.file(QStringLiteral("R\u00e9sum\u00e9 final.txt"));
+    auto pane = open(tree.root());
+    pane->typeAhead("resu", 10'000);
+    EXPECT_EQ(pane->cursor(), tree.path(QStringLiteral("R\u00e9sum\u00e9 final.txt")));
+    pane->typeAhead(QStringLiteral("N"), 20'000);
+    EXPECT_EQ(pane->cursor(), tree.path("Notes"));
+    pane->typeAhead(QStringLiteral("R\u00c9S"), 30'000);
+    EXPECT_EQ(pane->cursor(), tree.path(QStringLiteral("R\u00e9sum\u00e9 final.txt")));
 }
 
 TEST_F(PaneFixture, SortDirectionFollowsTheKeyAndFlipsOnRepeat)
