@@ -2,9 +2,12 @@
 // TreemapWidget: draws one SpaceNode's children, plus its "Files under 1 MB, together" block,
 // as a squarified treemap (Treemap::layout). Tells the panel what the pointer is over, which
 // block was clicked and which block's menu was asked for. Colours come from the theme by the
-// block's file category.
+// block's file category, each block shaded as a cushion (light at its top left, deeper at its
+// bottom right) so that neighbours of one colour stay apart; a legend under the map names the
+// categories shown, largest first.
 
 #include "disktools/SpaceNode.h"
+#include "files/FileCategory.h"
 
 #include <QWidget>
 #include <vector>
@@ -25,8 +28,13 @@ public:
     struct Block {
         SpaceNode* node = nullptr;
         QRectF rect;
+        FileCategory category = FileCategory::other; // the small-files block is "other"
     };
     const std::vector<Block>& blocks() const { return m_blocks; }
+    // The categories in the legend, by the space their blocks take, largest first.
+    const QList<FileCategory>& legend() const { return m_legend; }
+    // The legend's word for a category ("Images", "Disk images").
+    static QString legendName(FileCategory category);
 
 Q_SIGNALS:
     void hovered(const QString& text); // empty when over nothing
@@ -44,9 +52,12 @@ protected:
 private:
     const Block* blockAt(const QPointF& point) const;
     QString describe(const Block& block) const;
+    QRectF legendArea() const;
+    void paintLegend(QPainter& painter) const;
 
     SpaceNode* m_node = nullptr;
     std::vector<Block> m_blocks;
+    QList<FileCategory> m_legend;
     const Block* m_hovered = nullptr;
 };
 

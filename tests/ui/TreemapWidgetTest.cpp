@@ -1,0 +1,92 @@
+// The space treemap: blocks coloured by their file category in the theme's tints, a legend of
+// the categories shown (largest first) below the blocks, and a new theme repainting them.
+
+#include "support/TestMain.h"
+#include "theme/ThemeStore.h"
+#include "ui/panels/TreemapWidget.h"
+#include "ui/theme/Theme.h"
+#include "ui/theme/ThemeApplier.h"
+
+#include <QApplication>
+#include <gtest/gtest.h>
+
+using namespace orwick;
+
+namespace {
+
+struct TreemapWidgetTest : ::testing::Test {
+    SpaceNode root;
+    TreemapWidget map;
+    void SetUp() override
+    {
+        theme::follow();
+        ThemeStore::shared().setAppearanceMode(AppearanceMode::light);
+        root.isFolder = true;
+        root.name = "Home";
+        auto add = [this](const char* name, bool folder, qint64 size) { root.addChild(name, folder)->size = size; };
+        add("Photos", true, 50'000'000);
+        add("movie.mp4", false, 30'000'000);
+        add("song.mp3", false, 10'000'000);
+        add("clip.mkv", false, 8'000'000);
+        root.smallFiles = 2'000'000;
+        root.smallCount = 40;
+        root.size = 100'000'000;
+        map.resize(600, 400);
+        map.setNode(&root);
+    }
+    void TearDown() override
+    {
+        ThemeStore::shared().setSelectedName(QStringLiteral("Orwick"));
+        ThemeStore::shared().setAppearanceMode(AppearanceMode::system);
+    }
+    QColor centreOf(const char* name)
+    {
+        const QImage shot = map.grab().toImage();
+        for (const TreemapWidget::Block& block : map.blocks())
+            if (block.node && block.node->name == name)
+                return shot.pixelColor(block.rect.center().toPoint());
+        return {};
+    }
+    static int distance(const QColor& a, const QColor& b)
+    {
+        return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue());
+    }
+};
+
+TEST_F(TreemapWidgetTest, TheLegendNamesTheCategoriesShownLargestFirst)
+{
+    EXPECT_EQ(map.legend(), (QList<FileCategory>{FileCategory::folder, FileCategory::video, FileCategory::audio, FileCategory::other}))
+        << "the two videos together come second; the small files are “other”";
+    EXPECT_EQ(TreemapWidget::legendName(FileCategory::diskImage), "Disk images");
+    const qreal legendTop = map.height() - (map.fontMetrics().height() + 8);
+    for (const TreemapWidget::Block& block : map.blocks())
+        EXPECT_LE(block.rect.bottom(), legendTop) << "the legend has its own line";
+}
+
+TEST_F(TreemapWidgetTest, BlocksTakeTheirCategorysTintAndFollowTheTheme)
+{
+    const QColor video = centreOf("movie.mp4");
+    const QColor audio = centreOf("song.mp3");
+    const QColor folder = centreOf("Photos");
+    EXPECT_EQ(video, centreOf("clip.mkv")) << "one category, one colour";
+    EXPECT_GT(distance(video, audio), 40);
+    EXPECT_GT(distance(video, folder), 40);
+    const QColor expected = mixColors(theme::background(), theme::categoryTint(FileCategory::video), 0.55);
+    EXPECT_LT(distance(video, expected), 40) << "the cushion's middle is the tint itself";
+
+    ThemeStore::shared().setAppearanceMode(AppearanceMode::dark);
+    const QColor darkVideo = centreOf("movie.mp4");
+    EXPECT_LT(darkVideo.lightness(), video.lightness()) << "laid over the dark ground";
+    EXPECT_LT(distance(darkVideo, mixColors(theme::background(), theme::categoryTint(FileCategory::video), 0.55)), 40);
+}
+
+TEST_F(TreemapWidgetTest, ABlockIsShadedAsACushion)
+{
+    const QImage shot = map.grab().toImage();
+    const TreemapWidget::Block& big = map.blocks().front();
+    ASSERT_TRUE(big.node);
+    const QRect r = big.rect.toRect().adjusted(4, 4, -4, -4);
+    EXPECT_GT(shot.pixelColor(r.topLeft()).lightness(), shot.pixelColor(r.bottomRight()).lightness());
+}
+
+} // namespace
