@@ -117,7 +117,7 @@ SftpServer::SftpServer()
     const FilePath config = m_folder.file(QStringLiteral("sshd_config"),
                                           "Port " + QByteArray::number(m_port) + "\nListenAddress 127.0.0.1\nHostKey " + key.native()
                                               + "\nPidFile none\nPasswordAuthentication yes\nKbdInteractiveAuthentication no\n"
-                                                "UsePAM no\nStrictModes no\nAllowUsers orwicktest\nSubsystem sftp internal-sftp\n");
+                                                "UsePAM no\nStrictModes no\nAllowUsers " + user().toUtf8() + "\nSubsystem sftp internal-sftp\n");
     m_sshd.start(sshd, {QStringLiteral("-D"), QStringLiteral("-e"), QStringLiteral("-f"), config.text()});
     const bool listening = m_sshd.waitForStarted(5000) && waitUntil([this] {
         QTcpSocket socket;

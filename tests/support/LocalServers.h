@@ -7,8 +7,9 @@
 // The object unmounts what was mounted and ends the bus when it goes.
 //
 // SftpServer — an sshd on 127.0.0.1 at a free port, with its own host key and a test user
-// ("orwicktest", added for the run and removed after) with a password made for the run. Needs
-// root (to add the user and let sshd switch to it) and openssh-server. pause() stops it
+// ("orwick" and the test program's process id, so test programs running side by side don't
+// share one; added for the run and removed after) with a password made for the run. Needs root
+// (to add the user and let sshd switch to it) and openssh-server. pause() stops it
 // answering (SIGSTOP), resume() lets it go on, stop() ends it.
 //
 // Where one can't run, ok() is false and why() says so, for GTEST_SKIP().
@@ -19,6 +20,7 @@
 #include <QList>
 #include <QProcess>
 #include <sys/types.h>
+#include <unistd.h>
 #include <QString>
 
 namespace orwick::test {
@@ -45,9 +47,9 @@ public:
     QString why() const { return m_why; }
 
     int port() const { return m_port; }
-    QString user() const { return QStringLiteral("orwicktest"); }
+    QString user() const { return m_user; }
     QString password() const { return m_password; }
-    // "sftp://orwicktest@127.0.0.1:PORT/"
+    // "sftp://orwick12345@127.0.0.1:PORT/"
     QString address() const;
     // The test user's home on the server (this computer).
     FilePath userHome() const;
@@ -63,6 +65,7 @@ private:
     TempTree m_folder;
     QProcess m_sshd;
     QList<pid_t> m_paused;
+    QString m_user = QStringLiteral("orwick%1").arg(getpid());
     bool m_madeUser = false;
     int m_port = 0;
     QString m_password;
