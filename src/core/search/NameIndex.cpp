@@ -89,6 +89,7 @@ NameIndex& NameIndex::shared()
             return folders;
         };
         index = new NameIndex(std::move(options), QCoreApplication::instance());
+        connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, index, &NameIndex::stop);
         index->follow(&FileOperations::shared());
         connect(&SidebarStore::shared(), &SidebarStore::favoritesChanged, index, &NameIndex::rootsChanged);
         connect(&SidebarStore::shared(), &SidebarStore::groupsChanged, index, &NameIndex::rootsChanged);
@@ -145,7 +146,7 @@ void NameIndex::loaded(std::optional<NameIndexFile::Contents> contents)
 
 void NameIndex::refresh()
 {
-    if (!m_started)
+    if (!m_started || m_stopped)
         return;
     const TaskSlot::Ticket ticket = m_walk.start();
     m_changedSinceWalk.clear();
@@ -160,6 +161,16 @@ void NameIndex::refresh()
             m_walk.finish(ticket);
             takeWalk(std::move(result));
         });
+}
+
+void NameIndex::stop()
+{
+    m_stopped = true;
+    m_walk.cancel();
+    m_update.cancel();
+    m_settle.stop();
+    m_dirty.clear();
+    m_changedSinceWalk.clear();
 }
 
 void NameIndex::takeWalk(NameWalk::Result result)
@@ -205,7 +216,7 @@ void NameIndex::pathsChanged(const QList<FilePath>& paths)
 
 void NameIndex::folderChanged(const FilePath& folder)
 {
-    if (!m_started)
+    if (!m_started || m_stopped)
         return;
     m_dirty.insert(folder);
     if (isWalking())

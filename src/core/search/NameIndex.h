@@ -77,6 +77,10 @@ public:
 
     // Walks every root again in the background (a running walk is restarted).
     void refresh();
+    // Stops the running walk and update for good: nothing is walked or read again afterwards
+    // (the shared index, when the application quits, so that quitting never waits for a walk of
+    // a large home).
+    void stop();
     // Folders whose names changed; read again after the settling delay.
     void folderChanged(const FilePath& folder);
     // Paths Orwick itself made, moved or removed: their folders are read again.
@@ -107,6 +111,7 @@ private:
     Options m_options;
     FilePath m_file;
     bool m_started = false;
+    bool m_stopped = false;
     bool m_ready = false;
     NameTable m_table;
     std::vector<FilePath> m_roots;

@@ -107,7 +107,9 @@ std::optional<Contents> read(const FilePath& file)
     QFile in(QFile::decodeName(file.native()));
     if (!in.open(QIODevice::ReadOnly))
         return std::nullopt; // missing (or unreadable): walk afresh
-    const QByteArray bytes = in.readAll();
+    // Far more than the most names a table holds (and their bytes) can take: not ours.
+    constexpr qint64 kLargest = qint64(NameTable::kMaxNames) * (11 + 255) + 64;
+    const QByteArray bytes = in.size() <= kLargest ? in.readAll() : QByteArray();
     in.close();
     if (auto contents = parse(bytes))
         return contents;

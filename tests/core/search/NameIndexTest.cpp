@@ -235,3 +235,20 @@ TEST_F(NameIndexTest, TheSharedIndexCoversHomeAndFollowsTheSidebarsFolders)
     EXPECT_NE(index.table().find(letter), NameTable::kNone);
     EXPECT_TRUE(waitUntil([&] { return exists(NameIndexFile::defaultPath()); }, 20000));
 }
+
+TEST_F(NameIndexTest, StoppingEndsTheWalkForGood)
+{
+    tree.file("a/b/c.txt");
+    NameIndex index(options());
+    int walks = 0;
+    QObject::connect(&index, &NameIndex::walkFinished, [&walks] { ++walks; });
+    index.start();
+    index.stop(); // before the file was even read: no walk follows it
+    EXPECT_FALSE(waitUntil([&] { return walks > 0 || index.isWalking(); }, 300));
+    index.refresh();
+    tree.file("a/b/d.txt");
+    index.folderChanged(tree.path(QStringLiteral("a/b")));
+    EXPECT_FALSE(index.isWalking());
+    EXPECT_FALSE(index.isUpdating());
+    EXPECT_FALSE(index.isReady());
+}
