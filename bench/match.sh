@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Fuzzy matching a long list: `orwick-cli match` against `fzf --filter` and `fzy -e`, in the same
-# run, on 500,000 generated path lines, with the same queries (one narrow, one broad).
+# run, on 500,000 generated path lines, with the same queries (one narrow, one broad, one long
+# whose letters recur along each path, where the best alignment is far from the first).
 # Targets: orwick-cli at least as fast as fzf, faster than fzy.
 #   bench/match.sh BUILD_DIR
 source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" match hyperfine fzf fzy
@@ -24,7 +25,7 @@ awk 'BEGIN {
 echo "$(wc -l < "$lines") lines, $(du -h "$lines" | cut -f1)"
 
 status=0
-for query in fuzmatchcpp conf; do
+for query in fuzmatchcpp conf srcviewmodelcpp; do
   "$cli" match "$query" < "$lines" > "$work/orwick.out" 2>/dev/null || true
   fzf --filter "$query" < "$lines" > "$work/fzf.out" || true
   fzy -e "$query" < "$lines" > "$work/fzy.out" || true

@@ -128,20 +128,22 @@ void scoreLines(const std::vector<std::string_view>& lines, size_t begin, size_t
         const std::string_view line = lines[i];
         if (query.isAscii() && !mayMatch(line, query.chars()))
             continue;
-        if (text.size() < line.size() + 1)
-            text.resize(line.size() + 1);
-        // ASCII widens directly; anything else goes through the decoder, one line at a time so
-        // that a broken sequence never spills over.
+        // ASCII is prepared from its bytes; anything else goes through the decoder, one line at
+        // a time so that a broken sequence never spills over.
         size_t k = 0;
-        for (; k < line.size() && static_cast<unsigned char>(line[k]) < 0x80; ++k)
-            text[k] = QChar(char16_t(line[k]));
-        QChar* stop = text.data() + k;
-        if (k < line.size()) {
+        while (k < line.size() && static_cast<unsigned char>(line[k]) < 0x80)
+            ++k;
+        FuzzyCandidate candidate;
+        if (k == line.size()) {
+            candidate = buffer.prepareAscii(QByteArrayView(line.data(), qsizetype(line.size())));
+        } else {
+            if (text.size() < line.size() + 1)
+                text.resize(line.size() + 1);
             decoder.resetState();
-            stop = decoder.appendToBuffer(text.data(), QByteArrayView(line.data(), qsizetype(line.size())));
+            QChar* stop = decoder.appendToBuffer(text.data(), QByteArrayView(line.data(), qsizetype(line.size())));
+            candidate = buffer.prepare(QStringView(text.data(), stop - text.data()));
         }
-        const QStringView view(text.data(), stop - text.data());
-        if (const auto score = FuzzyMatch::score(query, buffer.prepare(view)))
+        if (const auto score = FuzzyMatch::score(query, candidate))
             hits.push_back({*score, {prefixAt(line, 0), prefixAt(line, 8)}, line});
     }
     std::sort(hits.begin(), hits.end(), better);

@@ -153,10 +153,34 @@ FuzzyQuery::FuzzyQuery(QStringView text)
 
 FuzzyCandidate FuzzyCandidateBuffer::prepare(QStringView text)
 {
-    m_chars.clear();
+    m_chars.clear(); // keeps the capacity
     m_wordStarts.clear();
     const Prepared p = prepareInto(text, m_chars, m_wordStarts);
     return {m_chars.data(), m_wordStarts.data(), int(m_chars.size()), p.componentStart, p.length};
+}
+
+FuzzyCandidate FuzzyCandidateBuffer::prepareAscii(QByteArrayView text)
+{
+    const size_t size = size_t(text.size());
+    if (m_chars.size() < size) {
+        m_chars.resize(size);
+        m_wordStarts.resize(size);
+    }
+    char16_t* out = m_chars.data();
+    std::uint8_t* starts = m_wordStarts.data();
+    const char* source = text.data();
+    int componentStart = 0;
+    char previous = 0;
+    for (size_t i = 0; i < size; ++i) {
+        const char c = source[i];
+        const bool upper = c >= 'A' && c <= 'Z';
+        out[i] = char16_t(upper ? c + 32 : c);
+        starts[i] = i == 0 || isSeparator(char16_t(previous)) || (upper && previous >= 'a' && previous <= 'z');
+        if (c == '/')
+            componentStart = int(i + 1);
+        previous = c;
+    }
+    return {out, starts, int(size), componentStart, int(size)};
 }
 
 void FuzzyCandidateList::reserve(qsizetype count, qsizetype totalUnits)
@@ -226,6 +250,17 @@ std::optional<int> score(const FuzzyQuery& query, const FuzzyCandidate& candidat
             points += fuzzy::kComponentStartBonus;
         return points;
     };
+
+    // One way only (the walks met): score it as it lies.
+    bool unique = true;
+    for (int k = 0; k < m && unique; ++k)
+        unique = low[k] == high[k];
+    if (unique) {
+        int sum = 0;
+        for (int k = 0; k < m; ++k)
+            sum += (k > 0 && low[k] == low[k - 1] + 1 ? fuzzy::kConsecutive : fuzzy::kMatch) + bonus(k, low[k]);
+        return sum * fuzzy::kScale - candidate.length;
+    }
 
     // match[j]: the best sum with query character k matched exactly at j;
     // best[j]:  the best sum with query character k matched at or before j.

@@ -21,6 +21,7 @@
 // programme over those windows finds the best alignment in time |query| × |window| and memory
 // linear in the candidate (per-thread rows, reused).
 
+#include <QByteArrayView>
 #include <QStringView>
 #include <cstdint>
 #include <optional>
@@ -69,6 +70,9 @@ struct FuzzyCandidate {
 class FuzzyCandidateBuffer {
 public:
     FuzzyCandidate prepare(QStringView text);
+    // The same for text known to be ASCII, read from its bytes (a line of `orwick-cli match`, a
+    // plain name of the name index): no widening first.
+    FuzzyCandidate prepareAscii(QByteArrayView text);
 
 private:
     std::vector<char16_t> m_chars;

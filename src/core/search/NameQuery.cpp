@@ -49,7 +49,6 @@ std::vector<Hit> best(const NameTable& table, const FuzzyQuery& query, qsizetype
         asciiQuery.assign(query.chars().begin(), query.chars().end());
 
     std::vector<Hit> hits;
-    std::u16string wide;
     FuzzyCandidateBuffer buffer;
     const std::span<const quint32> masks = table.masks();
     qsizetype scored = 0;
@@ -61,8 +60,7 @@ std::vector<Hit> best(const NameTable& table, const FuzzyQuery& query, qsizetype
         if (table.isPlain(entry)) {
             if (!asciiQuery.empty() && !holdsInOrder(name, asciiQuery))
                 continue;
-            wide.assign(name.begin(), name.end()); // plain ASCII: each byte is its character
-            score = FuzzyMatch::score(query, buffer.prepare(QStringView(wide.data(), qsizetype(wide.size()))));
+            score = FuzzyMatch::score(query, buffer.prepareAscii(name)); // plain ASCII: each byte is its character
         } else {
             const QString text = visibleName(name); // as the row shows it
             score = FuzzyMatch::score(query, buffer.prepare(text));
