@@ -11,6 +11,7 @@
 #include "ui/sidebar/Sidebar.h"
 #include "ui/sidebar/SidebarModel.h"
 #include "ui/views/FileListModel.h"
+#include "ui/views/FolderColumnModel.h"
 #include "ui/views/TagDots.h"
 
 using namespace orwick;
@@ -83,6 +84,20 @@ TEST_F(TagWindowTest, AnotherProgramsTagShowsAfterTheWatcherReloads)
     ASSERT_TRUE(waitUntil([&] { return FinderTags::shared().cache().contains(tree.root()); }));
     ASSERT_TRUE(xattr::set(report, xattr::tags, "Blue,Green"));
     ASSERT_TRUE(waitUntil([&] { return dots(report) == (QList<int>{4, 2}); }, 8000));
+}
+
+TEST_F(TagWindowTest, ASideColumnOfTheColumnsViewShowsTheDotsToo)
+{
+    ASSERT_TRUE(xattr::set(report, xattr::tags, "Yellow, Red"));
+    FolderColumnModel column(tree.root(), {}, {});
+    auto dotsOf = [&](const FilePath& item) {
+        for (int row = 0; row < column.rowCount(); ++row)
+            if (column.itemAt(row)->url == item)
+                return column.data(column.index(row), TagColorsRole).value<QList<int>>();
+        return QList<int>();
+    };
+    ASSERT_TRUE(waitUntil([&] { return dotsOf(report) == (QList<int>{5, 6}); }));
+    EXPECT_TRUE(dotsOf(notes).isEmpty());
 }
 
 TEST_F(TagWindowTest, ThePaletteHasATagRowPerColourAfterTheSavedSearches)

@@ -2,9 +2,11 @@
 
 #include "async/Background.h"
 #include "files/DirectoryLoader.h"
+#include "places/FinderTags.h"
 #include "ui/theme/Theme.h"
 #include "ui/views/CategoryIcons.h"
 #include "ui/views/FileListModel.h"
+#include "ui/views/TagDots.h"
 
 namespace orwick {
 
@@ -29,6 +31,12 @@ FolderColumnModel::FolderColumnModel(const FilePath& folder, const FilePath& mar
         m_error = result.error;
         endResetModel();
         Q_EMIT loaded();
+        if (!m_error) // the rows' tag dots, as for the pane's own folder
+            FinderTags::shared().refreshFolder(m_folder);
+    });
+    connect(&FinderTags::shared(), &FinderTags::changed, this, [this] {
+        if (!m_items.isEmpty())
+            Q_EMIT dataChanged(index(0), index(int(m_items.size()) - 1), {TagColorsRole});
     });
 }
 
@@ -64,6 +72,10 @@ QVariant FolderColumnModel::data(const QModelIndex& index, int role) const
     case FileListModel::CursorRole: return false;
     case FileListModel::IsFolderRole: return item->isFolder;
     case FileListModel::CategoryRole: return int(item->category);
+    case TagColorsRole:
+        if (const QList<int> colors = FinderTags::shared().tagsOf(item->url).colors(); !colors.isEmpty())
+            return QVariant::fromValue(colors);
+        break;
     }
     return {};
 }

@@ -2,7 +2,8 @@
 // One side column of the columns view: a folder's items (an ancestor of the pane's folder, or
 // the folder under the cursor), loaded and arranged in the background with the pane's sort. The
 // item on the way to the pane's folder is marked as selected. Read-only; the pane's own folder
-// is shown through the pane's FileListModel instead.
+// is shown through the pane's FileListModel instead. Rows carry their colour tags' dots
+// (TagColorsRole) from FinderTags, which reads the folder's tags after the load.
 //
 // Signals: loaded() follows the one load this model makes, when its rows are in.
 
