@@ -152,6 +152,13 @@ TEST_F(ThemeWindowTest, ChooseThemeOpensCustomizeOnTheThemeRow)
     EXPECT_EQ(listGround(), QColor(0x19, 0x19, 0x19));
     ASSERT_TRUE(CommandCatalog::run(QStringLiteral("appearance.light"), *state));
     EXPECT_EQ(mode->currentData().toString(), "light") << "the sheet follows a change made elsewhere";
+
+    QFile file(themes().folder().child(QStringLiteral("mine.json")).text());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(R"({"name": "Mine"})");
+    file.close();
+    ASSERT_TRUE(waitUntil([&] { return choice->findData(QStringLiteral("Mine")) >= 0; })) << "a new theme file is offered at once";
+    EXPECT_EQ(choice->currentText(), "Paper") << "and the choice stays";
     press(Qt::Key_Escape);
 }
 

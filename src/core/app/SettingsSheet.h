@@ -41,6 +41,8 @@ struct SettingRow {
     QString help;
     Kind kind = Kind::toggle;
     QList<SettingChoice> choices; // a choice's values, in the order shown
+    // When set, the choices are read again at every change (themes come and go with their files).
+    std::function<QList<SettingChoice>()> liveChoices;
 
     std::function<bool()> isOn;      // a toggle's state
     std::function<void(bool)> setOn; // absent when the owner is

@@ -45,9 +45,15 @@ SettingsSection themeSettingsSection(ThemeStore* owner)
         }
         return {title, {theme, mode, accent}};
     }
-    for (const ThemeDefinition& definition : owner->themes())
-        theme.choices.append({definition.name, definition.name});
     const QPointer<ThemeStore> store(owner);
+    theme.liveChoices = [store] {
+        QList<SettingChoice> choices;
+        if (store)
+            for (const ThemeDefinition& definition : store->themes())
+                choices.append({definition.name, definition.name});
+        return choices;
+    };
+    theme.choices = theme.liveChoices();
     theme.chosen = [store] { return store ? store->current().name : QString(); };
     theme.choose = [store](const QString& name) {
         if (store && name != store->current().name)

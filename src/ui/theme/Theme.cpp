@@ -32,6 +32,7 @@ QColor separator() { return color(QStringLiteral("border")); }
 QColor strongSeparator() { return color(QStringLiteral("borderStrong")); }
 QColor accentFill() { return color(QStringLiteral("accentFill")); }
 QColor cursorRing() { return accent(); }
+QColor onAccent() { return accent().lightness() > 165 ? QColor(0x1D, 0x1E, 0x21) : QColor(Qt::white); }
 QColor warning() { return color(QStringLiteral("warning")); }
 QColor positive() { return color(QStringLiteral("positive")); }
 QColor negative() { return color(QStringLiteral("negative")); }

@@ -30,6 +30,7 @@ QColor hover();
 QColor selectionUnfocused();
 QColor strongSeparator();
 QColor accentFill();  // a soft accent tint: marks, badges
+QColor onAccent();    // text on a plain accent fill (white, or dark on a light accent)
 QColor selection();   // selected rows' background
 QColor cursorRing();  // the keyboard caret's outline
 QColor separator();

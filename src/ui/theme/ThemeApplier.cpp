@@ -57,7 +57,7 @@ QPalette paletteFor(const ThemeColors& colors)
 {
     auto c = [&colors](const char* key) { return colors.color(QLatin1StringView(key)); };
     const QColor text = c("text");
-    const QColor onAccent = c("accent").lightness() > 165 ? QColor(0x1D, 0x1E, 0x21) : QColor(Qt::white);
+    const QColor onAccent = c("accent").lightness() > 165 ? QColor(0x1D, 0x1E, 0x21) : QColor(Qt::white); // as theme::onAccent
     QPalette palette;
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
         const bool disabled = group == QPalette::Disabled;

@@ -93,7 +93,7 @@ QPixmap dragPixmap(const QIcon& icon, qsizetype count, qreal ratio)
         painter.setPen(Qt::NoPen);
         painter.setBrush(theme::accent());
         painter.drawRoundedRect(badge, 11, 11);
-        painter.setPen(Qt::white);
+        painter.setPen(theme::onAccent());
         painter.drawText(badge, Qt::AlignCenter, text);
     }
     return pixmap;
