@@ -7,6 +7,8 @@
 #include "commands/CommandCatalog.h"
 #include "places/SidebarStore.h"
 #include "platform/XdgPaths.h"
+#include "servers/ServerMounts.h"
+#include "support/LocalServers.h"
 #include "ui/servers/ServerSheet.h"
 
 #include <QAbstractButton>
@@ -85,6 +87,40 @@ TEST_F(ServerSheetTest, EmptyTrashAsksWithWhatItFreesAndDeletesOnlyWhenAnswered)
     settle();
     EXPECT_FALSE(exists(inTrash));
     EXPECT_EQ(toast(), QStringLiteral("Emptied the Trash"));
+}
+
+// A real sftp server of the test's own, through gvfs, by keys alone. Needs root (see SftpServer).
+using ServerSheetFault = WindowTest;
+
+TEST_F(ServerSheetFault, ConnectsByKeysAskingForThePasswordInTheSheet)
+{
+    GvfsSession gvfs;
+    if (!gvfs.ok())
+        GTEST_SKIP() << gvfs.why().toStdString();
+    SftpServer server;
+    if (!server.ok())
+        GTEST_SKIP() << server.why().toStdString();
+    open(tree.root());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("connectToServer"), *state));
+    ServerSheet* sheet = shownSheet(window.get());
+    ASSERT_TRUE(sheet);
+    sheet->addressField()->clear();
+    type(server.address());
+    press(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() == sheet->passwordField(); }, 30000))
+        << sheet->statusLabel()->text().toStdString();
+    type(QStringLiteral("wrong"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return sheet->statusLabel()->text().contains(QStringLiteral("refused")); }, 30000));
+    EXPECT_TRUE(sheet->passwordField()->text().isEmpty()) << "a password given is not kept in the field";
+    type(server.password());
+    press(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return !window->findChild<ServerSheet*>(); }, 30000)) << "the sheet closes once connected";
+    EXPECT_TRUE(ServerMounts::isServerPath(pane()->url())) << pane()->url().text().toStdString();
+    EXPECT_EQ(toast(), QStringLiteral("Connected to “%1 on 127.0.0.1”").arg(server.user()));
+    EXPECT_EQ(SidebarStore::shared().recentServers().value(0), ServerAddress::parse(server.address())->toString());
+    SidebarStore::shared().forgetServer(server.address());
+    pane()->navigate(tree.root()); // off the server before it goes
 }
 
 } // namespace
