@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <functional>
 
+class QSplitter;
 class QStackedWidget;
 class QTabBar;
 
@@ -19,6 +20,8 @@ class PaletteController;
 class FileOpsController;
 class PaneGrid;
 class PaneWidget;
+class PreviewPanel;
+class QuickLook;
 class Sidebar;
 class ToastHost;
 
@@ -37,6 +40,9 @@ public:
     QTabBar* tabBar() const { return m_tabBar; }
     // The column of places on the left (shown or hidden with the state's showSidebar()).
     Sidebar* sidebar() const { return m_sidebar; }
+    // The preview column on the right (shown with the state's showPreview()) and Quick Look.
+    PreviewPanel* previewPanel() const { return m_previewPanel; }
+    QuickLook* quickLook() const { return m_quickLook; }
 
     // Called for every pane widget made, now and later (git marks, property columns…).
     void addPaneDecorator(std::function<void(PaneWidget*)> decorate);
@@ -47,6 +53,7 @@ private:
     void updateTitles();
     PaneGrid* gridFor(TabState* tab);
     void decorate(PaneWidget* widget);
+    void setUpPreview(QSplitter* splitter);
 
     WindowState* m_state;
     QTabBar* m_tabBar;
@@ -54,6 +61,9 @@ private:
     QHash<TabState*, PaneGrid*> m_gridOf;
     ToastHost* m_toasts;
     Sidebar* m_sidebar;
+    QWidget* m_content; // the tab bar over the pane grids
+    PreviewPanel* m_previewPanel;
+    QuickLook* m_quickLook;
     CommandMenus* m_menus;
     PaletteController* m_palette;
     FileOpsController* m_fileOps;
