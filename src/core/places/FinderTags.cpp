@@ -16,7 +16,7 @@ namespace orwick {
 namespace {
 
 // Reads the tags of a folder's entries (one level) or of a whole tree, with the search walker.
-FinderTags::FolderTags readTags(const FilePath& root, bool recursive, bool showHidden)
+FinderTags::FolderTags readTags(const FilePath& root, bool recursive, bool showHidden, const CancelFlag& cancel)
 {
     FinderTags::FolderTags found;
     QMutex lock;
@@ -26,7 +26,6 @@ FinderTags::FolderTags readTags(const FilePath& root, bool recursive, bool showH
     walk.showHidden = showHidden;
     walk.makeItems = false;
     walk.threads = recursive ? 2 : 1;
-    CancelFlag never;
     SearchWalker::run(walk, [&](const SearchCandidate& candidate) {
         const auto value = xattr::get(candidate.path(), xattr::tags);
         if (!value)
@@ -37,13 +36,19 @@ FinderTags::FolderTags readTags(const FilePath& root, bool recursive, bool showH
         QMutexLocker locked(&lock);
         found.insert(candidate.path(), std::move(tags));
         return false;
-    }, [](SearchBatch&&) {}, never);
+    }, [](SearchBatch&&) {}, cancel);
     return found;
 }
 
 } // namespace
 
-FinderTags::FinderTags(QObject* parent) : QObject(parent) {}
+FinderTags::FinderTags(QObject* parent) : QObject(parent)
+{
+    if (QCoreApplication::instance())
+        connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this, [this] { m_stop->cancel(); });
+}
+
+FinderTags::~FinderTags() { m_stop->cancel(); }
 
 FinderTags& FinderTags::shared()
 {
@@ -88,7 +93,7 @@ void FinderTags::scanHome()
     if (std::exchange(m_scanned, true))
         return;
     const FilePath home = xdg::home();
-    runInBackground(this, [home] { return readTags(home, true, false); }, [this](FolderTags found) {
+    runInBackground(this, [home, stop = m_stop] { return readTags(home, true, false, *stop); }, [this](FolderTags found) {
         QHash<FilePath, FolderTags> byFolder;
         for (auto it = found.begin(); it != found.end(); ++it)
             byFolder[it.key().parent()].insert(it.key(), it.value());
@@ -101,7 +106,7 @@ void FinderTags::refreshFolder(const FilePath& folder)
 {
     if (folder.isEmpty())
         return;
-    runInBackground(this, [folder] { return readTags(folder, false, true); },
+    runInBackground(this, [folder] { return readTags(folder, false, true, CancelFlag()); },
                     [this, folder](FolderTags found) { storeFolder(folder, std::move(found)); });
 }
 

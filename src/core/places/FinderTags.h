@@ -9,11 +9,12 @@
 // (refreshItems), and by Orwick's own tag changes, undo and redo included (follow). It holds at
 // most kMaxFolders folders and kMaxFiles files; the folders cached longest ago go first
 // (`folderOrder`). Reading runs on the thread pool; results are applied on the GUI thread, where
-// every member must be called.
+// every member must be called. The home walk stops when the application is about to quit.
 //
 // Signals: changed() follows every change of the cache, after `revision` increased; it is not
 // emitted when a reading finds what the cache already held.
 
+#include "async/CancelFlag.h"
 #include "files/FilePath.h"
 #include "places/TagList.h"
 
@@ -33,6 +34,8 @@ public:
     using FolderTags = QHash<FilePath, TagList>; // file → its tags
 
     explicit FinderTags(QObject* parent = nullptr);
+    // Stops a walk of the home that is still running (so that quitting never waits for it).
+    ~FinderTags() override;
     // The application's one instance.
     static FinderTags& shared();
 
@@ -73,6 +76,7 @@ private:
     QList<FilePath> m_folderOrder;
     qsizetype m_files = 0;
     bool m_scanned = false;
+    CancelToken m_stop = makeCancelToken(); // the home walk's
 };
 
 } // namespace orwick
