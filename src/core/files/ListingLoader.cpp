@@ -1,6 +1,7 @@
 #include "files/ListingLoader.h"
 
 #include "files/DirectoryLoader.h"
+#include "places/FinderTags.h"
 #include "platform/AllTrashes.h"
 #include "platform/RecentFiles.h"
 #include "platform/XdgPaths.h"
@@ -68,7 +69,7 @@ ListingResult gather(Run run)
 
 } // namespace
 
-ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* cancel)
+ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* cancel, LoadFeedback* feedback)
 {
     QElapsedTimer timer;
     timer.start();
@@ -78,7 +79,8 @@ ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* ca
         // Every Trash of the user: the home's and those of the other mounted drives. A Trash
         // that can't be read adds nothing; no Trash yet is an empty Trash.
         for (const FilePath& folder : trash::allTrashFolders()) {
-            ListingResult part = DirectoryLoader::load(folder.child(QByteArrayView("files")), showHidden, cancel);
+            ListingResult part = DirectoryLoader::load(folder.child(QByteArrayView("files")), showHidden, cancel,
+                                                       feedback && !feedback->firstBatch ? feedback : nullptr);
             if (!part.error)
                 result.items.append(std::move(part.items));
         }
@@ -86,6 +88,16 @@ ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* ca
     case Listing::Kind::recents: result = recents(cancel); break;
     case Listing::Kind::screenshots: result = screenshots(cancel); break;
     case Listing::Kind::tag:
+        // Once the home has been read for tags, the tagged files are known: read just those.
+        if (const auto known = showHidden ? std::nullopt : FinderTags::knownTagged(listing.tagName, xdg::home())) {
+            for (const FilePath& file : *known) {
+                if (cancel && cancel->isCancelled())
+                    break;
+                if (statPath(file, FollowLinks::no))
+                    result.items.append(FileItem::make(file));
+            }
+            break;
+        }
         result = gather([&](const SearchWalker::Sink& sink) {
             CancelFlag never;
             QuerySearch::runTag(listing.tagName, xdg::home(), showHidden, sink, cancel ? *cancel : never);

@@ -5,12 +5,15 @@
 // Pure and thread-safe: call it from a background task.
 
 #include "async/CancelFlag.h"
+#include "files/DirectoryLoader.h"
 #include "files/Listing.h"
 
 namespace orwick::ListingLoader {
 
-// Hidden items (any hidden path component) are left out unless `showHidden`.
-ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* cancel = nullptr);
+// Hidden items (any hidden path component) are left out unless `showHidden`. `feedback`
+// counts the items read where the source is read folder by folder (the Trash); a listing hands
+// out no first batch.
+ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* cancel = nullptr, LoadFeedback* feedback = nullptr);
 
 // The most screenshots a listing shows, newest first.
 inline constexpr int kScreenshotLimit = 500;

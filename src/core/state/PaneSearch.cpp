@@ -158,6 +158,7 @@ void PaneState::runSearch()
 void PaneState::loadSearch()
 {
     m_reloadTimer.stop();
+    stopLoadingClock(); // the status line says "Searching…" instead
     const TaskSlot::Ticket ticket = m_loadTask.start();
     if (!m_isLoading) {
         m_isLoading = true;

@@ -4,13 +4,22 @@
 // in the background and are applied here, newest only. Selections, cursor and history hold
 // paths, never items, so they survive reloads.
 //
+// Moving to another folder or listing shows it at once: the items, selection and cursor of the
+// place left are gone before locationChanged() is emitted, so no key or command can reach them.
+// A large folder shows its first batch of rows (arranged among themselves, usable) while the
+// rest is read; the full arrangement then replaces it in one step, keeping selection and cursor.
+// When the row under the cursor goes away (moved, trashed, filtered out), the cursor and the
+// selection go to the next row that stays, or the previous one at the end.
+//
 // Signals: locationChanged() follows every change of folder or listing (before its load ends);
-// itemsChanged() follows every applied arrangement (after a load, sort, filter…);
-// selectionChanged() follows any change of selection, cursor or anchor.
+// itemsChanged() follows every applied arrangement (after a load, sort, filter…) and the emptying
+// of the view when the pane moves; selectionChanged() follows any change of selection, cursor or
+// anchor; loadProgressChanged() follows each change of loadingText().
 
 #include "async/Background.h"
 #include "disktools/FolderSizes.h"
 #include "files/Arrangement.h"
+#include "files/DirectoryLoader.h"
 #include "files/Listing.h"
 #include "state/ViewPreferences.h"
 
@@ -41,6 +50,12 @@ public:
     const FileItems& unsortedItems() const { return m_unsortedItems; }
     const QHash<int, Heading>& headings() const { return m_headings; }
     bool isLoading() const { return m_isLoading; }
+    // While a load has run longer than kLoadingNoteDelayMs: "Loading…", with the count of items
+    // read so far once there is one ("Loading… 12,345 items"). Empty otherwise.
+    QString loadingText() const;
+    static constexpr int kLoadingNoteDelayMs = 150;
+    // True while a large folder shows its first batch and the rest is still being read.
+    bool showsFirstBatch() const { return m_showsFirstBatch; }
     // True while a pane made to wait has not been shown: it holds no items, runs no load and
     // watches nothing.
     bool isWaitingToBeShown() const { return m_waiting; }
@@ -180,6 +195,7 @@ Q_SIGNALS:
     void itemsChanged();
     void selectionChanged();
     void loadingChanged();
+    void loadProgressChanged();
     void viewModeChanged();
     void arrangementOptionsChanged(); // sort, grouping, filter, hidden files
     void filterFocusRequested();
@@ -194,11 +210,21 @@ Q_SIGNALS:
 
 private:
     void showFolder(const FilePath& folder, const QList<FilePath>& selecting);
+    // Empties the view at once when the pane moves: the old items, their arrangement and any
+    // result still on its way for them are gone.
+    void clearShownItems();
     void load(const QList<FilePath>& selecting);
+    void applyFirstBatch(FileItems items, const QList<FilePath>& selecting);
     void applyLoad(ListingResult result, const QList<FilePath>& selecting, qint64 elapsedMs);
+    void followFolderViewMode();
+    void startLoadingClock(std::shared_ptr<LoadFeedback> feedback);
+    void stopLoadingClock();
     void rearrange();
     void applyArrangement(Arrangement arrangement);
-    void restoreSelection();
+    // `previous` is what was shown before (its rows let a vanished cursor find its neighbour).
+    void restoreSelection(const FileItems& previous = {}, int previousCursorRow = -1);
+    // The first row after `row` of `previous` that is still shown, else the last before it.
+    std::optional<FilePath> nearestShown(const FileItems& previous, int row) const;
     void watchCurrentFolder();
     void onFolderChanged();
     void setSelectionTo(QSet<FilePath> selection, std::optional<FilePath> cursor, std::optional<FilePath> anchor);
@@ -217,6 +243,12 @@ private:
     ItemPositions m_positions;
     std::shared_ptr<const PreparedItems> m_prepared; // names of this load, folded once
     bool m_isLoading = false;
+    bool m_showsFirstBatch = false;
+    std::shared_ptr<LoadFeedback> m_loadFeedback; // of the running folder load
+    QTimer m_loadingNoteDelay;                    // shows loadingText() once a load runs long
+    QTimer m_loadProgressTimer;                   // samples the count while it shows
+    bool m_loadingSlowly = false;
+    qint64 m_itemsRead = 0;
     bool m_waiting = false;
     QList<FilePath> m_selectingWhenShown;
     std::optional<QString> m_error;
