@@ -1,5 +1,7 @@
 #include "ui/fileops/ConflictDialog.h"
 
+#include "ui/fileops/DialogFocus.h"
+
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -25,6 +27,7 @@ void askConflict(QWidget* window, const FileOperations::ConflictQuestion& questi
                : clicked == skip ? Choice::skip
                                  : Choice::cancel);
     });
+    returnKeyboardWhenClosed(box);
     box->open();
 }
 

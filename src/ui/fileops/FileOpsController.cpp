@@ -4,14 +4,17 @@
 #include "files/Formatting.h"
 #include "state/FileActions.h"
 #include "ui/fileops/ConflictDialog.h"
+#include "ui/fileops/DialogFocus.h"
 #include "ui/fileops/FailureList.h"
 #include "ui/fileops/InlineRename.h"
 #include "ui/fileops/ProgressCard.h"
 #include "ui/pane/PaneWidget.h"
+#include "ui/views/ColumnsView.h"
+#include "ui/views/FileGridView.h"
 #include "ui/views/FileListView.h"
+#include "ui/views/FileTableView.h"
 #include "ui/window/ToastHost.h"
 
-#include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -75,22 +78,38 @@ void FileOpsController::showRename(PaneState* pane)
     const FilePath url = *pane->renaming();
     FileActions* files = &m_state->files();
     auto commit = [files](const FilePath& item, const QString& name) { files->commitRename(item, name); };
-    // In the list the name is edited in place; the other views ask in a small sheet.
-    QWidget* editor = widget->listView()->isVisible() ? startInlineRename(widget->listView(), url, commit) : nullptr;
-    if (!editor) {
-        auto* dialog = new QInputDialog(m_window);
-        dialog->setWindowTitle(QStringLiteral("Rename"));
-        dialog->setLabelText(QStringLiteral("Name:"));
-        dialog->setTextValue(url.fileName());
-        dialog->setAttribute(Qt::WA_DeleteOnClose);
-        dialog->setWindowModality(Qt::WindowModal);
-        connect(dialog, &QInputDialog::textValueSelected, this, [commit, url](const QString& name) { commit(url, name); });
-        dialog->open();
-        editor = dialog;
+    // The name is edited in place, in whichever view the pane shows.
+    QWidget* editor = startNameEditor(widget, url, commit);
+    if (!editor) { // the item isn't among the shown rows (filtered out): nothing to edit
+        files->endRename();
+        return;
     }
     m_editor = editor;
     // The editor ends by committing or cancelling; either way the file commands come back.
     connect(editor, &QObject::destroyed, files, &FileActions::endRename);
+}
+
+QWidget* FileOpsController::startNameEditor(PaneWidget* widget, const FilePath& url,
+                                           std::function<void(const FilePath&, const QString&)> commit)
+{
+    switch (widget->pane()->viewMode()) {
+    case ViewMode::grid: {
+        // Under the picture, where the name is drawn.
+        FileGridView* grid = widget->gridView();
+        const int pictureBottom = 3 + 4 + grid->tileSize() + 2;
+        const int lineHeight = grid->fontMetrics().height() + 6;
+        return startInlineRename(grid, url, [pictureBottom, lineHeight](const QRect& tile) {
+            return QRect(tile.left() + 2, tile.top() + pictureBottom, tile.width() - 4, lineHeight);
+        }, std::move(commit));
+    }
+    case ViewMode::columns:
+        return startInlineRename(widget->columnsView()->currentColumn(), url, [](const QRect& row) { return row.adjusted(24, 0, 0, 0); },
+                                 std::move(commit));
+    case ViewMode::table:
+        return startInlineRename(widget->tableView(), url, [](const QRect& cell) { return cell.adjusted(24, 0, 0, 0); }, std::move(commit));
+    case ViewMode::list: break;
+    }
+    return startInlineRename(widget->listView(), url, [](const QRect& cell) { return cell.adjusted(24, 0, 0, 0); }, std::move(commit));
 }
 
 void FileOpsController::showOutcome(const OperationOutcome& outcome)
@@ -127,6 +146,7 @@ void FileOpsController::confirmTidyUp(const FilePath& folder)
         if (box->clickedButton() == static_cast<QAbstractButton*>(tidy))
             files->tidyUp(folder);
     });
+    returnKeyboardWhenClosed(box);
     box->open();
 }
 
@@ -146,6 +166,7 @@ void FileOpsController::confirmEmptyTrash(const TrashContents& contents)
         if (box->clickedButton() == static_cast<QAbstractButton*>(empty))
             files->emptyTrash(contents);
     });
+    returnKeyboardWhenClosed(box);
     box->open();
 }
 

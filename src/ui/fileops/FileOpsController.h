@@ -11,8 +11,9 @@
 // question, failure and toast shows in the window whose command started the job.
 //
 // Inline rename follows the pane state: when a pane's renaming() is set (Rename, or a new folder
-// or file showing up), an editor opens over the item — in place in the list, in a small sheet in
-// the other views — and ends the rename through FileActions when it closes.
+// or file showing up), an editor opens over the item's name in place — in
+// the list, the table, the grid and the columns alike — and ends the rename through FileActions
+// when it closes. The editor stays open while the folder reloads under it.
 
 #include "fileops/FileOperations.h"
 #include "fileops/TrashContents.h"
@@ -44,6 +45,8 @@ public:
 private:
     PaneWidget* widgetFor(const PaneState* pane) const;
     void showRename(PaneState* pane);
+    // An editor over `url`'s name in the view `widget` shows now, or null when it isn't shown.
+    QWidget* startNameEditor(PaneWidget* widget, const FilePath& url, std::function<void(const FilePath&, const QString&)> commit);
     void confirmTidyUp(const FilePath& folder);
     void confirmEmptyTrash(const TrashContents& contents);
     void showOutcome(const OperationOutcome& outcome);
