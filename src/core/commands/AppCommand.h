@@ -22,6 +22,9 @@ struct AppCommand {
     std::function<void(WindowState&)> run;
     // Why the command is dimmed when it is, in the user's words ("Comes with batch rename").
     QString disabledNote;
+    // For a command that switches something on and off: whether it is on now (the menu shows a
+    // check mark). Absent for other commands.
+    std::function<bool(const WindowState&)> isChecked;
 
     bool enabledIn(const WindowState& window) const { return run && (!isEnabled || isEnabled(window)); }
     // The text the palette matches: the title and the keywords.

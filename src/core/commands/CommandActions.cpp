@@ -112,6 +112,8 @@ void showInSystemFileManager(WindowState& window)
 
 bool hasGit(const WindowState&) { return services().git && services().git->isAvailable(); }
 
+bool hidesIgnored(const WindowState&) { return services().git && services().git->hidesIgnored(); }
+
 void toggleHideIgnored(WindowState&)
 {
     if (Git* git = services().git)

@@ -15,6 +15,7 @@ void copyDataURI(WindowState& window);
 void showInSystemFileManager(WindowState& window);
 bool hasGit(const WindowState& window);
 void toggleHideIgnored(WindowState& window);
+bool hidesIgnored(const WindowState& window); // git-ignored files are hidden now
 
 // The code editor and terminal in use: the preferred ones, else the first found (ExternalPrograms).
 QString editorName();   // "Code Editor" when none is known

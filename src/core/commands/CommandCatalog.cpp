@@ -33,6 +33,13 @@ AppCommand make(const char* id, const char* title, const char* symbol, QKeySeque
     return command;
 }
 
+// A command that is on or off: the menu shows its state with a check mark.
+AppCommand checkable(AppCommand command, Predicate isOn)
+{
+    command.isChecked = std::move(isOn);
+    return command;
+}
+
 // A command that says why it is dimmed when it is.
 AppCommand withNote(AppCommand command, const char* note)
 {
@@ -100,7 +107,7 @@ QList<AppCommand> buildFixed()
         make("newTab", "New Tab", "plus.square.on.square", keys(C | Qt::Key_T), "", [](WindowState& w) { w.newTab(); }),
         make("newFolder", "New Folder", "folder.badge.plus", keys(C | S | Qt::Key_N), "create mkdir", files(&FileActions::newFolder), canCreate),
         make("newFile", "New File", "doc.badge.plus", keys(C | A | Qt::Key_N), "create touch", files(&FileActions::newFile), canCreate),
-        later("newNote", "New Note", "square.and.pencil", keys(C | A | S | Qt::Key_N), "markdown create write obsidian", kNotYet),
+        make("newNote", "New Note", "square.and.pencil", keys(C | A | S | Qt::Key_N), "markdown create write obsidian", newNote, canCreate),
         make("todaysNote", "Today's Note", "calendar.badge.plus", keys(C | A | S | Qt::Key_D), "daily journal date obsidian", openTodaysNote, hasFolder),
         later("toggleEditing", "Edit File", "pencil.line", keys(C | Qt::Key_E), "write markdown text editor", kNotYet),
         make("reopenTab", "Reopen Closed Tab", "", keys(C | S | Qt::Key_T), "", [](WindowState& w) { w.reopenClosedTab(); },
@@ -219,7 +226,9 @@ QList<AppCommand> buildFixed()
         make("previousTab", "Show Previous Tab", "arrow.left", keys(C | S | Qt::Key_Backtab), "", [](WindowState& w) { w.selectTab(-1); }),
         make("hiddenFiles", "Toggle Hidden Files", "", keys(C | S | Qt::Key_Period), "dotfiles show hidden",
              [](WindowState& w) { w.activePane()->setShowHidden(!w.activePane()->showHidden()); }),
-        make("hideIgnored", "Hide Git-Ignored Files", "eye.slash", none(), "gitignore node_modules build ignored show dim", toggleHideIgnored, hasGit),
+        checkable(make("hideIgnored", "Hide Git-Ignored Files", "eye.slash", none(), "gitignore node_modules build ignored show dim",
+                       toggleHideIgnored, hasGit),
+                  hidesIgnored),
         make("toggleSidebar", "Toggle Sidebar", "sidebar.left", keys(C | M | Qt::Key_S), "hide show places favorites room",
              [](WindowState& w) { w.setShowSidebar(!w.showSidebar()); }),
         make("focusSidebar", "Focus Sidebar", "sidebar.left", keys(C | A | Qt::Key_B), "places favorites keyboard jump",

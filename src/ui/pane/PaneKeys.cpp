@@ -224,8 +224,13 @@ bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& cont
         }
         break;
     case Qt::Key_Escape:
+        // First the selection goes, then an open filter closes (showing every row again).
         if (!pane.selection().isEmpty()) {
             pane.clearSelection();
+            return true;
+        }
+        if (pane.isFiltering()) {
+            pane.setFiltering(false);
             return true;
         }
         break;

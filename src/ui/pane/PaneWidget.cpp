@@ -1,6 +1,7 @@
 #include "ui/pane/PaneWidget.h"
 
 #include "files/FileCategory.h"
+#include "platform/DefaultApps.h"
 #include "platform/RecentFiles.h"
 #include "ui/pane/FilterBar.h"
 #include "ui/pane/PathBar.h"
@@ -83,6 +84,12 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     connect(pane, &PaneState::itemsChanged, this, &PaneWidget::showState);
     connect(pane, &PaneState::locationChanged, this, &PaneWidget::showState);
     connect(pane, &PaneState::loadingChanged, this, &PaneWidget::showState);
+    connect(pane, &PaneState::loadProgressChanged, this, [this] {
+        if (m_stack->currentWidget() == m_message && m_pane->isLoading())
+            m_message->setText(m_pane->loadingText());
+    });
+    // "Filter This Folder" (Ctrl+F from anywhere in the window) puts the keys in the field.
+    connect(pane, &PaneState::filterFocusRequested, this, [this] { m_filterBar->open(); });
     connect(pane, &PaneState::viewModeChanged, this, &PaneWidget::showState);
     // Leaving the filter field hands the keys back to the view.
     connect(m_filterBar, &FilterBar::finished, this, [this] { itemsView()->setFocus(Qt::OtherFocusReason); });
@@ -122,12 +129,14 @@ void PaneWidget::showState()
         if (m_stack->currentWidget() != m_drives)
             m_drives->refresh();
         next = m_drives;
-    } else if (!m_pane->isLoading() && m_pane->items().isEmpty() && m_pane->viewMode() != ViewMode::columns) {
-        m_message->setText(m_pane->emptyText());
+    } else if (m_pane->items().isEmpty() && m_pane->viewMode() != ViewMode::columns) {
+        // While the new place is read: blank, then "Loading…" with its count once it takes a while.
+        m_message->setText(m_pane->isLoading() ? m_pane->loadingText() : m_pane->emptyText());
         next = m_message;
     }
     m_stack->setCurrentWidget(next);
-    if (hadFocus)
+    // The keys stay where they are inside the view (a name being edited over its rows).
+    if (hadFocus && !next->isAncestorOf(QApplication::focusWidget()) && QApplication::focusWidget() != next)
         next->setFocus(Qt::OtherFocusReason);
 }
 
@@ -135,6 +144,13 @@ void PaneWidget::openFiles(const FileItems& files)
 {
     static const QMimeDatabase mimes;
     for (const FileItem& file : files) {
+        // The desktop's opener only complains on its error output: a type that no installed
+        // application takes is said here instead.
+        const QMimeType type = mimes.mimeTypeForFile(file.destination.text());
+        if (!defaultApps::canOpen(type.name())) {
+            Q_EMIT messageRequested(QStringLiteral("No app is set to open “%1” (%2)").arg(file.name, type.comment()));
+            continue;
+        }
         if (!QDesktopServices::openUrl(file.destination.toUrl())) {
             Q_EMIT messageRequested(QStringLiteral("Couldn’t open “%1”").arg(file.name));
             continue;

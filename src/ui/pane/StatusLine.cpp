@@ -26,6 +26,8 @@ StatusLine::StatusLine(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     connect(pane, &PaneState::itemsChanged, this, &StatusLine::update);
     connect(pane, &PaneState::selectionChanged, this, &StatusLine::update);
     connect(pane, &PaneState::loadingChanged, this, &StatusLine::update);
+    connect(pane, &PaneState::loadProgressChanged, this, &StatusLine::update);
+    connect(pane, &PaneState::locationChanged, this, &StatusLine::update);
     connect(pane->folderSizes(), &FolderSizes::changed, this, &StatusLine::update);
     update();
 }
@@ -34,8 +36,10 @@ QString StatusLine::describe(const PaneState& pane)
 {
     // A search shows its results while it walks; the line says it is still looking.
     const bool searching = pane.isLoading() && pane.listing() && pane.listing()->kind == Listing::Kind::search;
+    if (pane.listing() && pane.listing()->kind == Listing::Kind::thisMac)
+        return {}; // the drives view tells its own story; it has no items to count
     if (pane.isLoading() && pane.items().isEmpty())
-        return searching ? QStringLiteral("Searching…") : QStringLiteral("Loading…");
+        return searching ? QStringLiteral("Searching…") : pane.loadingText(); // quiet for a quick load
     const qint64 shown = pane.items().size();
     QString text = formatCount(shown, QStringLiteral("item"));
     const qint64 selected = pane.selection().size();
@@ -49,6 +53,8 @@ QString StatusLine::describe(const PaneState& pane)
         text += QStringLiteral(" · hidden files shown");
     if (searching)
         text += QStringLiteral(" · searching…");
+    else if (const QString loading = pane.loadingText(); !loading.isEmpty())
+        text += QStringLiteral(" · ") + loading; // the first rows of a large folder, the rest coming
     return text;
 }
 

@@ -36,6 +36,11 @@ public:
         setModelColumn(FileListModel::NameColumn);
         styleColumn(this);
         setContextMenuPolicy(Qt::CustomContextMenu);
+        // Day headings make their rows taller: uniform sizes would lay the heading over the row.
+        PaneState* pane = model->pane();
+        auto followGrouping = [this, pane] { setUniformItemSizes(!pane->groupByDate()); };
+        followGrouping();
+        connect(pane, &PaneState::arrangementOptionsChanged, this, followGrouping);
     }
 
 protected:
@@ -59,11 +64,12 @@ protected:
     {
         QListView::paintEvent(event);
         const PaneState& pane = *m_model->pane();
-        if (pane.isLoading() || m_model->rowCount() > 0)
+        if (m_model->rowCount() > 0)
             return;
         QPainter painter(viewport());
         painter.setPen(theme::dimText());
-        painter.drawText(viewport()->rect().adjusted(12, 0, -12, 0), Qt::AlignCenter | Qt::TextWordWrap, pane.emptyText());
+        painter.drawText(viewport()->rect().adjusted(12, 0, -12, 0), Qt::AlignCenter | Qt::TextWordWrap,
+                         pane.isLoading() ? pane.loadingText() : pane.emptyText());
     }
 
 private:
@@ -97,6 +103,7 @@ ColumnsView::ColumnsView(FileListModel* model, QWidget* parent) : QScrollArea(pa
     connect(pane, &PaneState::locationChanged, this, &ColumnsView::rebuild);
     connect(pane, &PaneState::selectionChanged, this, &ColumnsView::followSelection);
     connect(pane, &PaneState::itemsChanged, this, &ColumnsView::followSelection);
+    connect(pane, &PaneState::loadProgressChanged, m_current->viewport(), qOverload<>(&QWidget::update));
     rebuild();
 }
 

@@ -42,8 +42,8 @@ public:
         if (selected || cursor) {
             QPainterPath shape;
             shape.addRoundedRect(tile, theme::cornerRadius(), theme::cornerRadius());
-            if (selected)
-                painter->fillPath(shape, theme::selection());
+            if (selected) // a pane without the keyboard shows its selection dimmer
+                painter->fillPath(shape, m_view->hasFocus() ? theme::selection() : theme::selectionUnfocused());
             if (cursor)
                 painter->strokePath(shape, QPen(theme::cursorRing(), 2));
         }

@@ -21,7 +21,8 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setFrameShape(QFrame::NoFrame);
     setIconSize(QSize(18, 18));
-    setAllColumnsShowFocus(true);
+    // The pane's cursor is drawn by the delegate; the view's own focus frame would be a second one.
+    setAllColumnsShowFocus(false);
     setTextElideMode(Qt::ElideMiddle);
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this,

@@ -57,11 +57,12 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& givenOpti
     }
     const bool selected = index.data(FileListModel::SelectedRole).toBool();
     const bool cursor = index.data(FileListModel::CursorRole).toBool();
-    if (selected)
-        painter->fillRect(option.rect, theme::selection());
+    const auto* view = qobject_cast<const QAbstractItemView*>(option.widget);
+    const bool focused = view && view->hasFocus();
+    if (selected) // a pane without the keyboard shows its selection dimmer
+        painter->fillRect(option.rect, focused ? theme::selection() : theme::selectionUnfocused());
     if (cursor) {
-        const auto* view = qobject_cast<const QAbstractItemView*>(option.widget);
-        if (view && view->hasFocus()) {
+        if (focused) {
             // A thin bar under the caret row: visible whether or not it is selected.
             QRect bar = option.rect;
             bar.setTop(bar.bottom() - 1);

@@ -44,8 +44,15 @@ void followCursor(QAbstractItemView* view, const QWidget* visibleOwner)
     PaneState* pane = model ? model->pane() : nullptr;
     if (pane && pane->cursor()) {
         const int row = pane->row(*pane->cursor());
-        if (row >= 0 && row < shown->rowCount())
+        if (row >= 0 && row < shown->rowCount()) {
+            // The view's current row is the pane's cursor, so that nothing of the view's own
+            // (a focus frame, what focus-in picks) sits on another row. The table keeps its column.
+            const QModelIndex current = view->currentIndex();
+            const QModelIndex target = shown->index(row, current.isValid() ? current.column() : FileListModel::NameColumn);
+            if (view->selectionModel() && current.row() != row)
+                view->selectionModel()->setCurrentIndex(target, QItemSelectionModel::NoUpdate);
             view->scrollTo(shown->index(row, FileListModel::NameColumn), QAbstractItemView::EnsureVisible);
+        }
     }
     view->viewport()->update();
 }

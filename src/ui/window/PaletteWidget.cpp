@@ -85,6 +85,8 @@ void PaletteWidget::sync()
     if (!isVisible() || !isAncestorOf(QApplication::focusWidget()))
         m_returnFocus = QApplication::focusWidget();
     m_query->setText(m_state->query());
+    if (m_state->mode() == PaletteMode::path)
+        m_query->selectAll(); // Ctrl+L: a typed path replaces the shown one
     fillRows();
     place();
     show();
@@ -174,7 +176,16 @@ bool PaletteWidget::eventFilter(QObject* watched, QEvent* event)
             m_state->completePath();
         return true;
     case Qt::Key_Return:
-    case Qt::Key_Enter: m_state->choose(key->modifiers() & Qt::ControlModifier); return true;
+    case Qt::Key_Enter:
+        if (!m_state->choose(key->modifiers() & Qt::ControlModifier)) {
+            // A dimmed row can't be chosen: the footer says why instead of nothing happening.
+            if (const PaletteItem* item = m_state->selectedItem(); item && !item->isEnabled) {
+                m_footer->setText(item->title + QStringLiteral(": ")
+                                  + (item->subtitle.isEmpty() ? QStringLiteral("not available here") : item->subtitle));
+                m_footer->setVisible(true);
+            }
+        }
+        return true;
     default: return false;
     }
 }

@@ -1,0 +1,91 @@
+// Which applications open a type of file, from real desktop files and mimeapps.list files in
+// temporary data and config folders (the system's own folders are kept out of sight).
+
+#include "platform/DefaultApps.h"
+#include "support/TempHome.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+namespace orwick {
+namespace {
+
+struct DefaultAppsTest : ::testing::Test {
+    test::TempTree system; // stands in for /usr/share and /etc/xdg
+    QByteArray savedDataDirs = qgetenv("XDG_DATA_DIRS");
+    QByteArray savedConfigDirs = qgetenv("XDG_CONFIG_DIRS");
+    QByteArray savedDesktop = qgetenv("XDG_CURRENT_DESKTOP");
+
+    DefaultAppsTest()
+    {
+        qputenv("XDG_DATA_DIRS", system.path(QStringLiteral("share")).native());
+        qputenv("XDG_CONFIG_DIRS", system.path(QStringLiteral("etc")).native());
+        qunsetenv("XDG_CURRENT_DESKTOP");
+        system.folder(QStringLiteral("share/applications"));
+        // The types and what they inherit still come from the system's MIME database.
+        system.link(QStringLiteral("share/mime"), "/usr/share/mime");
+    }
+    ~DefaultAppsTest() override
+    {
+        qputenv("XDG_DATA_DIRS", savedDataDirs);
+        qputenv("XDG_CONFIG_DIRS", savedConfigDirs);
+        qputenv("XDG_CURRENT_DESKTOP", savedDesktop);
+    }
+    void install(const char* id, const char* mimeTypes)
+    {
+        system.file(QStringLiteral("share/applications/") + QString::fromLatin1(id),
+                    QByteArray("[Desktop Entry]\nType=Application\nName=") + id + "\nExec=true %f\nMimeType=" + mimeTypes + "\n");
+    }
+};
+
+TEST_F(DefaultAppsTest, NothingInstalledOpensNothing)
+{
+    EXPECT_TRUE(defaultApps::applicationsFor(QStringLiteral("application/x-orwick-nothing")).isEmpty());
+    EXPECT_FALSE(defaultApps::canOpen(QStringLiteral("application/x-orwick-nothing")));
+}
+
+TEST_F(DefaultAppsTest, AnApplicationListingTheTypeOpensIt)
+{
+    install("viewer.desktop", "image/png;image/jpeg;");
+    EXPECT_EQ(defaultApps::applicationsFor(QStringLiteral("image/png")), QStringList{QStringLiteral("viewer.desktop")});
+    EXPECT_TRUE(defaultApps::canOpen(QStringLiteral("image/jpeg")));
+    EXPECT_FALSE(defaultApps::canOpen(QStringLiteral("application/pdf")));
+}
+
+TEST_F(DefaultAppsTest, TheDefaultComesFirstAndRemovedAssociationsGo)
+{
+    install("editor.desktop", "text/plain;");
+    install("other.desktop", "text/plain;");
+    install("gone.desktop", "text/plain;");
+    const FilePath list = test::tempHome().child(QStringLiteral(".config/mimeapps.list"));
+    QFile file(list.text());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[Default Applications]\ntext/plain=other.desktop;missing.desktop;\n[Removed Associations]\ntext/plain=gone.desktop;\n");
+    file.close();
+    const QStringList apps = defaultApps::applicationsFor(QStringLiteral("text/plain"));
+    ASSERT_FALSE(apps.isEmpty());
+    EXPECT_EQ(apps.first(), QStringLiteral("other.desktop"));
+    EXPECT_TRUE(apps.contains(QStringLiteral("editor.desktop")));
+    EXPECT_FALSE(apps.contains(QStringLiteral("gone.desktop")));
+    EXPECT_FALSE(apps.contains(QStringLiteral("missing.desktop"))) << "not installed";
+    QFile::remove(list.text());
+}
+
+TEST_F(DefaultAppsTest, ATypeIsOpenedByWhatOpensTheTypeItInherits)
+{
+    if (!QFile::exists(QStringLiteral("/usr/share/mime/packages/freedesktop.org.xml")))
+        GTEST_SKIP() << "no shared MIME database here to say what a C source file inherits";
+    install("editor.desktop", "text/plain;");
+    EXPECT_TRUE(defaultApps::canOpen(QStringLiteral("text/x-csrc"))); // C source is text
+    EXPECT_FALSE(defaultApps::canOpen(QStringLiteral("image/png")));
+}
+
+TEST_F(DefaultAppsTest, AHiddenDesktopFileOpensNothing)
+{
+    system.file(QStringLiteral("share/applications/hidden.desktop"),
+                "[Desktop Entry]\nType=Application\nName=H\nHidden=true\nMimeType=image/png;\n");
+    EXPECT_FALSE(defaultApps::canOpen(QStringLiteral("image/png")));
+}
+
+} // namespace
+} // namespace orwick
