@@ -15,6 +15,24 @@ namespace orwick {
 
 namespace {
 
+// What the shared instance last knew, for readers on other threads. A QHash copy shares its
+// data until the GUI thread changes its own, so publishing costs no copying.
+struct Published {
+    QMutex lock;
+    QHash<FilePath, FinderTags::FolderTags> cache;
+    bool complete = false;
+};
+Published& published()
+{
+    static Published state;
+    return state;
+}
+QPointer<FinderTags>& sharedInstance()
+{
+    static QPointer<FinderTags> instance;
+    return instance;
+}
+
 // Reads the tags of a folder's entries (one level) or of a whole tree, with the search walker.
 FinderTags::FolderTags readTags(const FilePath& root, bool recursive, bool showHidden, const CancelFlag& cancel)
 {
@@ -52,10 +70,39 @@ FinderTags::~FinderTags() { m_stop->cancel(); }
 
 FinderTags& FinderTags::shared()
 {
-    static QPointer<FinderTags> instance;
+    QPointer<FinderTags>& instance = sharedInstance();
     if (!instance)
         instance = new FinderTags(QCoreApplication::instance());
     return *instance;
+}
+
+std::optional<QList<FilePath>> FinderTags::knownTagged(const QString& tag, const FilePath& root)
+{
+    QHash<FilePath, FolderTags> cache;
+    {
+        Published& state = published();
+        QMutexLocker locked(&state.lock);
+        if (!state.complete)
+            return std::nullopt;
+        cache = state.cache;
+    }
+    QList<FilePath> files;
+    for (auto folder = cache.cbegin(); folder != cache.cend(); ++folder)
+        if (root.contains(folder.key()))
+            for (auto file = folder->cbegin(); file != folder->cend(); ++file)
+                if (file.value().contains(tag))
+                    files.append(file.key());
+    return files;
+}
+
+void FinderTags::publish() const
+{
+    if (sharedInstance() != this)
+        return;
+    Published& state = published();
+    QMutexLocker locked(&state.lock);
+    state.cache = m_cache;
+    state.complete = m_complete;
 }
 
 TagList FinderTags::tagsOf(const FilePath& file) const
@@ -99,6 +146,9 @@ void FinderTags::scanHome()
             byFolder[it.key().parent()].insert(it.key(), it.value());
         for (auto it = byFolder.begin(); it != byFolder.end(); ++it)
             storeFolder(it.key(), std::move(it.value()), true);
+        // A walk cut short knows only part of the home.
+        m_complete = !m_stop->isCancelled() && m_files <= kMaxFiles;
+        bump();
     });
 }
 
@@ -193,9 +243,17 @@ void FinderTags::touch(const FilePath& folder)
 
 void FinderTags::trim()
 {
-    while (!m_folderOrder.isEmpty() && (m_folderOrder.size() > kMaxFolders || m_files > kMaxFiles)) {
+    const auto over = [this] { return m_folderOrder.size() > kMaxFolders || m_files > kMaxFiles; };
+    // Folders read without tags go first: dropping them loses nothing the tag listing needs.
+    for (qsizetype i = 0; i < m_folderOrder.size() && m_folderOrder.size() > kMaxFolders;)
+        if (m_cache.value(m_folderOrder.at(i)).isEmpty())
+            m_cache.remove(m_folderOrder.takeAt(i));
+        else
+            ++i;
+    while (!m_folderOrder.isEmpty() && over()) {
         const FilePath oldest = m_folderOrder.takeFirst();
         m_files -= m_cache.take(oldest).size();
+        m_complete = false;
     }
 }
 
@@ -203,6 +261,7 @@ void FinderTags::bump()
 {
     m_inUse.reset();
     ++m_revision;
+    publish();
     Q_EMIT changed();
 }
 

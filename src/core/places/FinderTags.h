@@ -11,6 +11,11 @@
 // (`folderOrder`). Reading runs on the thread pool; results are applied on the GUI thread, where
 // every member must be called. The home walk stops when the application is about to quit.
 //
+// Once the home walk has finished, the cache knows every tagged file under home that Orwick can
+// know of, and the shared instance hands that to the tag listing (knownTagged, from any thread),
+// so a click on a tag reads only the tagged files instead of walking the home again. Dropping a
+// folder with tagged files to stay within bounds ends that: the listing walks again.
+//
 // Signals: changed() follows every change of the cache, after `revision` increased; it is not
 // emitted when a reading finds what the cache already held.
 
@@ -50,6 +55,12 @@ public:
     // Walks the home folder once for tagged files (later calls do nothing); the folders a pane
     // has read meanwhile keep their newer readings.
     void scanHome();
+    // Whether the cache holds every tagged file of the home: the walk finished and no folder
+    // with tagged files has been dropped since.
+    bool isComplete() const { return m_complete; }
+    // The files under `root` carrying `tag`, as the shared instance last knew them, while it is
+    // complete; nothing otherwise. Safe from any thread.
+    static std::optional<QList<FilePath>> knownTagged(const QString& tag, const FilePath& root);
     // Reads the tags of every entry of the folder again.
     void refreshFolder(const FilePath& folder);
     // Reads the tags of these files again (they may lie in many folders).
@@ -69,6 +80,7 @@ private:
     void touch(const FilePath& folder);
     void trim();
     void bump();
+    void publish() const;
 
     quint64 m_revision = 0;
     mutable std::optional<QList<FinderTag>> m_inUse; // worked out when first asked after a change
@@ -76,6 +88,7 @@ private:
     QList<FilePath> m_folderOrder;
     qsizetype m_files = 0;
     bool m_scanned = false;
+    bool m_complete = false;
     CancelToken m_stop = makeCancelToken(); // the home walk's
 };
 

@@ -4,6 +4,7 @@
 #include "places/FinderTags.h"
 
 #include "fileops/FileOperations.h"
+#include "files/ListingLoader.h"
 #include "platform/Xattr.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
@@ -120,6 +121,60 @@ TEST(FinderTags, TheCacheDropsTheFoldersReadLongestAgo)
         many.insert(big.child(QString::number(i)), TagList::parse("Blue"));
     cache.storeFolder(big, many);
     EXPECT_EQ(cache.folderOrder(), QList<FilePath>{big});
+}
+
+TEST(FinderTags, OnceTheHomeIsReadTheTagListingReadsOnlyTheTaggedFiles)
+{
+    const FilePath home = tempHome();
+    const FilePath red = home.child(QStringLiteral("Letters/red.txt"));
+    const FilePath plain = home.child(QStringLiteral("Letters/plain.txt"));
+    for (const FilePath& path : {red, plain}) {
+        QDir().mkpath(path.parent().text());
+        QFile file(path.text());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    tag(red, "Red");
+    const auto names = [](const FileItems& items) {
+        QStringList list;
+        for (const FileItem& item : items)
+            list << item.name;
+        return list;
+    };
+    const Listing listing = Listing::tag(QStringLiteral("Red"));
+    EXPECT_FALSE(FinderTags::knownTagged(QStringLiteral("Red"), home)) << "not before the home has been read";
+    EXPECT_EQ(names(ListingLoader::load(listing, false).items), QStringList{"red.txt"}) << "walked meanwhile";
+
+    FinderTags& shared = FinderTags::shared();
+    shared.scanHome();
+    ASSERT_TRUE(waitUntil([&] { return shared.isComplete(); }));
+    EXPECT_EQ(FinderTags::knownTagged(QStringLiteral("Red"), home), QList<FilePath>{red});
+    // The listing comes from what the cache knows, not from the disk: a tag removed behind
+    // Orwick's back shows until the folder is read again (a pane's watcher does that).
+    ASSERT_TRUE(xattr::remove(red, xattr::tags));
+    EXPECT_EQ(names(ListingLoader::load(listing, false).items), QStringList{"red.txt"});
+    shared.refreshFolder(red.parent());
+    ASSERT_TRUE(waitUntil([&] { return FinderTags::knownTagged(QStringLiteral("Red"), home)->isEmpty(); }));
+    EXPECT_TRUE(ListingLoader::load(listing, false).items.isEmpty());
+    QDir(red.parent().text()).removeRecursively();
+}
+
+TEST(FinderTags, DroppingATaggedFolderMakesTheCacheIncompleteButDroppingAnUntaggedOneDoesNot)
+{
+    FinderTags cache;
+    cache.scanHome(); // an empty home
+    ASSERT_TRUE(waitUntil([&] { return cache.isComplete(); }));
+    const FilePath root = FilePath::fromText(QStringLiteral("/nowhere"));
+    cache.storeFolder(root.child(QStringLiteral("tagged")), {{root.child(QStringLiteral("tagged/f")), TagList::parse("Red")}});
+    for (int i = 0; i < FinderTags::kMaxFolders + 5; ++i)
+        cache.storeFolder(root.child(QString::number(i)), {});
+    EXPECT_TRUE(cache.isComplete());
+    EXPECT_TRUE(cache.cache().contains(root.child(QStringLiteral("tagged")))) << "folders without tags go first";
+    for (int i = 0; i < FinderTags::kMaxFolders; ++i) {
+        const FilePath folder = root.child(QStringLiteral("t%1").arg(i));
+        cache.storeFolder(folder, {{folder.child(QStringLiteral("f")), TagList::parse("Blue")}});
+    }
+    EXPECT_FALSE(cache.isComplete());
+    EXPECT_FALSE(cache.cache().contains(root.child(QStringLiteral("tagged"))));
 }
 
 TEST(FinderTags, AFileWhoseTagsWentIsDroppedAndTheSectionForgetsTheTag)
