@@ -5,7 +5,7 @@
 namespace orwick {
 
 namespace {
-// Requests closer together than this are coalesced, waiting this long after the last.
+// While a load runs, a new request waits this long for a newer one before it starts.
 constexpr int kCoalesceMs = 40;
 } // namespace
 
@@ -20,12 +20,12 @@ void PreviewLoad::show(const FilePath& path, bool force)
     if (path == m_path && !force)
         return;
     m_path = path;
-    m_task.cancel();
     m_sizeTask.cancel();
-    // The first request after a pause loads at once; a run of quick ones waits for the last.
-    const bool quick = m_sinceLast.isValid() && m_sinceLast.elapsed() < kCoalesceMs * 3;
-    m_sinceLast.start();
-    m_delay.start(quick ? kCoalesceMs : 0);
+    // With nothing loading the item loads at once; while a load runs (the cursor is moving
+    // faster than items load), only the last of a quick run is loaded.
+    const bool busy = m_delay.isActive() || m_task.isRunning();
+    m_task.cancel();
+    m_delay.start(busy ? kCoalesceMs : 0);
 }
 
 void PreviewLoad::clear()

@@ -1,7 +1,7 @@
 #pragma once
-// PreviewLoad: keeps one preview loading at a time for a view. show(path) asks for an item;
-// requests that come quickly one after another (the cursor running down a list) are coalesced
-// so only the last is loaded, while the first after a pause starts at once. Each load runs off
+// PreviewLoad: keeps one preview loading at a time for a view. show(path) asks for an item: it
+// loads at once when nothing else is loading; requests that come while a load runs (the cursor
+// running down a list faster than items load) are coalesced so that only the last is loaded. Each load runs off
 // the GUI thread (preparePreview); starting one cancels the one before, and a result that is not
 // the newest is dropped. A folder's total size follows as a second, slower task.
 //
@@ -11,7 +11,6 @@
 #include "async/Background.h"
 #include "ui/preview/PreparedPreview.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -45,7 +44,6 @@ private:
     void measure(const FilePath& folder);
 
     QTimer m_delay;
-    QElapsedTimer m_sinceLast;
     TaskSlot m_task;
     TaskSlot m_sizeTask;
     FilePath m_path;

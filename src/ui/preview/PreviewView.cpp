@@ -20,12 +20,13 @@ namespace orwick {
 
 namespace {
 
+// One line of the header. Lines keep their height whatever they hold, so a new item repaints
+// the header without laying the column out again; the whole text is in the tooltip.
 QLabel* makeLine(QWidget* parent, bool dim)
 {
     auto* label = new QLabel(parent);
-    label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     label->setTextFormat(Qt::PlainText);
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     if (dim) {
         QPalette palette = label->palette();
         palette.setColor(QPalette::WindowText, theme::dimText());
@@ -49,6 +50,8 @@ PreviewView::PreviewView(QWidget* parent) : QWidget(parent)
     m_title->setFont(bold);
     m_details = makeLine(this, true);
     m_noteLine = makeLine(this, true);
+    for (QLabel* line : {m_title, m_details, m_noteLine})
+        line->setFixedHeight(line->fontMetrics().height() + 2);
     m_stack = new QStackedWidget(this);
 
     m_text = new QPlainTextEdit(m_stack);
@@ -100,20 +103,25 @@ PreviewView::~PreviewView()
 
 void PreviewView::setHeader(const PreviewContent& content)
 {
-    m_title->setText(content.title);
-    m_details->setText(content.details.join(QStringLiteral(" · ")));
-    m_details->setVisible(!content.details.isEmpty());
-    m_noteLine->setText(content.note);
-    m_noteLine->setVisible(!content.note.isEmpty());
+    setLine(m_title, content.title);
+    setLine(m_details, content.details.join(QStringLiteral(" · ")));
+    setLine(m_noteLine, content.note);
+}
+
+void PreviewView::setLine(QLabel* label, const QString& text)
+{
+    label->setProperty("fullText", text);
+    label->setToolTip(text);
+    label->setText(label->fontMetrics().elidedText(text, Qt::ElideRight, std::max(40, m_stack->width())));
 }
 
 void PreviewView::showPlaceholder(const QString& text)
 {
     m_path = {};
     m_kind = PreviewContent::Kind::none;
-    m_title->clear();
-    m_details->hide();
-    m_noteLine->hide();
+    setLine(m_title, {});
+    setLine(m_details, {});
+    setLine(m_noteLine, {});
     m_message->setText(text);
     m_stack->setCurrentWidget(m_message);
     m_document.reset();
@@ -155,7 +163,7 @@ void PreviewView::showPrepared(PreparedPreview prepared)
     case Kind::table:
     case Kind::archive:
         m_tableModel->setRows(std::move(content.header), std::move(content.rows));
-        m_table->horizontalHeader()->setVisible(true);
+        m_table->verticalHeader()->setVisible(content.kind == Kind::table); // rows are numbered in tables only
         m_stack->setCurrentWidget(m_table);
         break;
     case Kind::message:
@@ -182,14 +190,20 @@ void PreviewView::addDetail(const FilePath& path, const QString& line)
 {
     if (path != m_path)
         return;
-    const QString current = m_details->text();
-    m_details->setText(current.isEmpty() ? line : current + QStringLiteral(" · ") + line);
-    m_details->show();
+    const QString current = m_details->property("fullText").toString();
+    setLine(m_details, current.isEmpty() ? line : current + QStringLiteral(" · ") + line);
 }
 
-QString PreviewView::titleText() const { return m_title->text(); }
-QString PreviewView::detailsText() const { return m_details->text(); }
-QString PreviewView::noteText() const { return m_noteLine->text(); }
+QString PreviewView::titleText() const { return m_title->property("fullText").toString(); }
+QString PreviewView::detailsText() const { return m_details->property("fullText").toString(); }
+QString PreviewView::noteText() const { return m_noteLine->property("fullText").toString(); }
+
+void PreviewView::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    for (QLabel* line : {m_title, m_details, m_noteLine})
+        setLine(line, line->property("fullText").toString());
+}
 
 QWidget* PreviewView::focusTarget() const
 {

@@ -51,10 +51,12 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void onLink(const QUrl& url);
     void setHeader(const PreviewContent& content);
+    void setLine(QLabel* label, const QString& text);
 
     QLabel* m_title;
     QLabel* m_details;
