@@ -4,6 +4,7 @@
 #include "places/FinderTags.h"
 #include "places/Locations.h"
 #include "places/SidebarStore.h"
+#include "platform/MountTable.h"
 #include "ui/views/CategoryIcons.h"
 #include "ui/window/CommandMenus.h"
 
@@ -85,6 +86,7 @@ void SidebarModel::addSection(QList<SidebarRow>& rows, const QString& id) const
         return r;
     };
     if (id == section::groups) {
+        const QList<MountEntry> mounts = readMountTable();
         for (const SidebarGroup& group : m_store->groups()) {
             addTitle(rows, group.id, group.name);
             if (m_store->isCollapsed(group.id))
@@ -94,7 +96,8 @@ void SidebarModel::addSection(QList<SidebarRow>& rows, const QString& id) const
                 r.sectionId = group.id;
                 r.path = item.path;
                 r.itemId = item.id;
-                r.isMissing = ::access(item.path.c_str(), F_OK) != 0;
+                // A folder on a server is not asked: one that stopped answering would hold the window.
+                r.isMissing = !isOnNetworkMount(item.path, mounts) && ::access(item.path.c_str(), F_OK) != 0;
                 rows.append(r);
             }
         }
