@@ -110,6 +110,11 @@ TEST_F(ThemeWindowTest, SavingAThemeFileRestylesTheOpenWindow)
     auto* list = qobject_cast<QAbstractItemView*>(view);
     ASSERT_TRUE(list);
     ASSERT_TRUE(waitUntil([&] { return list->visualRect(list->model()->index(0, 0)).height() >= 40; })) << "rows take the new height";
+
+    write(R"({"name": "Mine", "light": )");
+    ASSERT_TRUE(waitUntil([&] { return toast().startsWith(QStringLiteral("Theme file mine.json: not valid JSON")); }))
+        << "a file saved with a mistake says so: " << toast().toStdString();
+    EXPECT_EQ(listGround(), QColor(0xFF, 0xFF, 0xFF)) << "Orwick's colours until the file is mended";
 }
 
 TEST_F(ThemeWindowTest, TheViewMenuListsThemesAndChecksTheChosenOne)
