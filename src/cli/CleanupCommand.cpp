@@ -28,7 +28,7 @@ int cleanup(const Arguments& arguments)
         lines.add(found[i].kind.toUtf8() + '\t' + QByteArray::number(sizes[i]) + '\t' + found[i].url.native());
         lines.endLine();
     }
-    lines.add(QStringLiteral("%1 build folders, %2").arg(found.size()).arg(byteCountText(total)).toUtf8());
+    lines.add(QStringLiteral("%1, %2").arg(counted(qint64(found.size()), "build folder")).arg(byteCountText(total)).toUtf8());
     lines.endLine();
     return 0;
 }

@@ -15,12 +15,17 @@ namespace orwick::cli {
 
 using Arguments = QList<QByteArray>;
 
+// Every command answers "--help" (or "-h") with its usage, summary and details, and refuses an
+// option that its usage and details don't name ("--" ends the options: what follows is taken as
+// written, so a file named "--help" can be given as "-- --help"). Both are checked before the
+// command runs, so a command only ever sees the options it documents, and no "--" marker.
 struct CliCommand {
     QString name;      // "list"
-    QString usage;     // "list DIR"
+    QString usage;     // "list DIR [--hidden]": names every option the command takes
     QString summary;   // one line for the help text
     // Gets the arguments after the name; returns the process exit code.
     std::function<int(const Arguments& arguments)> run;
+    QString details = {}; // more lines for "--help", naming any options the usage leaves out
 };
 
 void registerCommand(CliCommand command);
@@ -36,6 +41,13 @@ QTextStream& err();
 
 // Prints "orwick-cli: message" to standard error and returns 2 (the usage-error code).
 int usageError(const QString& message);
+
+// "1 line", "3 lines": a count and its noun, agreeing (plain digits, for scripts that read them).
+inline QString counted(qint64 count, const char* singular, const char* plural = nullptr)
+{
+    return QString::number(count) + QLatin1Char(' ')
+        + QString::fromUtf8(count == 1 ? singular : plural ? plural : (QByteArray(singular) + 's').constData());
+}
 
 // An argument as text, decoded as the system's locale does (UTF-8 here).
 inline QString argumentText(const QByteArray& argument) { return QString::fromLocal8Bit(argument); }

@@ -151,7 +151,7 @@ int highlight(const Arguments& arguments)
 }
 
 const CliRegistration registration({QStringLiteral("highlight"),
-                                     QStringLiteral("highlight FILE [--html|--css|--tokens]"),
+                                     QStringLiteral("highlight FILE [--html|--css|--tokens] [--language NAME] [--dark]"),
                                      QStringLiteral("a source file as HTML spans, their style sheet, or tokens"),
                                      highlight});
 

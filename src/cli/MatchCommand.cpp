@@ -208,7 +208,7 @@ int match(const Arguments& arguments)
     }
     fwrite(buffer.constData(), 1, size_t(buffer.size()), stdout);
     fflush(stdout);
-    err() << hits.size() << " of " << lines.size() << " lines match" << Qt::endl;
+    err() << hits.size() << " of " << counted(qint64(lines.size()), "line") << (hits.size() == 1 ? " matches" : " match") << Qt::endl;
     return hits.empty() ? 1 : 0;
 }
 

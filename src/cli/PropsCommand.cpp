@@ -1,12 +1,18 @@
 // orwick-cli props DIR: every item's typed properties through the loader the window uses, one
-// JSON object per line; with --set KEY=VALUE FILE…, writes one property through the same writer.
+// JSON object per line; with --set KEY=VALUE FILE…, sets one property, and with --rename KEY=NEW
+// renames a key across the folder, through the store and the file operations engine the window
+// uses (one job; its toast or failures are printed, and how long the job took).
 
 #include "cli/CliCommand.h"
 #include "cli/CliPaths.h"
+#include "fileops/FileOperations.h"
 #include "files/DirectoryLoader.h"
+#include "notes/FileProperties.h"
 #include "notes/NoteFile.h"
 
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <cstdio>
@@ -15,7 +21,7 @@
 namespace orwick::cli {
 namespace {
 
-const QString kUsage = QStringLiteral("usage: orwick-cli props DIR [--hidden] [--set KEY=VALUE FILE…]");
+const QString kUsage = QStringLiteral("usage: orwick-cli props DIR [--hidden] [--set KEY=VALUE FILE…] [--rename KEY=NEW]");
 
 int show(const FilePath& folder, bool showHidden)
 {
@@ -50,7 +56,7 @@ int show(const FilePath& folder, bool showHidden)
     }
     fwrite(buffer.constData(), 1, size_t(buffer.size()), stdout);
     fflush(stdout);
-    err() << withProperties << " of " << loaded.size() << " items have properties (read in " << elapsed << " ms)"
+    err() << withProperties << " of " << counted(loaded.size(), "item") << (withProperties == 1 ? " has" : " have") << " properties (read in " << elapsed << " ms)"
           << Qt::endl;
     return 0;
 }
@@ -72,34 +78,76 @@ std::optional<notefile::Change> parseAssignment(const QString& assignment)
     return notefile::Change{key, PropertyValue::fromYaml(parsed->first()), {}};
 }
 
+// Runs one change of the store through the engine and waits for it; prints its toast or its
+// failures and how long it took.
+int runChange(const std::function<Status(FileProperties&)>& change)
+{
+    FileOperations operations;
+    FileProperties store(nullptr, ColumnsFile::location(), &operations);
+    int failures = 0;
+    operations.setReportErrors([&](const OperationOutcome& outcome) {
+        ++failures;
+        out() << outcomeText(outcome) << Qt::endl;
+    });
+    QObject::connect(&operations, &FileOperations::announced, [&](const Toast& toast) { out() << toast.text << Qt::endl; });
+    QElapsedTimer timer;
+    timer.start();
+    if (const Status asked = change(store); !asked) {
+        err() << asked.error() << Qt::endl;
+        return 1;
+    }
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (operations.isIdle() && store.isSettled())
+            loop.quit();
+    });
+    poll.start(5);
+    loop.exec();
+    err() << "changed in " << timer.elapsed() << " ms" << Qt::endl;
+    return failures ? 1 : 0;
+}
+
 int set(const FilePath& folder, const notefile::Change& change, const Arguments& files)
 {
-    int failures = 0;
+    QList<FilePath> paths;
     for (const QByteArray& name : files) {
         const FilePath path = name.startsWith('/') ? pathArgument(name) : FilePath::fromNative(folder.native() + '/' + name);
         if (const auto problem = problemWith(path.native(), Expect::anything)) {
             err() << *problem << Qt::endl;
-            ++failures;
-            continue;
+            return 1;
         }
-        struct stat st;
-        const bool isFolder = ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-        const auto written = notefile::write(path, isFolder, {change});
-        if (written) {
-            out() << (change.value ? "set\t" : "removed\t") << path.text() << '\n';
-        } else {
-            err() << path.abbreviated() << ": " << written.error() << Qt::endl;
-            ++failures;
-        }
+        paths.append(path);
     }
-    err() << files.size() - failures << " of " << files.size() << " files changed" << Qt::endl;
-    return failures ? 1 : 0;
+    return runChange([&](FileProperties& store) { return store.set(change.key, change.value, paths); });
+}
+
+int rename(const FilePath& folder, const QString& assignment, bool showHidden)
+{
+    const qsizetype equals = assignment.indexOf(u'=');
+    if (equals <= 0)
+        return usageError(QStringLiteral("--rename takes KEY=NEW"));
+    const ListingResult listing = DirectoryLoader::load(folder, showHidden);
+    if (listing.error) {
+        err() << folder.abbreviated() << ": " << *listing.error << Qt::endl;
+        return 1;
+    }
+    return runChange([&](FileProperties& store) {
+        store.apply(*notefile::readAll([&] {
+            QList<notefile::Target> targets;
+            for (const FileItem& item : listing.items)
+                targets.append({item.url, item.isFolder});
+            return targets;
+        }()));
+        return store.rename(assignment.left(equals), assignment.mid(equals + 1), folder, listing.items);
+    });
 }
 
 int props(const Arguments& arguments)
 {
     bool showHidden = false;
     std::optional<notefile::Change> change;
+    std::optional<QString> renaming;
     Arguments positional;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QByteArray& argument = arguments[i];
@@ -111,6 +159,10 @@ int props(const Arguments& arguments)
             change = parseAssignment(argumentText(arguments[++i]));
             if (!change)
                 return usageError(QStringLiteral("--set takes KEY=VALUE, where VALUE is a plain value or a list like [a, b]"));
+        } else if (argument == "--rename") {
+            if (i + 1 >= arguments.size())
+                return usageError(kUsage);
+            renaming = argumentText(arguments[++i]);
         } else {
             positional.append(argument);
         }
@@ -130,10 +182,12 @@ int props(const Arguments& arguments)
     }
     if (!positional.isEmpty())
         return usageError(QStringLiteral("props takes one folder"));
+    if (renaming)
+        return rename(folder, *renaming, showHidden);
     return show(folder, showHidden);
 }
 
-const CliRegistration registration({QStringLiteral("props"), QStringLiteral("props DIR [--set KEY=VALUE FILE…]"),
+const CliRegistration registration({QStringLiteral("props"), QStringLiteral("props DIR [--hidden] [--set KEY=VALUE FILE…] [--rename KEY=NEW]"),
                                      QStringLiteral("items' typed properties as JSON lines, or set one"), props});
 
 } // namespace

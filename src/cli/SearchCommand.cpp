@@ -107,7 +107,8 @@ int search(const Arguments& arguments)
 }
 
 const CliRegistration registration({QStringLiteral("search"), QStringLiteral("search TEXT [DIR] [--content…]"),
-                                     QStringLiteral("items whose names (or texts) hold TEXT; search --help for more"), search});
+                                     QStringLiteral("items whose names (or texts) hold TEXT; search --help for more"), search,
+                                     kUsage.section(QLatin1Char('\n'), 1)});
 
 } // namespace
 } // namespace orwick::cli

@@ -1,6 +1,7 @@
-// orwick-cli space DIR: the space scan the treemap draws. One row per child of the folder
+// orwick-cli space DIR|FILE: the space scan the treemap draws. One row per child of the folder
 // (allocated bytes, kind, name), largest first, the "Files under 1 MB, together" block, then a
 // summary line with the total in bytes.
+// A file gives its own row and the summary, with its length beside what it takes on disk.
 
 #include "cli/CliCommand.h"
 #include "cli/CliOutput.h"
@@ -9,6 +10,7 @@
 #include "disktools/SpaceScan.h"
 
 #include <QLocale>
+#include <sys/stat.h>
 
 namespace orwick::cli {
 namespace {
@@ -16,12 +18,27 @@ namespace {
 int space(const Arguments& arguments)
 {
     if (arguments.size() != 1)
-        return usageError(QStringLiteral("usage: orwick-cli space DIR"));
-    if (const auto problem = problemWith(arguments.first(), Expect::folder)) {
+        return usageError(QStringLiteral("usage: orwick-cli space DIR|FILE"));
+    if (const auto problem = problemWith(arguments.first(), Expect::anything)) {
         err() << *problem << Qt::endl;
         return 1;
     }
     const FilePath folder = pathArgument(arguments.first());
+    struct stat info {};
+    if (::stat(folder.native().constData(), &info) == 0 && !S_ISDIR(info.st_mode)) {
+        // A file takes what the disk gave it; its one row and the same summary.
+        const qint64 allocated = qint64(info.st_blocks) * 512;
+        LineWriter lines;
+        lines.add(QByteArray::number(allocated) + "\tfile\t" + folder.fileNameBytes());
+        lines.endLine();
+        lines.add(QStringLiteral("%1 bytes (%2) in %3 · %4 (%5 bytes long)")
+                      .arg(allocated)
+                      .arg(byteCountText(allocated), folder.text(), counted(1, "entry", "entries"))
+                      .arg(qint64(info.st_size))
+                      .toUtf8());
+        lines.endLine();
+        return 0;
+    }
     CancelFlag never;
     SpaceScan::Shared shared(never);
     const auto root = SpaceScan::scan(folder, shared);
@@ -37,15 +54,17 @@ int space(const Arguments& arguments)
                   + QByteArray::number(root->smallCount) + ")");
         lines.endLine();
     }
-    const QString summary = QStringLiteral("%1 bytes (%2) in %3 · %4 entries")
+    const qint64 scanned = shared.scanned.load();
+    const QString summary = QStringLiteral("%1 bytes (%2) in %3 · %4 %5")
                                 .arg(root->size)
-                                .arg(byteCountText(root->size), folder.text(), QLocale().toString(shared.scanned.load()));
+                                .arg(byteCountText(root->size), folder.text(), QLocale().toString(scanned),
+                                     scanned == 1 ? QStringLiteral("entry") : QStringLiteral("entries"));
     lines.add(summary.toUtf8());
     lines.endLine();
     return 0;
 }
 
-const CliRegistration registration({QStringLiteral("space"), QStringLiteral("space DIR"),
+const CliRegistration registration({QStringLiteral("space"), QStringLiteral("space DIR|FILE"),
                                      QStringLiteral("what takes the room in a folder, by allocated bytes"), space});
 
 } // namespace

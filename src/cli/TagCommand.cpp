@@ -147,7 +147,7 @@ int run(const Arguments& arguments)
     return change(name, arguments.mid(2), verb == "add" ? FileOperations::TagChange::add : FileOperations::TagChange::remove);
 }
 
-const CliRegistration registration({QStringLiteral("tag"), QStringLiteral("tag add|remove|list NAME PATH..."),
+const CliRegistration registration({QStringLiteral("tag"), QStringLiteral("tag add|remove|list NAME PATH... | tag show PATH..."),
                                     QStringLiteral("add, remove or find a tag; tag show PATH... prints items' tags"), run});
 
 } // namespace

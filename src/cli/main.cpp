@@ -3,6 +3,8 @@
 #include "cli/CliCommand.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
+#include <QSet>
 #include <cstdio>
 
 namespace orwick::cli {
@@ -36,6 +38,71 @@ int usageError(const QString& message)
     return 2;
 }
 
+namespace {
+
+void printOverview()
+{
+    out() << "usage: orwick-cli COMMAND [ARGUMENTS]\n"
+             "       orwick-cli COMMAND --help      what one command takes\n"
+             "       orwick-cli --version\n\n";
+    for (const CliCommand& command : commands())
+        out() << "  " << command.usage.leftJustified(40) << command.summary << "\n";
+    out().flush();
+}
+
+void printHelp(const CliCommand& command)
+{
+    out() << "usage: orwick-cli " << command.usage << "\n" << command.summary << "\n";
+    if (!command.details.isEmpty())
+        out() << "\n" << command.details << "\n";
+    out().flush();
+}
+
+const CliCommand* find(const QString& name)
+{
+    for (const CliCommand& command : commands())
+        if (command.name == name)
+            return &command;
+    return nullptr;
+}
+
+// The options a command documents: every "--word" in its usage and details.
+QSet<QByteArray> documentedOptions(const CliCommand& command)
+{
+    QSet<QByteArray> options;
+    static const QRegularExpression option(QStringLiteral("(?<![\\w-])--[a-z][a-z-]*"));
+    for (const QString& text : {command.usage, command.details})
+        for (const QRegularExpressionMatch& match : option.globalMatch(text))
+            options.insert(match.captured().toLatin1());
+    return options;
+}
+
+// Runs `command` after answering --help and refusing options it doesn't document.
+int runChecked(const CliCommand& command, Arguments arguments)
+{
+    const QSet<QByteArray> known = documentedOptions(command);
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QByteArray& argument = arguments[i];
+        if (argument == "--") {
+            arguments.removeAt(i);
+            break; // the rest is taken as written
+        }
+        if (argument == "--help" || argument == "-h") {
+            printHelp(command);
+            return 0;
+        }
+        if (argument.size() > 1 && argument.startsWith('-') && !known.contains(argument))
+            return usageError(QStringLiteral("%1 has no option “%2”; see orwick-cli %1 --help")
+                                  .arg(command.name, argumentText(argument)));
+    }
+    const int code = command.run(arguments);
+    out().flush();
+    err().flush();
+    return code;
+}
+
+} // namespace
+
 } // namespace orwick::cli
 
 int main(int argc, char** argv)
@@ -46,21 +113,29 @@ int main(int argc, char** argv)
     Arguments arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QByteArray(argv[i]));
-    if (arguments.isEmpty() || arguments.first() == "--help" || arguments.first() == "-h") {
-        out() << "usage: orwick-cli COMMAND [ARGUMENTS]\n\n";
-        for (const CliCommand& command : commands())
-            out() << "  " << command.usage.leftJustified(40) << command.summary << "\n";
-        out().flush();
-        return arguments.isEmpty() ? 2 : 0;
+    if (arguments.isEmpty()) {
+        printOverview();
+        return 2;
     }
-    const QString name = argumentText(arguments.takeFirst());
-    for (const CliCommand& command : commands()) {
-        if (command.name == name) {
-            const int code = command.run(arguments);
-            out().flush();
-            err().flush();
-            return code;
+    const QByteArray first = arguments.takeFirst();
+    if (first == "--help" || first == "-h" || first == "help") {
+        if (arguments.isEmpty()) {
+            printOverview();
+            return 0;
         }
+        if (const CliCommand* command = find(argumentText(arguments.first()))) {
+            printHelp(*command);
+            return 0;
+        }
+        return usageError(QStringLiteral("there is no command “%1”; see orwick-cli help").arg(argumentText(arguments.first())));
     }
-    return usageError(QStringLiteral("unknown command “%1”; see orwick-cli --help").arg(name));
+    if (first == "--version" || first == "-V") {
+        out() << "orwick-cli " << ORWICK_VERSION << Qt::endl;
+        return 0;
+    }
+    if (first.startsWith('-'))
+        return usageError(QStringLiteral("there is no option “%1”; see orwick-cli help").arg(argumentText(first)));
+    if (const CliCommand* command = find(argumentText(first)))
+        return runChecked(*command, arguments);
+    return usageError(QStringLiteral("unknown command “%1”; see orwick-cli help").arg(argumentText(first)));
 }

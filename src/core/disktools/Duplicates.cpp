@@ -236,7 +236,8 @@ QString summary(const Scan* scan)
 {
     if (!scan)
         return QStringLiteral("Same size first, then the same first bytes, then the whole file: most are never read.");
-    QString looked = QStringLiteral("Looked through ") + QLocale().toString(scan->files) + QStringLiteral(" files");
+    QString looked = QStringLiteral("Looked through ") + QLocale().toString(scan->files)
+        + (scan->files == 1 ? QStringLiteral(" file") : QStringLiteral(" files"));
     if (scan->isPartial)
         looked += QStringLiteral(" (stopped there)");
     if (scan->groups.empty())
@@ -244,7 +245,8 @@ QString summary(const Scan* scan)
     qint64 wasted = 0;
     for (const Group& group : scan->groups)
         wasted += group.wastedBytes();
-    return QString::number(scan->groups.size()) + QStringLiteral(" groups, ") + byteCountText(wasted)
+    return QString::number(scan->groups.size()) + (scan->groups.size() == 1 ? QStringLiteral(" group, ") : QStringLiteral(" groups, "))
+        + byteCountText(wasted)
         + QStringLiteral(" in extra copies · ") + looked;
 }
 

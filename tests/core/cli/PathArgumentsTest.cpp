@@ -29,6 +29,8 @@ TEST(CliPathArgumentsTest, AFileWhereAFolderIsNeededIsSaidAndFails)
     TempTree tree;
     const QByteArray file = tree.file("notes.txt", "n").native();
     for (const QByteArray& command : kFolderCommands) {
+        if (command == "space")
+            continue; // measures a file too
         const CliRun run = runCli({command, file});
         EXPECT_EQ(run.status, 1) << command.toStdString();
         EXPECT_EQ(run.errLines(), QList<QByteArray>{"“" + file + "” isn’t a folder."}) << command.toStdString();

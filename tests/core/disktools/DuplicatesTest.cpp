@@ -240,7 +240,11 @@ TEST(Duplicates, FooterWordsEachState)
     scan.groups.push_back(group);
     scan.isPartial = true;
     EXPECT_EQ(Duplicates::summary(&scan),
-              "1 groups, 3 MB in extra copies · Looked through " + count + " files (stopped there)");
+              "1 group, 3 MB in extra copies · Looked through " + count + " files (stopped there)");
+    scan.files = 1;
+    scan.groups.clear();
+    scan.isPartial = false;
+    EXPECT_EQ(Duplicates::summary(&scan), "Looked through 1 file");
 }
 
 TEST(Duplicates, CancelledSearchStopsBeforeReading)
