@@ -7,6 +7,7 @@
 
 #include <QElapsedTimer>
 #include <dirent.h>
+#include <limits>
 #include <memory>
 #include <mutex>
 
@@ -191,7 +192,8 @@ private:
     std::mutex m_sinkMutex;
     SearchBatch m_pending;
     QElapsedTimer m_clock; // started once; only read afterwards, from any thread
-    std::atomic<qint64> m_lastFlush{0};
+    // The first hits go out as soon as they are found; later ones at most once per interval.
+    std::atomic<qint64> m_lastFlush{std::numeric_limits<qint64>::min() / 2};
     std::atomic<qsizetype> m_pendingCount{0};
     qint64 m_hits = 0;
     std::atomic<bool> m_full{false}; // the limit is reached: every worker stops

@@ -7,8 +7,8 @@
 // unreadable folders out in silence. Names stay bytes.
 //
 // The caller's test decides what is a hit. Hits reach the sink in batches, at most one batch
-// per `batchIntervalMs` while walking and one last batch at the end, so the first results show
-// while the walk goes on. The sink is called from walker threads, one call at a time; nothing
+// per `batchIntervalMs` while walking (the first as soon as there is a hit) and one last batch at
+// the end, so the first results show while the walk goes on. The sink is called from walker threads, one call at a time; nothing
 // is delivered after run() returns. Cancelling stops the walk soon and quietly.
 
 #include "async/CancelFlag.h"

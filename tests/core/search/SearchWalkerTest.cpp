@@ -201,6 +201,21 @@ TEST(SearchWalker, HandsResultsOverInBatchesWhileWalking)
     EXPECT_GT(batches, 1);
 }
 
+TEST(SearchWalker, TheFirstHitsGoOutAtOnceAndTheRestWaitForTheInterval)
+{
+    test::TempTree tree;
+    for (int i = 0; i < 200; ++i)
+        tree.file(QStringLiteral("d%1/match.txt").arg(i));
+    SearchWalker::Options options;
+    options.roots = {tree.root()};
+    options.batchIntervalMs = 60'000; // longer than the walk
+    QList<qsizetype> batches;
+    SearchWalker::run(options, [](const SearchCandidate& c) { return c.name() == "match.txt"; },
+                      [&](SearchBatch&& batch) { batches.append(batch.paths.size()); }, CancelFlag());
+    ASSERT_EQ(batches.size(), 2) << "the first hits at once, the rest at the end";
+    EXPECT_EQ(batches[0] + batches[1], 200);
+}
+
 TEST(SearchWalker, TagsAreReadWithOddSeparatorsAndSpaces)
 {
     EXPECT_TRUE(QuerySearch::tagsContain("Red,Work", "work"));
