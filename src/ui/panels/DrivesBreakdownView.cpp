@@ -1,6 +1,8 @@
 #include "ui/panels/DrivesBreakdownView.h"
 
+#include "async/TimeLimited.h"
 #include "disktools/DiskNames.h"
+#include "places/Locations.h"
 #include "ui/theme/Theme.h"
 
 #include <QGridLayout>
@@ -17,12 +19,13 @@ DrivesBreakdownView::DrivesBreakdownView(QWidget* parent) : QWidget(parent)
     auto* layout = new QVBoxLayout(this);
     m_drivesGrid = new QGridLayout;
     layout->addLayout(m_drivesGrid);
-    // A hung network share blocks whoever asks it for its space: never the window.
-    runInBackground(this, [] { return listDrives(); }, [this](QList<Drive> drives) {
+    // A hung network share blocks whoever asks it for its space: never the window, nor the
+    // shared pool; past the time limit no drives are shown.
+    runWithTimeLimit(this, Locations::kReadTimeoutMs, [] { return listDrives(); }, [this](QList<Drive> drives) {
         m_drives = std::move(drives);
         showDrives();
         showRows(); // the remainder line needs the startup drive
-    });
+    }, [] {});
 
     auto* buttons = new QHBoxLayout;
     m_measure = new QPushButton(QStringLiteral("Show What's Using Space"), this);

@@ -1,6 +1,8 @@
 #include "ui/views/DrivesView.h"
 
+#include "async/TimeLimited.h"
 #include "files/Formatting.h"
+#include "places/Locations.h"
 #include "ui/views/CategoryIcons.h"
 
 #include <QHeaderView>
@@ -22,14 +24,15 @@ DrivesView::DrivesView(PaneState* pane, QWidget* parent) : QTreeWidget(parent), 
 
 void DrivesView::refresh()
 {
-    // A hung network share blocks whoever asks it for its space: never the window.
+    // A hung network share blocks whoever asks it for its space: never the window, nor the
+    // shared pool; past the time limit the drives shown stay as they are.
     const auto ticket = m_listing.start();
-    runInBackground(this, [] { return listDrives(); }, [this, ticket](const QList<Drive>& drives) {
+    runWithTimeLimit(this, Locations::kReadTimeoutMs, [] { return listDrives(); }, [this, ticket](const QList<Drive>& drives) {
         if (!m_listing.isCurrent(ticket))
             return;
         m_listing.finish(ticket);
         showDrives(drives);
-    });
+    }, [this, ticket] { m_listing.finish(ticket); });
 }
 
 void DrivesView::showDrives(const QList<Drive>& drives)
