@@ -26,6 +26,19 @@ QString literal(const QString& text)
     return escaped.replace(QLatin1Char('&'), QStringLiteral("&&"));
 }
 
+// Makes `combo` offer `choices`, when they changed.
+void syncChoices(QComboBox* combo, const QList<SettingChoice>& choices)
+{
+    bool same = combo->count() == choices.size();
+    for (qsizetype i = 0; same && i < choices.size(); ++i)
+        same = combo->itemData(int(i)).toString() == choices[i].value && combo->itemText(int(i)) == choices[i].title;
+    if (same)
+        return;
+    combo->clear();
+    for (const SettingChoice& choice : choices)
+        combo->addItem(choice.title, choice.value);
+}
+
 // `colour` is asked again whenever the theme changes.
 QLabel* paragraph(const QString& text, QColor (*colour)(), QWidget* parent)
 {
@@ -150,6 +163,8 @@ void SettingsPanel::refresh()
         if (auto* box = qobject_cast<QCheckBox*>(row.control)) {
             box->setChecked(row.setting->isOn && row.setting->isOn());
         } else if (auto* combo = qobject_cast<QComboBox*>(row.control)) {
+            if (row.setting->liveChoices)
+                syncChoices(combo, row.setting->liveChoices());
             const int index = combo->findData(row.setting->chosen ? row.setting->chosen() : QString());
             combo->setCurrentIndex(index >= 0 ? index : 0);
         }
