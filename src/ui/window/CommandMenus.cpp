@@ -142,6 +142,10 @@ void CommandMenus::refresh(QMenu* menu)
         a->setEnabled(command && command->enabledIn(*m_state));
         if (command && a->text() != command->title) // "Open in …" follows the chosen program
             a->setText(command->title);
+        if (command && command->isChecked) { // "Hide Git-Ignored Files" shows whether they are hidden
+            a->setCheckable(true);
+            a->setChecked(command->isChecked(*m_state));
+        }
         if (id.startsWith(QLatin1StringView("view."))) {
             a->setCheckable(true);
             a->setChecked(viewModeName(m_state->activePane()->viewMode()) == id.mid(5));
