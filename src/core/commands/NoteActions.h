@@ -1,20 +1,36 @@
 #pragma once
-// The actions behind the note commands of the catalogue. Each acts on the window's active pane
-// and reports failures through the window's messages.
+// The actions behind the note commands of the catalogue. Each acts on the window's active pane;
+// a note is made by the file operations engine (one job, one undo step on the window's stack
+// whose undo moves the note to the Trash), whose failures reach the window's messages.
 
-#include "base/Result.h"
-#include "state/WindowState.h"
+#include "files/FilePath.h"
 
 #include <QDate>
+#include <functional>
 
-namespace orwick::actions {
+class QUndoStack;
+
+namespace orwick {
+
+class FileOperations;
+class WindowState;
+
+namespace actions {
 
 // Shows today's daily note — where the folder's Obsidian vault settings put it, else
 // "yyyy-MM-dd.md" in the shown folder — selected in its folder, creating it (from the vault's
-// template, when it has one) when it isn't there yet.
+// template, when it has one; the folders on the way too) when it isn't there yet: undo "Today's Note".
 void openTodaysNote(WindowState& window);
 
-// The daily note of `date` near `folder`, created when missing; its path, or why it couldn't be.
-[[nodiscard]] Result<FilePath> ensureDailyNote(const FilePath& folder, QDate date);
+// A new, empty note "untitled.md" (made unique: "untitled 2.md") in the shown folder, selected and
+// in inline rename: undo "New Note".
+void newNote(WindowState& window);
 
-} // namespace orwick::actions
+// The daily note of `date` near `folder`: handed to `shown` once it is there (made through
+// `operations` when missing, as the undo step "Today's Note" on `undo`).
+void ensureDailyNote(FileOperations& operations, const FilePath& folder, QDate date, QUndoStack* undo,
+                     std::function<void(const FilePath&)> shown);
+
+} // namespace actions
+
+} // namespace orwick

@@ -256,6 +256,9 @@ void ChangeRunner::undo(std::vector<FileChange>& changes)
         case FileChange::Kind::rewritten:
             rewriteContents(change, false);
             break;
+        case FileChange::Kind::attributeRewritten:
+            rewriteAttributeBack(change, false);
+            break;
         }
     }
 }
@@ -311,6 +314,9 @@ void ChangeRunner::redo(std::vector<FileChange>& changes)
         case FileChange::Kind::rewritten:
             rewriteContents(change, true);
             break;
+        case FileChange::Kind::attributeRewritten:
+            rewriteAttributeBack(change, true);
+            break;
         }
     }
 }
@@ -338,10 +344,20 @@ QList<FilePath> pathsTouched(const std::vector<FileChange>& changes)
             break;
         case FileChange::Kind::tagged:
         case FileChange::Kind::rewritten:
+        case FileChange::Kind::attributeRewritten:
             break; // names stay as they were
         }
     }
     return paths;
+}
+
+QList<FilePath> filesRewritten(const std::vector<FileChange>& changes)
+{
+    QList<FilePath> files;
+    for (const FileChange& change : changes)
+        if (change.kind == FileChange::Kind::rewritten || change.kind == FileChange::Kind::attributeRewritten)
+            files.append(change.from);
+    return files;
 }
 
 } // namespace orwick

@@ -39,12 +39,15 @@ struct FileChange {
         linked,     // to was made as a symbolic link to from; undo removes it while it is still that link
         tagged,     // from's tags attribute went from attributeBefore to attributeAfter; undo writes it back
         rewritten,  // from's bytes went from contentsBefore to contentsAfter; undo puts them back while it still holds the new ones
+        attributeRewritten, // from's extended attribute `attribute` went from attributeBefore to attributeAfter; undo
+                            // puts it back while it still holds the new value
     };
     Kind kind = Kind::moved;
     FilePath from;
     FilePath to;
     FilePath parked; // copied/created while undone: where it waits in the Trash
-    // tagged: the attribute's value before and after the change (nothing: no attribute).
+    // tagged, attributeRewritten: the attribute's value before and after the change (nothing: no attribute).
+    QByteArray attribute = {}; // attributeRewritten: the attribute's name
     std::optional<QByteArray> attributeBefore = {};
     std::optional<QByteArray> attributeAfter = {};
     // rewritten: the file's whole contents before and after.
@@ -55,6 +58,8 @@ struct FileChange {
 // Every path the changes made, removed or replaced, outside the Trash's own places (a change's
 // `from` and `to`; for the Trash only the place the item left or came back to).
 QList<FilePath> pathsTouched(const std::vector<FileChange>& changes);
+// The files whose contents or attributes the changes rewrote (rewritten, attributeRewritten).
+QList<FilePath> filesRewritten(const std::vector<FileChange>& changes);
 
 // What a worker did, handed to the interface thread in one piece.
 struct ChangeReport {
@@ -96,10 +101,16 @@ public:
     // carries the tags as asked afterwards, changed or not; only a change is recorded.
     bool changeTag(const FilePath& item, const QString& tag, bool adding);
     // Replaces the contents of `file` by what `edit` makes of them (nothing written when they
-    // come back the same), keeping the file itself (see notefile::replaceFile). A refusal of
-    // `edit` is the failure sentence. True when the file holds the edited contents afterwards.
+    // come back the same), keeping the file itself (see filereplace::replaceFile). A file that is
+    // gone is skipped; one larger than FileOperations::kLargestRewrite or read-only is refused
+    // before it is read; a refusal of `edit` is the failure sentence. True when the file holds the
+    // edited contents afterwards.
     using Rewrite = std::function<Result<QByteArray>(const QByteArray& contents)>;
     bool rewrite(const FilePath& file, const Rewrite& edit);
+    // Replaces the extended attribute `name` of `file` by what `edit` makes of its value (given
+    // empty bytes when there is none; empty bytes back remove it). A refusal of `edit` is the
+    // failure sentence. True when the file carries the edited value afterwards.
+    bool rewriteAttribute(const FilePath& file, const QByteArray& name, const Rewrite& edit);
     void fail(const QString& sentence) { m_report.errors.append(sentence); }
 
     // Runs the inverse of `changes` (last first) or the changes again (first first); the records
@@ -114,6 +125,7 @@ private:
     void removeLink(const FileChange& change);
     void rewriteTags(const FileChange& change, bool forward);
     void rewriteContents(const FileChange& change, bool forward);
+    void rewriteAttributeBack(const FileChange& change, bool forward);
     void keepNotes(const CopyResult& result);
     std::optional<FilePath> parkInTrash(const FilePath& item);
 

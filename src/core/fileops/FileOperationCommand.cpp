@@ -5,18 +5,22 @@
 namespace orwick {
 
 FileOperationCommand::FileOperationCommand(FileOperations* operations, const QString& actionName,
-                                           std::vector<FileChange> changes, QUndoStack* stack)
+                                           std::vector<FileChange> changes, QUndoStack* stack,
+                                           std::function<void(bool forward)> alongside)
     : QUndoCommand(actionName)
     , m_operations(operations)
     , m_stack(stack)
     , m_changes(std::make_shared<std::vector<FileChange>>(std::move(changes)))
+    , m_alongside(std::move(alongside))
 {
 }
 
 void FileOperationCommand::undo()
 {
     m_done = false;
-    if (m_operations)
+    if (m_alongside)
+        m_alongside(false);
+    if (m_operations && !m_changes->empty())
         m_operations->replay(m_changes, false, text(), m_stack);
 }
 
@@ -25,7 +29,9 @@ void FileOperationCommand::redo()
     if (m_done)
         return; // pushed after the operation ran
     m_done = true;
-    if (m_operations)
+    if (m_alongside)
+        m_alongside(true);
+    if (m_operations && !m_changes->empty())
         m_operations->replay(m_changes, true, text(), m_stack);
 }
 

@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QUndoCommand>
 #include <QUndoStack>
+#include <functional>
 #include <memory>
 
 namespace orwick {
@@ -18,8 +19,10 @@ class FileOperations;
 class FileOperationCommand : public QUndoCommand {
 public:
     // `stack` is the undo stack the step goes on: failures of its undo and redo are told to its window.
+    // `alongside` runs with each later undo (false) and redo (true), on this thread, when the
+    // file work is asked for: state of the caller's own that goes with the files.
     FileOperationCommand(FileOperations* operations, const QString& actionName, std::vector<FileChange> changes,
-                         QUndoStack* stack = nullptr);
+                         QUndoStack* stack = nullptr, std::function<void(bool forward)> alongside = {});
 
     void undo() override;
     void redo() override;
@@ -31,6 +34,7 @@ private:
     QPointer<FileOperations> m_operations;
     QPointer<QUndoStack> m_stack;
     std::shared_ptr<std::vector<FileChange>> m_changes;
+    std::function<void(bool forward)> m_alongside;
     bool m_done = true;
 };
 

@@ -119,11 +119,13 @@ void FileOperations::finish(quint64 id, JobOutput output)
         Q_EMIT itemsMoved(report.moves);
     if (!report.retagged.isEmpty())
         Q_EMIT tagsChanged(report.retagged);
-    const bool undoable = !report.changes.empty() && request.undo;
+    const bool undoable = (!report.changes.empty() || request.alongside) && request.undo;
     const bool changed = !report.changes.empty() || (output.irreversible && !output.done.isEmpty());
     const QList<FilePath> touched = output.touched + pathsTouched(report.changes);
+    const QList<FilePath> rewritten = output.rewritten + filesRewritten(report.changes);
     if (undoable)
-        request.undo->push(new FileOperationCommand(this, request.actionName, std::move(report.changes), request.undo));
+        request.undo->push(new FileOperationCommand(this, request.actionName, std::move(report.changes), request.undo,
+                                                    request.alongside));
     OperationOutcome outcome;
     outcome.errors = report.errors;
     outcome.skipped = report.skipped;
@@ -149,10 +151,14 @@ void FileOperations::finish(quint64 id, JobOutput output)
         request.created(output.made);
     if (request.finished)
         request.finished(output.done);
+    if (!report.moves.isEmpty() && request.pool != &m_replayPool)
+        Q_EMIT itemsRelocated(report.moves, request.undo);
     if (request.after)
         request.after();
     if (!touched.isEmpty())
         Q_EMIT pathsChanged(touched);
+    if (!rewritten.isEmpty())
+        Q_EMIT contentsChanged(rewritten);
     Q_EMIT operationFinished();
 }
 
@@ -172,6 +178,7 @@ void FileOperations::replay(std::shared_ptr<std::vector<FileChange>> changes, bo
         else
             runner.undo(*changes);
         output.touched += pathsTouched(*changes); // and where they are now
+        output.rewritten = filesRewritten(*changes);
     };
     request.after = [this] { --m_pendingReplays; };
     run(std::move(request));

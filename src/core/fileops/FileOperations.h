@@ -1,7 +1,8 @@
 #pragma once
 // FileOperations: the one place that changes files on disk for the user — copy, move,
-// duplicate, move to Trash and put back, rename, new folder and file, compress, extract,
-// tidy up and symbolic links.
+// duplicate, move to Trash and put back, rename, new folder, file and note, compress, extract,
+// tidy up, symbolic links, tags, and rewrites of files' contents or attributes (note
+// properties, tasks). Nothing else in the core writes a user's file (OneWriterTest keeps it so).
 //
 // Every operation runs its file work on a background task as a FileJob (listed in jobs() until
 // it ends, progress by bytes), then on the interface thread: updates the trash log, emits
@@ -90,8 +91,14 @@ public:
     // stack whose window hears of the outcome; `finished` gets the items deleted.
     void emptyTrash(const QList<FilePath>& items, QUndoStack* window, Finished finished = {});
     void rename(const FilePath& item, const QByteArray& newName, QUndoStack* undo);
-    // Several renames at once, in two phases through temporary names, so names may swap.
-    void renameMany(const QList<Move>& renames, const QString& actionName, QUndoStack* undo);
+    // Several renames at once as one job and one undo step `actionName`, in two phases through
+    // temporary names in each item's folder, so names may swap, go round in cycles or change
+    // only their letter case. An item that fails keeps its old name and the others go on; undo
+    // covers the renames that were made. `finished` gets the items renamed and, for each that
+    // wasn't, the reason in a few words ("It's no longer there").
+    using RenamesFinished = std::function<void(const QList<FilePath>& done, const QHash<FilePath, QString>& failed)>;
+    void renameMany(const QList<Move>& renames, const QString& actionName, QUndoStack* undo,
+                    RenamesFinished finished = {});
     void newFolder(const FilePath& folder, QUndoStack* undo, Created created = {});
     void newFile(const FilePath& folder, const QByteArray& name, QUndoStack* undo, Created created = {});
     void compress(const QList<FilePath>& items, QUndoStack* undo);
@@ -113,6 +120,36 @@ public:
     // well. Undo puts the old contents back only while the file still holds the new ones.
     void rewriteFile(const FilePath& file, ChangeRunner::Rewrite edit, const QString& actionName, const QString& toast,
                      QUndoStack* undo, Finished finished = {});
+    // One file of a batch rewrite: its contents, or with `attribute` named that extended
+    // attribute (see ChangeRunner::rewriteAttribute), become what `edit` makes of them.
+    struct Rewrite {
+        FilePath file;
+        ChangeRunner::Rewrite edit;
+        QByteArray attribute = {};
+    };
+    // Words of a batch rewrite: the job's title ("Renaming status in 500 items"), the undo step's
+    // name ("Rename status"), and the toast's start before the count or name ("Renamed status in").
+    struct RewriteTexts {
+        QString title;
+        QString actionName;
+        QString done;
+        QString icon = QStringLiteral("pencil");
+        QString counted = {}; // "note": the toast counts "1 note", "3 notes" instead of naming one file
+    };
+    // Rewrites many files as one job and one undo step, the way rewriteFile does one (see
+    // ChangeRunner::rewrite: a file that is gone is skipped; one that isn't a regular file, is
+    // larger than kLargestRewrite, or is read-only is a failure with its reason, as is every
+    // refusal of its `edit`); each is counted in the report and never in the toast's count. `alongside`, when given, runs on this thread
+    // with every undo (false) and redo (true) of the step (the caller's own settings that go
+    // with the files), and makes the step even when no file needed changing.
+    void rewriteFiles(QList<Rewrite> rewrites, const RewriteTexts& texts, QUndoStack* undo, Finished finished = {},
+                      std::function<void(bool forward)> alongside = {});
+    static constexpr qint64 kLargestRewrite = 16 << 20;
+    // Makes the file `path` with `contents` (and the folders missing above it), as one job and one
+    // undo step `actionName` ("New Note") whose undo moves what it made to the Trash. A file already
+    // there is left as it is and still handed to `created`; nothing else is made then.
+    void createFile(const FilePath& path, const QByteArray& contents, const QString& actionName, QUndoStack* undo,
+                    Created created = {});
     // Items made by other code; undo moves them to the Trash.
     void registerCreated(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo);
 
@@ -132,11 +169,17 @@ Q_SIGNALS:
     void progressChanged();                        // about ten times a second while jobs run
     void announced(const orwick::Toast& toast);    // an operation finished well
     void itemsMoved(const QList<orwick::FileMove>& moves); // after every move or rename, undo included
+    // After a move, transfer or rename that was asked for (not an undo or redo) moved items,
+    // once its step is on `undo`: what the link updater follows.
+    void itemsRelocated(const QList<orwick::FileMove>& moves, QUndoStack* undo);
     void operationFinished();                      // after the results of any job were applied
     // After every job that changed anything on disk, undo and redo included, before
     // operationFinished(): the paths that appeared, went or were replaced (pathsTouched()).
     void pathsChanged(const QList<orwick::FilePath>& paths);
     void tagsChanged(const QList<orwick::FilePath>& items); // after tags were written, undo and redo included
+    // After files' contents or attributes were rewritten (rewriteFile, rewriteFiles), undo and
+    // redo included, before operationFinished(): the files, whether or not every one went well.
+    void contentsChanged(const QList<orwick::FilePath>& files);
 
 public:
     // What a worker hands back besides its changes.
@@ -148,6 +191,7 @@ public:
         QList<FilePath> done; // the items acted on in full, for `Finished` callbacks and the counts
         bool irreversible = false; // changed the disk for good (emptying the Trash): a toast, no undo step
         QList<FilePath> touched; // paths changed besides the report's changes (an undo's or redo's)
+        QList<FilePath> rewritten; // files rewritten besides the report's changes (an undo's or redo's)
     };
     using Work = std::function<void(ChangeRunner&, JobOutput&)>;
 
@@ -163,6 +207,7 @@ private:
         bool announce = true;
         QThreadPool* pool = nullptr;
         std::function<void()> after; // runs last, after the results were applied
+        std::function<void(bool forward)> alongside; // goes into the undo step (rewriteFiles)
     };
     void run(JobRequest request);
     void finish(quint64 id, JobOutput output);

@@ -1,6 +1,8 @@
-// FileOperations: one file's contents rewritten by an edit, as one job with undo.
+// FileOperations: files' contents (or attributes) rewritten by edits, one file or many, as one
+// job with one undo step.
 
 #include "fileops/FileOperations.h"
+#include "fileops/OperationTexts.h"
 
 namespace orwick {
 
@@ -17,6 +19,40 @@ void FileOperations::rewriteFile(const FilePath& file, ChangeRunner::Rewrite edi
             output.done = {file};
             output.toast = toast;
         }
+    };
+    run(std::move(request));
+}
+
+void FileOperations::rewriteFiles(QList<Rewrite> rewrites, const RewriteTexts& texts, QUndoStack* undo, Finished finished,
+                                  std::function<void(bool forward)> alongside)
+{
+    if (rewrites.isEmpty() && !alongside)
+        return;
+    JobRequest request;
+    request.title = texts.title;
+    request.actionName = texts.actionName;
+    request.undo = undo;
+    request.finished = std::move(finished);
+    request.alongside = std::move(alongside);
+    request.work = [rewrites = std::move(rewrites), texts](ChangeRunner& runner, JobOutput& output) {
+        runner.progress().setTotalBytes(rewrites.size());
+        QList<FilePath> done;
+        for (const Rewrite& rewrite : rewrites) {
+            if (runner.isCancelled())
+                break;
+            runner.progress().addFinished(1);
+            const bool ok = rewrite.attribute.isEmpty() ? runner.rewrite(rewrite.file, rewrite.edit)
+                                                        : runner.rewriteAttribute(rewrite.file, rewrite.attribute, rewrite.edit);
+            if (ok)
+                done.append(rewrite.file);
+        }
+        if (!done.isEmpty())
+            output.toast = texts.done + u' '
+                + (texts.counted.isEmpty() ? countOrName(done)
+                                           : QStringLiteral("%1 %2%3").arg(done.size()).arg(texts.counted,
+                                                                                              done.size() == 1 ? "" : "s"));
+        output.icon = texts.icon;
+        output.done = done;
     };
     run(std::move(request));
 }

@@ -1,6 +1,10 @@
 #include "notes/FileProperties.h"
 
-#include "notes/PropertyEditCommand.h"
+#include "fileops/FileOperations.h"
+#include "fileops/OperationTexts.h"
+#include "notes/FolderColumnsCommand.h"
+
+#include "platform/Xattr.h"
 
 #include <QUndoStack>
 #include <sys/stat.h>
@@ -17,32 +21,30 @@ bool isDirectory(const FilePath& path)
     return ::stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-// A note's whole bytes for undo, when it is small enough to keep.
-std::optional<QByteArray> noteSnapshot(const FilePath& path)
+// The new bytes of one file's edit: its note text, or its properties attribute. A note the store
+// read in another version than the one on disk now is refused: the change was asked of what the
+// user saw.
+ChangeRunner::Rewrite rewriting(const FilePath& path, const QList<Change>& changes, bool note,
+                                std::optional<notefile::Fingerprint> seen)
 {
-    constexpr qsizetype kLargestKept = 1 << 20;
-    const auto file = notefile::readFile(path);
-    if (!file || file->bytes.size() > kLargestKept)
-        return std::nullopt;
-    return file->bytes;
+    if (!note)
+        return [path, changes](const QByteArray& value) { return notefile::changedAttribute(value, changes, path); };
+    return [path, changes, seen](const QByteArray& bytes) -> Result<QByteArray> {
+        if (seen && notefile::fingerprint(path) != seen)
+            return failure(notefile::changedOnDiskMessage(path));
+        return notefile::changedNoteBytes(bytes, changes, path);
+    };
 }
 
 } // namespace
 
-QString summarizeFailures(const QStringList& failures, qsizetype total)
-{
-    if (failures.isEmpty())
-        return {};
-    if (failures.size() == 1)
-        return failures.first();
-    return QStringLiteral("%1 of %2 items couldn’t be changed. %3").arg(failures.size()).arg(total).arg(failures.first());
-}
-
-FileProperties::FileProperties(QObject* parent, FilePath columnsFile)
+FileProperties::FileProperties(QObject* parent, FilePath columnsFile, FileOperations* operations)
     : QObject(parent)
     , m_columnsPath(std::move(columnsFile))
     , m_columns(ColumnsFile::read(m_columnsPath))
+    , m_operations(operations ? operations : &FileOperations::shared())
 {
+    connect(m_operations, &FileOperations::contentsChanged, this, &FileProperties::refresh);
 }
 
 FileProperties::~FileProperties()
@@ -104,6 +106,26 @@ bool FileProperties::isLoading() const
     return std::any_of(m_loads.begin(), m_loads.end(), [](const auto& slot) { return slot->isRunning(); });
 }
 
+bool FileProperties::isSettled() const { return !isLoading() && m_jobs == 0 && m_refreshes == 0; }
+
+void FileProperties::refresh(const QList<FilePath>& files)
+{
+    QList<notefile::Target> targets;
+    for (const FilePath& file : files) {
+        // Until it is read again, no version is expected of it.
+        m_versions.remove(file);
+        m_writtenAt.insert(file, ++m_writeSerial);
+        targets.append({file, isDirectory(file)});
+    }
+    ++m_refreshes;
+    runInBackground(
+        this, [targets] { return *notefile::readAll(targets); },
+        [this](const QList<notefile::Loaded>& loaded) {
+            --m_refreshes;
+            apply(loaded);
+        });
+}
+
 void FileProperties::apply(const QList<notefile::Loaded>& loaded)
 {
     for (const notefile::Loaded& entry : loaded) {
@@ -126,59 +148,56 @@ PropertyMap FileProperties::currentProperties(const FilePath& path)
     return m_values.value(path);
 }
 
-FileProperties::EditOutcome FileProperties::applyEdits(const QList<FileEdit>& edits, bool forward)
+Status FileProperties::commit(const QString& actionName, const QString& verb, const QList<FileEdit>& edits,
+                              const FilePath& folder, const std::optional<FolderColumns>& columnsAfter, QUndoStack* undo)
 {
-    EditOutcome outcome;
-    QList<notefile::Loaded> reread;
-    for (FileEdit edit : edits) {
-        const bool folder = isDirectory(edit.path);
-        // Undo and redo: the note's text as it was, when nothing else changed it meanwhile.
-        const bool swapped = edit.noteBefore && edit.noteAfter
-            && notefile::swapNoteBytes(edit.path, forward ? *edit.noteBefore : *edit.noteAfter,
-                                       forward ? *edit.noteAfter : *edit.noteBefore)
-                   .has_value();
-        if (!swapped) {
-            const bool firstWrite = !edit.noteBefore && !folder && notefile::isNote(edit.path);
-            const std::optional<QByteArray> before = firstWrite ? noteSnapshot(edit.path) : std::nullopt;
-            notefile::WriteOptions options;
-            if (m_versions.contains(edit.path))
-                options.expected = m_versions.value(edit.path);
-            const auto written = notefile::write(edit.path, folder, forward ? edit.forward : edit.backward, options);
-            if (!written) {
-                outcome.failures.append(written.error());
-                // Show what the file holds now, so that a second try starts from it.
-                reread.append(notefile::read(edit.path, folder));
-                continue;
-            }
-            if (before) {
-                edit.noteBefore = before;
-                edit.noteAfter = noteSnapshot(edit.path);
-            }
-        }
-        outcome.written.append(edit);
-        m_writtenAt.insert(edit.path, ++m_writeSerial);
-        // What is on disk now is what the views show.
-        reread.append(notefile::read(edit.path, folder));
-    }
-    if (!reread.isEmpty())
-        apply(reread);
-    return outcome;
-}
-
-Status FileProperties::commit(const QString& title, const QList<FileEdit>& edits, const FilePath& folder,
-                              const std::optional<FolderColumns>& columnsAfter, QUndoStack* undo)
-{
-    const EditOutcome outcome = applyEdits(edits, true);
-    std::optional<FolderColumns> columnsBefore;
+    if (edits.isEmpty() && !columnsAfter)
+        return {};
+    std::function<void(bool)> alongside;
     if (columnsAfter) {
+        std::optional<FolderColumns> columnsBefore;
         if (m_columns.folders.contains(folder))
             columnsBefore = m_columns.folders.value(folder);
         restoreColumns(folder, columnsAfter);
+        alongside = [store = QPointer<FileProperties>(this), folder, columnsBefore, columnsAfter](bool forward) {
+            if (store)
+                store->restoreColumns(folder, forward ? columnsAfter : columnsBefore);
+        };
     }
-    if (undo && (!outcome.written.isEmpty() || columnsAfter))
-        undo->push(new PropertyEditCommand(this, title, outcome.written, folder, columnsBefore, columnsAfter));
-    if (!outcome.failures.isEmpty())
-        return failure(summarizeFailures(outcome.failures, edits.size()));
+    if (edits.isEmpty()) {
+        if (undo && alongside)
+            undo->push(new FolderColumnsCommand(actionName, std::move(alongside)));
+        return {};
+    }
+    QList<FileOperations::Rewrite> rewrites;
+    QList<FilePath> paths;
+    for (const FileEdit& edit : edits) {
+        const bool note = !isDirectory(edit.path) && notefile::isNote(edit.path);
+        // A file that a job of this store is changing may be in a version not read yet.
+        const auto seen = note && !m_changing.contains(edit.path) ? std::optional(m_versions.value(edit.path))
+                                                                  : std::nullopt;
+        const bool known = m_versions.contains(edit.path);
+        rewrites.append({edit.path, rewriting(edit.path, edit.changes, note, known ? seen : std::nullopt),
+                         note ? QByteArray() : QByteArray(xattr::properties)});
+        paths.append(edit.path);
+        ++m_changing[edit.path];
+    }
+    FileOperations::RewriteTexts texts;
+    texts.title = actionName + QStringLiteral(" (") + itemCount(edits.size()) + u')';
+    texts.actionName = actionName;
+    texts.done = verb;
+    ++m_jobs;
+    m_operations->rewriteFiles(
+        std::move(rewrites), texts, undo,
+        [store = QPointer<FileProperties>(this), paths](const QList<FilePath>&) {
+            if (!store)
+                return;
+            --store->m_jobs;
+            for (const FilePath& path : paths)
+                if (--store->m_changing[path] <= 0)
+                    store->m_changing.remove(path);
+        },
+        std::move(alongside));
     return {};
 }
 

@@ -4,14 +4,19 @@
 //
 // load() reads the properties of a listing's items on a background task (at most the first
 // 16,384 bytes of each note), one running load per folder; a newer load of the same folder
-// cancels the older, and a cancelled load publishes nothing. Writes (set, rename, renameOption,
-// deleteOption) go to the notes' front matter or to the properties attribute of other files and
-// folders, are refused for a note that changed on disk since it was read, and each becomes one
-// undo step on the stack passed in. The key and option changes are built in PropertyChanges.cpp.
+// cancels the older, and a cancelled load publishes nothing. Changes of files (set, rename,
+// remove, renameOption, deleteOption) go to the notes' front matter or to the properties
+// attribute of other files and folders through the file operations engine: one job off this
+// thread (with progress when long) and one undo step on the stack passed in, which holds the
+// folder's settings as they were, too. Their failures, toasts and undo refusals are the engine's
+// (a note that changed on disk since it was read, isn't UTF-8, is read-only or huge is counted
+// as not changed). The values of rewritten files are read again when the engine says so
+// (contentsChanged), undo and redo included. The changes are built in PropertyChanges.cpp;
+// option moves and colours touch only the folder's settings (a FolderColumnsCommand step).
 //
 // Signals: valuesChanged() follows every change of values (revision() was bumped);
 // columnsChanged(folder) follows every change of a folder's settings (already saved);
-// writeFailed(message) reports a write that an undo or redo could not make.
+// writeFailed(message) reports settings that could not be saved.
 
 #include "async/Background.h"
 #include "files/FileItem.h"
@@ -19,17 +24,22 @@
 #include "notes/NoteFile.h"
 
 #include <QObject>
+#include <QPointer>
 #include <memory>
 
 class QUndoStack;
 
 namespace orwick {
 
+class FileOperations;
+
 class FileProperties : public QObject {
     Q_OBJECT
 public:
-    // Reads the folder settings from `columnsFile` (columns.json in Orwick's data folder).
-    explicit FileProperties(QObject* parent = nullptr, FilePath columnsFile = ColumnsFile::location());
+    // Reads the folder settings from `columnsFile` (columns.json in Orwick's data folder); files
+    // are changed through `operations` (the shared engine when absent).
+    explicit FileProperties(QObject* parent = nullptr, FilePath columnsFile = ColumnsFile::location(),
+                            FileOperations* operations = nullptr);
     ~FileProperties() override;
 
     // Properties by file; only files with at least one property have an entry.
@@ -39,11 +49,14 @@ public:
 
     void load(const FileItems& items);
     bool isLoading() const;
+    // Nothing under way: no load, no change of files, no reading after one.
+    bool isSettled() const;
     // Stops the running load of a folder (a pane left it); what it read is not published.
     void cancelLoad(const FilePath& folder);
     // Puts loaded results in place (load() does this on arrival).
     void apply(const QList<notefile::Loaded>& loaded);
 
+    // Each change below returns a refusal at once ("A property needs a name.") or starts its job.
     // Sets `key` on every path (removes it when `value` is absent): one undo step "Set key".
     Status set(const QString& key, const std::optional<PropertyValue>& value, const QList<FilePath>& paths,
                QUndoStack* undo = nullptr);
@@ -81,24 +94,6 @@ public:
     // Sort values of one key for the arrangement, as a snapshot that is safe on any thread.
     std::function<std::optional<SortValue>(const FilePath&)> sortValues(const QString& key, PropertyType type) const;
 
-    // One file's part of an undo step: the changes that make it and those that take it back.
-    // A note's whole text before and after the first write is kept too (up to a size), so that
-    // undo and redo give back exactly the bytes there were while nothing else changed the note;
-    // after another change they fall back to the property changes.
-    struct FileEdit {
-        FilePath path;
-        QList<notefile::Change> forward = {};
-        QList<notefile::Change> backward = {};
-        std::optional<QByteArray> noteBefore = {};
-        std::optional<QByteArray> noteAfter = {};
-    };
-    // Writes each file's forward or backward changes; returns the edits that were written and
-    // the sentences of those that were not.
-    struct EditOutcome {
-        QList<FileEdit> written;
-        QStringList failures;
-    };
-    EditOutcome applyEdits(const QList<FileEdit>& edits, bool forward);
     // Puts a folder's settings back as they were (undo), saving them.
     void restoreColumns(const FilePath& folder, const std::optional<FolderColumns>& columns);
 
@@ -108,26 +103,37 @@ Q_SIGNALS:
     void writeFailed(const QString& message);
 
 private:
+    // One file's changes.
+    struct FileEdit {
+        FilePath path;
+        QList<notefile::Change> changes;
+    };
     PropertyMap currentProperties(const FilePath& path);
     // Edits that rename an option of `key` (drop it when `replacement` is absent) in every item.
     QList<FileEdit> optionEdits(const QString& key, const QString& option, const std::optional<QString>& replacement,
                                 const FileItems& items);
-    Status commit(const QString& title, const QList<FileEdit>& edits, const FilePath& folder,
+    // Hands the edits to the engine as one job and undo step, with the folder's settings as they
+    // become (applied now); `texts.done` starts the toast.
+    Status commit(const QString& actionName, const QString& verb, const QList<FileEdit>& edits, const FilePath& folder,
                   const std::optional<FolderColumns>& columnsAfter, QUndoStack* undo);
+    // Reads the files again after the engine rewrote them.
+    void refresh(const QList<FilePath>& files);
     void saveColumns();
     void bump();
 
     FilePath m_columnsPath;
     ColumnsFile m_columns;
+    QPointer<FileOperations> m_operations;
     QHash<FilePath, PropertyMap> m_values;
-    QHash<FilePath, notefile::Fingerprint> m_versions;   // notes as last read or written
-    QHash<FilePath, quint64> m_writtenAt;                // write serial of each written file
+    QHash<FilePath, notefile::Fingerprint> m_versions;   // notes as last read
+    QHash<FilePath, int> m_changing;                     // files in running jobs of this store
+    QHash<FilePath, quint64> m_writtenAt;                // write serial of each rewritten file
     quint64 m_writeSerial = 0;
     QHash<FilePath, std::shared_ptr<TaskSlot>> m_loads;  // one per folder
+    int m_jobs = 0;                                      // jobs started here and not yet ended
+    int m_refreshes = 0;                                 // readings after a rewrite under way
     int m_revision = 0;
 };
 
-// One failure sentence for a batch: the only one, or how many failed and the first reason.
-QString summarizeFailures(const QStringList& failures, qsizetype total);
 
 } // namespace orwick

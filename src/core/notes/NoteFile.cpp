@@ -1,5 +1,6 @@
 #include "notes/NoteFile.h"
 
+#include "platform/ErrorText.h"
 #include "platform/UniqueFd.h"
 #include "platform/Xattr.h"
 
@@ -116,47 +117,27 @@ QString unreadableMessage(const QString& noteName)
 
 QString name(const FilePath& path) { return path.fileName(); }
 
-Result<std::optional<Fingerprint>> writeAttribute(const FilePath& path, const QList<Change>& changes)
-{
-    QJsonObject object;
-    if (const auto stored = xattr::get(path, xattr::properties)) {
-        const QJsonDocument document = QJsonDocument::fromJson(*stored);
-        if (!document.isObject())
-            return failure(QStringLiteral("The properties stored on “%1” can’t be read, so they were left as they are.").arg(name(path)));
-        object = document.object();
-    }
-    const QJsonObject before = object;
-    for (const Change& change : changes) {
-        if (change.key.isEmpty() || (change.renameTo && change.renameTo->isEmpty()))
-            return failure(QStringLiteral("A property needs a name."));
-        if (change.renameTo) {
-            if (object.contains(change.key))
-                object.insert(*change.renameTo, object.take(change.key));
-        } else if (change.value)
-            object.insert(change.key, change.value->toJson());
-        else
-            object.remove(change.key);
-    }
-    if (object == before)
-        return std::optional<Fingerprint>();
-    const Status status = object.isEmpty() ? xattr::remove(path, xattr::properties)
-                                           : xattr::set(path, xattr::properties, QJsonDocument(object).toJson(QJsonDocument::Compact));
-    if (!status)
-        return failure(status.error());
-    return std::optional<Fingerprint>();
-}
+QString quotedName(const FilePath& path) { return u'“' + path.fileName() + u'”'; }
 
 } // namespace
 
-QString writeFailure(const FilePath& path, int error)
+Status checkWritable(const FilePath& path)
 {
-    if (error == ENOSPC || error == EDQUOT)
-        return QStringLiteral("There’s no room left on the disk for “%1”.").arg(name(path));
-    if (error == EROFS)
-        return QStringLiteral("“%1” is on a read-only disk, so it was left as it is.").arg(name(path));
-    if (error == EACCES || error == EPERM)
-        return QStringLiteral("“%1” can’t be changed: no permission.").arg(name(path));
-    return QStringLiteral("Couldn’t write “%1”.").arg(name(path));
+    const QString name = quotedName(path);
+    auto refused = [&](const QString& reason) { return failure(QStringLiteral("Couldn’t change %1: %2.").arg(name, reason)); };
+    struct stat st;
+    if (::stat(path.c_str(), &st) != 0)
+        return refused(errno == ENOENT ? QStringLiteral("it is no longer there") : errorReason(errno));
+    if ((st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
+        return refused(QStringLiteral("it is read-only"));
+    if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) {
+        if (errno == EROFS)
+            return refused(QStringLiteral("the disk is read-only"));
+        if (errno == EACCES || errno == EPERM)
+            return refused(QStringLiteral("it is read-only"));
+        return refused(errorReason(errno));
+    }
+    return {};
 }
 
 bool isNote(const FilePath& path)
@@ -168,13 +149,12 @@ bool isNote(const FilePath& path)
 
 QString changedOnDiskMessage(const FilePath& path)
 {
-    return QStringLiteral("“%1” changed on disk since it was read, so nothing was written. Try again once it has reloaded.")
-        .arg(name(path));
+    return QStringLiteral("Couldn’t change %1: it changed on disk since it was read.").arg(quotedName(path));
 }
 
 QString notUtf8Message(const FilePath& path)
 {
-    return QStringLiteral("“%1” isn’t UTF-8 text, so it was left as it is.").arg(name(path));
+    return QStringLiteral("Couldn’t change %1: it isn’t UTF-8 text.").arg(quotedName(path));
 }
 
 PropertyMap propertiesOfNoteText(QByteArrayView bytes)
@@ -310,44 +290,42 @@ Result<QString> applyToNoteText(const QString& text, const QList<Change>& change
     return result;
 }
 
-Result<Fingerprint> swapNoteBytes(const FilePath& path, const QByteArray& expected, const QByteArray& bytes)
+Result<QByteArray> changedNoteBytes(const QByteArray& bytes, const QList<Change>& changes, const FilePath& path)
 {
-    char resolved[PATH_MAX];
-    const FilePath target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
-    const auto file = readFile(target);
-    if (!file)
-        return failure(file.error());
-    if (file->bytes != expected)
-        return failure(changedOnDiskMessage(path));
-    return replaceFile(target, file->bytes, file->version, bytes);
-}
-
-Result<std::optional<Fingerprint>> write(const FilePath& path, bool isFolder, const QList<Change>& changes,
-                                         const WriteOptions& options)
-{
-    if (isFolder || !isNote(path))
-        return writeAttribute(path, changes);
-    // Write where a linked note really lives, so the link stays a link.
-    char resolved[PATH_MAX];
-    const FilePath target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
-    if (const Status writable = checkWritable(target); !writable)
-        return failure(writable.error());
-    auto note = readNoteText(target);
-    if (!note)
-        return failure(note.error());
-    const FileBytes& file = note->file;
-    if (options.expected && *options.expected != file.version)
-        return failure(changedOnDiskMessage(path));
-    const auto changed = applyToNoteText(note->text, changes, path.fileName());
+    const bool byteOrderMark = bytes.startsWith(kByteOrderMark);
+    const auto text = decodeUtf8(QByteArrayView(bytes).sliced(byteOrderMark ? kByteOrderMark.size() : 0));
+    if (!text)
+        return failure(notUtf8Message(path));
+    const auto changed = applyToNoteText(*text, changes, path.fileName());
     if (!changed)
         return failure(changed.error());
-    const QByteArray bytes = noteBytes(*changed, note->byteOrderMark);
-    if (bytes == file.bytes)
-        return std::optional(file.version);
-    const auto written = replaceFile(target, file.bytes, file.version, bytes, options.beforeCommit);
-    if (!written)
-        return failure(written.error());
-    return std::optional(*written);
+    return noteBytes(*changed, byteOrderMark);
+}
+
+Result<QByteArray> changedAttribute(const QByteArray& value, const QList<Change>& changes, const FilePath& path)
+{
+    QJsonObject object;
+    if (!value.isEmpty()) {
+        const QJsonDocument document = QJsonDocument::fromJson(value);
+        if (!document.isObject())
+            return failure(QStringLiteral("Couldn’t change %1: the properties stored on it can’t be read.").arg(quotedName(path)));
+        object = document.object();
+    }
+    const QJsonObject before = object;
+    for (const Change& change : changes) {
+        if (change.key.isEmpty() || (change.renameTo && change.renameTo->isEmpty()))
+            return failure(QStringLiteral("A property needs a name."));
+        if (change.renameTo) {
+            if (object.contains(change.key))
+                object.insert(*change.renameTo, object.take(change.key));
+        } else if (change.value)
+            object.insert(change.key, change.value->toJson());
+        else
+            object.remove(change.key);
+    }
+    if (object == before)
+        return value;
+    return object.isEmpty() ? QByteArray() : QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
 } // namespace orwick::notefile

@@ -1,18 +1,14 @@
 #pragma once
 // One file's properties on disk: read from a note's front matter or from the properties
-// attribute of any other file or folder, and written back without losing anything else.
+// attribute of any other file or folder, and the new bytes of a note or attribute that a
+// property change makes. Writing them is the file operations engine's (FileOperations::
+// rewriteFiles, through FileProperties); nothing here writes a user's file.
 //
-// Writes keep every other byte of a note (a UTF-8 byte-order mark included) and refuse (with a
-// sentence to show) rather than guess: a read-only note, a note whose front matter can't be read,
-// a note that isn't UTF-8, a value the front matter can't hold, a note that changed on disk since
-// it was read, a file system that refuses extended attributes. A refused write changes nothing.
+// A change keeps every other byte of a note (a UTF-8 byte-order mark included) and is refused
+// (with a sentence to show) rather than guessed: a note whose front matter can't be read, a note
+// that isn't UTF-8, a value the front matter can't hold.
 //
-// A written note stays the same file to the user: same owner, group, mode and extended
-// attributes, and hard links stay one file. Where that can be had with a temporary file and a
-// rename (the note has one name, and its owner and attributes can all be given to the new file)
-// the write is atomic; otherwise the new bytes go into the note's own inode (see replaceFile).
-//
-// Pure functions of the file system; safe on any thread.
+// Pure functions of the file system (reads only); safe on any thread.
 
 #include "async/CancelFlag.h"
 #include "base/Result.h"
@@ -72,43 +68,25 @@ struct Change {
 // unreadable, a key can't be written, or a value would not read back as written.
 [[nodiscard]] Result<QString> applyToNoteText(const QString& text, const QList<Change>& changes, const QString& name);
 
-struct WriteOptions {
-    // The version the caller read; a note that differs is refused.
-    std::optional<Fingerprint> expected;
-    // Runs just before the new note replaces the old one (tests use it to change the file).
-    std::function<void()> beforeCommit;
-};
-
-// Writes the changes into a note or the attribute of any other item. For a note, returns the
-// version written (or the unchanged version when nothing changed).
-[[nodiscard]] Result<std::optional<Fingerprint>> write(const FilePath& path, bool isFolder, const QList<Change>& changes,
-                                                       const WriteOptions& options = {});
-
-// Puts a note's whole text back (undo and redo): replaces the note's bytes with `bytes` only if
-// it still holds exactly `expected`; refuses otherwise and changes nothing.
-[[nodiscard]] Result<Fingerprint> swapNoteBytes(const FilePath& path, const QByteArray& expected, const QByteArray& bytes);
+// A note's bytes with the changes applied (UTF-8, after the byte-order mark it had), or why
+// they can't be ("Couldn’t change “a.md”: it isn’t UTF-8 text.").
+[[nodiscard]] Result<QByteArray> changedNoteBytes(const QByteArray& bytes, const QList<Change>& changes,
+                                                  const FilePath& path);
+// The properties attribute's value with the changes applied: empty bytes stand for no attribute,
+// given and returned.
+[[nodiscard]] Result<QByteArray> changedAttribute(const QByteArray& value, const QList<Change>& changes,
+                                                  const FilePath& path);
 
 // The current version of a note on disk, if it can be read.
 std::optional<Fingerprint> fingerprint(const FilePath& path);
 // The version a stat() answer describes.
 Fingerprint versionOf(const struct stat& st);
 
-// Whether the note at `path` may be written, asked before anything else: refused with a sentence
-// when its mode has no write bit for anyone (read-only to a user, even where root could write),
-// when this process may not write it, or when it is on a read-only disk.
+// Whether the file at `path` may be written, asked before anything else: refused ("Couldn’t
+// change “a.md”: it is read-only.") when its mode has no write bit for anyone (read-only to a
+// user, even where root could write), when this process may not write it, or when it is on a
+// read-only disk. Only asks; writing is the engine's.
 [[nodiscard]] Status checkWritable(const FilePath& path);
-
-// Writes `bytes` over the file at `path` (a link is followed), unless the file no longer matches
-// `original` (contents) and `originalVersion`. Refused, with nothing changed, when the file is
-// read-only (checkWritable). A file with one name is replaced through a temporary file in its folder that
-// gets the file's owner and group, mode and every extended attribute before the rename. A file
-// with several hard links, or one whose owner, attributes or folder don't allow that, is
-// rewritten in place (space reserved first, then written, truncated and synced on the same
-// inode; a failure midway puts the original bytes back). Either way the modification time is
-// the time of the write. Implemented in NoteFileReplace.cpp.
-[[nodiscard]] Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original,
-                                              const Fingerprint& originalVersion, const QByteArray& bytes,
-                                              const std::function<void()>& beforeCommit = {});
 
 // Reads a whole file with its version; a failure sentence when it can't be read.
 struct FileBytes {
@@ -132,10 +110,8 @@ struct NoteText {
 // The bytes of note text as written to disk: UTF-8, after a byte-order mark when the note had one.
 QByteArray noteBytes(const QString& text, bool byteOrderMark);
 
-// Sentences for changed and non-UTF-8 notes, shared with the task toggle.
+// Sentences for changed and non-UTF-8 notes, shared with the task toggle and the engine.
 QString changedOnDiskMessage(const FilePath& path);
 QString notUtf8Message(const FilePath& path);
-// The sentence for a write that failed with `error` (an errno value).
-QString writeFailure(const FilePath& path, int error);
 
 } // namespace orwick::notefile

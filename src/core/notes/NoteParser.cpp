@@ -118,18 +118,4 @@ Result<QByteArray> toggleTaskInBytes(const QByteArray& noteBytes, int line, QDat
     return notefile::noteBytes(lines.join(u'\n'), hasMark);
 }
 
-Status toggleTask(const FilePath& note, int line, QDate today)
-{
-    const auto read = notefile::readFile(note);
-    if (!read)
-        return failure(read.error());
-    const auto toggled = toggleTaskInBytes(read->bytes, line, today, note);
-    if (!toggled)
-        return failure(toggled.error());
-    const auto written = notefile::replaceFile(note, read->bytes, read->version, *toggled);
-    if (!written)
-        return failure(written.error());
-    return {};
-}
-
 } // namespace orwick

@@ -1,7 +1,7 @@
 #pragma once
 // NoteParser: what one note holds for the notes layer — its tasks (list items with a checkbox,
-// open or done) and its links (Markdown link targets and wiki-link names). toggleTask() flips a
-// task in its file, keeping every other byte. Pure apart from toggleTask(); safe on any thread.
+// open or done) and its links (Markdown link targets and wiki-link names), and a note's bytes
+// with one task flipped (written by the engine: actions::toggleTask). Pure; safe on any thread.
 
 #include "base/Result.h"
 #include "files/FilePath.h"
@@ -32,12 +32,8 @@ struct NoteParser {
     [[nodiscard]] static Result<NoteParser> read(const FilePath& note);
 };
 
-// Toggles the task on `line` (1-based) of the note, as TaskDates::toggle does, and writes the
-// note back. Refused when that line is no longer a task or the note changed while being written.
-[[nodiscard]] Status toggleTask(const FilePath& note, int line, QDate today);
-
-// The bytes of a note with the task on `line` toggled (as toggleTask writes them), every other
-// byte kept; refused with a sentence when the note isn't UTF-8 or that line isn't a task. Pure.
+// The bytes of a note with the task on `line` (1-based) toggled as TaskDates::toggle does, every
+// other byte kept; refused with a sentence when the note isn't UTF-8 or that line isn't a task.
 [[nodiscard]] Result<QByteArray> toggleTaskInBytes(const QByteArray& noteBytes, int line, QDate today, const FilePath& note);
 
 } // namespace orwick

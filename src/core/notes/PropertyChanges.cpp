@@ -1,23 +1,13 @@
 // FileProperties's changes of keys and options across a folder's items: setting a key on files,
 // renaming or deleting it, renaming, deleting, moving and colouring an option. Each builds every
-// touched file's forward and backward changes and commits them, with the folder's settings as
-// they become, as one undo step.
+// touched file's changes and commits them, with the folder's settings as they become, as one
+// job and undo step of the file operations engine (whose undo gives back each file's bytes).
 
 #include "notes/FileProperties.h"
 
 namespace orwick {
 
 using notefile::Change;
-
-namespace {
-
-// The change that puts a key back to `previous` (removes it when there was none).
-Change restoring(const QString& key, const PropertyMap& previous)
-{
-    return Change{key, previous.contains(key) ? std::optional(previous.value(key)) : std::nullopt, {}};
-}
-
-} // namespace
 
 Status FileProperties::set(const QString& key, const std::optional<PropertyValue>& value, const QList<FilePath>& paths,
                            QUndoStack* undo)
@@ -27,9 +17,10 @@ Status FileProperties::set(const QString& key, const std::optional<PropertyValue
         const PropertyMap before = currentProperties(path);
         if (value ? before.contains(key) && before.value(key) == *value : !before.contains(key))
             continue;
-        edits.append({.path = path, .forward = {Change{key, value, {}}}, .backward = {restoring(key, before)}});
+        edits.append({path, {Change{key, value, {}}}});
     }
-    return commit(QStringLiteral("Set ") + key, edits, {}, std::nullopt, undo);
+    return commit(QStringLiteral("Set ") + key, (value ? QStringLiteral("Set %1 on") : QStringLiteral("Removed %1 from")).arg(key),
+                  edits, {}, std::nullopt, undo);
 }
 
 Status FileProperties::rename(const QString& key, const QString& newKey, const FilePath& folder, const FileItems& items,
@@ -44,16 +35,16 @@ Status FileProperties::rename(const QString& key, const QString& newKey, const F
         const PropertyMap before = currentProperties(item.url);
         if (!before.contains(key))
             continue;
-        FileEdit edit{.path = item.url};
+        FileEdit edit{item.url, {}};
         if (before.contains(newKey))
-            edit.forward.append(Change{newKey, std::nullopt, {}});
-        edit.forward.append(Change{key, std::nullopt, newKey});
-        edit.backward = {Change{newKey, std::nullopt, key}, restoring(newKey, before)};
+            edit.changes.append(Change{newKey, std::nullopt, {}});
+        edit.changes.append(Change{key, std::nullopt, newKey});
         edits.append(edit);
     }
     FolderColumns columns = this->columns(folder);
     columns.renameKey(key, newKey);
-    return commit(QStringLiteral("Rename ") + key, edits, folder, columns, undo);
+    return commit(QStringLiteral("Rename ") + key, QStringLiteral("Renamed %1 to %2 in").arg(key, newKey), edits, folder,
+                  columns, undo);
 }
 
 Status FileProperties::remove(const QString& key, const FilePath& folder, const FileItems& items, QUndoStack* undo)
@@ -62,11 +53,11 @@ Status FileProperties::remove(const QString& key, const FilePath& folder, const 
     for (const FileItem& item : items) {
         const PropertyMap before = currentProperties(item.url);
         if (before.contains(key))
-            edits.append({.path = item.url, .forward = {Change{key, std::nullopt, {}}}, .backward = {restoring(key, before)}});
+            edits.append({item.url, {Change{key, std::nullopt, {}}}});
     }
     FolderColumns columns = this->columns(folder);
     columns.removeKey(key);
-    return commit(QStringLiteral("Delete ") + key, edits, folder, columns, undo);
+    return commit(QStringLiteral("Delete ") + key, QStringLiteral("Deleted %1 from").arg(key), edits, folder, columns, undo);
 }
 
 QList<FileProperties::FileEdit> FileProperties::optionEdits(const QString& key, const QString& option,
@@ -94,7 +85,7 @@ QList<FileProperties::FileEdit> FileProperties::optionEdits(const QString& key, 
         } else {
             continue;
         }
-        edits.append({.path = item.url, .forward = {Change{key, after, {}}}, .backward = {restoring(key, before)}});
+        edits.append({item.url, {Change{key, after, {}}}});
     }
     return edits;
 }
@@ -108,7 +99,8 @@ Status FileProperties::renameOption(const QString& key, const QString& from, con
         return {};
     FolderColumns columns = this->columns(folder);
     columns.renameOption(key, from, to);
-    return commit(QStringLiteral("Rename ") + from, optionEdits(key, from, to, items), folder, columns, undo);
+    return commit(QStringLiteral("Rename ") + from, QStringLiteral("Renamed %1 to %2 in").arg(from, to),
+                  optionEdits(key, from, to, items), folder, columns, undo);
 }
 
 Status FileProperties::deleteOption(const QString& option, const QString& key, const FilePath& folder,
@@ -116,7 +108,8 @@ Status FileProperties::deleteOption(const QString& option, const QString& key, c
 {
     FolderColumns columns = this->columns(folder);
     columns.renameOption(key, option, std::nullopt);
-    return commit(QStringLiteral("Delete ") + option, optionEdits(key, option, std::nullopt, items), folder, columns, undo);
+    return commit(QStringLiteral("Delete ") + option, QStringLiteral("Deleted %1 from").arg(option),
+                  optionEdits(key, option, std::nullopt, items), folder, columns, undo);
 }
 
 void FileProperties::moveOption(const QString& option, const QString& key, const std::optional<QString>& before,
@@ -131,7 +124,7 @@ void FileProperties::moveOption(const QString& option, const QString& key, const
     if (columns.options.value(key) == order)
         return;
     columns.options.insert(key, order);
-    (void)commit(QStringLiteral("Move ") + option, {}, folder, columns, undo);
+    (void)commit(QStringLiteral("Move ") + option, {}, {}, folder, columns, undo);
 }
 
 void FileProperties::setColor(std::optional<int> index, const QString& option, const QString& key,
@@ -147,7 +140,7 @@ void FileProperties::setColor(std::optional<int> index, const QString& option, c
         columns.optionColors.remove(key);
     if (columns == this->columns(folder))
         return;
-    (void)commit(QStringLiteral("Color ") + option, {}, folder, columns, undo);
+    (void)commit(QStringLiteral("Color ") + option, {}, {}, folder, columns, undo);
 }
 
 } // namespace orwick

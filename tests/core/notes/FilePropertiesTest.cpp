@@ -1,15 +1,19 @@
-// The shared property store over real folders: loading in the background, writing with undo,
-// renaming keys and options across a folder, settings in columns.json, filtering and sorting.
+// The shared property store over real folders: loading in the background, writing through the
+// file operations engine with one undo step per change, renaming keys and options across a
+// folder, settings in columns.json, filtering and sorting.
 
+#include "fileops/FileOperations.h"
 #include "files/Arrangement.h"
 #include "notes/FileProperties.h"
 #include "platform/StoreNotices.h"
+#include "platform/Xattr.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QUndoStack>
+#include <sys/xattr.h>
 #include <gtest/gtest.h>
 
 using namespace orwick;
@@ -39,7 +43,27 @@ struct Counter {
 
 class FilePropertiesTest : public testing::Test {
 protected:
+    FilePropertiesTest()
+    {
+        m_ops.setReportErrors([this](const OperationOutcome& outcome) { m_reports.append(outcome); });
+        QObject::connect(&m_ops, &FileOperations::announced, [this](const Toast& toast) { m_toasts.append(toast.text); });
+    }
     FilePath columnsFile() const { return m_tree.path("data/columns.json"); }
+    // Waits until the engine's jobs ended and the store read what they wrote.
+    void settle(const FileProperties& store)
+    {
+        ASSERT_TRUE(waitUntil([&] { return m_ops.isIdle() && store.isSettled(); }, 30000));
+    }
+    void undo(QUndoStack& stack, const FileProperties& store)
+    {
+        stack.undo();
+        settle(store);
+    }
+    void redo(QUndoStack& stack, const FileProperties& store)
+    {
+        stack.redo();
+        settle(store);
+    }
     void loadAll(FileProperties& store, const FileItems& items)
     {
         const int revision = store.revision();
@@ -47,6 +71,9 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return store.revision() > revision; }));
     }
     TempTree m_tree;
+    FileOperations m_ops;
+    QList<OperationOutcome> m_reports;
+    QStringList m_toasts;
 };
 
 TEST_F(FilePropertiesTest, LoadsNotesAndAttributesInTheBackground)
@@ -54,8 +81,8 @@ TEST_F(FilePropertiesTest, LoadsNotesAndAttributesInTheBackground)
     const FilePath a = m_tree.file(QString("notes/a.md"), "---\nstatus: done\ncount: 2\n---\n");
     const FilePath b = m_tree.file(QString("notes/b.md"), "no front matter");
     const FilePath c = m_tree.file(QString("notes/c.png"), "png");
-    ASSERT_TRUE(notefile::write(c, false, {{"rating", PropertyValue::ofNumber(5), {}}}));
-    FileProperties store(nullptr, columnsFile());
+    ASSERT_EQ(::setxattr(c.c_str(), xattr::properties, "{\"rating\":5}", 12, 0), 0);
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     Counter changed(&store, &FileProperties::valuesChanged);
     loadAll(store, itemsOf({a, b, c}));
     EXPECT_EQ(store.value(a, "status"), PropertyValue::ofText("done"));
@@ -71,7 +98,7 @@ TEST_F(FilePropertiesTest, ANewerLoadOfTheFolderReplacesTheOlder)
     QList<FilePath> paths;
     for (int i = 0; i < 300; ++i)
         paths.append(m_tree.file(QString("f/n%1.md").arg(i), "---\nold: 1\n---\n"));
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     store.load(itemsOf(paths)); // superseded at once: publishes nothing
     m_tree.file(QString("f/n0.md"), "---\nnew: 1\n---\n");
     loadAll(store, itemsOf({paths.first()}));
@@ -87,51 +114,59 @@ TEST_F(FilePropertiesTest, SetIsOneUndoStep)
     const FilePath a = m_tree.file(QString("n/a.md"), aBefore);
     const FilePath b = m_tree.file(QString("n/b.md"), "B body\n");
     const FilePath c = m_tree.file(QString("n/c.txt"), "C");
-    FileProperties store(nullptr, columnsFile());
-    QUndoStack undo;
-    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a, b, c}, &undo));
-    EXPECT_EQ(undo.count(), 1);
-    EXPECT_EQ(undo.undoText(), "Set status");
+    FileProperties store(nullptr, columnsFile(), &m_ops);
+    QUndoStack stack;
+    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a, b, c}, &stack));
+    settle(store);
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_EQ(stack.undoText(), "Set status");
     EXPECT_EQ(readAll(a), "---\nstatus: done\n---\nA body\n");
     EXPECT_EQ(readAll(b), "---\nstatus: done\n---\nB body\n");
     EXPECT_EQ(store.value(c, "status"), PropertyValue::ofText("done"));
-    undo.undo();
+    undo(stack, store);
     EXPECT_EQ(readAll(a), aBefore);
     EXPECT_EQ(readAll(b), "B body\n");
     EXPECT_FALSE(store.values().contains(c));
-    undo.redo();
+    redo(stack, store);
     EXPECT_EQ(store.value(b, "status"), PropertyValue::ofText("done"));
 }
 
 TEST_F(FilePropertiesTest, NoteChangedSinceLoadIsRefusedAndKept)
 {
     const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: open\n---\n");
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     loadAll(store, itemsOf({a}));
     const QByteArray theirs = "---\nstatus: open\n---\nTheir new paragraph.\n";
     m_tree.file(QString("n/a.md"), theirs);
-    QUndoStack undo;
-    const Status status = store.set("status", PropertyValue::ofText("done"), {a}, &undo);
-    ASSERT_FALSE(status);
-    EXPECT_TRUE(status.error().contains("changed on disk"));
+    QUndoStack stack;
+    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &stack));
+    settle(store);
+    ASSERT_EQ(m_reports.size(), 1);
+    EXPECT_EQ(m_reports[0].errors, QStringList{"Couldn’t change “a.md”: it changed on disk since it was read."});
+    EXPECT_EQ(m_reports[0].done, 0);
     EXPECT_EQ(readAll(a), theirs);
-    EXPECT_EQ(undo.count(), 0);
-    // The refusal re-read the note, so trying again works and keeps their paragraph.
-    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &undo));
+    EXPECT_EQ(stack.count(), 0);
+    // Trying again, once the note was read again, works and keeps their paragraph.
+    loadAll(store, itemsOf({a}));
+    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &stack));
+    settle(store);
     EXPECT_EQ(readAll(a), "---\nstatus: done\n---\nTheir new paragraph.\n");
+    EXPECT_EQ(m_toasts.last(), "Set status on a.md");
 }
 
-TEST_F(FilePropertiesTest, UndoAfterAnotherChangeIsReportedNotForced)
+TEST_F(FilePropertiesTest, UndoAfterAnotherChangeIsRefusedNotForced)
 {
     const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: open\n---\n");
-    FileProperties store(nullptr, columnsFile());
-    QUndoStack undo;
-    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &undo));
+    FileProperties store(nullptr, columnsFile(), &m_ops);
+    QUndoStack stack;
+    ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &stack));
+    settle(store);
+    ASSERT_EQ(readAll(a), "---\nstatus: done\n---\n");
     const QByteArray theirs = "---\nstatus: done\n---\nedited elsewhere\n";
     m_tree.file(QString("n/a.md"), theirs);
-    Counter failed(&store, &FileProperties::writeFailed);
-    undo.undo();
-    EXPECT_EQ(failed.count, 1);
+    undo(stack, store);
+    ASSERT_EQ(m_reports.size(), 1);
+    EXPECT_EQ(m_reports[0].errors, QStringList{"Couldn’t change “a.md”: it changed on disk since it was read."});
     EXPECT_EQ(readAll(a), theirs);
 }
 
@@ -141,22 +176,24 @@ TEST_F(FilePropertiesTest, RenameAcrossTheFolder)
     const FilePath b = m_tree.file(QString("n/b.md"), "---\nother: 1\n---\n");
     const FilePath c = m_tree.file(QString("n/c.txt"), "C");
     const FilePath folder = a.parent();
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     ASSERT_TRUE(store.set("status", PropertyValue::ofText("open"), {c}));
+    settle(store);
     FolderColumns columns;
     columns.shown = {"status"};
     columns.widths.insert("status", 120);
     ASSERT_TRUE(store.setColumns(folder, columns));
     const FileItems items = itemsOf({a, b, c});
-    QUndoStack undo;
-    ASSERT_TRUE(store.rename("status", "state", folder, items, &undo));
-    EXPECT_EQ(undo.undoText(), "Rename status");
+    QUndoStack stack;
+    ASSERT_TRUE(store.rename("status", "state", folder, items, &stack));
+    settle(store);
+    EXPECT_EQ(stack.undoText(), "Rename status");
     EXPECT_EQ(readAll(a), "---\nstate: open\nx: 1\n---\n");
     EXPECT_EQ(readAll(b), "---\nother: 1\n---\n");
     EXPECT_EQ(store.value(c, "state"), PropertyValue::ofText("open"));
     EXPECT_EQ(store.columns(folder).shown, QStringList{"state"});
     EXPECT_EQ(store.columns(folder).widths.value("state"), 120);
-    undo.undo();
+    undo(stack, store);
     EXPECT_EQ(readAll(a), "---\nstatus: open\nx: 1\n---\n");
     EXPECT_EQ(store.value(c, "status"), PropertyValue::ofText("open"));
     EXPECT_EQ(store.columns(folder).shown, QStringList{"status"});
@@ -168,20 +205,22 @@ TEST_F(FilePropertiesTest, RenameAndDeleteOptions)
     const FilePath b = m_tree.file(QString("n/b.md"), "---\nstatus: open\n---\n");
     const FilePath folder = a.parent();
     const FileItems items = itemsOf({a, b});
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     loadAll(store, items);
     store.setColor(3, "done", "status", folder);
-    QUndoStack undo;
-    ASSERT_TRUE(store.renameOption("status", "done", "finished", folder, items, &undo));
-    EXPECT_EQ(undo.undoText(), "Rename done");
+    QUndoStack stack;
+    ASSERT_TRUE(store.renameOption("status", "done", "finished", folder, items, &stack));
+    settle(store);
+    EXPECT_EQ(stack.undoText(), "Rename done");
     EXPECT_EQ(store.value(a, "status"), PropertyValue::ofText("finished"));
     EXPECT_EQ(store.value(a, "tags"), PropertyValue::ofList({"done", "x"})); // other keys untouched
     EXPECT_EQ(store.columns(folder).optionColors.value("status").value("finished"), 3);
-    ASSERT_TRUE(store.deleteOption("done", "tags", folder, items, &undo));
-    EXPECT_EQ(undo.undoText(), "Delete done");
+    ASSERT_TRUE(store.deleteOption("done", "tags", folder, items, &stack));
+    settle(store);
+    EXPECT_EQ(stack.undoText(), "Delete done");
     EXPECT_EQ(readAll(a), "---\nstatus: finished\ntags: [x]\n---\n");
-    undo.undo();
-    undo.undo();
+    undo(stack, store);
+    undo(stack, store);
     EXPECT_EQ(readAll(a), "---\nstatus: done\ntags: [done, x]\n---\n");
     EXPECT_EQ(store.columns(folder).optionColors.value("status").value("done"), 3);
 }
@@ -193,7 +232,7 @@ TEST_F(FilePropertiesTest, TypesOptionsAndOrder)
     const FilePath c = m_tree.file(QString("n/c.md"), "---\nstage: b\nn: x\n---\n");
     const FilePath folder = a.parent();
     const FileItems items = itemsOf({a, b, c});
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     loadAll(store, items);
     EXPECT_EQ(store.type("stage", folder, items), PropertyType::select);
     EXPECT_EQ(store.type("n", folder, items), PropertyType::text);
@@ -214,7 +253,7 @@ TEST_F(FilePropertiesTest, FilteredKeepsOrderAndJoinsWithAnd)
     const FilePath c = m_tree.file(QString("n/c.md"), "---\nstatus: done\n---\n");
     const FilePath folder = a.parent();
     const FileItems items = itemsOf({a, b, c});
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     loadAll(store, items);
     EXPECT_EQ(store.filtered(items, folder), items);
     FolderColumns columns;
@@ -228,7 +267,7 @@ TEST_F(FilePropertiesTest, SettingsPersistAndDamagedEntriesSurvive)
 {
     const FilePath folder = m_tree.folder("n");
     {
-        FileProperties store(nullptr, columnsFile());
+        FileProperties store(nullptr, columnsFile(), &m_ops);
         FolderColumns columns;
         columns.shown = {"a"};
         columns.layout = "board";
@@ -239,7 +278,7 @@ TEST_F(FilePropertiesTest, SettingsPersistAndDamagedEntriesSurvive)
     QJsonObject json = QJsonDocument::fromJson(readAll(columnsFile())).object();
     json.insert("/elsewhere", QJsonObject{{"shown", 3}});
     m_tree.file(QString("data/columns.json"), QJsonDocument(json).toJson());
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     EXPECT_EQ(store.columns(folder).layout, QString("board"));
     EXPECT_EQ(store.columns(folder).filters.size(), 1);
     store.setColor(1, "x", "a", folder);
@@ -251,7 +290,7 @@ TEST_F(FilePropertiesTest, DamagedColumnsFileGivesDefaultsAMessageAndIsKept)
 {
     m_tree.file(QString("data/columns.json"), "{ damaged");
     StoreNotices::takePending();
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     EXPECT_EQ(store.columns(m_tree.root()), FolderColumns());
     const QStringList messages = StoreNotices::takePending();
     ASSERT_EQ(messages.size(), 1); // said once
@@ -275,50 +314,56 @@ TEST_F(FilePropertiesTest, DeleteAPropertyAcrossTheFolder)
     const FilePath b = m_tree.file(QString("n/b.md"), "---\nstatus: open\n---\n");
     const FilePath c = m_tree.file(QString("n/c.txt"), "C");
     const FilePath folder = a.parent();
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     ASSERT_TRUE(store.set("done", PropertyValue::ofBool(false), {c}));
+    settle(store);
     FolderColumns columns;
     columns.shown = {"status", "done"};
     columns.types.insert("done", PropertyType::checkbox);
     columns.filters = {{QUuid::createUuid(), "done", PropertyFilter::Condition::checked, ""}};
     ASSERT_TRUE(store.setColumns(folder, columns));
     const FileItems items = itemsOf({a, b, c});
-    QUndoStack undo;
-    ASSERT_TRUE(store.remove("done", folder, items, &undo));
-    EXPECT_EQ(undo.count(), 1);
-    EXPECT_EQ(undo.undoText(), "Delete done");
+    QUndoStack stack;
+    ASSERT_TRUE(store.remove("done", folder, items, &stack));
+    settle(store);
+    EXPECT_EQ(stack.count(), 1);
+    EXPECT_EQ(stack.undoText(), "Delete done");
     EXPECT_EQ(readAll(a), "---\nstatus: open # keep\n---\nBody\n");
     EXPECT_EQ(readAll(b), "---\nstatus: open\n---\n");
     EXPECT_FALSE(store.value(c, "done").has_value());
     EXPECT_EQ(store.columns(folder).shown, QStringList{"status"});
     EXPECT_TRUE(store.columns(folder).filters.isEmpty());
     EXPECT_FALSE(store.columns(folder).types.contains("done"));
-    undo.undo();
+    undo(stack, store);
     EXPECT_EQ(readAll(a), aText); // the line back where it was
     EXPECT_EQ(store.value(a, "done"), PropertyValue::ofBool(true));
     EXPECT_EQ(store.value(c, "done"), PropertyValue::ofBool(false));
     EXPECT_EQ(readAll(b), "---\nstatus: open\n---\n");
     EXPECT_EQ(store.columns(folder), columns);
-    undo.redo();
+    redo(stack, store);
     EXPECT_EQ(readAll(a), "---\nstatus: open # keep\n---\nBody\n");
 }
 
-TEST_F(FilePropertiesTest, UndoGivesBackTheExactTextUnlessTheNoteChangedMeanwhile)
+TEST_F(FilePropertiesTest, UndoGivesBackTheExactBytesUnlessTheNoteChangedMeanwhile)
 {
     const QByteArray text = "---\ntags:\n  - a\n  - 'b'\nstatus: open\n---\nBody\n";
     const FilePath a = m_tree.file(QString("n/a.md"), text);
     const FilePath b = m_tree.file(QString("n/b.md"), text);
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     loadAll(store, itemsOf({a, b}));
-    QUndoStack undo;
-    ASSERT_TRUE(store.remove("tags", a.parent(), itemsOf({a, b}), &undo));
+    QUndoStack stack;
+    ASSERT_TRUE(store.remove("tags", a.parent(), itemsOf({a, b}), &stack));
+    settle(store);
     EXPECT_EQ(readAll(a), "---\nstatus: open\n---\nBody\n");
-    // Someone adds a paragraph to b; its undo keeps that and still brings the tags back.
-    m_tree.file(QString("n/b.md"), "---\nstatus: open\n---\nBody\nMore\n");
-    loadAll(store, itemsOf({b}));
-    undo.undo();
+    // Someone adds a paragraph to b: its undo is refused and their paragraph stays; a's is exact.
+    const QByteArray theirs = "---\nstatus: open\n---\nBody\nMore\n";
+    m_tree.file(QString("n/b.md"), theirs);
+    undo(stack, store);
     EXPECT_EQ(readAll(a), text);
-    EXPECT_EQ(readAll(b), "---\nstatus: open\ntags: [a, b]\n---\nBody\nMore\n");
+    EXPECT_EQ(readAll(b), theirs);
+    ASSERT_EQ(m_reports.size(), 1);
+    EXPECT_EQ(m_reports[0].errors, QStringList{"Couldn’t change “b.md”: it changed on disk since it was read."});
+    EXPECT_EQ(store.value(a, "tags"), PropertyValue::ofList({"a", "b"}));
 }
 
 TEST_F(FilePropertiesTest, MovingAndColouringOptionsAreUndoSteps)
@@ -327,19 +372,19 @@ TEST_F(FilePropertiesTest, MovingAndColouringOptionsAreUndoSteps)
     const FilePath b = m_tree.file(QString("n/b.md"), "---\nstage: a\n---\n");
     const FilePath folder = a.parent();
     const FileItems items = itemsOf({a, b});
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     loadAll(store, items);
-    QUndoStack undo;
-    store.moveOption("a", "stage", QString("b"), folder, items, &undo);
-    EXPECT_EQ(undo.undoText(), "Move a");
-    store.setColor(4, "a", "stage", folder, &undo);
-    EXPECT_EQ(undo.undoText(), "Color a");
-    store.setColor(4, "a", "stage", folder, &undo); // no change, no step
-    EXPECT_EQ(undo.count(), 2);
+    QUndoStack stack;
+    store.moveOption("a", "stage", QString("b"), folder, items, &stack);
+    EXPECT_EQ(stack.undoText(), "Move a");
+    store.setColor(4, "a", "stage", folder, &stack);
+    EXPECT_EQ(stack.undoText(), "Color a");
+    store.setColor(4, "a", "stage", folder, &stack); // no change, no step
+    EXPECT_EQ(stack.count(), 2);
     EXPECT_EQ(FileProperties(nullptr, columnsFile()).columns(folder).optionColors.value("stage").value("a"), 4);
-    undo.undo();
+    undo(stack, store);
     EXPECT_FALSE(store.columns(folder).optionColors.contains("stage"));
-    undo.undo();
+    undo(stack, store);
     EXPECT_EQ(store.options("stage", folder, items), (QStringList{"b", "a"}));
     EXPECT_EQ(readAll(a), "---\nstage: b\n---\n"); // the notes were never touched
 }
@@ -351,7 +396,7 @@ TEST_F(FilePropertiesTest, PropertySortPlugsIntoTheArrangement)
     const FilePath c = m_tree.file(QString("n/c.md"), "---\ndue: 2024-01-15\n---\n");
     const FilePath d = m_tree.file(QString("n/d.md"), "no date");
     const FileItems items = itemsOf({d, a, b, c});
-    FileProperties store(nullptr, columnsFile());
+    FileProperties store(nullptr, columnsFile(), &m_ops);
     loadAll(store, items);
     ArrangeInput input;
     input.items = items;

@@ -1,6 +1,9 @@
-// Reading and writing properties of real files: notes' front matter and other files' attribute,
-// and every way a write is refused without changing the file.
+// Reading and writing properties of real files: notes' front matter and other files' attribute
+// (written as the file operations engine writes them), and every way a write is refused without
+// changing the file.
 
+#include "EngineWrite.h"
+#include "fileops/FileReplace.h"
 #include "notes/NoteFile.h"
 #include "platform/Xattr.h"
 #include "support/TempHome.h"
@@ -21,6 +24,11 @@ using orwick::test::TempTree;
 namespace {
 
 PropertyMap readNote(const FilePath& path) { return read(path, false).values; }
+
+Status write(const FilePath& path, bool isFolder, const QList<Change>& changes)
+{
+    return test::writeProperties(path, isFolder, changes);
+}
 
 struct ReadCase {
     const char* name;
@@ -173,28 +181,17 @@ text
     EXPECT_EQ(readNote(note).value("q"), PropertyValue::ofText(expected));
 }
 
-TEST(NoteFile, ChangedSinceReadIsRefused)
-{
-    TempTree tree;
-    const FilePath note = tree.file(QString("n.md"), "---\na: 1\n---\n");
-    const auto version = read(note, false).fingerprint;
-    ASSERT_TRUE(version);
-    const QByteArray other = "---\na: 1\nb: theirs\n---\nTheir paragraph.\n";
-    tree.file(QString("n.md"), other);
-    WriteOptions options;
-    options.expected = version;
-    EXPECT_FALSE(write(note, false, {kSetDone}, options));
-    EXPECT_EQ(readAll(note), other);
-}
-
 TEST(NoteFile, ChangedDuringTheWriteIsRefused)
 {
     TempTree tree;
     const FilePath note = tree.file(QString("n.md"), "---\na: 1\n---\n");
     const QByteArray other = "---\na: 2\n---\nwritten meanwhile\n";
-    WriteOptions options;
-    options.beforeCommit = [&] { tree.file(QString("n.md"), other); };
-    const auto written = write(note, false, {kSetDone}, options);
+    const auto file = readFile(note);
+    ASSERT_TRUE(file);
+    const auto bytes = changedNoteBytes(file->bytes, {kSetDone}, note);
+    ASSERT_TRUE(bytes);
+    const auto written = filereplace::replaceFile(note, file->bytes, file->version, *bytes,
+                                                  [&] { tree.file(QString("n.md"), other); });
     ASSERT_FALSE(written);
     EXPECT_TRUE(written.error().contains("changed on disk"));
     EXPECT_EQ(readAll(note), other);
@@ -256,7 +253,7 @@ TEST(NoteFile, FileSystemWithoutAttributesReportsIt)
     const QByteArray before = readAll(refusing);
     const auto written = write(refusing, false, {kSetDone});
     ASSERT_FALSE(written);
-    EXPECT_TRUE(written.error().contains("doesn’t keep extra attributes")) << written.error().toStdString();
+    EXPECT_TRUE(written.error().contains("doesn’t keep properties")) << written.error().toStdString();
     EXPECT_EQ(readAll(refusing), before);
 }
 

@@ -1,12 +1,16 @@
-// A note stays the same file when a property is written into it, on real files: its extended
+// A note stays the same file when the file operations engine writes a property into it, on real
+// files: its extended
 // attributes of any size, its hard links, owner, group and mode, its byte-order mark; and a
 // read-only note, or one on a read-only or full disk, is refused and left exactly as it was.
 
+#include "EngineWrite.h"
+#include "fileops/FileOperations.h"
 #include "notes/FileProperties.h"
 #include "notes/NoteFile.h"
 #include "notes/NoteParser.h"
 #include "support/ScratchMount.h"
 #include "support/TempHome.h"
+#include "support/TestMain.h"
 
 #include <QDir>
 #include <QUndoStack>
@@ -120,12 +124,15 @@ TEST(NoteIdentity, AttributesOfAnySizeSurviveAPropertyWrite)
     const auto before = attributesOf(note);
     ASSERT_EQ(before.size(), 301u);
 
-    FileProperties store(nullptr, folder.file("columns.json", "{}"));
+    FileOperations ops;
+    FileProperties store(nullptr, folder.file("columns.json", "{}"), &ops);
     QUndoStack undo;
     ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {note}, &undo));
+    ASSERT_TRUE(test::waitUntil([&] { return ops.isIdle() && store.isSettled(); }));
     EXPECT_EQ(readAll(note), "---\nstatus: done\n---\nbody\n");
     EXPECT_EQ(attributesOf(note), before);
     undo.undo(); // putting the old text back keeps them too
+    ASSERT_TRUE(test::waitUntil([&] { return ops.isIdle() && store.isSettled(); }));
     EXPECT_EQ(readAll(note), "---\nstatus: open\n---\nbody\n");
     EXPECT_EQ(attributesOf(note), before);
 }
@@ -138,19 +145,22 @@ TEST(NoteIdentity, AHardLinkedNoteStaysOneFile)
     ASSERT_EQ(::link(note.c_str(), other.c_str()), 0);
     const ino_t inode = statOf(note).st_ino;
 
-    FileProperties store(nullptr, tree.path("columns.json"));
+    FileOperations ops;
+    FileProperties store(nullptr, tree.path("columns.json"), &ops);
     QUndoStack undo;
     ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {note}, &undo));
+    ASSERT_TRUE(test::waitUntil([&] { return ops.isIdle() && store.isSettled(); }));
     for (const FilePath& name : {note, other}) {
         EXPECT_EQ(statOf(name).st_ino, inode);
         EXPECT_EQ(statOf(name).st_nlink, 2u);
         EXPECT_EQ(readAll(name), "---\nstatus: done\n---\nbody\n");
     }
     undo.undo(); // putting the old text back keeps the link too
+    ASSERT_TRUE(test::waitUntil([&] { return ops.isIdle() && store.isSettled(); }));
     EXPECT_EQ(readAll(other), "---\nstatus: open\n---\nbody\n");
     EXPECT_EQ(statOf(other).st_ino, inode);
     // Shorter text must not leave the old tail behind.
-    ASSERT_TRUE(notefile::write(other, false, {{"status", std::nullopt, {}}}));
+    ASSERT_TRUE(test::writeProperties(other, false, {{"status", std::nullopt, {}}}));
     EXPECT_EQ(readAll(note), "body\n");
     EXPECT_EQ(statOf(other).st_ino, inode);
     EXPECT_EQ(statOf(note).st_nlink, 2u);
@@ -164,7 +174,7 @@ TEST(NoteIdentity, OwnerGroupAndModeAreKept)
     const FilePath note = tree.file(QString("n.md"), "---\nstatus: open\n---\nbody\n");
     ASSERT_EQ(::chown(note.c_str(), 12345, 12345), 0);
     ASSERT_EQ(::chmod(note.c_str(), 02640), 0); // after the chown, which would clear set-group-ID
-    ASSERT_TRUE(notefile::write(note, false, {kSetDone}));
+    ASSERT_TRUE(test::writeProperties(note, false, {kSetDone}));
     const struct stat st = statOf(note);
     EXPECT_EQ(st.st_uid, 12345u);
     EXPECT_EQ(st.st_gid, 12345u);
@@ -177,7 +187,7 @@ TEST(NoteIdentity, TheModificationTimeIsTheTimeOfTheWrite)
     TempTree tree;
     const FilePath note = tree.file(QString("n.md"), "---\nstatus: open\n---\n");
     tree.touch(note, 1000000000);
-    ASSERT_TRUE(notefile::write(note, false, {kSetDone}));
+    ASSERT_TRUE(test::writeProperties(note, false, {kSetDone}));
     EXPECT_GT(statOf(note).st_mtim.tv_sec, time(nullptr) - 60);
 }
 
@@ -187,19 +197,23 @@ TEST(NoteIdentity, AByteOrderMarkIsReadPastAndKept)
     const QByteArray mark = "\xEF\xBB\xBF";
     const FilePath note = tree.file(QString("n.md"), mark + "---\nstatus: open\n---\n- [ ] task\n");
     EXPECT_EQ(notefile::read(note, false).values.value("status"), PropertyValue::ofText("open"));
-    ASSERT_TRUE(notefile::write(note, false, {kSetDone}));
+    ASSERT_TRUE(test::writeProperties(note, false, {kSetDone}));
     EXPECT_EQ(readAll(note), mark + "---\nstatus: done\n---\n- [ ] task\n");
-    ASSERT_TRUE(toggleTask(note, 4, QDate(2026, 1, 2)));
+    {
+        CopyProgress progress;
+        ChangeRunner runner(progress);
+        ASSERT_TRUE(runner.rewrite(note, [&](const QByteArray& bytes) { return toggleTaskInBytes(bytes, 4, QDate(2026, 1, 2), note); }));
+    }
     EXPECT_TRUE(readAll(note).startsWith(mark + "---\nstatus: done\n---\n- [x] task")) << readAll(note).toStdString();
 
     // A note without front matter gets its block after the mark, not before it.
     const FilePath plain = tree.file(QString("plain.md"), mark + "body\n");
-    ASSERT_TRUE(notefile::write(plain, false, {kSetDone}));
+    ASSERT_TRUE(test::writeProperties(plain, false, {kSetDone}));
     EXPECT_EQ(readAll(plain), mark + "---\nstatus: done\n---\nbody\n");
     EXPECT_EQ(notefile::read(plain, false).values.value("status"), PropertyValue::ofText("done"));
     // Without a mark none is added.
     const FilePath bare = tree.file(QString("bare.md"), "body\n");
-    ASSERT_TRUE(notefile::write(bare, false, {kSetDone}));
+    ASSERT_TRUE(test::writeProperties(bare, false, {kSetDone}));
     EXPECT_EQ(readAll(bare), "---\nstatus: done\n---\nbody\n");
 }
 
@@ -225,24 +239,23 @@ TEST(NoteIdentity, ANoteInAFolderWeMayNotWriteIsWrittenInPlace)
     ASSERT_EQ(::chmod(tree.root().c_str(), 0755), 0);
     const FilePath note = tree.file(QString("n.md"), "---\nstatus: open\n---\nbody\n");
     const ino_t inode = statOf(note).st_ino;
-    Result<std::optional<notefile::Fingerprint>> written = failure(QString());
+    Status written = failure(QString());
     if (geteuid() == 0) {
         // The note is user 12345's own; the folder is root's.
         ASSERT_EQ(::chown(note.c_str(), 12345, 12345), 0);
-        ASSERT_TRUE(runAsAnotherUser([&] { written = notefile::write(note, false, {kSetDone}); }))
+        ASSERT_TRUE(runAsAnotherUser([&] { written = test::writeProperties(note, false, {kSetDone}); }))
             << "couldn't give up root on a thread: " << strerror(errno);
     } else {
         ASSERT_EQ(::chmod(tree.root().c_str(), 0555), 0);
-        written = notefile::write(note, false, {kSetDone});
+        written = test::writeProperties(note, false, {kSetDone});
         ::chmod(tree.root().c_str(), 0755);
     }
     ASSERT_TRUE(written) << written.error().toStdString();
     EXPECT_EQ(readAll(note), "---\nstatus: done\n---\nbody\n");
     EXPECT_EQ(statOf(note).st_ino, inode);
-    EXPECT_EQ((*written)->inode, quint64(inode));
 }
 
-void expectRefusedAndUntouched(const FilePath& note, const Result<std::optional<notefile::Fingerprint>>& written,
+void expectRefusedAndUntouched(const FilePath& note, const Status& written,
                                const QByteArray& content, const struct stat& before, const char* words)
 {
     ASSERT_FALSE(written);
@@ -266,13 +279,13 @@ TEST(NoteWriteFault, ANoteWithoutWriteBitsIsRefusedAndLeftAlone)
         const FilePath note = tree.file(QString("n%1.md").arg(mode, 0, 8), content);
         ASSERT_EQ(::chmod(note.c_str(), mode), 0);
         const struct stat before = statOf(note);
-        expectRefusedAndUntouched(note, notefile::write(note, false, {kSetDone}), content, before, "read-only");
+        expectRefusedAndUntouched(note, test::writeProperties(note, false, {kSetDone}), content, before, "read-only");
     }
     // Being read-only is what the user hears first, before anything about the note's text.
     const QByteArray nested = "---\nmeta:\n  a: 1\n---\n";
     const FilePath odd = tree.file(QString("odd.md"), nested);
     ASSERT_EQ(::chmod(odd.c_str(), 0444), 0);
-    expectRefusedAndUntouched(odd, notefile::write(odd, false, {kSetDone}), nested, statOf(odd), "read-only");
+    expectRefusedAndUntouched(odd, test::writeProperties(odd, false, {kSetDone}), nested, statOf(odd), "read-only");
 }
 
 TEST(NoteWriteFault, ANoteWeMayNotWriteIsRefusedAndLeftAlone)
@@ -281,19 +294,19 @@ TEST(NoteWriteFault, ANoteWeMayNotWriteIsRefusedAndLeftAlone)
     ASSERT_EQ(::chmod(tree.root().c_str(), 0755), 0);
     const QByteArray content = "---\nstatus: open\n---\nbody\n";
     const FilePath note = tree.file(QString("n.md"), content);
-    Result<std::optional<notefile::Fingerprint>> written = failure(QString());
+    Status written = failure(QString());
     if (geteuid() == 0) {
         // Writable by its owner, root, and readable by everyone: for user 12345 it is read-only.
         ASSERT_EQ(::chmod(note.c_str(), 0644), 0);
         const struct stat before = statOf(note);
-        ASSERT_TRUE(runAsAnotherUser([&] { written = notefile::write(note, false, {kSetDone}); }))
+        ASSERT_TRUE(runAsAnotherUser([&] { written = test::writeProperties(note, false, {kSetDone}); }))
             << "couldn't give up root on a thread: " << strerror(errno);
         expectRefusedAndUntouched(note, written, content, before, "read-only");
     } else {
         // Group-writable, but not by its owner, who is us.
         ASSERT_EQ(::chmod(note.c_str(), 0464), 0);
         const struct stat before = statOf(note);
-        expectRefusedAndUntouched(note, notefile::write(note, false, {kSetDone}), content, before, "read-only");
+        expectRefusedAndUntouched(note, test::writeProperties(note, false, {kSetDone}), content, before, "read-only");
     }
 }
 
@@ -311,7 +324,7 @@ TEST(NoteWriteFault, ANoteOnAReadOnlyDiskIsRefusedAndLeftAlone)
     }
     ASSERT_TRUE(disk.makeReadOnly());
     const struct stat before = statOf(note);
-    expectRefusedAndUntouched(note, notefile::write(note, false, {kSetDone}), content, before, "read-only disk");
+    expectRefusedAndUntouched(note, test::writeProperties(note, false, {kSetDone}), content, before, "the disk is read-only");
 }
 
 TEST(NoteWriteFault, AFullDiskLeavesAHardLinkedNoteWhole)
@@ -335,7 +348,7 @@ TEST(NoteWriteFault, AFullDiskLeavesAHardLinkedNoteWhole)
     }
     filler.close();
     const struct stat before = statOf(note);
-    const auto written = notefile::write(note, false, {{"status", PropertyValue::ofText(QString(20000, u'x')), {}}});
+    const auto written = test::writeProperties(note, false, {{"status", PropertyValue::ofText(QString(20000, u'x')), {}}});
     expectRefusedAndUntouched(note, written, content, before, "no room");
 }
 

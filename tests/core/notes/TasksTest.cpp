@@ -82,18 +82,16 @@ TEST(TaskDates, Toggle)
     EXPECT_EQ(TaskDates::toggle("- [ ] odd 🔁 when it rains", today), QStringList{"- [x] odd 🔁 when it rains ✅ 2024-05-15"});
 }
 
-TEST(NoteParser, ToggleTaskInItsFile)
+TEST(NoteParser, ToggleTaskInItsBytes)
 {
-    TempTree tree;
-    const FilePath note = tree.file(QString("n.md"), "intro\r\n- [ ] one\r\n- [ ] two\r\nend");
-    ASSERT_TRUE(toggleTask(note, 3, QDate(2024, 5, 15)));
-    EXPECT_EQ(readAll(note), "intro\r\n- [ ] one\r\n- [x] two ✅ 2024-05-15\r\nend");
-    EXPECT_FALSE(toggleTask(note, 1, QDate(2024, 5, 15))); // not a task
-    EXPECT_FALSE(toggleTask(note, 9, QDate(2024, 5, 15)));
-    EXPECT_EQ(readAll(note), "intro\r\n- [ ] one\r\n- [x] two ✅ 2024-05-15\r\nend");
-    const FilePath latin = tree.file(QString("latin.md"), "- [ ] caf\xe9\n");
-    EXPECT_FALSE(toggleTask(latin, 1, QDate(2024, 5, 15)));
-    EXPECT_EQ(readAll(latin), "- [ ] caf\xe9\n");
+    const FilePath note = FilePath::fromNative("/notes/n.md");
+    const QByteArray bytes = "intro\r\n- [ ] one\r\n- [ ] two\r\nend";
+    EXPECT_EQ(toggleTaskInBytes(bytes, 3, QDate(2024, 5, 15), note), QByteArray("intro\r\n- [ ] one\r\n- [x] two ✅ 2024-05-15\r\nend"));
+    EXPECT_FALSE(toggleTaskInBytes(bytes, 1, QDate(2024, 5, 15), note)); // not a task
+    EXPECT_FALSE(toggleTaskInBytes(bytes, 9, QDate(2024, 5, 15), note));
+    const auto latin = toggleTaskInBytes("- [ ] caf\xe9\n", 1, QDate(2024, 5, 15), note);
+    ASSERT_FALSE(latin);
+    EXPECT_EQ(latin.error(), "Couldn’t change “n.md”: it isn’t UTF-8 text.");
 }
 
 TEST(DailyNotes, FormatsMomentPatterns)

@@ -1,12 +1,14 @@
-// notefile::replaceFile: a note's new bytes written so that the note stays the same file to the
-// user. The preferred way is a temporary file and a rename (atomic: a reader sees the old note or
+// filereplace::replaceFile: a file's new bytes (a note's) written so that it stays the same file
+// to the user. The preferred way is a temporary file and a rename (atomic: a reader sees the old note or
 // the new one, never half of each); it is taken only when the temporary file can be made to be
 // the note in everything but its inode: owner, group, mode and every extended attribute. When
 // the note has hard links, or its owner, attributes or folder stand in the way, the bytes go into
 // the note's own inode instead.
 
-#include "notes/NoteFile.h"
+#include "fileops/FileReplace.h"
 
+#include "fileops/OperationTexts.h"
+#include "platform/ErrorText.h"
 #include "platform/UniqueFd.h"
 #include "platform/Xattr.h"
 
@@ -17,25 +19,31 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace orwick::notefile {
+namespace orwick::filereplace {
+
+using notefile::Fingerprint;
+using notefile::readFile;
+using notefile::versionOf;
 
 namespace {
 
-QString readOnlyMessage(const FilePath& path)
+QString refusal(const FilePath& path, const QString& reason)
 {
-    return QStringLiteral("“%1” is read-only, so it was left as it is.").arg(path.fileName());
+    return QStringLiteral("Couldn’t change %1: %2.").arg(quoted(path.fileName()), reason);
 }
 
-Status checkWritable(const FilePath& path, const struct stat& st)
+QString readOnlyMessage(const FilePath& path) { return refusal(path, QStringLiteral("it is read-only")); }
+
+QString changedOnDiskMessage(const FilePath& path) { return notefile::changedOnDiskMessage(path); }
+
+// The sentence for a write that failed with `error` (an errno value).
+QString writeFailure(const FilePath& path, int error)
 {
-    if ((st.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
-        return failure(readOnlyMessage(path));
-    if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0) {
-        if (errno == EACCES || errno == EPERM)
-            return failure(readOnlyMessage(path));
-        return failure(writeFailure(path, errno));
-    }
-    return {};
+    if (error == ENOSPC || error == EDQUOT)
+        return refusal(path, QStringLiteral("there’s no room left on the disk"));
+    if (error == EACCES || error == EPERM)
+        return readOnlyMessage(path);
+    return refusal(path, errorReason(error));
 }
 
 bool writeAll(int fd, const QByteArray& bytes, off_t offset, int* error)
@@ -156,17 +164,6 @@ SwapResult replaceByRename(const FilePath& path, int noteFd, const struct stat& 
 
 } // namespace
 
-Status checkWritable(const FilePath& path)
-{
-    struct stat st;
-    if (::stat(path.c_str(), &st) != 0) {
-        if (errno == ENOENT)
-            return failure(QStringLiteral("“%1” is no longer there.").arg(path.fileName()));
-        return failure(writeFailure(path, errno));
-    }
-    return checkWritable(path, st);
-}
-
 Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original, const Fingerprint& originalVersion,
                                 const QByteArray& bytes, const std::function<void()>& beforeCommit)
 {
@@ -177,12 +174,12 @@ Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original
     struct stat st;
     if (!noteFd.ok() || ::fstat(noteFd.get(), &st) != 0) {
         if (errno == ENOENT)
-            return failure(QStringLiteral("“%1” is no longer there.").arg(path.fileName()));
+            return failure(refusal(path, QStringLiteral("it is no longer there")));
         return failure(writeFailure(path, errno));
     }
     if (!S_ISREG(st.st_mode))
-        return failure(QStringLiteral("“%1” isn’t a file.").arg(path.fileName()));
-    if (const Status writable = checkWritable(target, st); !writable)
+        return failure(refusal(path, QStringLiteral("it isn’t a file")));
+    if (const Status writable = notefile::checkWritable(target); !writable)
         return failure(writable.error());
     if (versionOf(st) != originalVersion)
         return failure(changedOnDiskMessage(path));
@@ -194,4 +191,16 @@ Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original
     return rewriteInPlace(target, st, original, originalVersion, bytes, beforeCommit);
 }
 
-} // namespace orwick::notefile
+Result<Fingerprint> swapBytes(const FilePath& path, const QByteArray& expected, const QByteArray& bytes)
+{
+    char resolved[PATH_MAX];
+    const FilePath target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
+    const auto file = readFile(target);
+    if (!file)
+        return failure(file.error());
+    if (file->bytes != expected)
+        return failure(changedOnDiskMessage(path));
+    return replaceFile(target, file->bytes, file->version, bytes);
+}
+
+} // namespace orwick::filereplace
