@@ -205,6 +205,7 @@ int main(int argc, char** argv)
     });
     std::vector<double> latencies;
     std::vector<std::pair<double, QString>> slowest; // the longest frame of each step, with its item
+    std::vector<std::pair<double, QString>> latest;  // each step's latency, with its item
     int late = 0, missing = 0;
     last = clock.nsecsElapsed();
     probe.start();
@@ -229,13 +230,14 @@ int main(int argc, char** argv)
         const double ms = double(shown.nsecsElapsed()) / 1e6;
         latencies.push_back(ms);
         slowest.emplace_back(double(stepLongest) / 1e6, target.fileName());
+        latest.emplace_back(ms, target.fileName());
         late += ms > 50;
     }
     probe.stop();
     longest = std::max(longest, clock.nsecsElapsed() - last);
     std::sort(latencies.begin(), latencies.end());
     auto at = [&](double q) { return latencies.empty() ? 0.0 : latencies[std::min(latencies.size() - 1, size_t(q * latencies.size()))]; };
-    std::printf("%d cursor moves over %d mixed files with the preview open\n", steps, count);
+    std::printf("%d cursor moves over %d mixed files with the preview %s\n", steps, count, withPreview ? "open" : "closed");
     std::printf("  longest GUI-thread frame: %.1f ms, of which the GUI thread's own CPU time %.1f ms (target <= 16 ms)\n",
                 double(longest) / 1e6, double(longestCpu) / 1e6);
     std::printf("  preview shown after: median %.1f ms, 95th %.1f ms, 99th %.1f ms, max %.1f ms (target <= 50 ms)\n", at(0.5), at(0.95),
@@ -245,6 +247,11 @@ int main(int argc, char** argv)
     std::printf("  longest frames by item:");
     for (size_t i = 0; i < std::min<size_t>(6, slowest.size()); ++i)
         std::printf(" %s %.1f ms;", qPrintable(slowest[i].second), slowest[i].first);
+    std::printf("\n");
+    std::sort(latest.begin(), latest.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
+    std::printf("  slowest previews:");
+    for (size_t i = 0; i < std::min<size_t>(6, latest.size()); ++i)
+        std::printf(" %s %.1f ms;", qPrintable(latest[i].second), latest[i].first);
     std::printf("\n");
     if (!withPreview)
         return 0;
