@@ -144,6 +144,11 @@ TEST_F(FileOpsWindowTest, ProgressCardShowsEachRunningJob)
     snapshot.totalBytes = 3 << 20;
     snapshot.finishedBytes = 1 << 20;
     EXPECT_EQ(ProgressCard::progressText(snapshot), QStringLiteral("%1 of %2").arg(QLocale::system().formattedDataSize(1 << 20), QLocale::system().formattedDataSize(3 << 20)));
+    // A job done item by item counts items, not bytes.
+    CopyProgress trashing;
+    trashing.setTotalItems(10);
+    trashing.addFinished(3);
+    EXPECT_EQ(ProgressCard::progressText(trashing.snapshot()), QStringLiteral("3 of 10 items"));
 }
 
 } // namespace

@@ -17,6 +17,13 @@ void CopyProgress::setTotalBytes(qint64 bytes)
     m_state.totalBytes = bytes;
 }
 
+void CopyProgress::setTotalItems(qint64 items)
+{
+    QMutexLocker locked(&m_lock);
+    m_state.totalBytes = items;
+    m_state.countsItems = true;
+}
+
 void CopyProgress::addTotalBytes(qint64 bytes)
 {
     QMutexLocker locker(&m_lock);

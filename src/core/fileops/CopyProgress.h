@@ -22,6 +22,8 @@ public:
         qint64 currentFileSize = 0;
         QString currentFile;
         bool isCancelled = false;
+        // The totals count items, not bytes (a job that moves or changes items whole).
+        bool countsItems = false;
         std::optional<QString> failure;
 
         // 0…1; 0 while the total is still unknown.
@@ -31,6 +33,8 @@ public:
     Snapshot snapshot() const;
 
     void setTotalBytes(qint64 bytes);
+    // For a job done item by item: the total is `items`, and each addFinished(1) is one item.
+    void setTotalItems(qint64 items);
     void addTotalBytes(qint64 bytes);
     // A new file starts; its name is shown as the current file.
     void startFile(QByteArrayView name, qint64 size);

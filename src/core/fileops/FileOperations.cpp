@@ -323,7 +323,7 @@ void FileOperations::trash(const QList<FilePath>& items, const QString& actionNa
     request.undo = undo;
     request.announce = announce;
     request.work = [items](ChangeRunner& runner, JobOutput& output) {
-        runner.progress().setTotalBytes(items.size());
+        runner.progress().setTotalItems(items.size());
         QList<FilePath> done;
         for (const FilePath& item : items) {
             if (runner.isCancelled())

@@ -18,7 +18,7 @@ void FileOperations::emptyTrash(const QList<FilePath>& items, QUndoStack* window
     request.window = window; // no undo stack: nothing here can be undone
     request.finished = std::move(finished);
     request.work = [items](ChangeRunner& runner, JobOutput& output) {
-        runner.progress().setTotalBytes(items.size());
+        runner.progress().setTotalItems(items.size());
         QList<FilePath> done;
         for (const FilePath& item : items) {
             if (runner.isCancelled())

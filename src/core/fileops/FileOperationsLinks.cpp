@@ -14,7 +14,7 @@ void FileOperations::makeLinks(const QList<FilePath>& items, const FilePath& fol
     request.actionName = items.size() == 1 ? QStringLiteral("Make Link") : QStringLiteral("Make Links");
     request.undo = undo;
     request.work = [items, folder](ChangeRunner& runner, JobOutput& output) {
-        runner.progress().setTotalBytes(items.size());
+        runner.progress().setTotalItems(items.size());
         QList<FilePath> done;
         for (const FilePath& item : items) {
             if (runner.isCancelled())

@@ -35,7 +35,7 @@ void FileOperations::rewriteFiles(QList<Rewrite> rewrites, const RewriteTexts& t
     request.finished = std::move(finished);
     request.alongside = std::move(alongside);
     request.work = [rewrites = std::move(rewrites), texts](ChangeRunner& runner, JobOutput& output) {
-        runner.progress().setTotalBytes(rewrites.size());
+        runner.progress().setTotalItems(rewrites.size());
         QList<FilePath> done;
         for (const Rewrite& rewrite : rewrites) {
             if (runner.isCancelled())

@@ -22,7 +22,7 @@ void FileOperations::changeTag(const QList<FilePath>& items, const QString& tag,
     request.actionName = (adding ? QStringLiteral("Add %1 Tag") : QStringLiteral("Remove %1 Tag")).arg(name);
     request.undo = undo;
     request.work = [items, name, adding](ChangeRunner& runner, JobOutput& output) {
-        runner.progress().setTotalBytes(items.size());
+        runner.progress().setTotalItems(items.size());
         QList<FilePath> done;
         for (const FilePath& item : items) {
             if (runner.isCancelled())

@@ -48,6 +48,9 @@ QString ProgressCard::progressText(const CopyProgress::Snapshot& snapshot)
     const QLocale locale = QLocale::system();
     if (snapshot.totalBytes <= 0)
         return QString();
+    if (snapshot.countsItems)
+        return QStringLiteral("%1 of %2 %3").arg(locale.toString(snapshot.finishedBytes), locale.toString(snapshot.totalBytes),
+                                                 snapshot.totalBytes == 1 ? QStringLiteral("item") : QStringLiteral("items"));
     return QStringLiteral("%1 of %2").arg(locale.formattedDataSize(snapshot.finishedBytes),
                                           locale.formattedDataSize(snapshot.totalBytes));
 }
