@@ -1,6 +1,7 @@
 #include "ui/preview/PreparedPreview.h"
 
 #include "highlight/SyntaxHighlighter.h"
+#include "theme/ThemeStore.h"
 #include "ui/preview/PdfPage.h"
 #include "ui/theme/Theme.h"
 
@@ -25,6 +26,8 @@ PreviewStyle PreviewStyle::fromApplication()
     style.codeBackground = palette.color(QPalette::AlternateBase);
     style.border = theme::separator();
     style.dark = theme::isDark();
+    const ThemeStore& themes = ThemeStore::shared();
+    style.syntax = SyntaxHighlighter::SyntaxPalette::fromLookup([&themes](const QString& key) { return themes.syntaxColor(key); });
     return style;
 }
 
@@ -40,7 +43,7 @@ QString noteStyleSheet(const PreviewStyle& style)
                           "th, td { border: 1px solid %4; padding: 3px 6px; }"
                           "blockquote { color: %5; }")
                .arg(style.link.name(), style.codeBackground.name(), style.fixedFont.family(), style.border.name(), style.dimText.name())
-        + SyntaxHighlighter::css(style.dark);
+        + SyntaxHighlighter::css(style.dark, style.syntax);
 }
 
 std::shared_ptr<QTextDocument> plainDocument(const QString& text, const QFont& font)
@@ -62,7 +65,7 @@ void colour(QTextDocument& document, const QString& text, const FilePath& path, 
     const SyntaxHighlighter::Language* language = SyntaxHighlighter::languageFor(path);
     if (!language || text.size() > kColouredChars)
         return;
-    const auto ranges = SyntaxHighlighter::attributed(QStringView(text), *language, style.fixedFont, SyntaxHighlighter::SyntaxPalette{}, style.dark);
+    const auto ranges = SyntaxHighlighter::attributed(QStringView(text), *language, style.fixedFont, style.syntax, style.dark);
     qsizetype next = 0;
     for (QTextBlock block = document.begin(); block.isValid() && next < ranges.size(); block = block.next()) {
         const int start = block.position();

@@ -4,6 +4,7 @@
 // coloured in the background, then handed to the GUI thread), and for a PDF its first page.
 // Showing it is then a swap of documents or pictures: no parsing or decoding on the GUI thread.
 
+#include "highlight/SyntaxHighlighter.h"
 #include "preview/PreviewLoader.h"
 
 #include <QColor>
@@ -18,6 +19,7 @@ struct PreviewStyle {
     QFont textFont;
     QFont fixedFont;
     QColor text, dimText, link, codeBackground, border;
+    SyntaxHighlighter::SyntaxPalette syntax; // the theme's colours of source text
     bool dark = false;
 
     static PreviewStyle fromApplication();
