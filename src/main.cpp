@@ -17,6 +17,7 @@
 #include "commands/Frecency.h"
 #include "git/Git.h"
 #include "fileops/FileOperations.h"
+#include "fileops/LinkUpdater.h"
 #include "notes/FileProperties.h"
 #include "places/FinderTags.h"
 #include "platform/XdgPaths.h"
@@ -183,6 +184,7 @@ int main(int argc, char** argv)
     // The tag cache follows Orwick's own tag changes, and walks the home once the first window
     // has loaded its folder.
     FinderTags::shared().follow(&FileOperations::shared());
+    LinkUpdater::shared(); // rewrites notes' links after the engine's moves
     QTimer::singleShot(2000, &FinderTags::shared(), [] { FinderTags::shared().scanHome(); });
     // Colours come from the chosen theme; "Match System" follows the desktop through the settings
     // portal, else the light or dark of the desktop style's palette.

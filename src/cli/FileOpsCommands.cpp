@@ -5,10 +5,13 @@
 // argument that isn't there or can't be used, and each failure of the engine. Standard output
 // gets the summary: the window's toast when all went well ("Copied 3 items"), else the count of
 // what was done out of what was asked ("Copied 3 of 4 items; 1 failed"), and the exit status is 1.
+// A move updates the links of the notes that point at what moved, as the window does (unless
+// --no-links or the setting is off), and says how many notes it changed.
 
 #include "cli/CliCommand.h"
 #include "cli/CliPaths.h"
 #include "fileops/FileOperations.h"
+#include "fileops/LinkUpdater.h"
 
 #include <QEventLoop>
 
@@ -39,9 +42,17 @@ QList<FilePath> usableItems(const Arguments& arguments)
 
 // Runs the engine on `items` to its end and prints the outcome; `asked` counts every argument.
 int runToEnd(const Verb& verb, qsizetype asked, const QList<FilePath>& items,
-             const std::function<void(FileOperations&, const QList<FilePath>&)>& start)
+             const std::function<void(FileOperations&, const QList<FilePath>&)>& start, bool updateLinks = false)
 {
     FileOperations operations;
+    std::unique_ptr<LinkUpdater> links;
+    bool relocated = false;
+    std::optional<LinkUpdateCount> linkCount;
+    if (updateLinks) {
+        links = std::make_unique<LinkUpdater>(&operations);
+        QObject::connect(&operations, &FileOperations::itemsRelocated, [&] { relocated = true; });
+        QObject::connect(links.get(), &LinkUpdater::linksUpdated, [&](LinkUpdateCount count) { linkCount = count; });
+    }
     QString announcement;
     bool reported = false;
     qsizetype doneInReports = 0;
@@ -53,34 +64,55 @@ int runToEnd(const Verb& verb, qsizetype asked, const QList<FilePath>& items,
         if (outcome.skipped > 0)
             err() << skippedText(outcome.skipped) << "." << Qt::endl;
     });
-    QObject::connect(&operations, &FileOperations::announced, [&](const Toast& toast) { announcement = toast.text; });
+    QObject::connect(&operations, &FileOperations::announced, [&](const Toast& toast) {
+        if (announcement.isEmpty())
+            announcement = toast.text;
+    });
     if (!items.isEmpty()) {
         QEventLoop loop;
-        QObject::connect(&operations, &FileOperations::operationFinished, &loop, [&] {
-            if (operations.isIdle())
+        auto quitWhenDone = [&] {
+            if (operations.isIdle() && (!relocated || linkCount))
                 loop.quit();
-        });
+        };
+        QObject::connect(&operations, &FileOperations::operationFinished, &loop, quitWhenDone);
+        if (links)
+            QObject::connect(links.get(), &LinkUpdater::linksUpdated, &loop, quitWhenDone);
         start(operations, items);
-        if (!operations.isIdle())
+        if (!operations.isIdle() || (relocated && !linkCount))
             loop.exec();
     }
+    // After the summary: what the move did to notes' links.
+    auto sayLinks = [&] {
+        if (linkCount && linkCount->updated > 0)
+            out() << "Updated links in " << linkCount->updated << (linkCount->updated == 1 ? " note" : " notes") << Qt::endl;
+        if (linkCount && linkCount->skipped > 0)
+            err() << "Left the links in " << linkCount->skipped << (linkCount->skipped == 1 ? " note" : " notes")
+                  << " alone (not UTF-8, too large or read-only)" << Qt::endl;
+    };
     if (!reported && items.size() == asked) {
         if (!announcement.isEmpty())
             out() << announcement << Qt::endl;
+        sayLinks();
         return 0;
     }
     // Only a job that went all the way is announced; then all the items it was given were done.
     const qsizetype done = announcement.isEmpty() ? doneInReports : doneInReports + items.size();
     out() << verb.past << ' ' << done << " of " << asked << (asked == 1 ? " item" : " items") << verb.place << "; "
           << asked - done << " failed" << Qt::endl;
+    sayLinks();
     return 1;
 }
 
-int transfer(const Arguments& arguments, FileOperations::Mode mode)
+int transfer(const Arguments& given, FileOperations::Mode mode)
 {
     const Verb& verb = mode == FileOperations::Mode::copy ? kCopy : kMove;
+    Arguments arguments = given;
+    const bool updateLinks = mode == FileOperations::Mode::move && arguments.removeAll("--no-links") == 0
+                             && LinkUpdater::isEnabled();
     if (arguments.size() < 2)
-        return usageError(QStringLiteral("usage: orwick-cli %1 SRC... DEST").arg(QLatin1StringView(verb.command)));
+        return usageError(mode == FileOperations::Mode::move
+                              ? QStringLiteral("usage: orwick-cli move [--no-links] SRC... DEST")
+                              : QStringLiteral("usage: orwick-cli %1 SRC... DEST").arg(QLatin1StringView(verb.command)));
     Arguments sources = arguments;
     const QByteArray destination = sources.takeLast();
     if (const auto problem = problemWith(destination, Expect::folder)) {
@@ -90,7 +122,7 @@ int transfer(const Arguments& arguments, FileOperations::Mode mode)
     const FilePath folder = pathArgument(destination);
     return runToEnd(verb, sources.size(), usableItems(sources), [&](FileOperations& operations, const QList<FilePath>& items) {
         operations.transfer(items, folder, mode, nullptr);
-    });
+    }, updateLinks);
 }
 
 int trashItems(const Arguments& arguments)
@@ -105,8 +137,8 @@ int trashItems(const Arguments& arguments)
 const CliRegistration copyRegistration({QStringLiteral("copy"), QStringLiteral("copy SRC... DEST"),
                                          QStringLiteral("copy items into a folder"),
                                          [](const Arguments& a) { return transfer(a, FileOperations::Mode::copy); }});
-const CliRegistration moveRegistration({QStringLiteral("move"), QStringLiteral("move SRC... DEST"),
-                                         QStringLiteral("move items into a folder"),
+const CliRegistration moveRegistration({QStringLiteral("move"), QStringLiteral("move [--no-links] SRC... DEST"),
+                                         QStringLiteral("move items into a folder, updating links to them in notes"),
                                          [](const Arguments& a) { return transfer(a, FileOperations::Mode::move); }});
 const CliRegistration trashRegistration({QStringLiteral("trash"), QStringLiteral("trash PATH..."),
                                           QStringLiteral("move items to the Trash"), trashItems});

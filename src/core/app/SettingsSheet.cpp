@@ -4,6 +4,7 @@
 #include "app/ShowInFolderService.h"
 #include "app/ThemeSettingRows.h"
 #include "commands/ExternalPrograms.h"
+#include "fileops/LinkUpdater.h"
 #include "git/Git.h"
 #include "places/SidebarStore.h"
 #include "state/ViewPreferences.h"
@@ -95,6 +96,16 @@ SettingRow hideIgnoredRow(Git* owner)
             git->setHidesIgnored(on);
     };
     row.note = [git] { return git && !git->isAvailable() ? QStringLiteral("git isn’t installed, so nothing is hidden for now") : QString(); };
+    return row;
+}
+
+SettingRow updateLinksRow()
+{
+    SettingRow row = toggle("updateLinksOnMove", "Update links when notes move",
+                            "Moving or renaming a note, a picture or a folder of notes rewrites the Markdown links and "
+                            "[[wikilinks]] that point at it, as its own step that Undo takes back.");
+    row.isOn = [] { return LinkUpdater::isEnabled(); };
+    row.setOn = [](bool on) { LinkUpdater::setEnabled(on); };
     return row;
 }
 
@@ -203,7 +214,7 @@ SettingsSheet::Owners SettingsSheet::programOwners(ViewPreferences* views)
 SettingsSheet::SettingsSheet(const Owners& owners, QObject* parent) : QObject(parent)
 {
     m_sections.append(themeSettingsSection(owners.themes)); // first: "Choose Theme…" opens the sheet on it
-    m_sections.append({QStringLiteral("File List"), viewRows(owners.views) << hideIgnoredRow(owners.git)});
+    m_sections.append({QStringLiteral("File List"), viewRows(owners.views) << hideIgnoredRow(owners.git) << updateLinksRow()});
     m_sections.append({QStringLiteral("Other Programs"), programRows(owners.programs) << showInFolderRow(owners.showInFolder)});
     m_sections.append({QStringLiteral("Sidebar"), sidebarRows(owners.sidebar),
                        QStringLiteral("Click a section’s title in the sidebar to fold it away.")});

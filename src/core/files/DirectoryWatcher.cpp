@@ -7,7 +7,7 @@
 
 namespace orwick {
 
-DirectoryWatcher::DirectoryWatcher(const FilePath& folder, QObject* parent) : QObject(parent)
+DirectoryWatcher::DirectoryWatcher(const FilePath& folder, QObject* parent) : QObject(parent), m_folder(folder)
 {
     m_fd = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
     if (m_fd < 0)
@@ -68,11 +68,25 @@ void DirectoryWatcher::drain()
     bool overflow = false;
     QList<FilePath> changedFolders;
     QSet<FilePath> seen;
+    struct Moved {
+        quint32 cookie;
+        FilePath path;
+        bool arrived;
+    };
+    QList<Moved> moved;
     ssize_t got;
     while ((got = ::read(m_fd, buffer, sizeof buffer)) > 0) {
         any = true;
-        if (m_folders.isEmpty())
+        if (m_folders.isEmpty()) {
+            for (ssize_t at = 0; at < got && !m_folder.isEmpty();) {
+                const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
+                at += ssize_t(sizeof(inotify_event) + event->len);
+                if ((event->mask & (IN_MOVED_FROM | IN_MOVED_TO)) && event->len > 0)
+                    moved.append({event->cookie, m_folder.child(QByteArrayView(static_cast<const char*>(event->name))),
+                                  (event->mask & IN_MOVED_TO) != 0});
+            }
             continue;
+        }
         for (ssize_t at = 0; at < got;) {
             const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
             at += ssize_t(sizeof(inotify_event) + event->len);
@@ -105,6 +119,8 @@ void DirectoryWatcher::drain()
         Q_EMIT overflowed();
     for (const FilePath& folder : std::as_const(changedFolders))
         Q_EMIT folderChanged(folder);
+    for (const Moved& item : std::as_const(moved))
+        Q_EMIT itemMoved(item.cookie, item.path, item.arrived);
 }
 
 } // namespace orwick

@@ -38,12 +38,17 @@ Q_SIGNALS:
     void folderChanged(const orwick::FilePath& folder);
     // The kernel dropped events: any watched folder may have changed.
     void overflowed();
+    // An entry of the one watched folder was renamed away (arrived false) or in (true); the kernel
+    // gives both halves of one rename the same cookie, also when they reach different watchers.
+    // After changed(), in the kernel's order.
+    void itemMoved(quint32 cookie, const orwick::FilePath& path, bool arrived);
 
 private:
     void open();
     void drain();
 
     int m_fd = -1;
+    FilePath m_folder; // the one-folder form's folder
     QSocketNotifier* m_notifier = nullptr;
     QHash<int, FilePath> m_folders;  // watch descriptor → folder (watchNames)
     QHash<FilePath, int> m_watches;

@@ -4,6 +4,7 @@
 #include "files/DirectoryLoader.h"
 #include "files/DirectoryWatcher.h"
 #include "files/Formatting.h"
+#include "fileops/OutsideMoves.h"
 #include "files/ListingLoader.h"
 #include "platform/AllTrashes.h"
 #include "platform/MountTable.h"
@@ -453,6 +454,8 @@ void PaneState::watchCurrentFolder()
         return; // inotify learns nothing from a server, and adding a watch may wait on it
     m_watcher = new DirectoryWatcher(watched, this);
     connect(m_watcher, &DirectoryWatcher::changed, this, &PaneState::onFolderChanged);
+    if (!m_listing) // renames by other programs, offered for link updates
+        connect(m_watcher, &DirectoryWatcher::itemMoved, &OutsideMoves::shared(), &OutsideMoves::observe);
     if (m_listing) // the other drives' Trash folders, watched alongside the home's
         for (const FilePath& folder : trash::allTrashFolders())
             if (folder != xdg::homeTrash())

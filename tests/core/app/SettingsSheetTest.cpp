@@ -69,7 +69,7 @@ TEST_F(SheetFixture, ListsEverySettingWithItsLabelAndHelp)
         }
     }
     EXPECT_EQ(keys, (QStringList{"theme", "appearanceMode", "accentColor", "defaultViewMode", "gridForMedia", "vimKeys", "hideIgnored",
-                                 "preferredEditor", "preferredTerminal", "takeOverShowInFolder", "showFavorites", "showRecent",
+                                 "updateLinksOnMove", "preferredEditor", "preferredTerminal", "takeOverShowInFolder", "showFavorites", "showRecent",
                                  "showLocations", "showTags"}));
     EXPECT_EQ(row("gridForMedia").label, "Grid for image and video folders");
     EXPECT_EQ(row("vimKeys").label, "Vim keys in the file list");
@@ -234,4 +234,16 @@ TEST_F(SheetFixture, TheSidebarSwitchesShowAndHideItsSectionsAndKeepThemInItsFil
     SidebarStore reread(xdg::orwickDataDir().child(QStringLiteral("sidebar.json")));
     EXPECT_FALSE(reread.isShown(section::tags));
     EXPECT_TRUE(reread.isShown(section::favorites));
+}
+
+TEST_F(SheetFixture, UpdateLinksIsOnUntilTurnedOffAndKeptInTheStore)
+{
+    make();
+    EXPECT_EQ(row("updateLinksOnMove").label, "Update links when notes move");
+    EXPECT_TRUE(row("updateLinksOnMove").isOn());
+    row("updateLinksOnMove").setOn(false);
+    EXPECT_EQ(stored("updateLinksOnMove"), "false");
+    EXPECT_FALSE(row("updateLinksOnMove").isOn());
+    writeSettings("[General]\nupdateLinksOnMove=maybe\n");
+    EXPECT_TRUE(row("updateLinksOnMove").isOn()); // damaged: the default
 }

@@ -1,0 +1,335 @@
+// LinkUpdater's pure text part: Markdown link targets and wikilink names rewritten after moves,
+// leaving code, URLs and links that still reach their target exactly as written.
+
+#include "fileops/LinkUpdater.h"
+#include "notes/NoteFile.h"
+
+#include <QRegularExpression>
+
+namespace orwick {
+
+namespace {
+
+struct Range {
+    qsizetype start;
+    qsizetype end;
+};
+
+// Fenced code blocks (``` or ~~~, closed by a fence of the same character at least as long, or
+// the end of the text) and inline code spans (a run of backticks closed by a run as long).
+QList<Range> codeRanges(const QString& text)
+{
+    QList<Range> ranges;
+    qsizetype at = 0;
+    QChar fenceChar;
+    qsizetype fenceLength = 0;
+    qsizetype fenceStart = 0;
+    while (at < text.size()) {
+        qsizetype lineEnd = text.indexOf(u'\n', at);
+        if (lineEnd < 0)
+            lineEnd = text.size();
+        qsizetype first = at;
+        while (first < lineEnd && first - at < 4 && text[first] == u' ')
+            ++first;
+        qsizetype run = 0;
+        if (first - at < 4 && first < lineEnd && (text[first] == u'`' || text[first] == u'~')) {
+            while (first + run < lineEnd && text[first + run] == text[first])
+                ++run;
+        }
+        if (fenceLength > 0) {
+            if (run >= fenceLength && text[first] == fenceChar
+                && text.mid(first + run, lineEnd - first - run).trimmed().isEmpty()) {
+                ranges.append({fenceStart, lineEnd});
+                fenceLength = 0;
+            }
+        } else if (run >= 3 && !(text[first] == u'`' && text.mid(first + run, lineEnd - first - run).contains(u'`'))) {
+            fenceChar = text[first];
+            fenceLength = run;
+            fenceStart = at;
+        } else {
+            // Inline code within this line's paragraph text (spans are kept to one line here).
+            qsizetype i = at;
+            while (i < lineEnd) {
+                if (text[i] != u'`') {
+                    ++i;
+                    continue;
+                }
+                qsizetype open = 0;
+                while (i + open < lineEnd && text[i + open] == u'`')
+                    ++open;
+                qsizetype j = i + open;
+                qsizetype closeAt = -1;
+                while (j < lineEnd) {
+                    if (text[j] != u'`') {
+                        ++j;
+                        continue;
+                    }
+                    qsizetype close = 0;
+                    while (j + close < lineEnd && text[j + close] == u'`')
+                        ++close;
+                    if (close == open) {
+                        closeAt = j + close;
+                        break;
+                    }
+                    j += close;
+                }
+                if (closeAt < 0) {
+                    i += open;
+                    continue;
+                }
+                ranges.append({i, closeAt});
+                i = closeAt;
+            }
+        }
+        at = lineEnd + 1;
+    }
+    if (fenceLength > 0)
+        ranges.append({fenceStart, text.size()});
+    return ranges;
+}
+
+bool inCode(const QList<Range>& ranges, qsizetype position)
+{
+    for (const Range& range : ranges) {
+        if (position >= range.start && position < range.end)
+            return true;
+    }
+    return false;
+}
+
+bool hasScheme(const QString& target)
+{
+    static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*:"));
+    return scheme.match(target).hasMatch();
+}
+
+// The bytes of a path written into a link: as is in angle brackets; else with blanks,
+// parentheses, "%" and angle brackets encoded, or fully percent-encoded when the link was.
+QString encodeTarget(const QByteArray& path, bool angle, bool wasEncoded)
+{
+    if (angle && isValidUtf8(path))
+        return QString::fromUtf8(path);
+    if (wasEncoded || !isValidUtf8(path))
+        return QString::fromLatin1(path.toPercentEncoding("/!$&'*+,;=:@-._~"));
+    QByteArray out;
+    out.reserve(path.size() + 8);
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte <= 0x20 || c == '%' || c == '(' || c == ')' || c == '<' || c == '>' || byte == 0x7f)
+            out += '%' + QByteArray::number(byte, 16).toUpper().rightJustified(2, '0');
+        else
+            out += c;
+    }
+    return QString::fromUtf8(out);
+}
+
+// The new form of one link target, or nothing to leave it as written.
+std::optional<QString> relinkTarget(const QString& raw, const FilePath& oldFolder, const FilePath& newFolder,
+                                    bool noteMoved, const QList<FileMove>& moves)
+{
+    const bool angle = raw.size() >= 2 && raw.startsWith(u'<') && raw.endsWith(u'>');
+    const QString inner = angle ? raw.mid(1, raw.size() - 2).trimmed() : raw;
+    if (inner.isEmpty() || hasScheme(inner) || inner.startsWith(u'#'))
+        return std::nullopt;
+    const qsizetype hash = inner.indexOf(u'#');
+    const QString anchor = hash >= 0 ? inner.mid(hash) : QString();
+    const QString pathText = hash >= 0 ? inner.left(hash) : inner;
+    const QByteArray decoded = QByteArray::fromPercentEncoding(pathText.toUtf8());
+    if (decoded.isEmpty())
+        return std::nullopt;
+    const bool absolute = decoded.startsWith('/');
+    const FilePath target = absolute ? FilePath::fromNative(decoded) : FilePath::fromNative(oldFolder.native() + '/' + decoded);
+    const FilePath newTarget = LinkUpdater::mapped(target, moves);
+    if (newTarget == target && !noteMoved)
+        return std::nullopt;
+    QByteArray written;
+    if (absolute) {
+        if (newTarget == target)
+            return std::nullopt;
+        written = newTarget.native();
+    } else {
+        if (FilePath::fromNative(newFolder.native() + '/' + decoded) == newTarget)
+            return std::nullopt; // still reaches it: kept as the writer wrote it
+        written = LinkUpdater::relativePath(newFolder, newTarget);
+    }
+    if (decoded.endsWith('/') && !written.endsWith('/'))
+        written += '/';
+    QString out = encodeTarget(written, angle, pathText.contains(u'%')) + anchor;
+    return angle ? u'<' + out + u'>' : out;
+}
+
+QString withoutNoteExtension(const QString& name, bool* hadExtension)
+{
+    const qsizetype dot = name.lastIndexOf(u'.');
+    *hadExtension = dot > 0 && notefile::isNote(FilePath::fromNative("/" + name.toUtf8()));
+    return *hadExtension ? name.left(dot) : name;
+}
+
+// The new name of one wikilink name, or nothing.
+std::optional<QString> renamedWikiName(const QString& name, const QList<FileMove>& moves, const FilePath& root)
+{
+    if (name.isEmpty() || hasScheme(name))
+        return std::nullopt;
+    bool hadExtension = false;
+    const QString bare = withoutNoteExtension(name, &hadExtension);
+    if (name.contains(u'/')) {
+        const QByteArray relative = name.startsWith(u'/') ? name.mid(1).toUtf8() : name.toUtf8();
+        const FilePath old = FilePath::fromNative(root.native() + '/' + relative + (hadExtension ? "" : ".md"));
+        const FilePath now = LinkUpdater::mapped(old, moves);
+        const FilePath newRoot = LinkUpdater::mapped(root, moves);
+        if (now == old || !newRoot.isAncestorOf(now))
+            return std::nullopt;
+        QString out = QString::fromUtf8(now.native().mid(newRoot.native().size() + (newRoot.isRoot() ? 0 : 1)));
+        if (!hadExtension && out.endsWith(QStringLiteral(".md")))
+            out.chop(3);
+        if (name.startsWith(u'/'))
+            out.prepend(u'/');
+        return out == name ? std::nullopt : std::optional<QString>(out);
+    }
+    for (const FileMove& move : moves) {
+        if (!notefile::isNote(move.from))
+            continue;
+        bool fromExt = false;
+        bool toExt = false;
+        const QString oldBase = withoutNoteExtension(move.from.fileName(), &fromExt);
+        const QString newBase = withoutNoteExtension(move.to.fileName(), &toExt);
+        if (oldBase == newBase || bare.compare(oldBase, Qt::CaseInsensitive) != 0)
+            continue;
+        if (hadExtension)
+            return move.to.fileName();
+        return newBase;
+    }
+    return std::nullopt;
+}
+
+// Replaces, in `text`, the first capture of each match of `pattern` outside code by what
+// `replace` makes of it.
+template <class Replace>
+QString replaceCaptures(const QString& text, const QRegularExpression& pattern, Replace replace)
+{
+    QList<Range> code;
+    bool codeKnown = false;
+    QString out;
+    qsizetype copied = 0;
+    auto matches = pattern.globalMatch(text);
+    while (matches.hasNext()) {
+        const QRegularExpressionMatch match = matches.next();
+        const qsizetype start = match.capturedStart(1);
+        const std::optional<QString> replacement = replace(match.captured(1));
+        if (!replacement)
+            continue;
+        if (!codeKnown) {
+            code = codeRanges(text);
+            codeKnown = true;
+        }
+        if (inCode(code, start))
+            continue;
+        out += QStringView(text).mid(copied, start - copied);
+        out += *replacement;
+        copied = match.capturedEnd(1);
+    }
+    if (copied == 0)
+        return text;
+    out += QStringView(text).mid(copied);
+    return out;
+}
+
+} // namespace
+
+QByteArray LinkUpdater::relativePath(const FilePath& folder, const FilePath& file)
+{
+    const QList<QByteArray> from = folder.native().split('/');
+    const QList<QByteArray> to = file.native().split('/');
+    qsizetype common = 0;
+    while (common < from.size() && common < to.size() && from[common] == to[common])
+        ++common;
+    QByteArray out;
+    for (qsizetype i = common; i < from.size(); ++i) {
+        if (!from[i].isEmpty())
+            out += "../";
+    }
+    for (qsizetype i = common; i < to.size(); ++i) {
+        if (to[i].isEmpty())
+            continue;
+        out += to[i];
+        out += '/';
+    }
+    if (out.endsWith('/'))
+        out.chop(1);
+    return out.isEmpty() ? QByteArray(".") : out;
+}
+
+FilePath LinkUpdater::mapped(const FilePath& path, const QList<FileMove>& moves)
+{
+    for (const FileMove& move : moves) {
+        if (move.from == path)
+            return move.to;
+        if (move.from.isAncestorOf(path))
+            return FilePath::fromNative(move.to.native() + path.native().mid(move.from.native().size()));
+    }
+    return path;
+}
+
+FilePath LinkUpdater::unmapped(const FilePath& path, const QList<FileMove>& moves)
+{
+    for (const FileMove& move : moves) {
+        if (move.to == path)
+            return move.from;
+        if (move.to.isAncestorOf(path))
+            return FilePath::fromNative(move.from.native() + path.native().mid(move.to.native().size()));
+    }
+    return path;
+}
+
+QString LinkUpdater::relink(const QString& text, const FilePath& oldFolder, const FilePath& newFolder, bool noteMoved,
+                            const QList<FileMove>& moves)
+{
+    static const QRegularExpression link(QStringLiteral(R"(\]\(\s*(<[^>\n]+>|[^)\s\n]+))"));
+    if (!text.contains(QStringLiteral("](")))
+        return text;
+    return replaceCaptures(text, link, [&](const QString& target) {
+        return relinkTarget(target, oldFolder, newFolder, noteMoved, moves);
+    });
+}
+
+QString LinkUpdater::renameWikilinks(const QString& text, const QList<FileMove>& moves, const FilePath& root)
+{
+    static const QRegularExpression wikilink(QStringLiteral(R"(\[\[([^\]|#\n]+))"));
+    if (!text.contains(QStringLiteral("[[")))
+        return text;
+    return replaceCaptures(text, wikilink, [&](const QString& captured) -> std::optional<QString> {
+        const QString name = captured.trimmed();
+        const std::optional<QString> renamed = renamedWikiName(name, moves, root);
+        if (!renamed)
+            return std::nullopt;
+        const qsizetype lead = captured.indexOf(name);
+        return captured.left(lead) + *renamed + captured.mid(lead + name.size());
+    });
+}
+
+std::optional<QString> LinkUpdater::rewrite(const QString& text, const FilePath& oldNote, const FilePath& note,
+                                            const QList<FileMove>& moves, const FilePath& root)
+{
+    QString out = relink(text, oldNote.parent(), note.parent(), oldNote != note, moves);
+    out = renameWikilinks(out, moves, root.isEmpty() ? oldNote.parent() : root);
+    if (out == text)
+        return std::nullopt;
+    return out;
+}
+
+std::optional<QByteArray> LinkUpdater::rewriteBytes(const QByteArray& bytes, const FilePath& oldNote, const FilePath& note,
+                                                    const QList<FileMove>& moves, const FilePath& root)
+{
+    if (!bytes.contains("](") && !bytes.contains("[["))
+        return std::nullopt;
+    if (!isValidUtf8(bytes))
+        return std::nullopt;
+    const bool byteOrderMark = bytes.startsWith("\xEF\xBB\xBF");
+    const QString text = QString::fromUtf8(byteOrderMark ? bytes.mid(3) : bytes);
+    const std::optional<QString> rewritten = rewrite(text, oldNote, note, moves, root);
+    if (!rewritten)
+        return std::nullopt;
+    return notefile::noteBytes(*rewritten, byteOrderMark);
+}
+
+} // namespace orwick
