@@ -81,38 +81,57 @@ void FileOperations::rename(const FilePath& item, const QByteArray& newName, QUn
     run(std::move(request));
 }
 
-void FileOperations::renameMany(const QList<Move>& renames, const QString& actionName, QUndoStack* undo)
+void FileOperations::renameMany(const QList<Move>& renames, const QString& actionName, QUndoStack* undo,
+                                RenamesFinished finished)
 {
     JobRequest request;
     request.title = QStringLiteral("Renaming ") + itemCount(renames.size());
     request.actionName = actionName;
     request.undo = undo;
-    request.work = [renames](ChangeRunner& runner, JobOutput& output) {
-        // Phase one frees every old name, so that "a → b, b → a" works; phase two names them.
+    // Filled by the worker, read on this thread once the job's results arrive.
+    auto failures = std::make_shared<QHash<FilePath, QString>>();
+    if (finished)
+        request.finished = [finished = std::move(finished), failures](const QList<FilePath>& done) { finished(done, *failures); };
+    request.work = [renames, failures](ChangeRunner& runner, JobOutput& output) {
+        const auto fail = [&](const FilePath& item, int error) {
+            const QString reason = errorReason(error);
+            failures->insert(item, reason.isEmpty() ? reason : reason.front().toUpper() + reason.sliced(1));
+            runner.fail(QStringLiteral("Couldn’t rename %1: %2.").arg(quoted(item.fileName()), reason));
+        };
+        // Phase one frees every old name, so that "a → b, b → a" and cycles work; phase two
+        // names them. An item gone since the preview is counted and the others go on.
         QList<std::pair<Move, FilePath>> parked;
         for (const Move& move : renames) {
+            if (runner.isCancelled())
+                break;
             const FilePath temporary = temporarySibling(move.from, "rename");
-            if (renameNoReplace(move.from, temporary))
+            if (renameNoReplace(move.from, temporary)) {
                 parked.append({move, temporary});
-            else if (errno == ENOENT)
+            } else if (errno == ENOENT) {
                 ++runner.report().skipped;
-            else
-                runner.fail(QStringLiteral("Couldn’t rename %1: %2.").arg(quoted(move.from.fileName()), errorReason(errno)));
+                failures->insert(move.from, QStringLiteral("It's no longer there"));
+            } else {
+                fail(move.from, errno);
+            }
         }
-        QList<FilePath> done;
         for (const auto& [move, temporary] : parked) {
             if (renameNoReplace(temporary, move.to)) {
                 runner.report().changes.push_back({FileChange::Kind::moved, move.from, move.to, {}});
                 runner.report().moves.append(move);
-                done.append(move.from);
+                output.done.append(move.from);
                 continue;
             }
-            runner.fail(QStringLiteral("Couldn’t rename %1: %2.").arg(quoted(move.from.fileName()), errorReason(errno)));
-            if (!renameNoReplace(temporary, move.from))
-                renameNoReplace(temporary, uniqueURL(move.from, false));
+            fail(move.from, errno);
+            if (renameNoReplace(temporary, move.from))
+                continue;
+            // Its old name was taken meanwhile: it keeps a free name beside it, and undo knows.
+            const FilePath aside = uniqueURL(move.from, false);
+            if (renameNoReplace(temporary, aside)) {
+                runner.report().changes.push_back({FileChange::Kind::moved, move.from, aside, {}});
+                runner.report().moves.append({move.from, aside});
+            }
         }
-        output.toast = done.size() == 1 ? QStringLiteral("Renamed ") + done.first().fileName()
-                                        : QStringLiteral("Renamed ") + itemCount(done.size());
+        output.toast = QStringLiteral("Renamed ") + itemCount(output.done.size());
         output.icon = QStringLiteral("pencil");
     };
     run(std::move(request));

@@ -1,0 +1,195 @@
+// orwick-cli rename: the batch rename of the window on the command line — the same rule, the
+// same preview with its problems, and the same two-phase commit as one job of the engine.
+//
+// Standard output gets one line per item that changes ("dir/a.txt → b.txt"), with the problem
+// after it when it can't be renamed, then the summary ("3 of 4 will change"), then, unless
+// --dry-run, the engine's toast ("Renamed 3 items"). Items with a problem are left as they are
+// and the others renamed, as the panel does; each failure is said on standard error. The exit
+// status is 0 when every changing item was renamed, 1 when some weren't, 2 for a usage error or
+// a rule that gives no names (a pattern that doesn't compile).
+//
+// Links to the renamed notes are not rewritten here yet. When the link updater takes renames,
+// it gets `renames` after the commit below, and a --no-links option turns that off.
+
+#include "cli/CliCommand.h"
+#include "cli/CliPaths.h"
+#include "fileops/FileOperations.h"
+#include "rename/RenamePreview.h"
+
+#include <QEventLoop>
+#include <variant>
+
+namespace orwick::cli {
+namespace {
+
+const QString kUsage = QStringLiteral(
+    "rename FILE... (--replace FIND --with TEXT [--regex] [--ignore-case] | --add TEXT [--at-end] | "
+    "--number NAME [--start N]) [--dry-run]");
+const QString kDetails = QStringLiteral(
+    "Other rules: --case lower|upper|title, --template TEXT ({name} {ext} {n} {date:yyyy-MM-dd} {parent};\n"
+    "the extension is kept; {n} counts from --start), --remove CHARACTERS (taken out of each name).\n"
+    "--replace works on the whole name, the others keep the extension; --number \"\" keeps each one's name.\n"
+    "The items are numbered in the order given. --dry-run shows the new names and renames nothing.");
+
+struct Request {
+    BatchRename rule;
+    Arguments files;
+    bool dryRun = false;
+};
+
+// Reads the arguments into a rule; a sentence for the usage error when they don't make one.
+std::variant<Request, QString> readArguments(const Arguments& arguments)
+{
+    Request request;
+    QStringList modes;
+    bool hasWith = false;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        const QByteArray& argument = arguments[i];
+        const auto value = [&]() -> std::optional<QString> {
+            if (i + 1 >= arguments.size())
+                return std::nullopt;
+            return argumentText(arguments[++i]);
+        };
+        const auto needs = [&](const char* option) { return QStringLiteral("%1 needs a value").arg(QLatin1StringView(option)); };
+        BatchRename& rule = request.rule;
+        if (argument == "--replace" || argument == "--add" || argument == "--number" || argument == "--case"
+            || argument == "--template" || argument == "--remove") {
+            const auto text = value();
+            if (!text)
+                return needs(argument.constData());
+            modes.append(QString::fromLatin1(argument));
+            if (argument == "--replace") {
+                rule.mode = BatchRename::Mode::replace;
+                rule.find = *text;
+            } else if (argument == "--add") {
+                rule.mode = BatchRename::Mode::add;
+                rule.text = *text;
+            } else if (argument == "--number") {
+                rule.mode = BatchRename::Mode::number;
+                rule.baseName = *text;
+            } else if (argument == "--template") {
+                rule.mode = BatchRename::Mode::fromTemplate;
+                rule.templateText = *text;
+            } else if (argument == "--remove") {
+                rule.mode = BatchRename::Mode::remove;
+                rule.characters = *text;
+            } else {
+                rule.mode = BatchRename::Mode::changeCase;
+                if (*text == u"lower")
+                    rule.letterCase = BatchRename::LetterCase::lower;
+                else if (*text == u"upper")
+                    rule.letterCase = BatchRename::LetterCase::upper;
+                else if (*text == u"title")
+                    rule.letterCase = BatchRename::LetterCase::title;
+                else
+                    return QStringLiteral("--case takes lower, upper or title");
+            }
+        } else if (argument == "--with") {
+            const auto text = value();
+            if (!text)
+                return needs("--with");
+            rule.replacement = *text;
+            hasWith = true;
+        } else if (argument == "--start") {
+            const auto text = value();
+            bool ok = false;
+            rule.startAt = text ? text->toInt(&ok) : 0;
+            if (!ok)
+                return QStringLiteral("--start takes a whole number");
+        } else if (argument == "--regex") {
+            rule.usesRegex = true;
+        } else if (argument == "--ignore-case") {
+            rule.ignoresCase = true;
+        } else if (argument == "--at-end") {
+            rule.addsAtEnd = true;
+        } else if (argument == "--dry-run") {
+            request.dryRun = true;
+        } else {
+            request.files.append(argument);
+        }
+    }
+    if (modes.size() != 1)
+        return QStringLiteral("give one of --replace, --add, --number, --case, --template or --remove");
+    if (request.rule.mode == BatchRename::Mode::replace && !hasWith)
+        return QStringLiteral("--replace needs --with (--with \"\" takes the text out)");
+    if (request.files.isEmpty())
+        return QStringLiteral("name the files to rename");
+    return request;
+}
+
+// Commits the renames through the engine and waits for it; the items that were not renamed.
+int commit(const QList<FileMove>& renames)
+{
+    FileOperations operations;
+    QString announcement;
+    int failed = 0;
+    operations.setReportErrors([&](const OperationOutcome& outcome) {
+        for (const QString& error : outcome.errors)
+            err() << error << Qt::endl;
+        if (outcome.skipped > 0)
+            err() << skippedText(outcome.skipped) << "." << Qt::endl;
+        if (!outcome.doneText.isEmpty())
+            announcement = outcome.doneText;
+    });
+    QObject::connect(&operations, &FileOperations::announced, [&](const Toast& toast) { announcement = toast.text; });
+    QEventLoop loop;
+    operations.renameMany(renames, batchRenameTitle(renames.size()), nullptr,
+                          [&](const QList<FilePath>& done, const QHash<FilePath, QString>&) {
+                              failed = int(renames.size() - done.size());
+                          });
+    QObject::connect(&operations, &FileOperations::operationFinished, &loop, [&] {
+        if (operations.isIdle())
+            loop.quit();
+    });
+    if (!operations.isIdle())
+        loop.exec();
+    if (!announcement.isEmpty())
+        out() << announcement << Qt::endl;
+    return failed;
+}
+
+int renameFiles(const Arguments& arguments)
+{
+    const auto read = readArguments(arguments);
+    if (const auto* message = std::get_if<QString>(&read))
+        return usageError(*message + QStringLiteral("\nusage: orwick-cli ") + kUsage);
+    const Request& request = std::get<Request>(read);
+
+    QList<FilePath> items;
+    QHash<FilePath, QByteArray> shown; // the argument each item was named by
+    bool missing = false;
+    for (const QByteArray& argument : request.files) {
+        if (const auto problem = problemWith(argument, Expect::anything)) {
+            err() << *problem << Qt::endl;
+            missing = true;
+            continue;
+        }
+        items.append(pathArgument(argument));
+        shown.insert(items.last(), argument);
+    }
+    const BatchRenamer renamer(request.rule);
+    if (!renamer.problem().isEmpty())
+        return usageError(renamer.problem());
+    const RenamePreview preview = previewRenames(renamer, items);
+    for (const BatchRenameEntry& entry : preview.entries) {
+        if (!entry.changes())
+            continue;
+        out() << visibleName(shown.value(entry.url)) << " → " << visibleName(entry.newName);
+        if (!entry.problem.isEmpty())
+            out() << "  (" << entry.problem << ")";
+        out() << "\n";
+    }
+    out() << preview.summary() << Qt::endl;
+    const QList<FileMove> renames = preview.renames();
+    int failed = 0;
+    if (!request.dryRun && !renames.isEmpty())
+        failed = commit(renames);
+    return missing || preview.problems > 0 || failed > 0 ? 1 : 0;
+}
+
+const CliRegistration registration({QStringLiteral("rename"), kUsage,
+                                     QStringLiteral("rename items by one rule, showing each new name"), renameFiles,
+                                     kDetails});
+
+} // namespace
+} // namespace orwick::cli
