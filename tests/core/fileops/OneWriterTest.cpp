@@ -1,0 +1,116 @@
+// The file operations engine is the one writer of users' files: no source of the core outside
+// fileops/ (the engine) and platform/ (the thin wrappers it and the stores call) opens a file for
+// writing, makes, renames, removes or links one, or sets its attributes or mode — except the few
+// files below that write Orwick's own data, each with its reason. A new writer elsewhere fails
+// here and belongs in the engine (FileOperations) instead.
+
+#include "support/TempHome.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+
+namespace {
+
+// Files of the core that write, relative to src/core, and why that is not a user's file.
+const QMap<QString, QString> kAllowed{
+    {QStringLiteral("search/NameIndexFile.cpp"),
+     QStringLiteral("the name index's own cache file in Orwick's cache folder (QSaveFile; a damaged one is set aside)")},
+    {QStringLiteral("theme/ThemeFolder.cpp"), QStringLiteral("makes Orwick's own Themes folder in its data folder")},
+};
+
+// What writing looks like in C++ with Qt and POSIX.
+const QRegularExpression kWriting(QStringLiteral(
+    R"((QIODevice|QFile)::(WriteOnly|ReadWrite|Append|Truncate)|\bQSaveFile\b|\bO_(WRONLY|RDWR|CREAT|TRUNC|APPEND)\b)"
+    R"(|\bfopen\s*\([^;]*"[wa]|\bfopen\s*\([^;]*"r\+)"
+    R"(|(?<![\w>])::(rename|renameat2?|unlink|unlinkat|rmdir|mkdir|mkdirat|symlink|link|linkat|truncate|ftruncate|chmod|fchmod|chown|fchown|lchown|utimensat|futimens|mkstemp)\s*\()"
+    R"(|\b(set|lset|fset|remove|lremove|fremove)xattr\s*\(|\bxattr::(set|write|remove)\s*\()"
+    R"(|QFile::(remove|rename|copy|link|setPermissions)\s*\(|\.removeRecursively\s*\(|\bmkpath\s*\(|QDir\(\)\.(remove|rename|rmdir|mkdir))"));
+
+// The code of a source without its comments (line comments, and block comments line by line).
+QString withoutComments(const QString& text)
+{
+    static const QRegularExpression block(QStringLiteral(R"(/\*.*?\*/)"), QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression line(QStringLiteral(R"(//[^\n]*)"));
+    QString code = text;
+    code.replace(block, QStringLiteral(" "));
+    code.replace(line, QString());
+    return code;
+}
+
+// Every source under `root` outside fileops/ and platform/ that writes, with its first writing
+// line ("notes/X.cpp:12: ::rename(").
+QMap<QString, QString> writers(const QString& root)
+{
+    QMap<QString, QString> found;
+    QDirIterator it(root, {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        const QString relative = QDir(root).relativeFilePath(path);
+        if (relative.startsWith(QLatin1String("fileops/")) || relative.startsWith(QLatin1String("platform/")))
+            continue;
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        const QString code = withoutComments(QString::fromUtf8(file.readAll()));
+        const QRegularExpressionMatch match = kWriting.match(code);
+        if (match.hasMatch())
+            found.insert(relative, QStringLiteral("%1:%2: %3").arg(relative).arg(code.left(match.capturedStart()).count(u'\n') + 1).arg(match.captured()));
+    }
+    return found;
+}
+
+QString coreSources()
+{
+    // This file lies at tests/core/fileops/ beside src/.
+    return QFileInfo(QStringLiteral(__FILE__)).absoluteDir().absoluteFilePath(QStringLiteral("../../../src/core"));
+}
+
+TEST(OneWriter, OnlyTheEngineWritesUsersFiles)
+{
+    const QString root = coreSources();
+    ASSERT_TRUE(QFileInfo(root + QStringLiteral("/fileops/FileOperations.h")).exists()) << root.toStdString();
+    const QMap<QString, QString> found = writers(root);
+    QStringList outside;
+    for (auto it = found.begin(); it != found.end(); ++it)
+        if (!kAllowed.contains(it.key()))
+            outside.append(it.value());
+    EXPECT_TRUE(outside.isEmpty()) << "writes outside the file operations engine (make them FileOperations jobs):\n"
+                                   << outside.join(u'\n').toStdString();
+    // An entry that no longer writes is dropped, so that the list stays what it says.
+    for (auto it = kAllowed.begin(); it != kAllowed.end(); ++it)
+        EXPECT_TRUE(found.contains(it.key())) << it.key().toStdString() << " no longer writes; take it off the list";
+}
+
+TEST(OneWriter, TheScanFindsEveryKindOfWrite)
+{
+    orwick::test::TempTree tree;
+    const QByteArray kinds[] = {
+        "QFile f(p); f.open(QIODevice::WriteOnly);",
+        "QSaveFile out(p);",
+        "int fd = ::open(p, O_RDWR | O_CLOEXEC);",
+        "FILE* f = fopen(p, \"w\");",
+        "::rename(a, b);",
+        "if (::unlink(a) != 0) return;",
+        "QFile::remove(p);",
+        "QFile::rename(a, b);",
+        "xattr::set(p, name, value);",
+    };
+    int index = 0;
+    for (const QByteArray& line : kinds)
+        tree.file(QStringLiteral("notes/Writer%1.cpp").arg(index++), "void f() {\n    " + line + "\n}\n");
+    tree.file(QString("notes/Comment.cpp"), "// ::rename(a, b) is the engine's\n/* QSaveFile */ int x;\n");
+    tree.file(QString("notes/Reader.cpp"), "QFile f(p); f.open(QIODevice::ReadOnly); ::open(p, O_RDONLY);\n"
+                                           "Status FileProperties::rename(const QString& key);\n");
+    tree.file(QString("fileops/Engine.cpp"), "::rename(a, b);\n");
+    const QMap<QString, QString> found = writers(tree.root().text());
+    EXPECT_EQ(found.size(), qsizetype(std::size(kinds))) << QStringList(found.values()).join(u'\n').toStdString();
+    for (int i = 0; i < index; ++i)
+        EXPECT_TRUE(found.contains(QStringLiteral("notes/Writer%1.cpp").arg(i))) << kinds[i].toStdString();
+    EXPECT_EQ(found.value(QStringLiteral("notes/Writer4.cpp")), QStringLiteral("notes/Writer4.cpp:2: ::rename("));
+}
+
+} // namespace
