@@ -174,8 +174,12 @@ bool WindowState::canActOnSelection() const
 bool WindowState::beginRename()
 {
     const QList<FilePath> urls = selectedURLs();
-    if (urls.size() != 1)
+    if (urls.isEmpty())
         return false;
+    if (urls.size() > 1) {
+        showPanel(Panel::batchRename, activePane()->url(), urls);
+        return true;
+    }
     activePane()->setRenaming(urls.first());
     return true;
 }
@@ -187,10 +191,11 @@ bool WindowState::transferSelection(bool move, const FilePath& folder)
 
 void WindowState::endFilter() { activePane()->setFiltering(false); }
 
-void WindowState::showPanel(Panel panel, const FilePath& folder)
+void WindowState::showPanel(Panel panel, const FilePath& folder, const QList<FilePath>& items)
 {
     m_panel = panel;
     m_panelFolder = folder;
+    m_panelItems = items;
     Q_EMIT panelChanged();
 }
 

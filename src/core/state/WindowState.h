@@ -89,7 +89,7 @@ public:
     // The file commands act only with a selection and while no name is being edited.
     bool canActOnSelection() const;
     bool hasOtherPane() const { return selectedTab()->otherPane() != nullptr; }
-    // One item: inline rename. Several: batch rename, which is not built yet (returns false).
+    // One item: inline rename. Several: the batch rename panel over them, in shown order.
     bool beginRename();
     // Copies or moves the selection into `folder` through the window's file actions; false when
     // it can't be done (nothing selected, a name being edited).
@@ -106,10 +106,12 @@ public:
     void requestPalette(PaletteRequest request) { Q_EMIT paletteRequested(request); }
 
     // --- Panels over the content (at most one at a time)
-    enum class Panel { none, duplicates, space, cleanUp, settings };
+    enum class Panel { none, duplicates, space, cleanUp, settings, batchRename, info };
     Panel panel() const { return m_panel; }
     const FilePath& panelFolder() const { return m_panelFolder; }
-    void showPanel(Panel panel, const FilePath& folder);
+    // The items the panel acts on (batch rename: the selection it renames, in shown order).
+    const QList<FilePath>& panelItems() const { return m_panelItems; }
+    void showPanel(Panel panel, const FilePath& folder, const QList<FilePath>& items = {});
     void closePanel() { showPanel(Panel::none, {}); }
 
 Q_SIGNALS:
@@ -138,6 +140,7 @@ protected:
     Panel m_panel = Panel::none;
     FileActions* m_files;
     FilePath m_panelFolder;
+    QList<FilePath> m_panelItems;
     bool m_showPreview = false;
     bool m_previewExpanded = false;
     bool m_showSidebar = true;

@@ -4,7 +4,9 @@
 #include "state/WindowState.h"
 #include "ui/panels/CleanUpPanel.h"
 #include "ui/panels/DuplicatesPanel.h"
+#include "ui/panels/InfoPanel.h"
 #include "ui/panels/SpacePanel.h"
+#include "ui/rename/BatchRenamePanel.h"
 
 #include <QMainWindow>
 
@@ -36,6 +38,8 @@ void follow(WindowState& state, QMainWindow* window)
         case WindowState::Panel::cleanUp: sheet = open<CleanUpPanel>(window, state.activePane()); break;
         case WindowState::Panel::none: PanelSheet::closeOpenSheet(window); break;
         case WindowState::Panel::settings: return; // SettingsPanel::follow draws it
+        case WindowState::Panel::batchRename: sheet = BatchRenamePanel::open(state, window); break;
+        case WindowState::Panel::info: sheet = InfoPanel::open(state, window); break;
         }
         if (!sheet) {
             if (shown != WindowState::Panel::none)

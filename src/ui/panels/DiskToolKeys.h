@@ -12,8 +12,9 @@ class WindowState;
 
 namespace DiskToolKeys {
 
-// Draws the window state's panel: the commands set it, a sheet opens; a sheet the user closes
-// sets it back to none.
+// Draws the window state's panel (the disk tools, and the batch rename the rename command opens
+// for several items): the commands set it, a sheet opens; a sheet the user closes sets it back
+// to none.
 void follow(WindowState& state, QMainWindow* window);
 
 void openDuplicates(QMainWindow* window, PaneState* pane);

@@ -130,8 +130,13 @@ TEST_F(WindowStateFixture, RenameStartsInlineForOneItemAndBlocksFileCommands)
     pane->setRenaming(std::nullopt);
 
     pane->click(tree.path("A"), Qt::ControlModifier);
-    EXPECT_FALSE(window->beginRename()); // several: batch rename, not inline
+    EXPECT_TRUE(window->beginRename()); // several: the batch rename panel, not inline
     EXPECT_FALSE(pane->renaming().has_value());
+    EXPECT_EQ(window->panel(), WindowState::Panel::batchRename);
+    EXPECT_EQ(window->panelItems(), pane->selection().size() == 2 ? window->selectedURLs() : QList<FilePath>{});
+    EXPECT_EQ(window->panelItems().size(), 2);
+    window->closePanel();
+    EXPECT_TRUE(window->panelItems().isEmpty());
     window->openSelectionInNewTabs();
     EXPECT_EQ(window->tabs().size(), 2); // one new tab per selected folder
     EXPECT_EQ(window->selectedTab()->activePane()->url(), tree.path("A"));

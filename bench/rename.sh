@@ -1,0 +1,53 @@
+#!/usr/bin/env bash
+# Batch rename against Debian's `rename` (the Perl one, package rename), in the same run: the
+# same expression applied to 10,000 files in a fresh folder each run, the two taking turns.
+#   orwick-cli rename *.jpg --replace 'IMG_(\d+)' --with 'photo-$1' --regex
+#   rename 's/IMG_(\d+)/photo-$1/' *.jpg
+# orwick-cli works out the preview (every new name checked against the others and the disk) and
+# commits in two phases through temporary names as one job; rename renames each file once.
+#   bench/rename.sh BUILD_DIR
+# On disk, not in a memory file system: /var/tmp unless BENCH_TMPDIR says otherwise.
+BENCH_TMPDIR=${BENCH_TMPDIR:-/var/tmp}
+source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" rename
+perlRename=$(command -v file-rename || command -v rename || true)
+[ -n "$perlRename" ] && "$perlRename" --version 2>&1 | grep -qi perl \
+  || { echo "Debian's rename (Perl) is needed: apt-get install rename (make bench installs it)" >&2; exit 1; }
+export HOME="$work/home" XDG_DATA_HOME="$work/home/.local/share" XDG_CONFIG_HOME="$work/home/.config"
+mkdir -p "$XDG_DATA_HOME"
+
+count=${RENAME_FILES:-10000}
+rounds=${RENAME_ROUNDS:-5}
+fresh() { # folder: $count small files IMG_00000.jpg…, synced
+  mkdir -p "$1" && (cd "$1" && seq -f 'IMG_%05g.jpg' 0 $((count - 1)) | xargs touch) && sync
+}
+times="$work/times.txt"
+: > "$times"
+timed() { # name folder command...: runs the command in the folder on its *.jpg
+  local t0 t1
+  t0=$(date +%s%N)
+  (cd "$2" && "${@:3}" ./*.jpg >/dev/null)
+  t1=$(date +%s%N)
+  echo "$1 $(( (t1 - t0) / 1000000 ))" >> "$times"
+}
+orwick() { "$cli" rename "$@" --replace 'IMG_(\d+)' --with 'photo-$1' --regex; }
+perlRenameRun() { "$perlRename" 's/IMG_(\d+)/photo-$1/' "$@"; }
+
+echo "renaming $count files: $rounds rounds, orwick-cli rename and $perlRename taking turns, after one of each not timed"
+fresh "$work/warm-o" && fresh "$work/warm-p"
+(cd "$work/warm-o" && orwick ./*.jpg >/dev/null) && (cd "$work/warm-p" && perlRenameRun ./*.jpg)
+diff <(ls "$work/warm-o") <(ls "$work/warm-p") >/dev/null || { echo "the two tools gave different names" >&2; exit 1; }
+[ "$(ls "$work/warm-o" | grep -c '^photo-')" = "$count" ] || { echo "orwick-cli didn't rename every file" >&2; exit 1; }
+echo "both give the same $count names"
+for round in $(seq 1 "$rounds"); do
+  fresh "$work/o-$round" && fresh "$work/p-$round"
+  if [ $((round % 2)) = 1 ]; then
+    timed orwick "$work/o-$round" orwick; timed perl "$work/p-$round" perlRenameRun
+  else
+    timed perl "$work/p-$round" perlRenameRun; timed orwick "$work/o-$round" orwick
+  fi
+done
+awk '{ sum[$1] += $2; n[$1]++ } END {
+  o = sum["orwick"] / n["orwick"]; p = sum["perl"] / n["perl"]
+  printf "rename %d files: orwick-cli %.0f ms, rename (perl) %.0f ms (means of %d)\n", '"$count"', o, p, n["perl"]
+  printf "ratio orwick-cli / rename: %.2f\n", o / p }' "$times"
+printf "  each run (ms):"; tr '\n' ' ' < "$times"; echo
