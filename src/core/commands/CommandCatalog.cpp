@@ -97,7 +97,6 @@ const Predicate hasSelectedFolders = [](const WindowState& w) { return !w.select
 const char* kNoCloud = "No cloud storage provider on Linux";
 const char* kNoCounterpart = "Not available on Linux yet";
 const char* kNotYet = "Not built yet";
-const char* kRenameOne = "Select one item: renaming several comes with batch rename";
 
 QList<AppCommand> buildFixed()
 {
@@ -115,8 +114,9 @@ QList<AppCommand> buildFixed()
         make("closeTab", "Close Tab", "xmark", keys(C | Qt::Key_W), "", [](WindowState& w) { w.closeTab(); }),
         make("newWindow", "New Window", "macwindow.badge.plus", keys(C | Qt::Key_N), "open another window",
              [](WindowState&) { OpenRouter::instance()->openNewWindow(); }, [](const WindowState&) { return OpenRouter::instance() != nullptr; }),
-        withNote(make("rename", "Rename", "pencil", keys(Qt::Key_F2), "", files(&FileActions::beginRename), test(&FileActions::canRename)),
-                 kRenameOne),
+        // One item is renamed in place, several in the batch rename panel.
+        make("rename", "Rename", "pencil", keys(Qt::Key_F2), "batch rename many multi-rename number replace regex",
+             [](WindowState& w) { w.beginRename(); }, changeSelection),
         make("duplicate", "Duplicate", "plus.square.on.square", keys(C | Qt::Key_D), "", files(&FileActions::duplicateSelection), changeSelection),
         make("trash", "Move to Trash", "trash", keys(C | Qt::Key_Delete), "delete remove", files(&FileActions::trashSelection), changeSelection),
         make("copyToOther", "Copy to Other Pane", "arrow.right.doc.on.clipboard", keys(Qt::Key_F5), "",

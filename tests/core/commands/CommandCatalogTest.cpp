@@ -128,11 +128,13 @@ TEST_F(FileCommandsFixture, SelectionCommandsWaitForASelectionAndForANameBeingEd
     window->files().endRename();
     EXPECT_TRUE(enabled("trash"));
 
-    // Several selected: rename waits for batch rename and says so.
+    // Several selected: rename opens the batch rename panel over them.
     window->activePane()->click(tree.path("Sub"), Qt::ShiftModifier);
     EXPECT_EQ(window->activePane()->selection().size(), 2);
-    EXPECT_FALSE(enabled("rename"));
-    EXPECT_FALSE(CommandCatalog::find("rename")->disabledNote.isEmpty());
+    EXPECT_TRUE(enabled("rename"));
+    EXPECT_TRUE(CommandCatalog::run("rename", *window));
+    EXPECT_EQ(window->panel(), WindowState::Panel::batchRename);
+    EXPECT_EQ(window->panelItems(), window->selectedURLs());
     EXPECT_TRUE(enabled("duplicate"));
 }
 
