@@ -115,8 +115,9 @@ QList<AppCommand> buildFixed()
         make("newWindow", "New Window", "macwindow.badge.plus", keys(C | Qt::Key_N), "open another window",
              [](WindowState&) { OpenRouter::instance()->openNewWindow(); }, [](const WindowState&) { return OpenRouter::instance() != nullptr; }),
         // One item is renamed in place, several in the batch rename panel.
-        make("rename", "Rename", "pencil", keys(Qt::Key_F2), "batch rename many multi-rename number replace regex",
-             [](WindowState& w) { w.beginRename(); }, changeSelection),
+        withNote(make("rename", "Rename", "pencil", keys(Qt::Key_F2), "batch rename many multi-rename number replace regex",
+                      [](WindowState& w) { w.beginRename(); }, changeSelection),
+                 "Select the items to rename"),
         make("duplicate", "Duplicate", "plus.square.on.square", keys(C | Qt::Key_D), "", files(&FileActions::duplicateSelection), changeSelection),
         make("trash", "Move to Trash", "trash", keys(C | Qt::Key_Delete), "delete remove", files(&FileActions::trashSelection), changeSelection),
         make("copyToOther", "Copy to Other Pane", "arrow.right.doc.on.clipboard", keys(Qt::Key_F5), "",
