@@ -80,9 +80,21 @@ QString displayName(QByteArrayView bytes)
 QString visibleName(QByteArrayView bytes)
 {
     QString text = QString::fromUtf8(bytes);
-    for (QChar& c : text)
-        if (c.unicode() < 0x20)
-            c = QChar(0x2400 + c.unicode());
+    for (QChar& c : text) {
+        const char16_t u = c.unicode();
+        if (u < 0x20)
+            c = QChar(0x2400 + u); // ␊ for a newline, ␉ for a tab
+        else if (u == 0x7f)
+            c = QChar(0x2421); // ␡
+        else if (u >= 0x80 && u < 0xa0)
+            c = QChar(0xfffd); // C1 controls (NEL breaks lines)
+        else if (u == 0x2028 || u == 0x2029)
+            c = QChar(0x2424); // ␤: line and paragraph separators
+        else if ((u >= 0x202a && u <= 0x202e) || (u >= 0x2066 && u <= 0x2069) || u == 0x200e || u == 0x200f
+                 || u == 0x061c)
+            c = QChar(0xfffd); // bidirectional embeddings, overrides, isolates and marks: a name
+                               // must not turn the text around it (or its own extension) round
+    }
     return text;
 }
 

@@ -64,7 +64,9 @@ inline size_t qHash(const FilePath& path, size_t seed = 0) { return qHash(path.n
 // may be handed to Qt's file classes.
 QString displayName(QByteArrayView bytes);
 // The name as a row shows it: like displayName, with control characters drawn as their visible
-// pictures (a newline shows as ␊) so that a name never breaks a row.
+// pictures (a newline shows as ␊, a tab as ␉) so that a name never breaks a row, and
+// bidirectional formatting characters (overrides, embeddings, isolates, marks) shown as U+FFFD
+// so that a name never reorders what is drawn around it.
 QString visibleName(QByteArrayView bytes);
 // True when the bytes are valid UTF-8.
 bool isValidUtf8(QByteArrayView bytes);

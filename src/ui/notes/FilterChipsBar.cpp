@@ -1,5 +1,6 @@
 #include "ui/notes/FilterChipsBar.h"
 
+#include "ui/text/LiteralText.h"
 #include "ui/notes/FilterRowEditor.h"
 
 #include <QHBoxLayout>
@@ -109,7 +110,7 @@ void FilterChipsBar::rebuild()
     for (qsizetype i = 0; i < filters.size(); ++i) {
         const PropertyFilter filter = filters[i];
         auto* chip = new QToolButton(this);
-        chip->setText(texts[i]);
+        chip->setText(literalText(texts[i]));
         chip->setToolTip(QStringLiteral("Edit this filter"));
         chip->setAutoRaise(false);
         connect(chip, &QToolButton::clicked, this, [this, filter] { edit(filter); });

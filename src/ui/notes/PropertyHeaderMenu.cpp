@@ -1,5 +1,6 @@
 #include "ui/notes/PropertyHeaderMenu.h"
 
+#include "ui/text/LiteralText.h"
 #include "ui/theme/Theme.h"
 
 #include <QMenu>
@@ -60,7 +61,7 @@ void addOptionMenu(QMenu* options, const HeaderMenuContext& context, const QStri
                    qsizetype at, std::optional<int> color)
 {
     const QString option = all[at];
-    QMenu* menu = options->addMenu(swatch(color), option);
+    QMenu* menu = options->addMenu(swatch(color), literalText(option));
     QObject::connect(menu->addAction(QStringLiteral("Rename…")), &QAction::triggered, options, [context, key, option] {
         if (!context.ask || !context.store)
             return;
@@ -106,13 +107,13 @@ void addOptionMenu(QMenu* options, const HeaderMenuContext& context, const QStri
 void addPropertyActions(QMenu* menu, const HeaderMenuContext& context, const QString& key)
 {
     FileProperties* store = context.store;
-    QObject::connect(menu->addAction(QStringLiteral("Rename %1…").arg(quoted(key))), &QAction::triggered, menu, [context, key] {
+    QObject::connect(menu->addAction(literalText(QStringLiteral("Rename %1…").arg(quoted(key)))), &QAction::triggered, menu, [context, key] {
         if (!context.ask || !context.store)
             return;
         if (const auto name = context.ask(QStringLiteral("Rename Property"), QStringLiteral("New name for %1:").arg(quoted(key)), key))
             reportFailure(context, context.store->rename(key, name->trimmed(), context.folder, context.items, context.undo));
     });
-    QObject::connect(menu->addAction(QStringLiteral("Delete %1").arg(quoted(key))), &QAction::triggered, menu, [context, key] {
+    QObject::connect(menu->addAction(literalText(QStringLiteral("Delete %1").arg(quoted(key)))), &QAction::triggered, menu, [context, key] {
         if (context.store)
             reportFailure(context, context.store->remove(key, context.folder, context.items, context.undo));
     });
@@ -163,7 +164,7 @@ void fillHeaderMenu(QMenu* menu, const HeaderMenuContext& context)
     if (keys.isEmpty())
         menu->addAction(QStringLiteral("No Properties in This Folder"))->setEnabled(false);
     for (const QString& key : std::as_const(keys)) {
-        QAction* action = menu->addAction(key);
+        QAction* action = menu->addAction(literalText(key));
         action->setCheckable(true);
         action->setChecked(settings.shown.contains(key));
         QObject::connect(action, &QAction::triggered, menu, [context, key](bool checked) {

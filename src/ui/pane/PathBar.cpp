@@ -1,6 +1,7 @@
 #include "ui/pane/PathBar.h"
 
 #include "platform/XdgPaths.h"
+#include "ui/text/LiteralText.h"
 #include "ui/theme/Theme.h"
 
 #include <QHBoxLayout>
@@ -27,7 +28,7 @@ void PathBar::rebuild()
     }
     auto addCrumb = [this](const QString& text, const FilePath& target, bool current) {
         auto* button = new QToolButton(this);
-        button->setText(text);
+        button->setText(literalText(text));
         button->setAutoRaise(true);
         button->setFocusPolicy(Qt::NoFocus);
         button->setToolTip(target.text());
@@ -70,7 +71,7 @@ void PathBar::rebuild()
     }
     for (int i = 0; i < chain.size(); ++i) {
         const FilePath& p = chain[i];
-        const QString text = p == home ? QStringLiteral("~") : p.isRoot() ? QStringLiteral("/") : p.fileName();
+        const QString text = p == home ? QStringLiteral("~") : p.isRoot() ? QStringLiteral("/") : visibleName(p.fileNameBytes());
         if (i > 0)
             addSeparator();
         addCrumb(text, p, i == chain.size() - 1);

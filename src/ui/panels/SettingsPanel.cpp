@@ -2,6 +2,7 @@
 
 #include "platform/XdgPaths.h"
 #include "state/WindowState.h"
+#include "ui/text/LiteralText.h"
 #include "ui/theme/Theme.h"
 #include "ui/theme/ThemeApplier.h"
 
@@ -18,13 +19,6 @@
 namespace orwick {
 
 namespace {
-
-// Buttons and buddied labels read "&" as the mark of a mnemonic; the text means a real one.
-QString literal(const QString& text)
-{
-    QString escaped = text;
-    return escaped.replace(QLatin1Char('&'), QStringLiteral("&&"));
-}
 
 // Makes `combo` offer `choices`, when they changed.
 void syncChoices(QComboBox* combo, const QList<SettingChoice>& choices)
@@ -117,7 +111,7 @@ void SettingsPanel::addRow(const SettingRow& setting, QWidget* content)
     QWidget* control = nullptr;
     const SettingRow* row = &setting; // the sheet keeps its rows for as long as this panel lives
     if (setting.kind == SettingRow::Kind::toggle) {
-        auto* box = new QCheckBox(literal(setting.label), block);
+        auto* box = new QCheckBox(literalText(setting.label), block);
         box->setFocusPolicy(Qt::StrongFocus);
         connect(box, &QCheckBox::toggled, this, [row](bool on) {
             if (row->setOn)
@@ -129,7 +123,7 @@ void SettingsPanel::addRow(const SettingRow& setting, QWidget* content)
         control = box;
     } else {
         auto* line = new QHBoxLayout;
-        auto* label = new QLabel(literal(setting.label), block);
+        auto* label = new QLabel(literalText(setting.label), block);
         auto* combo = new QComboBox(block);
         combo->setFocusPolicy(Qt::StrongFocus); // a wheel turned over the sheet scrolls it, not a choice
         for (const SettingChoice& choice : setting.choices)

@@ -5,6 +5,7 @@
 #include "places/FinderTags.h"
 #include "state/FileActions.h"
 #include "state/WindowState.h"
+#include "ui/text/LiteralText.h"
 #include "ui/window/CommandMenus.h"
 
 #include <QAction>
@@ -52,7 +53,7 @@ void fill(QMenu* submenu, QMainWindow* window, WindowState* state, bool opening)
             action = new QAction(submenu);
             QObject::connect(action, &QAction::triggered, submenu, [state, id = command.id] { runOrExplain(id, state); });
         }
-        action->setText(name);
+        action->setText(literalText(name));
         action->setIcon(commandIcon(command.symbol));
         action->setCheckable(true);
         action->setChecked(TagCommands::allCarry(FinderTags::shared(), selection, name));
@@ -68,7 +69,7 @@ void addShortcuts(QMainWindow* window, WindowState* state)
     for (const AppCommand& command : TagCommands::family(FinderTags::shared())) {
         if (command.shortcut.isEmpty())
             continue;
-        auto* action = new QAction(command.title, window);
+        auto* action = new QAction(literalText(command.title), window);
         action->setShortcut(command.shortcut);
         action->setShortcutContext(Qt::WindowShortcut);
         action->setProperty(kShortcutProperty, command.id);

@@ -1,6 +1,7 @@
 #include "ui/window/ThemeMenu.h"
 
 #include "commands/CommandCatalog.h"
+#include "ui/text/LiteralText.h"
 #include "commands/ThemeCommands.h"
 #include "theme/ThemeStore.h"
 
@@ -20,7 +21,7 @@ QString shortTitle(const QString& title)
 
 QAction* addCommand(QMenu* menu, QActionGroup* group, const AppCommand& command, WindowState* state, const QString& text)
 {
-    QAction* action = menu->addAction(text);
+    QAction* action = menu->addAction(literalText(text));
     action->setCheckable(group != nullptr);
     if (group)
         group->addAction(action);

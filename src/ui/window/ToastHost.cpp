@@ -1,5 +1,6 @@
 #include "ui/window/ToastHost.h"
 
+#include "ui/text/LiteralText.h"
 #include "ui/theme/Theme.h"
 #include "ui/theme/ThemeApplier.h"
 
@@ -76,7 +77,7 @@ void ToastHost::show(const QString& message, const QList<ToastAction>& actions)
     m_actions = actions.mid(0, kMostActions);
     for (int i = 0; i < kMostActions; ++i) {
         m_buttons[i]->setVisible(i < m_actions.size());
-        m_buttons[i]->setText(i < m_actions.size() ? m_actions[i].title : QString());
+        m_buttons[i]->setText(i < m_actions.size() ? literalText(m_actions[i].title) : QString());
     }
     place();
     QWidget::show();

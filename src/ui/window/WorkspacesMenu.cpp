@@ -1,6 +1,7 @@
 #include "ui/window/WorkspacesMenu.h"
 
 #include "commands/CommandCatalog.h"
+#include "ui/text/LiteralText.h"
 #include "commands/WorkspaceCommands.h"
 
 #include <QMenu>
@@ -16,7 +17,7 @@ void fill(QMenu* submenu, WindowState* state, QLatin1StringView prefix)
         if (!command.id.startsWith(prefix))
             continue;
         const QString name = command.id.mid(prefix.size());
-        QAction* action = submenu->addAction(name);
+        QAction* action = submenu->addAction(literalText(name));
         QObject::connect(action, &QAction::triggered, submenu, [state, id = command.id] { CommandCatalog::run(id, *state); });
     }
     if (submenu->isEmpty())

@@ -43,3 +43,22 @@ TEST(FilePath, RowsShowControlCharactersVisiblyWhileTextStaysFaithful)
     EXPECT_EQ(path.fileName(), QString("two\nlines")); // text that reaches the file again
     EXPECT_EQ(orwick::visibleName(path.fileNameBytes()), QString::fromUtf8("two\u240Alines"));
 }
+
+TEST(FilePath, RowsNeverLetANameReorderOrBreakTheText)
+{
+    // A right-to-left override would show "invoice\u202Egpj.exe" as "invoiceexe.jpg".
+    const QString spoof = orwick::visibleName(QStringLiteral("invoice\u202Egpj.exe").toUtf8());
+    EXPECT_EQ(spoof, QStringLiteral("invoice\uFFFDgpj.exe"));
+    for (const char16_t control : {u'\u202A', u'\u202B', u'\u202C', u'\u202D', u'\u2066', u'\u2067', u'\u2068', u'\u2069',
+                                   u'\u200E', u'\u200F', u'\u061C', u'\u2028', u'\u2029', u'\u0085', u'\u007F'}) {
+        const QString shown = orwick::visibleName((QStringLiteral("a") + QChar(control) + QStringLiteral("b")).toUtf8());
+        EXPECT_EQ(shown.size(), 3);
+        EXPECT_NE(shown[1], QChar(control)) << int(control);
+        EXPECT_FALSE(shown[1].category() == QChar::Other_Format || shown[1].category() == QChar::Other_Control)
+            << int(control);
+    }
+    EXPECT_EQ(orwick::visibleName("tab\there"), QStringLiteral("tab\u2409here"));
+    // Right-to-left letters themselves stay: only the formatting characters go.
+    EXPECT_EQ(orwick::visibleName(QStringLiteral("\u05E9\u05DC\u05D5\u05DD.txt").toUtf8()),
+              QStringLiteral("\u05E9\u05DC\u05D5\u05DD.txt"));
+}
