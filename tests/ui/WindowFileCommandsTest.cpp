@@ -92,8 +92,15 @@ TEST_F(WindowFileCommandsTest, F5CopiesIntoTheOtherPanesFolderAndCtrlZTakesTheCo
     const FilePath right = tree.folder("right");
     open(tree.path("left"));
     select(file);
-    EXPECT_FALSE(enabled("copyToOther")) << "no other pane";
+    // No other pane: F5 asks for the destination, as Copy to… does.
+    EXPECT_TRUE(enabled("copyToOther"));
     press(Qt::Key_F5);
+    PaletteState* palette = window->palette()->palette();
+    ASSERT_TRUE(waitUntil([&] { return palette->isOpen(); }));
+    EXPECT_EQ(palette->mode(), PaletteMode::destination);
+    EXPECT_EQ(palette->transferKind(), TransferKind::copy);
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return !palette->isOpen(); }));
     settle();
     EXPECT_EQ(state->undoStack()->count(), 0);
 

@@ -12,6 +12,8 @@
 #include "state/FileActions.h"
 #include "state/WindowState.h"
 
+#include <QCoreApplication>
+
 namespace orwick::CommandCatalog {
 
 namespace {
@@ -94,6 +96,20 @@ const Predicate isSplit = [](const WindowState& w) { return w.selectedTab()->isS
 const Predicate hasFolder = [](const WindowState& w) { return !w.activePane()->listing().has_value(); };
 const Predicate hasSelectedFolders = [](const WindowState& w) { return !w.selectedFolders().isEmpty(); };
 
+// F5 and F6: to the other pane; in a single pane, the destination is asked for (Copy to…, Move to…).
+const Predicate toOtherPaneOrAsk = [](const WindowState& w) {
+    return w.files().canTransferToOther() || (!w.selectedTab()->isSplit() && w.canActOnSelection());
+};
+Action transferOrAsk(FileOperations::Mode mode)
+{
+    return [mode](WindowState& w) {
+        if (w.files().canTransferToOther())
+            w.files().transferSelectionToOtherPane(mode);
+        else if (!w.selectedTab()->isSplit() && w.canActOnSelection())
+            w.requestPalette(mode == FileOperations::Mode::copy ? PaletteRequest::copyDestination : PaletteRequest::moveDestination);
+    };
+}
+
 const char* kNoCloud = "No cloud storage provider on Linux";
 const char* kNoCounterpart = "Not available on Linux yet";
 const char* kNotYet = "Not built yet";
@@ -112,6 +128,7 @@ QList<AppCommand> buildFixed()
         make("reopenTab", "Reopen Closed Tab", "", keys(C | S | Qt::Key_T), "", [](WindowState& w) { w.reopenClosedTab(); },
              [](const WindowState& w) { return !w.closedTabURLs().isEmpty(); }),
         make("closeTab", "Close Tab", "xmark", keys(C | Qt::Key_W), "", [](WindowState& w) { w.closeTab(); }),
+        make("quit", "Quit", "power", keys(C | Qt::Key_Q), "exit close leave stop", [](WindowState&) { QCoreApplication::quit(); }),
         make("newWindow", "New Window", "macwindow.badge.plus", keys(C | Qt::Key_N), "open another window",
              [](WindowState&) { OpenRouter::instance()->openNewWindow(); }, [](const WindowState&) { return OpenRouter::instance() != nullptr; }),
         // One item is renamed in place, several in the batch rename panel.
@@ -121,9 +138,9 @@ QList<AppCommand> buildFixed()
         make("duplicate", "Duplicate", "plus.square.on.square", keys(C | Qt::Key_D), "", files(&FileActions::duplicateSelection), changeSelection),
         make("trash", "Move to Trash", "trash", keys(C | Qt::Key_Delete), "delete remove", files(&FileActions::trashSelection), changeSelection),
         make("copyToOther", "Copy to Other Pane", "arrow.right.doc.on.clipboard", keys(Qt::Key_F5), "",
-             [](WindowState& w) { w.files().transferSelectionToOtherPane(FileOperations::Mode::copy); }, toOtherPane),
+             transferOrAsk(FileOperations::Mode::copy), toOtherPaneOrAsk),
         make("moveToOther", "Move to Other Pane", "arrow.right.square", keys(Qt::Key_F6), "",
-             [](WindowState& w) { w.files().transferSelectionToOtherPane(FileOperations::Mode::move); }, toOtherPane),
+             transferOrAsk(FileOperations::Mode::move), toOtherPaneOrAsk),
         make("linkToOther", "Make Link in Other Pane", "link", none(), "symlink symbolic link alias shortcut ln",
              files(&FileActions::linkSelectionToOtherPane), toOtherPane),
         make("copyPath", "Copy Path", "", keys(C | A | Qt::Key_C), "link path clipboard", copyPath, onSelection),
@@ -131,7 +148,8 @@ QList<AppCommand> buildFixed()
         make("copyContents", "Copy Contents", "doc.on.clipboard", none(), "text clipboard file content paste without opening", copyContents, canCopyContents),
         make("copyDataURI", "Copy as Data URI", "chevron.left.forwardslash.chevron.right", none(), "base64 inline css html embed svg image font", copyDataURI, canCopyContents),
         make("showInFinder", "Show in System File Manager", "macwindow", none(), "reveal", showInSystemFileManager, hasFolder),
-        later("getInfo", "Get Info", "info.circle", keys(C | Qt::Key_I), "properties size details permissions", kNotYet),
+        make("getInfo", "Get Info", "info.circle", keys(C | Qt::Key_I), "properties size details permissions",
+             [](WindowState& w) { w.showPanel(WindowState::Panel::info, w.activePane()->url()); }),
         make("quickLook", "Quick Look", "", keys(C | Qt::Key_Y), "preview look", [](WindowState& w) { w.requestQuickLook(); },
              [](const WindowState& w) { return w.activePane()->cursor().has_value(); }),
         later("downloadNow", "Download Now", "icloud.and.arrow.down", none(), "cloud icloud google drive offline keep", kNoCloud),

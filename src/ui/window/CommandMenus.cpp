@@ -2,6 +2,7 @@
 
 #include "commands/CommandCatalog.h"
 #include "places/FinderTag.h"
+#include "ui/text/LiteralText.h"
 #include "ui/views/TagDots.h"
 #include "ui/window/TagsMenu.h"
 #include "ui/window/ThemeMenu.h"
@@ -44,7 +45,7 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
 {
     QMenu* file = addMenu(QStringLiteral("&File"), {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openInNewTab",
                                       "openInEditor", "openInTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress", "extract",
-                                      "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab"});
+                                      "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab", "quit"});
     TagsMenu::addShortcuts(window, state);
     file->insertMenu(action(QStringLiteral("getInfo")), TagsMenu::addTo(file, window, state));
     QMenu* edit = addMenu(QStringLiteral("&Edit"), {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath",
@@ -93,7 +94,7 @@ QAction* CommandMenus::makeAction(const QString& id)
     const AppCommand* command = CommandCatalog::find(id);
     if (!command)
         return nullptr;
-    auto* action = new QAction(commandIcon(command->symbol), command->title, m_window);
+    auto* action = new QAction(commandIcon(command->symbol), literalText(command->title), m_window);
     action->setShortcut(command->shortcut);
     action->setShortcutContext(Qt::WindowShortcut);
     action->setStatusTip(command->disabledNote);
@@ -140,8 +141,8 @@ void CommandMenus::refresh(QMenu* menu)
         const AppCommand* command = CommandCatalog::find(id);
         a->setProperty("fromCatalogue", true);
         a->setEnabled(command && command->enabledIn(*m_state));
-        if (command && a->text() != command->title) // "Open in …" follows the chosen program
-            a->setText(command->title);
+        if (command && a->text() != literalText(command->title)) // "Open in …" follows the chosen program
+            a->setText(literalText(command->title));
         if (command && command->isChecked) { // "Hide Git-Ignored Files" shows whether they are hidden
             a->setCheckable(true);
             a->setChecked(command->isChecked(*m_state));
@@ -171,8 +172,8 @@ void CommandMenus::showContextMenu(const QPoint& globalPosition)
             const AppCommand* command = CommandCatalog::find(id);
             if (command && !command->enabledIn(*m_state))
                 continue; // a context menu lists what can be done here
-            if (command && a->text() != command->title)
-                a->setText(command->title);
+            if (command && a->text() != literalText(command->title))
+                a->setText(literalText(command->title));
             menu.addAction(a);
         }
     }

@@ -3,6 +3,7 @@
 #include "fileops/FileOperations.h"
 #include "ui/fileops/FileOpsController.h"
 #include "ui/pane/PaneWidget.h"
+#include "ui/text/LiteralText.h"
 #include "ui/views/FileListView.h"
 #include "app/Services.h"
 #include "commands/Frecency.h"
@@ -14,6 +15,7 @@
 #include "ui/window/PaneGrid.h"
 #include "ui/window/TabBarDrops.h"
 #include "ui/window/ToastHost.h"
+#include "fileops/OutsideMoves.h"
 #include "ui/window/WorkspaceNamePrompt.h"
 #include "ui/servers/ServerSheet.h"
 #include "ui/sidebar/Sidebar.h"
@@ -25,6 +27,8 @@
 #include "app/Settings.h"
 #include "places/SidebarStore.h"
 
+#include <QMessageBox>
+#include <QPushButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QSplitter>
@@ -98,6 +102,12 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     connect(state, &WindowState::selectedTabChanged, this, &MainWindow::showSelectedTab);
     connect(state, &WindowState::closeRequested, this, &QWidget::close);
     connect(state, &WindowState::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
+    // Notes, pictures and folders another program moved: offer to update the links to them.
+    connect(&OutsideMoves::shared(), &OutsideMoves::offered, this, [this](const QList<FileMove>& moves, const QString& text) {
+        if (isActiveWindow() || QApplication::activeWindow() == nullptr)
+            m_toasts->show(text, QStringLiteral("Update Links"),
+                           [this, moves] { OutsideMoves::shared().accept(moves, m_state->undoStack()); });
+    });
     connect(m_tabBar, &QTabBar::currentChanged, this, [this](int index) {
         if (!m_syncing && index >= 0 && index < m_state->tabs().size())
             m_state->selectTabWithID(m_state->tabs()[index]->id());
@@ -251,11 +261,42 @@ void MainWindow::showSelectedTab()
     updateTitles();
 }
 
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (m_state->tabs().size() > 1 && !m_closeConfirmed && isVisible()) {
+        event->ignore();
+        askToClose();
+        return;
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::askToClose()
+{
+    if (findChild<QMessageBox*>(QStringLiteral("closeTabsQuestion")))
+        return; // asked already
+    auto* box = new QMessageBox(QMessageBox::Question, QStringLiteral("Close Window"),
+                                QStringLiteral("Close this window and its %1 tabs?").arg(m_state->tabs().size()),
+                                QMessageBox::Cancel, this);
+    box->setObjectName(QStringLiteral("closeTabsQuestion"));
+    QPushButton* close = box->addButton(QStringLiteral("Close Window"), QMessageBox::AcceptRole);
+    box->setDefaultButton(close);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowModality(Qt::WindowModal);
+    connect(box, &QMessageBox::finished, this, [this, box, close] {
+        if (box->clickedButton() != static_cast<QAbstractButton*>(close))
+            return;
+        m_closeConfirmed = true;
+        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+    });
+    box->open();
+}
+
 void MainWindow::updateTitles()
 {
     for (int i = 0; i < m_state->tabs().size() && i < m_tabBar->count(); ++i) {
         PaneState* pane = m_state->tabs()[i]->activePane();
-        m_tabBar->setTabText(i, pane->title());
+        m_tabBar->setTabText(i, literalText(pane->title()));
         m_tabBar->setTabToolTip(i, pane->listing() ? pane->title() : pane->url().abbreviated());
     }
     setWindowTitle(m_state->activePane()->title() + QStringLiteral(" — Orwick"));

@@ -47,7 +47,12 @@ public:
     // Called for every pane widget made, now and later (git marks, property columns…).
     void addPaneDecorator(std::function<void(PaneWidget*)> decorate);
 
+protected:
+    // A window of several tabs asks before it closes (a window-modal question; the close waits).
+    void closeEvent(QCloseEvent* event) override;
+
 private:
+    void askToClose();
     void syncTabs();
     void showSelectedTab();
     void updateTitles();
@@ -56,6 +61,7 @@ private:
     void setUpPreview(QSplitter* splitter);
 
     WindowState* m_state;
+    bool m_closeConfirmed = false;
     QTabBar* m_tabBar;
     QStackedWidget* m_grids;
     QHash<TabState*, PaneGrid*> m_gridOf;

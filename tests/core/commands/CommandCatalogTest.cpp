@@ -144,7 +144,7 @@ TEST_F(FileCommandsFixture, OtherPaneAndClipboardAndArchivesDecideTheirCommands)
     window->activePane()->reload();
     select(archive);
     EXPECT_TRUE(enabled("extract"));
-    EXPECT_FALSE(enabled("copyToOther"));
+    EXPECT_TRUE(enabled("copyToOther")) << "a single pane asks where to";
     window->selectedTab()->toggleSplit();
     window->selectedTab()->activate(window->selectedTab()->panes().first());
     EXPECT_TRUE(enabled("copyToOther"));
@@ -223,4 +223,24 @@ TEST_F(FileCommandsFixture, CompressThenExtractGivesTheFileBackBesideIt)
     EXPECT_TRUE(CommandCatalog::run("extract", *window));
     settle();
     EXPECT_TRUE(test::exists(tree.path("a 2.txt"))) << "the extracted file, beside the archive under a free name";
+}
+
+TEST_F(FileCommandsFixture, CopyAndMoveToTheOtherPaneAskForTheDestinationInASinglePane)
+{
+    QList<PaletteRequest> asked;
+    QObject::connect(window.get(), &WindowState::paletteRequested, [&](PaletteRequest request) { asked.append(request); });
+    EXPECT_FALSE(CommandCatalog::run("copyToOther", *window)) << "nothing selected";
+    select(tree.path("a.txt"));
+    EXPECT_TRUE(CommandCatalog::run("copyToOther", *window));
+    EXPECT_TRUE(CommandCatalog::run("moveToOther", *window));
+    EXPECT_EQ(asked, (QList<PaletteRequest>{PaletteRequest::copyDestination, PaletteRequest::moveDestination}));
+    EXPECT_TRUE(FileOperations::shared().isIdle()) << "nothing was copied or moved yet";
+}
+
+TEST_F(CatalogFixture, QuitIsControlQ)
+{
+    const AppCommand* quit = CommandCatalog::find("quit");
+    ASSERT_NE(quit, nullptr);
+    EXPECT_EQ(quit->shortcut, QKeySequence(Qt::CTRL | Qt::Key_Q));
+    EXPECT_TRUE(quit->enabledIn(*window));
 }
