@@ -259,6 +259,9 @@ void ChangeRunner::undo(std::vector<FileChange>& changes)
         case FileChange::Kind::attributeRewritten:
             rewriteAttributeBack(change, false);
             break;
+        case FileChange::Kind::accessChanged:
+            rewriteAccess(change, false);
+            break;
         }
     }
 }
@@ -317,6 +320,9 @@ void ChangeRunner::redo(std::vector<FileChange>& changes)
         case FileChange::Kind::attributeRewritten:
             rewriteAttributeBack(change, true);
             break;
+        case FileChange::Kind::accessChanged:
+            rewriteAccess(change, true);
+            break;
         }
     }
 }
@@ -345,6 +351,7 @@ QList<FilePath> pathsTouched(const std::vector<FileChange>& changes)
         case FileChange::Kind::tagged:
         case FileChange::Kind::rewritten:
         case FileChange::Kind::attributeRewritten:
+        case FileChange::Kind::accessChanged:
             break; // names stay as they were
         }
     }

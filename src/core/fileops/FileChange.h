@@ -7,6 +7,7 @@
 // waits in the Trash, and redo takes it back from there).
 
 #include "fileops/CopyProgress.h"
+#include "fileops/FileAccess.h"
 #include "base/Result.h"
 #include "files/FilePath.h"
 
@@ -41,6 +42,8 @@ struct FileChange {
         rewritten,  // from's bytes went from contentsBefore to contentsAfter; undo puts them back while it still holds the new ones
         attributeRewritten, // from's extended attribute `attribute` went from attributeBefore to attributeAfter; undo
                             // puts it back while it still holds the new value
+        accessChanged, // from's mode, owner and group went from accessBefore to accessAfter; undo puts back
+                       // each of them that still holds the new value
     };
     Kind kind = Kind::moved;
     FilePath from;
@@ -53,6 +56,9 @@ struct FileChange {
     // rewritten: the file's whole contents before and after.
     QByteArray contentsBefore = {};
     QByteArray contentsAfter = {};
+    // accessChanged: the file's access before and after.
+    FileAccess accessBefore = {};
+    FileAccess accessAfter = {};
 };
 
 // Every path the changes made, removed or replaced, outside the Trash's own places (a change's
@@ -111,6 +117,10 @@ public:
     // empty bytes when there is none; empty bytes back remove it). A refusal of `edit` is the
     // failure sentence. True when the file carries the edited value afterwards.
     bool rewriteAttribute(const FilePath& file, const QByteArray& name, const Rewrite& edit);
+    // Sets the file's permission bits, owner and group to `wanted` (see AccessChange.cpp). A
+    // refusal (not the owner, a read-only disk) is the failure sentence and leaves the file as it
+    // was. True when the file has that access afterwards.
+    bool changeAccess(const FilePath& item, const FileAccess& wanted);
     void fail(const QString& sentence) { m_report.errors.append(sentence); }
 
     // Runs the inverse of `changes` (last first) or the changes again (first first); the records
@@ -126,6 +136,7 @@ private:
     void rewriteTags(const FileChange& change, bool forward);
     void rewriteContents(const FileChange& change, bool forward);
     void rewriteAttributeBack(const FileChange& change, bool forward);
+    void rewriteAccess(const FileChange& change, bool forward);
     void keepNotes(const CopyResult& result);
     std::optional<FilePath> parkInTrash(const FilePath& item);
 

@@ -115,6 +115,11 @@ public:
     // already was as asked counts as done and changes nothing.
     enum class TagChange { add, remove };
     void changeTag(const QList<FilePath>& items, const QString& tag, TagChange change, QUndoStack* undo);
+    // Sets one item's permission bits, owner and group (FileAccess) as one job and one undo step
+    // ("Change Permissions", or "Change Owner" when the owner or group changes) whose undo puts
+    // back the exact old values. A refusal (not the owner, a read-only disk) is a failure with
+    // its reason and changes nothing.
+    void changeAccess(const FilePath& item, const FileAccess& wanted, QUndoStack* undo);
     // Rewrites one file's contents by `edit` (given what is on disk; see ChangeRunner::rewrite) as
     // one job and one undo step named `actionName` ("Complete Task"), with `toast` when it went
     // well. Undo puts the old contents back only while the file still holds the new ones.
