@@ -1,0 +1,303 @@
+#include "ui/panels/InfoPanel.h"
+
+#include "app/Services.h"
+#include "files/Formatting.h"
+#include "notes/FileProperties.h"
+#include "platform/DefaultApps.h"
+#include "state/FileActions.h"
+#include "state/PaneState.h"
+#include "state/TabState.h"
+#include "state/WindowState.h"
+#include "ui/panels/AccessEditor.h"
+
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+namespace orwick {
+
+namespace {
+
+constexpr int kTickMs = 100;
+constexpr int kAttributesShown = 12;
+
+QString sizeText(qint64 bytes, qint64 items)
+{
+    return formatByteCount(bytes) + QStringLiteral(" in ") + formatCount(items, QStringLiteral("item"));
+}
+
+// "Text Editor" for "org.gnome.TextEditor.desktop": the id without its suffix, last part.
+QString applicationName(QString id)
+{
+    id.chop(int(qstrlen(".desktop")));
+    const qsizetype dot = id.lastIndexOf(QLatin1Char('.'));
+    return dot >= 0 && dot + 1 < id.size() ? id.mid(dot + 1) : id;
+}
+
+} // namespace
+
+PanelSheet* InfoPanel::open(WindowState& window, QWidget* parent)
+{
+    PanelSheet::closeOpenSheet(parent);
+    return new InfoPanel(window, parent);
+}
+
+InfoPanel::InfoPanel(WindowState& window, QWidget* parent)
+    : PanelSheet(QStringLiteral("Get Info"), QString(), parent), m_window(window)
+{
+    m_stop = new QPushButton(QStringLiteral("Stop"), this);
+    m_stop->setToolTip(QStringLiteral("Stop measuring the folder"));
+    m_stop->hide();
+    connect(m_stop, &QPushButton::clicked, this, [this] {
+        m_measure.cancel();
+        m_ticker.stop();
+        m_stop->hide();
+        showMeasured(true, false);
+    });
+    tools()->addWidget(m_stop);
+
+    auto* scroll = new QScrollArea(this);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    auto* content = new QWidget(scroll);
+    auto* column = new QVBoxLayout(content);
+    m_form = new QFormLayout;
+    m_form->setLabelAlignment(Qt::AlignRight);
+    column->addLayout(m_form);
+    auto* permissions = new QFormLayout;
+    permissions->setLabelAlignment(Qt::AlignRight);
+    m_access = new AccessEditor(content);
+    permissions->addRow(QStringLiteral("Permissions"), m_access);
+    column->addLayout(permissions);
+    column->addStretch(1);
+    scroll->setWidget(content);
+    body()->addWidget(scroll);
+
+    connect(m_access, &AccessEditor::accessRequested, this, [this](const FileAccess& wanted) {
+        if (m_info.path.isEmpty())
+            return;
+        m_window.files().operations()->changeAccess(m_info.path, wanted, m_window.undoStack());
+    });
+    connect(m_window.files().operations(), &FileOperations::operationFinished, this, &InfoPanel::reload);
+    connect(&m_window, &WindowState::selectedTabChanged, this, &InfoPanel::followPane);
+    m_ticker.setInterval(kTickMs);
+    connect(&m_ticker, &QTimer::timeout, this, [this] { showMeasured(false, true); });
+    followPane();
+    m_access->setFocus();
+}
+
+InfoPanel::~InfoPanel() { stopWork(); }
+
+void InfoPanel::stopWork()
+{
+    m_load.cancel();
+    m_measure.cancel();
+    m_ticker.stop();
+}
+
+void InfoPanel::followPane()
+{
+    disconnect(m_paneSelection);
+    disconnect(m_tabPane);
+    TabState* tab = m_window.selectedTab();
+    m_tabPane = connect(tab, &TabState::activePaneChanged, this, &InfoPanel::followPane);
+    m_paneSelection = connect(tab->activePane(), &PaneState::selectionChanged, this, [this] {
+        m_subject.clear();
+        reload();
+    });
+    m_subject.clear();
+    reload();
+}
+
+void InfoPanel::reload()
+{
+    const PaneState* pane = m_window.activePane();
+    if (m_subject.isEmpty() && pane) {
+        if (pane->selection().size() > 1)
+            m_subject = pane->selection().values();
+        else if (pane->cursor())
+            m_subject = {*pane->cursor()};
+        else if (!pane->listing())
+            m_subject = {pane->url()}; // nothing under the cursor: the folder itself
+        std::sort(m_subject.begin(), m_subject.end());
+    }
+    const QList<FilePath> subject = m_subject;
+    const TaskSlot::Ticket ticket = m_load.start();
+    runInBackground(this, [subject] {
+        QList<FileInfo> infos;
+        for (const FilePath& path : subject)
+            infos.append(loadFileInfo(path));
+        return infos;
+    }, [this, ticket](QList<FileInfo> infos) {
+        if (!m_load.isCurrent(ticket))
+            return;
+        m_load.finish(ticket);
+        if (infos.size() == 1)
+            showOne(infos.first());
+        else
+            showSummary(infos);
+    });
+}
+
+void InfoPanel::clearRows()
+{
+    while (m_form->rowCount() > 0)
+        m_form->removeRow(0);
+    m_sizeLabel = nullptr;
+}
+
+void InfoPanel::addRow(const QString& label, const QString& text)
+{
+    auto* field = new QLabel(text);
+    field->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    field->setWordWrap(true);
+    auto* name = new QLabel(label);
+    name->setForegroundRole(QPalette::PlaceholderText); // dim, from the theme
+    m_form->addRow(name, field);
+    if (label == QLatin1String("Size"))
+        m_sizeLabel = field;
+}
+
+QString InfoPanel::rowText(const QString& label) const
+{
+    for (int row = 0; row < m_form->rowCount(); ++row) {
+        const auto* name = qobject_cast<QLabel*>(m_form->itemAt(row, QFormLayout::LabelRole)->widget());
+        const auto* field = qobject_cast<QLabel*>(m_form->itemAt(row, QFormLayout::FieldRole)->widget());
+        if (name && field && name->text() == label)
+            return field->text();
+    }
+    return {};
+}
+
+void InfoPanel::showOne(FileInfo info)
+{
+    const bool sameItem = info.path == m_info.path;
+    m_info = std::move(info);
+    const FileInfo& i = m_info;
+    clearRows();
+    setFooter(i.path.abbreviated());
+    if (!i.error.isEmpty()) {
+        addRow(QStringLiteral("Name"), i.name);
+        addRow(QStringLiteral("Error"), QStringLiteral("Couldn’t read it: %1.").arg(i.error));
+        m_access->setEnabled(false);
+        return;
+    }
+    addRow(QStringLiteral("Name"), i.name);
+    addRow(QStringLiteral("Kind"), i.kind);
+    addRow(QStringLiteral("Size"), i.size ? formatByteCount(*i.size) : QStringLiteral("Measuring…"));
+    addRow(QStringLiteral("Where"), i.path.parent().abbreviated());
+    if (i.isLink)
+        addRow(QStringLiteral("Link to"), i.linkTarget);
+    addRow(QStringLiteral("Created"), infoDateText(i.created));
+    addRow(QStringLiteral("Modified"), infoDateText(i.modified));
+    addRow(QStringLiteral("Accessed"), infoDateText(i.accessed));
+    addRow(QStringLiteral("Owner"), i.ownerName);
+    addRow(QStringLiteral("Group"), i.groupName);
+    addRow(QStringLiteral("Mode"), FileAccess::permissionText(i.access.mode)
+                                       + QStringLiteral("  (%1)").arg(i.access.mode, 4, 8, QLatin1Char('0')));
+    addRow(QStringLiteral("MIME type"), i.mimeType);
+    addRow(QStringLiteral("Tags"), i.tags.isEmpty() ? QStringLiteral("None") : i.tags.join(QStringLiteral(", ")));
+    if (const FileProperties* store = services().properties) {
+        const PropertyMap properties = store->values().value(i.path);
+        for (auto it = properties.begin(); it != properties.end(); ++it)
+            addRow(it.key(), it.value().text());
+    }
+    QStringList attributes;
+    for (const FileInfo::Attribute& attribute : i.attributes.mid(0, kAttributesShown))
+        attributes.append(QString::fromUtf8(attribute.name) + QStringLiteral(" = ") + attribute.value);
+    if (i.attributes.size() > kAttributesShown)
+        attributes.append(QStringLiteral("and %1 more").arg(i.attributes.size() - kAttributesShown));
+    addRow(QStringLiteral("Attributes"), attributes.isEmpty() ? QStringLiteral("None") : attributes.join(QLatin1Char('\n')));
+    if (!i.isFolder && !i.isLink) {
+        QStringList apps;
+        for (const QString& id : defaultApps::applicationsFor(i.mimeType))
+            apps.append(applicationName(id));
+        addRow(QStringLiteral("Open With"), apps.isEmpty() ? QStringLiteral("No application") : apps.join(QStringLiteral(", ")));
+    }
+    m_access->setEnabled(true);
+    m_access->show(i.access, i.ownerName, i.groupName, !i.isLink);
+    if (i.isFolder) {
+        if (!sameItem || !m_counts)
+            startMeasuring({i.path}, 0, 0);
+        else
+            showMeasured(!m_measure.isRunning(), true);
+    } else {
+        m_measure.cancel();
+        m_ticker.stop();
+        m_stop->hide();
+    }
+}
+
+void InfoPanel::showSummary(const QList<FileInfo>& infos)
+{
+    m_info = {};
+    clearRows();
+    m_access->setEnabled(false);
+    setFooter(QString());
+    addRow(QStringLiteral("Name"), formatCount(infos.size(), QStringLiteral("item")));
+    QStringList kinds;
+    QList<FilePath> folders;
+    qint64 bytes = 0;
+    for (const FileInfo& info : infos) {
+        if (!kinds.contains(info.kind) && !info.kind.isEmpty())
+            kinds.append(info.kind);
+        if (info.isFolder)
+            folders.append(info.path);
+        else
+            bytes += info.size.value_or(0);
+    }
+    addRow(QStringLiteral("Kind"), kinds.join(QStringLiteral(", ")));
+    addRow(QStringLiteral("Size"), sizeText(bytes, infos.size()));
+    if (!folders.isEmpty())
+        startMeasuring(folders, bytes, infos.size());
+}
+
+void InfoPanel::startMeasuring(const QList<FilePath>& folders, qint64 filesBytes, qint64 filesCount)
+{
+    m_counts = std::make_shared<Counts>();
+    m_baseBytes = filesBytes;
+    m_baseItems = filesCount;
+    const TaskSlot::Ticket ticket = m_measure.start();
+    const std::shared_ptr<Counts> counts = m_counts;
+    runInBackground(this, [folders, counts, token = ticket.token] {
+        bool complete = true;
+        qint64 doneItems = 0, doneBytes = 0;
+        for (const FilePath& folder : folders) {
+            const FolderSize size = measureFolder(folder, *token, [&](const FolderSize& soFar) {
+                counts->items = doneItems + soFar.items;
+                counts->bytes = doneBytes + soFar.bytes;
+            });
+            doneItems += size.items;
+            doneBytes += size.bytes;
+            counts->items = doneItems;
+            counts->bytes = doneBytes;
+            complete = complete && size.complete;
+        }
+        return complete;
+    }, [this, ticket](bool complete) {
+        if (!m_measure.isCurrent(ticket))
+            return;
+        m_measure.finish(ticket);
+        m_ticker.stop();
+        m_stop->hide();
+        showMeasured(true, complete);
+    });
+    m_stop->show();
+    m_ticker.start();
+    showMeasured(false, true);
+}
+
+void InfoPanel::showMeasured(bool finished, bool complete)
+{
+    if (!m_sizeLabel || !m_counts)
+        return;
+    const QString text = sizeText(m_baseBytes + m_counts->bytes, m_baseItems + m_counts->items);
+    if (!finished)
+        m_sizeLabel->setText(QStringLiteral("Measuring… ") + text);
+    else
+        m_sizeLabel->setText(complete ? text : QStringLiteral("At least ") + text);
+}
+
+} // namespace orwick
