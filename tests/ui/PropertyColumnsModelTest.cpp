@@ -1,6 +1,7 @@
 // Property columns appended to a file list: typed cells, header, in-place edits written to the
 // notes as one undo step each, and refusals reported.
 
+#include "fileops/FileOperations.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 #include "ui/notes/PropertyColumnsModel.h"
@@ -71,19 +72,26 @@ TEST_F(PropertyColumnsModelTest, AppendsTypedColumns)
 
 TEST_F(PropertyColumnsModelTest, EditsWriteTheNoteAsOneUndoStep)
 {
+    auto settle = [&] { ASSERT_TRUE(test::waitUntil([&] { return FileOperations::shared().isIdle() && store.isSettled(); })); };
     ASSERT_TRUE(model.setData(cell(1, 1), "doing", Qt::EditRole));
+    settle();
     EXPECT_EQ(readAll(b), "---\nstatus: doing\n---\nB\n");
     EXPECT_EQ(undo.undoText(), "Set status");
     EXPECT_EQ(model.data(cell(1, 1), Qt::DisplayRole).toString(), "doing");
     ASSERT_TRUE(model.setData(cell(0, 2), Qt::Checked, Qt::CheckStateRole));
+    settle();
     EXPECT_TRUE(readAll(a).contains("done: true\n"));
     ASSERT_TRUE(model.setData(cell(0, 4), "x, z", Qt::EditRole));
+    settle();
     EXPECT_TRUE(readAll(a).contains("tags: [x, z]\n"));
     ASSERT_TRUE(model.setData(cell(0, 3), QDate(2024, 6, 1), Qt::EditRole));
+    settle();
     EXPECT_TRUE(readAll(a).contains("due: 2024-06-01\n"));
     EXPECT_EQ(undo.count(), 4);
-    while (undo.canUndo())
+    while (undo.canUndo()) {
         undo.undo();
+        settle();
+    }
     EXPECT_EQ(readAll(a), "---\nstatus: open\ndone: false\ndue: 2024-05-17\ntags: [x, y]\n---\nA\n");
     EXPECT_EQ(readAll(b), "B\n");
 }
@@ -92,9 +100,11 @@ TEST_F(PropertyColumnsModelTest, ARefusedEditIsReported)
 {
     tree.file(QString("n/a.md"), "---\nstatus: open\n---\nchanged elsewhere\n");
     QString reported;
-    QObject::connect(&model, &PropertyColumnsModel::writeFailed, [&](const QString& message) { reported = message; });
-    EXPECT_FALSE(model.setData(cell(0, 1), "done", Qt::EditRole));
-    EXPECT_TRUE(reported.contains("changed on disk"));
+    FileOperations::shared().setReportErrors([&](const OperationOutcome& outcome) { reported = outcomeText(outcome); });
+    EXPECT_TRUE(model.setData(cell(0, 1), "done", Qt::EditRole)); // asked of the engine, which refuses it
+    ASSERT_TRUE(test::waitUntil([&] { return FileOperations::shared().isIdle() && store.isSettled(); }));
+    FileOperations::shared().setReportErrors({});
+    EXPECT_TRUE(reported.contains("changed on disk")) << reported.toStdString();
     EXPECT_EQ(readAll(a), "---\nstatus: open\n---\nchanged elsewhere\n");
     EXPECT_EQ(undo.count(), 0);
 }

@@ -3,6 +3,7 @@
 // deleting properties across the folder as one undo step each, and the columns' order, visibility
 // and widths kept in columns.json — which, damaged, gives defaults and a message.
 
+#include "fileops/FileOperations.h"
 #include "notes/FileProperties.h"
 #include "state/WindowState.h"
 #include "support/TempHome.h"
@@ -77,6 +78,12 @@ struct PropertyTableTest : ::testing::Test {
         QApplication::processEvents();
     }
     PaneState* pane() { return state->activePane(); }
+    // Waits until the engine wrote what was asked and the store read it back.
+    void settle()
+    {
+        ASSERT_TRUE(waitUntil([&] { return FileOperations::shared().isIdle() && store->isSettled(); }));
+        QApplication::processEvents();
+    }
     // The names of the rows in the order shown.
     QStringList names()
     {
@@ -170,6 +177,7 @@ TEST_F(PropertyTableTest, ASingleClickTogglesACheckboxAndWritesTheNote)
     ASSERT_FALSE(box.isEmpty());
     pane()->click(beta, Qt::NoModifier);
     click(box.center());
+    settle();
     EXPECT_EQ(readAll(alpha), QByteArray(kAlpha).replace("done: false", "done: true"));
     EXPECT_EQ(state->undoStack()->count(), 1);
     EXPECT_EQ(state->undoStack()->undoText(), "Set done");
@@ -178,9 +186,12 @@ TEST_F(PropertyTableTest, ASingleClickTogglesACheckboxAndWritesTheNote)
     // A click beside the box selects the row and changes nothing.
     const QRect cellRect = view()->visualRect(cell(gamma, "done"));
     click(QPoint(cellRect.right() - 4, cellRect.center().y()));
+    settle();
     EXPECT_EQ(readAll(gamma), kGamma);
     EXPECT_EQ(pane()->selection(), QSet<FilePath>{gamma});
     state->undoStack()->undo();
+    settle();
+    settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
 }
 
@@ -197,7 +208,9 @@ TEST_F(PropertyTableTest, SpaceTogglesTheCheckboxUnderTheCursorAsOneStep)
     ASSERT_EQ(pane()->cursor(), alpha);
     EXPECT_EQ(view()->currentIndex(), cell(alpha, "done"));
     press(Qt::Key_Space);
+    settle();
     EXPECT_EQ(readAll(alpha), QByteArray(kAlpha).replace("done: false", "done: true"));
+    settle();
     EXPECT_EQ(readAll(gamma), kGamma);
     EXPECT_EQ(state->undoStack()->count(), 1);
     EXPECT_EQ(state->undoStack()->undoText(), "Set done");
@@ -206,16 +219,21 @@ TEST_F(PropertyTableTest, SpaceTogglesTheCheckboxUnderTheCursorAsOneStep)
     pane()->reload();
     ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading() && view()->currentIndex() == cell(alpha, "done"); }));
     press(Qt::Key_Space);
+    settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
     EXPECT_EQ(state->undoStack()->count(), 2);
     state->undoStack()->undo();
+    settle();
     state->undoStack()->undo();
+    settle();
+    settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
 
     // Left moves to the list property beside it: Space there changes no file.
     press(Qt::Key_Left);
     EXPECT_EQ(view()->currentIndex(), cell(alpha, "tags"));
     press(Qt::Key_Space);
+    settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
     EXPECT_EQ(state->undoStack()->count(), 2);
     // Right twice passes the box to the date; Right at the last column stays there.
@@ -228,6 +246,7 @@ TEST_F(PropertyTableTest, SpaceTogglesTheCheckboxUnderTheCursorAsOneStep)
         press(Qt::Key_Left);
     EXPECT_EQ(view()->currentIndex().column(), int(FileListModel::NameColumn));
     press(Qt::Key_Space);
+    settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
     EXPECT_EQ(state->undoStack()->count(), 2);
 }
@@ -244,6 +263,7 @@ TEST_F(PropertyTableTest, EditorsFitTheType)
     EXPECT_EQ(dateEdit->date(), QDate(2024, 5, 17));
     dateEdit->setDate(QDate(2024, 6, 2));
     delegate.setModelData(dateEdit, table(), cell(alpha, "due"));
+    settle();
     EXPECT_EQ(readAll(alpha), QByteArray(kAlpha).replace("2024-05-17", "2024-06-02"));
 
     std::unique_ptr<QWidget> select(delegate.createEditor(&parent, option, cell(gamma, "status")));
@@ -254,6 +274,7 @@ TEST_F(PropertyTableTest, EditorsFitTheType)
     EXPECT_EQ(combo->itemText(1), "done");
     combo->setCurrentText("waiting"); // a new option, typed
     delegate.setModelData(combo, table(), cell(gamma, "status"));
+    settle();
     EXPECT_EQ(readAll(gamma), QByteArray(kGamma).replace("status: open", "status: waiting"));
     EXPECT_EQ(state->undoStack()->count(), 2);
 }
@@ -272,11 +293,14 @@ TEST_F(PropertyTableTest, DeleteInTheDateEditorRemovesTheDateAndNothingElse)
     EXPECT_EQ(editor->day(), std::nullopt);
     EXPECT_EQ(editor->text(), "No date");
     delegate.setModelData(editor, table(), cell(alpha, "due"));
+    settle();
     EXPECT_EQ(readAll(alpha), QByteArray(kAlpha).replace("due: 2024-05-17\n", ""));
     EXPECT_EQ(state->undoStack()->count(), 1);
     EXPECT_EQ(state->undoStack()->undoText(), "Set due");
     ASSERT_TRUE(waitUntil([&] { return !cell(alpha, "due").data(Qt::DisplayRole).isValid(); }));
     state->undoStack()->undo();
+    settle();
+    settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
 
     // An empty cell's editor starts at today; Backspace empties it, and committing that writes nothing.
@@ -288,6 +312,7 @@ TEST_F(PropertyTableTest, DeleteInTheDateEditorRemovesTheDateAndNothingElse)
     QKeyEvent back(QEvent::KeyPress, Qt::Key_Backspace, Qt::NoModifier);
     QApplication::sendEvent(empty, &back);
     delegate.setModelData(empty, table(), cell(beta, "due"));
+    settle();
     EXPECT_EQ(readAll(beta), kBeta);
     // Up from an empty field starts at today again.
     QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
@@ -301,16 +326,23 @@ TEST_F(PropertyTableTest, RenameAcrossTheFolderRewritesOnlyFrontMatterAndUndoesI
     QAction* rename = find(menu.get(), {"Rename “status”…"});
     ASSERT_NE(rename, nullptr);
     rename->trigger();
+    settle();
     EXPECT_EQ(readAll(alpha), QByteArray(kAlpha).replace("status:", "state:"));
+    settle();
     EXPECT_EQ(readAll(beta), QByteArray(kBeta).replace("status:", "state:"));
+    settle();
     EXPECT_EQ(readAll(gamma), QByteArray(kGamma).replace("status:", "state:"));
     EXPECT_EQ(state->undoStack()->count(), 1);
     EXPECT_EQ(state->undoStack()->undoText(), "Rename status");
     ASSERT_TRUE(waitUntil([&] { return columnOf("state") >= 0; })); // the column follows, colours too
     EXPECT_EQ(PropertyCellDelegate::chipsOf(cell(alpha, "state")).value(0).color, 4);
     state->undoStack()->undo();
+    settle();
+    settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
+    settle();
     EXPECT_EQ(readAll(beta), kBeta);
+    settle();
     EXPECT_EQ(readAll(gamma), kGamma);
     ASSERT_TRUE(waitUntil([&] { return columnOf("status") >= 0; }));
 }
@@ -320,12 +352,14 @@ TEST_F(PropertyTableTest, DeleteAndOptionChangesFromTheHeaderMenu)
     find(headerMenu("done").get(), {"Delete “done”"})->trigger();
     EXPECT_EQ(state->undoStack()->undoText(), "Delete done");
     EXPECT_FALSE(readAll(alpha).contains("done:"));
+    settle();
     EXPECT_EQ(readAll(beta), "---\n# planning\nstatus: done\n---\nBeta\n");
     EXPECT_EQ(columnOf("done"), -1);
 
     find(headerMenu("status", "later").get(), {"Options", "open", "Rename…"})->trigger();
     EXPECT_EQ(state->undoStack()->undoText(), "Rename open");
     EXPECT_TRUE(readAll(alpha).contains("status: later\n"));
+    settle();
     EXPECT_EQ(readAll(gamma), "---\nstatus: later\n---\nGamma, with Windows line ends\r\nbelow\r\n");
     find(headerMenu("status").get(), {"Options", "done", "Color", "Red"})->trigger();
     EXPECT_EQ(state->undoStack()->undoText(), "Color done");
@@ -337,8 +371,12 @@ TEST_F(PropertyTableTest, DeleteAndOptionChangesFromTheHeaderMenu)
     EXPECT_EQ(state->undoStack()->count(), 5);
     while (state->undoStack()->canUndo())
         state->undoStack()->undo();
+        settle();
+    settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
+    settle();
     EXPECT_EQ(readAll(beta), kBeta);
+    settle();
     EXPECT_EQ(readAll(gamma), kGamma);
     EXPECT_EQ(store->columns(folder).optionColors.value("status"), (QMap<QString, int>{{"open", 4}}));
 }
@@ -381,6 +419,7 @@ TEST_F(PropertyTableTest, DamagedColumnsJsonGivesDefaultsAndAMessage)
     // The table still works: a column shown now is saved in a fresh file.
     find(headerMenu("Name").get(), {"status"})->trigger();
     EXPECT_EQ(FileProperties(nullptr, columnsFile()).columns(folder).shown, QStringList{"status"});
+    settle();
     EXPECT_EQ(readAll(tree.path("settings/columns.damaged.json")), "{\"/x\": [1, 2");
 }
 
@@ -425,12 +464,15 @@ TEST_F(PropertyTableTest, TheSortFollowsARenamedPropertyThroughUndoAndRedo)
     EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
 
     state->undoStack()->undo();
+
+    settle();
     ASSERT_TRUE(waitUntil([&] { return columnOf("due") >= 0; }));
     EXPECT_EQ(decoration()->propertySort(), "due");
     EXPECT_EQ(header->sortIndicatorSection(), columnOf("due"));
     EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
     ASSERT_TRUE(waitUntil([&] { return names() == QStringList{"alpha.md", "gamma.md", "beta.md"}; })) << names().join(' ').toStdString();
     state->undoStack()->redo();
+    settle();
     ASSERT_TRUE(waitUntil([&] { return columnOf("deadline") >= 0; }));
     EXPECT_EQ(decoration()->propertySort(), "deadline");
     EXPECT_EQ(header->sortIndicatorSection(), columnOf("deadline"));
