@@ -76,8 +76,9 @@ void traceStartup(MainWindow& window, const QElapsedTimer& sinceStart)
                     rss = line.mid(6).simplified();
         fprintf(stderr, "first rows shown after %lld ms, %d items, resident %s\n", (long long)sinceStart.elapsed(),
                 int(window.state()->activePane()->items().size()), rss.constData());
+        // Ends the event loop without closing the windows, which would ask before closing tabs.
         if (mode == "quit")
-            QTimer::singleShot(200, qApp, &QApplication::quit);
+            QTimer::singleShot(200, qApp, [] { QCoreApplication::exit(0); });
     });
 }
 
