@@ -147,8 +147,9 @@ int run(const Arguments& arguments)
     return change(name, arguments.mid(2), verb == "add" ? FileOperations::TagChange::add : FileOperations::TagChange::remove);
 }
 
-const CliRegistration registration({QStringLiteral("tag"), QStringLiteral("tag add|remove|list NAME PATH... | tag show PATH..."),
-                                    QStringLiteral("add, remove or find a tag; tag show PATH... prints items' tags"), run});
+const CliRegistration registration({QStringLiteral("tag"), QStringLiteral("tag add|remove|list NAME PATH..."),
+                                    QStringLiteral("add, remove or find a tag; tag show PATH... prints items' tags"), run,
+                                    QStringLiteral("       orwick-cli tag show PATH...   prints each item's tags")});
 
 } // namespace
 } // namespace orwick::cli
