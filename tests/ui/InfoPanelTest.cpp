@@ -1,0 +1,88 @@
+// Get Info in a real window: Ctrl+I opens the panel on the cursor's file, a permission box
+// toggled with Space changes the file's mode through one undoable step, and Ctrl+Z restores it.
+
+#include "WindowFixture.h"
+
+#include "ui/panels/AccessEditor.h"
+#include "ui/panels/DiskToolKeys.h"
+#include "ui/panels/InfoPanel.h"
+
+#include <QCheckBox>
+#include <sys/stat.h>
+
+namespace orwick::test {
+namespace {
+
+// The window with its panels drawn, as the program sets it up.
+struct InfoPanelTest : WindowTest {
+    void openWithPanels(const FilePath& folder)
+    {
+        open(folder);
+        DiskToolKeys::follow(*state, window.get());
+    }
+};
+
+unsigned modeOf(const FilePath& path)
+{
+    struct stat st {};
+    ::lstat(path.c_str(), &st);
+    return st.st_mode & 07777;
+}
+
+InfoPanel* infoPanel(QWidget* window) { return window->findChild<InfoPanel*>(); }
+
+TEST_F(InfoPanelTest, CtrlIShowsTheCursorsFileAndAToggledPermissionIsUndone)
+{
+    const FilePath file = tree.file("report.txt", "twelve bytes");
+    ASSERT_EQ(::chmod(file.c_str(), 0644), 0);
+    openWithPanels(tree.root());
+    select(file);
+
+    press(Qt::Key_I, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return infoPanel(window.get()) && infoPanel(window.get())->info().path == file; }));
+    InfoPanel* panel = infoPanel(window.get());
+    EXPECT_EQ(panel->rowText(QStringLiteral("Name")), QStringLiteral("report.txt"));
+    EXPECT_EQ(panel->rowText(QStringLiteral("Size")), QStringLiteral("12 bytes"));
+    EXPECT_EQ(panel->rowText(QStringLiteral("MIME type")), QStringLiteral("text/plain"));
+    EXPECT_EQ(state->panel(), WindowState::Panel::info);
+
+    QCheckBox* groupWrite = panel->accessEditor()->box(1, 1);
+    EXPECT_FALSE(groupWrite->isChecked());
+    groupWrite->setFocus();
+    press(Qt::Key_Space);
+    settle();
+    ASSERT_TRUE(waitUntil([&] { return modeOf(file) == 0664u; })) << modeOf(file);
+    EXPECT_EQ(state->undoStack()->undoText(), QStringLiteral("Change Permissions"));
+    ASSERT_TRUE(waitUntil([&] { return panel->info().access.mode == 0664u; })) << "the panel reads the file again";
+
+    press(Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    ASSERT_TRUE(waitUntil([&] { return modeOf(file) == 0644u; })) << modeOf(file);
+    ASSERT_TRUE(waitUntil([&] { return !groupWrite->isChecked(); })) << "the box follows the undo";
+
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return state->panel() == WindowState::Panel::none; }));
+}
+
+TEST_F(InfoPanelTest, AFolderIsMeasuredAndThePanelFollowsTheCursor)
+{
+    tree.file("box/a", "12345");
+    tree.file("box/inner/b", "123");
+    const FilePath other = tree.file("other.txt", "x");
+    openWithPanels(tree.root());
+    select(tree.path(QStringLiteral("box")));
+
+    press(Qt::Key_I, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return infoPanel(window.get()) != nullptr; }));
+    InfoPanel* panel = infoPanel(window.get());
+    ASSERT_TRUE(waitUntil([&] { return panel->rowText(QStringLiteral("Size")) == QStringLiteral("8 bytes in 3 items"); }))
+        << panel->rowText(QStringLiteral("Size")).toStdString();
+    EXPECT_EQ(panel->rowText(QStringLiteral("Kind")), QStringLiteral("Folder"));
+
+    select(other);
+    ASSERT_TRUE(waitUntil([&] { return panel->info().path == other; }));
+    EXPECT_EQ(panel->rowText(QStringLiteral("Size")), QStringLiteral("1 byte"));
+}
+
+} // namespace
+} // namespace orwick::test
