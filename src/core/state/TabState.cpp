@@ -65,7 +65,8 @@ void TabState::loadPanes()
         if (first->isLoading())
             return;
         disconnect(*once);
-        loadOtherPanes();
+        // A frame later, so that the active pane's rows are painted before the others arrive.
+        QTimer::singleShot(16, this, &TabState::loadOtherPanes);
     });
     // A folder that is slow to read (a dead server) holds the others back no longer than this.
     QTimer::singleShot(300, this, [this, once] {
