@@ -46,8 +46,13 @@ void LinkUpdater::done(LinkUpdateCount count, const Finished& finished)
     Q_EMIT linksUpdated(count);
 }
 
-void LinkUpdater::filesMoved(const QList<FileMove>& moves, QUndoStack* undo, Finished finished)
+void LinkUpdater::filesMoved(const QList<FileMove>& given, QUndoStack* undo, Finished finished)
 {
+    // What comes back from the Trash had no links left pointing at it there.
+    QList<FileMove> moves = given;
+    moves.removeIf([](const FileMove& move) {
+        return move.from.native().contains("/Trash/files/") || move.from.native().contains("/.Trash-");
+    });
     if (moves.isEmpty() || !isEnabled()) {
         done({}, finished);
         return;
