@@ -10,7 +10,7 @@
 BENCH_TMPDIR=${BENCH_TMPDIR:-/var/tmp}
 source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" rename
 perlRename=$(command -v file-rename || command -v rename || true)
-[ -n "$perlRename" ] && "$perlRename" --version 2>&1 | grep -qi perl \
+[ -n "$perlRename" ] && "$perlRename" --version 2>&1 | grep -q "File::Rename" \
   || { echo "Debian's rename (Perl) is needed: apt-get install rename (make bench installs it)" >&2; exit 1; }
 export HOME="$work/home" XDG_DATA_HOME="$work/home/.local/share" XDG_CONFIG_HOME="$work/home/.config"
 mkdir -p "$XDG_DATA_HOME"
