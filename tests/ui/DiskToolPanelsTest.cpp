@@ -63,7 +63,7 @@ TEST_F(DiskToolPanelsTest, DuplicatesPanelListsGroupsAndTicksExtraCopies)
     EXPECT_EQ(panel->geometry(), window->centralWidget()->geometry()) << "the sheet covers the content area";
     ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
     ASSERT_EQ(panel->choice().groups().size(), 1u) << "the 1-byte pair is under the default minimum";
-    EXPECT_TRUE(panel->footer().startsWith("1 groups, "));
+    EXPECT_TRUE(panel->footer().startsWith("1 group, ")) << panel->footer().toStdString();
     panel->tickExtraCopies();
     EXPECT_EQ(panel->choice().toTrash(), std::vector{tree.path(QStringLiteral("a copy.bin"))});
     EXPECT_TRUE(panel->footer().contains(" · 1 ticked"));
