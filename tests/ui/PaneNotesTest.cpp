@@ -1,5 +1,6 @@
 // Notes in a window's pane: the table shows typed property columns, an edit writes the note and
 // the window's undo takes it back, and the folder's filters and a property sort reach the rows.
+#include "fileops/FileOperations.h"
 #include "notes/FileProperties.h"
 #include "state/WindowState.h"
 #include "support/TempHome.h"
@@ -82,12 +83,14 @@ TEST_F(PaneNotesTest, TableShowsTypedPropertiesAndEditsAreOneUndoStep)
     EXPECT_EQ(cell(alpha, "status").data(Qt::DisplayRole).toString(), "open");
 
     QUndoStack* undo = state->undoStack();
+    // The edit is a job of the file operations engine: written in the background, one undo step.
     ASSERT_TRUE(table()->setData(cell(beta, "priority"), "7", Qt::EditRole));
-    EXPECT_EQ(readAll(beta), "---\npriority: 7\nstatus: done\n---\nBeta\n");
+    ASSERT_TRUE(waitUntil([&] { return readAll(beta) == "---\npriority: 7\nstatus: done\n---\nBeta\n"; }));
     ASSERT_TRUE(waitUntil([&] { return cell(beta, "priority").data(Qt::DisplayRole).toString() == "7"; }));
+    ASSERT_TRUE(waitUntil([&] { return FileOperations::shared().isIdle(); }));
     EXPECT_EQ(undo->undoText(), "Set priority");
     undo->undo();
-    EXPECT_EQ(readAll(beta), "---\npriority: 3\nstatus: done\n---\nBeta\n");
+    ASSERT_TRUE(waitUntil([&] { return readAll(beta) == "---\npriority: 3\nstatus: done\n---\nBeta\n"; }));
     ASSERT_TRUE(waitUntil([&] { return cell(beta, "priority").data(Qt::DisplayRole).toString() == "3"; }));
     EXPECT_EQ(readAll(alpha), "---\npriority: 10\nstatus: open\n---\nAlpha\n");
 }

@@ -350,6 +350,7 @@ TEST_F(PropertyTableTest, RenameAcrossTheFolderRewritesOnlyFrontMatterAndUndoesI
 TEST_F(PropertyTableTest, DeleteAndOptionChangesFromTheHeaderMenu)
 {
     find(headerMenu("done").get(), {"Delete “done”"})->trigger();
+    settle();
     EXPECT_EQ(state->undoStack()->undoText(), "Delete done");
     EXPECT_FALSE(readAll(alpha).contains("done:"));
     settle();
@@ -357,21 +358,25 @@ TEST_F(PropertyTableTest, DeleteAndOptionChangesFromTheHeaderMenu)
     EXPECT_EQ(columnOf("done"), -1);
 
     find(headerMenu("status", "later").get(), {"Options", "open", "Rename…"})->trigger();
+    settle();
     EXPECT_EQ(state->undoStack()->undoText(), "Rename open");
     EXPECT_TRUE(readAll(alpha).contains("status: later\n"));
     settle();
     EXPECT_EQ(readAll(gamma), "---\nstatus: later\n---\nGamma, with Windows line ends\r\nbelow\r\n");
     find(headerMenu("status").get(), {"Options", "done", "Color", "Red"})->trigger();
+    settle();
     EXPECT_EQ(state->undoStack()->undoText(), "Color done");
     find(headerMenu("status").get(), {"Options", "done", "Move Up"})->trigger();
     EXPECT_EQ(store->options("status", folder, pane()->unsortedItems()).first(), "done");
     find(headerMenu("tags").get(), {"Options", "x", "Delete"})->trigger();
+    settle();
     EXPECT_EQ(state->undoStack()->undoText(), "Delete x");
     EXPECT_TRUE(readAll(alpha).contains("tags: [y]\n"));
     EXPECT_EQ(state->undoStack()->count(), 5);
-    while (state->undoStack()->canUndo())
+    while (state->undoStack()->canUndo()) {
         state->undoStack()->undo();
         settle();
+    }
     settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
     settle();
@@ -447,12 +452,14 @@ TEST_F(PropertyTableTest, SortingByAPropertyPutsNotesWithoutItLastBothWays)
 TEST_F(PropertyTableTest, TheSortFollowsARenamedPropertyThroughUndoAndRedo)
 {
     ASSERT_TRUE(store->set("due", PropertyValue::ofText("2024-01-02"), {gamma}, state->undoStack()));
+    settle();
     const QStringList byDue{"gamma.md", "alpha.md", "beta.md"};
     QHeaderView* header = view()->header();
     Q_EMIT header->sectionClicked(columnOf("due"));
     ASSERT_TRUE(waitUntil([&] { return names() == byDue; })) << names().join(' ').toStdString();
 
     find(headerMenu("due", "deadline").get(), {"Rename “due”…"})->trigger();
+    settle();
     ASSERT_TRUE(waitUntil([&] { return columnOf("deadline") >= 0; }));
     EXPECT_EQ(decoration()->propertySort(), "deadline");
     EXPECT_EQ(header->sortIndicatorSection(), columnOf("deadline"));

@@ -57,6 +57,9 @@ QString ProgressCard::progressText(const CopyProgress::Snapshot& snapshot)
 
 void ProgressCard::rebuild()
 {
+    // A window on its way out (an open cell editor commits as it closes) gets no new rows.
+    if (window()->testAttribute(Qt::WA_WState_Hidden))
+        return;
     for (const Row& row : m_shown)
         delete row.widget;
     m_shown.clear();

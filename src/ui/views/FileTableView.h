@@ -20,6 +20,8 @@ public:
 
     // Where a checkable cell draws its box (empty for other cells).
     QRect checkBoxRect(const QModelIndex& index) const;
+    // The column the cursor's cell is in; it stays when the rows are read again.
+    int cursorColumn() const { return m_column; }
 
 protected:
     // A click on a checkable cell's box (a checkbox property) toggles it and leaves the

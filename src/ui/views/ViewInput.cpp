@@ -1,6 +1,7 @@
 #include "ui/views/ViewInput.h"
 
 #include "ui/views/FileListModel.h"
+#include "ui/views/FileTableView.h"
 
 #include <QAbstractItemView>
 #include <QAbstractProxyModel>
@@ -47,8 +48,13 @@ void followCursor(QAbstractItemView* view, const QWidget* visibleOwner)
         if (row >= 0 && row < shown->rowCount()) {
             // The view's current row is the pane's cursor, so that nothing of the view's own
             // (a focus frame, what focus-in picks) sits on another row. The table keeps its column.
+            // The table keeps the cursor's column even when its rows were read again.
             const QModelIndex current = view->currentIndex();
-            const QModelIndex target = shown->index(row, current.isValid() ? current.column() : FileListModel::NameColumn);
+            const auto* table = qobject_cast<const FileTableView*>(view);
+            const int column = table ? table->cursorColumn() : current.isValid() ? current.column() : int(FileListModel::NameColumn);
+            QModelIndex target = shown->index(row, column);
+            if (!target.isValid())
+                target = shown->index(row, FileListModel::NameColumn);
             if (view->selectionModel() && current.row() != row)
                 view->selectionModel()->setCurrentIndex(target, QItemSelectionModel::NoUpdate);
             view->scrollTo(shown->index(row, FileListModel::NameColumn), QAbstractItemView::EnsureVisible);
