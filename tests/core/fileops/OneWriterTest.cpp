@@ -65,8 +65,7 @@ QMap<QString, QString> writers(const QString& root)
 
 QString coreSources()
 {
-    // This file lies at tests/core/fileops/ beside src/.
-    return QFileInfo(QStringLiteral(__FILE__)).absoluteDir().absoluteFilePath(QStringLiteral("../../../src/core"));
+    return QStringLiteral(ORWICK_CORE_SOURCE_DIR);
 }
 
 TEST(OneWriter, OnlyTheEngineWritesUsersFiles)
