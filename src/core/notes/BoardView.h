@@ -1,0 +1,45 @@
+#pragma once
+// BoardView: a folder's items as lanes of cards, one lane per option of the folder's `groupBy`
+// property (a select or list property: its options in the folder's order, with their colours)
+// after a "No value" lane for items without one. An item whose list holds several options sits
+// in each of their lanes. Moving a card works out the one value the item gets (movedValue);
+// a card added to a lane starts with that lane's option (newItemValues). A `groupBy` that is
+// missing, gone or of another type gives no lanes but a problem sentence and the keys that
+// could be chosen instead. Pure; safe on any thread.
+
+#include "notes/DatabaseColumns.h"
+
+namespace orwick {
+
+struct BoardLane {
+    std::optional<QString> option; // none: the "No value" lane
+    QString title;
+    std::optional<int> color;      // the option's colour index
+    QList<int> cards;              // indexes into the items, in the items' order
+    bool operator==(const BoardLane&) const = default;
+};
+
+struct BoardView {
+    QString key;
+    PropertyType type = PropertyType::select;
+    QList<BoardLane> lanes;
+    QString problem;      // empty when the board can be drawn
+    QStringList choices;  // the select and list keys a board could group by
+    QStringList shown;    // the properties a card shows besides its title
+
+    static BoardView make(const DatabaseColumns& database, const FileItems& items);
+
+    // The lane index of an option (none: "No value"), or -1.
+    int laneOf(const std::optional<QString>& option) const;
+
+    // The value an item has after its card moves from lane `from` to lane `to`: for a select,
+    // the new lane's option (no value in "No value"); for a list, the old lane's option replaced
+    // by the new one's (kept in place, not doubled, dropped when moved to "No value"). Nothing
+    // changes (std::nullopt outer) when from and to are the same lane.
+    std::optional<std::optional<PropertyValue>> movedValue(const std::optional<PropertyValue>& current, int from,
+                                                           int to) const;
+    // The initial properties of an item made in a lane.
+    PropertyMap newItemValues(int lane) const;
+};
+
+} // namespace orwick
