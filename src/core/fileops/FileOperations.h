@@ -79,6 +79,13 @@ public:
     void copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
               const QList<FilePath>& replacing = {});
     void duplicate(const QList<FilePath>& items, QUndoStack* undo);
+    // Brings two folders into line as one job and one undo step `actionName`: each copy is made
+    // (a folder with all it holds); where its destination exists it is first moved to the Trash,
+    // but only when `replacing` names it — anything else found there is left and the copy
+    // skipped. Then each of `toTrash` goes to the Trash. Items gone meanwhile are skipped and
+    // counted. `finished` gets the copies made and the items trashed.
+    void sync(const QList<Move>& copies, const QList<FilePath>& replacing, const QList<FilePath>& toTrash,
+              const QString& actionName, QUndoStack* undo, Finished finished = {});
     // `finished` gets the items that went to the Trash; the others are still where they were.
     void trash(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo, bool announce = true,
                Finished finished = {});
@@ -91,9 +98,11 @@ public:
     // stack whose window hears of the outcome; `finished` gets the items deleted.
     void emptyTrash(const QList<FilePath>& items, QUndoStack* window, Finished finished = {});
     void rename(const FilePath& item, const QByteArray& newName, QUndoStack* undo);
-    // Several renames at once as one job and one undo step `actionName`, in two phases through
-    // temporary names in each item's folder, so names may swap, go round in cycles or change
-    // only their letter case. An item that fails keeps its old name and the others go on; undo
+    // Several renames at once as one job and one undo step `actionName`, in two phases: an item
+    // whose new name is free takes it at once, the others (new name still held by another item,
+    // or a change of letter case only) wait under temporary names in their folder until the
+    // first phase has freed the names, so names may swap, go round in cycles or change only
+    // their letter case. An item that fails keeps its old name and the others go on; undo
     // covers the renames that were made. `finished` gets the items renamed and, for each that
     // wasn't, the reason in a few words ("It's no longer there").
     using RenamesFinished = std::function<void(const QList<FilePath>& done, const QHash<FilePath, QString>& failed)>;
@@ -155,6 +164,18 @@ public:
     // there is left as it is and still handed to `created`; nothing else is made then.
     void createFile(const FilePath& path, const QByteArray& contents, const QString& actionName, QUndoStack* undo,
                     Created created = {});
+    // Lets another program put files back as they once were (a git discard) with a way back:
+    // each item goes to the Trash first — with `copyBack`, a copy of it comes straight back to
+    // its place for the program to change — then `replace` runs on the worker with the items it
+    // may now change and answers its failure sentences. Whatever stands at an item's place
+    // afterwards is recorded as made, so the one undo step `texts.actionName` moves that to the
+    // Trash and puts the item back. An item that can't go to the Trash is left alone, with
+    // keepFailure(item) as its sentence; an item that isn't there (deleted) goes to `replace` as
+    // it is. `finished` gets the items handed to `replace`.
+    using Replace = std::function<QStringList(const QList<FilePath>& items)>;
+    void keepAndReplace(const QList<FilePath>& items, bool copyBack, const RewriteTexts& texts,
+                        std::function<QString(const FilePath&)> keepFailure, Replace replace, QUndoStack* undo,
+                        Finished finished = {});
     // Items made by other code; undo moves them to the Trash.
     void registerCreated(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo);
 

@@ -63,4 +63,32 @@ QString gitFailureMessage(const GitOutput& result)
     return QStringLiteral("Git stopped with exit status %1.").arg(result.status);
 }
 
+QString tidyGitOutput(QStringView output)
+{
+    QStringList kept;
+    for (QStringView line : output.split(u'\n')) {
+        line = line.trimmed();
+        if (line.isEmpty() || line.startsWith(QLatin1StringView("hint:")))
+            continue;
+        for (const char* prefix : {"error: ", "fatal: "}) {
+            if (line.startsWith(QLatin1StringView(prefix))) {
+                line = line.sliced(qsizetype(strlen(prefix))).trimmed();
+                break;
+            }
+        }
+        if (!line.isEmpty())
+            kept.append(line.toString());
+    }
+    if (kept.isEmpty())
+        return QStringLiteral("git didn't say why.");
+    return kept.join(u'\n');
+}
+
+QString tidyGitOutput(const GitOutput& result)
+{
+    if (result.output.isEmpty())
+        return tidyGitOutput(result.errors);
+    return tidyGitOutput(QString(result.errors + u'\n' + result.output));
+}
+
 } // namespace orwick

@@ -24,4 +24,12 @@ QString tidyGitLine(QStringView line);
 // The sentence for a git run that failed (a non-zero status, or git that could not start).
 QString gitFailureMessage(const GitOutput& result);
 
+// Git's words under an action's failure: every line of `output`, trimmed, without empty lines
+// and "hint:" lines, a leading "error: " or "fatal: " taken off, joined with line feeds; "git
+// didn't say why." when nothing is left.
+QString tidyGitOutput(QStringView output);
+// The same for one run: its standard error, then its standard output (a hook's words may be on
+// either).
+QString tidyGitOutput(const GitOutput& result);
+
 } // namespace orwick

@@ -25,14 +25,27 @@ struct GitOutput {
     int status = 0;   // the exit status; -1 when git could not be started
     QString output;   // standard output only: what callers parse
     QString errors;   // standard error: warnings and complaints; the reason when git could not start
+    QByteArray bytes; // standard output's bytes, when asked for (GitRun::keepBytes)
+};
+
+// How to run git beyond its arguments.
+struct GitRun {
+    QByteArray input;               // written to git's standard input; without it, git reads /dev/null
+    bool literalPathspecs = false;  // GIT_LITERAL_PATHSPECS=1: a path is only ever that path, never a pattern
+    bool keepBytes = false;         // also hand back standard output's bytes (patches, names that aren't UTF-8)
+    const CancelFlag* cancel = nullptr;
 };
 
 // Runs `executable -C root -c core.quotepath=off arguments…` and blocks until it ends. The
 // environment is this process's, with GIT_OPTIONAL_LOCKS=0, GIT_TERMINAL_PROMPT=0,
-// GIT_EDITOR=true and, unless one is set already, a non-interactive GIT_SSH_COMMAND.
+// GIT_EDITOR=true, no password helper (GIT_ASKPASS empty, SSH_ASKPASS_REQUIRE=never,
+// GCM_INTERACTIVE=never) and, unless one is set already, a non-interactive GIT_SSH_COMMAND.
 // When `cancel` is given and gets set, git is stopped; the caller drops the result.
 GitOutput runCapturingErrors(const FilePath& executable, const QStringList& arguments, const FilePath& root,
                              const CancelFlag* cancel = nullptr);
+
+// The same with arguments as bytes (paths that aren't UTF-8 reach git unchanged) and `how`.
+GitOutput runGit(const FilePath& executable, const QList<QByteArray>& arguments, const FilePath& root, const GitRun& how = {});
 
 // The environment git runs with, as "NAME=value" entries (exposed for tests).
 QList<QByteArray> gitEnvironment();

@@ -252,7 +252,7 @@ TEST(GitStatusFaultMessage, GitsLineBecomesASentence)
          "Couldn't start git: No such file or directory."},
     };
     for (const Row& row : rows) {
-        GitOutput result{row.status, QStringLiteral("## main"), QString::fromUtf8(row.errors)};
+        GitOutput result{row.status, QStringLiteral("## main"), QString::fromUtf8(row.errors), {}};
         EXPECT_EQ(gitFailureMessage(result), QString::fromUtf8(row.sentence)) << row.name;
     }
 }
