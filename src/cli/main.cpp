@@ -66,11 +66,12 @@ const CliCommand* find(const QString& name)
     return nullptr;
 }
 
-// The options a command documents: every "--word" in its usage and details.
+// The options a command documents: every "--word" and every one-letter "-m" in its usage and
+// details.
 QSet<QByteArray> documentedOptions(const CliCommand& command)
 {
     QSet<QByteArray> options;
-    static const QRegularExpression option(QStringLiteral("(?<![\\w-])--[a-z][a-z-]*"));
+    static const QRegularExpression option(QStringLiteral("(?<![\\w-])(?:--[a-z][a-z-]*|-[a-zA-Z](?![\\w-]))"));
     for (const QString& text : {command.usage, command.details})
         for (const QRegularExpressionMatch& match : option.globalMatch(text))
             options.insert(match.captured().toLatin1());
