@@ -19,6 +19,7 @@ PaneGitDecoration::PaneGitDecoration(PaneWidget* widget, Git* git) : QObject(wid
     connect(pane, &PaneState::locationChanged, this, &PaneGitDecoration::update);
     connect(git, &Git::statusChanged, this, &PaneGitDecoration::update);
     connect(git, &Git::hidesIgnoredChanged, this, &PaneGitDecoration::update);
+    connect(git, &Git::busyChanged, this, &PaneGitDecoration::update); // "main · Pushing…" while an action runs
     update();
     loadFinished();
 }
@@ -92,7 +93,9 @@ void PaneGitDecoration::update()
     }
 
     // Where the branch would be, a failed read shows git's reason.
-    const QString branch = status ? describe(*status) : isFolder ? m_git->statusFailure(pane->url()) : QString();
+    QString branch = status ? describe(*status) : isFolder ? m_git->statusFailure(pane->url()) : QString();
+    if (const QString busy = status ? m_git->busy().value(status->root) : QString(); !busy.isEmpty())
+        branch += (branch.isEmpty() ? QString() : QStringLiteral(" · ")) + busy;
     m_widget->statusLine()->setTrailingText(branch);
     m_widget->model()->refreshDecorations();
 }

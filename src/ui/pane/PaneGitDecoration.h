@@ -2,7 +2,8 @@
 // Git in one pane: after every load of a folder it asks the shared Git state for a refresh; when
 // the status arrives the rows show their marks and tooltips, ignored items are dimmed (or, with
 // "Hide Git-Ignored Files", dropped through the pane's arrangement), and the status line shows
-// the branch, ahead/behind and a running operation. Nothing here waits for git: rows are shown
+// the branch, ahead/behind, a running operation and the label of a git action under way
+// ("Pushing…"). Nothing here waits for git: rows are shown
 // first and marked when the status comes. Owned by the pane widget.
 
 #include "files/FileItem.h"
