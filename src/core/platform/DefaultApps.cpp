@@ -126,7 +126,7 @@ QStringList applicationsFor(const QString& mimeType)
     return applicationsFor(QStringList{mimeType}, installedApplications());
 }
 
-bool canOpen(const QString& mimeType)
+QStringList applicationsOpening(const QString& mimeType)
 {
     static const QMimeDatabase database;
     const QMimeType type = database.mimeTypeForName(mimeType);
@@ -136,7 +136,11 @@ bool canOpen(const QString& mimeType)
         for (const QString& ancestor : type.allAncestors())
             if (ancestor != QLatin1StringView("application/octet-stream"))
                 candidates << ancestor;
-    return !applicationsFor(candidates, installedApplications()).isEmpty();
+    return applicationsFor(candidates, installedApplications());
 }
+
+QHash<QString, QString> installed() { return installedApplications(); }
+
+bool canOpen(const QString& mimeType) { return !applicationsOpening(mimeType).isEmpty(); }
 
 } // namespace orwick::defaultApps
