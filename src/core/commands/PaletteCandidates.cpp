@@ -1,5 +1,7 @@
 #include "commands/PaletteCandidates.h"
 
+#include <QKeySequence>
+#include <bit>
 #include <cmath>
 
 namespace orwick {
@@ -14,7 +16,15 @@ void PaletteCandidates::setCommands(QList<PaletteCommand> commands)
     m_commands = std::move(commands);
     m_commandTitles = {};
     m_commandTexts = {};
+    m_commandReach.clear();
+    m_commandKeywords = {};
+    m_keywordBegins = {0};
     for (const PaletteCommand& command : std::as_const(m_commands)) {
+        for (QStringView keyword : QStringView(command.keywords).split(u' ', Qt::SkipEmptyParts))
+            m_commandKeywords.append(QLatin1Char(' ') + keyword.toString()); // a word inside a text, not its start
+        m_keywordBegins.push_back(m_commandKeywords.size());
+        const QKeySequence key = QKeySequence::fromString(command.shortcut, QKeySequence::NativeText);
+        m_commandReach.push_back(key.isEmpty() ? kNoKey : std::popcount(uint(key[0].keyboardModifiers().toInt())));
         m_commandTitles.append(command.title);
         m_commandTexts.append(command.keywords.isEmpty() ? command.title
                                                          : command.title + QLatin1Char(' ') + command.keywords);

@@ -6,7 +6,7 @@
 // Bounds: at most the first 500 folders of the frecency ranking and the first 5,000 file
 // candidates are kept. Folders are matched against their abbreviated path ("~/Projects/site");
 // files against their name (they come from the shown folder, so the shared parent would only add
-// noise); commands against their title and, separately, their title with keywords. The name
+// noise); commands against their title, each of their keywords, and their title with keywords. The name
 // index's table (files anywhere under home) is kept as it is: a query pre-checks its names and
 // scores at most 5,000 of them (NameQuery.h).
 
@@ -73,6 +73,14 @@ public:
     const QList<PaletteCommand>& commands() const { return m_commands; }
     const FuzzyCandidateList& commandTitles() const { return m_commandTitles; }
     const FuzzyCandidateList& commandTexts() const { return m_commandTexts; }
+    // Each command's keywords one by one, as words inside a text (none gets the bonus of the
+    // text's first character): keywords [keywordBegin(i), keywordBegin(i + 1)) of commandKeywords().
+    const FuzzyCandidateList& commandKeywords() const { return m_commandKeywords; }
+    qsizetype keywordBegin(qsizetype command) const { return m_keywordBegins[size_t(command)]; }
+    // How handy a command's key is: its modifier count (0 for a bare key such as F2), or
+    // kNoKey when it has none. Commands that match equally well rank by it (PaletteRanking.h).
+    int commandReach(qsizetype index) const { return m_commandReach[size_t(index)]; }
+    static constexpr int kNoKey = 8;
     const PreparedFolders& folders() const { return m_folders; }
     const std::vector<FilePath>& files() const { return m_files; }
     const FuzzyCandidateList& fileNames() const { return m_fileNames; }
@@ -83,6 +91,9 @@ private:
     QList<PaletteCommand> m_commands;
     FuzzyCandidateList m_commandTitles;
     FuzzyCandidateList m_commandTexts;
+    std::vector<int> m_commandReach;
+    FuzzyCandidateList m_commandKeywords;
+    std::vector<qsizetype> m_keywordBegins{0};
     PreparedFolders m_folders;
     std::vector<FilePath> m_files;
     FuzzyCandidateList m_fileNames;

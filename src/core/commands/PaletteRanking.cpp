@@ -3,6 +3,7 @@
 #include "search/NameQuery.h"
 
 #include <algorithm>
+#include <climits>
 
 namespace orwick::PaletteRanking {
 namespace {
@@ -52,6 +53,84 @@ std::vector<Scored> bestFolders(const FuzzyQuery& query, const PreparedFolders& 
         const auto score = FuzzyMatch::score(query, folders.text(i));
         return score ? std::optional<int>(*score + folders[i].bonus) : std::nullopt;
     });
+}
+
+// Whether `title` (folded) is `typed` (folded, blanks dropped) but for the title's blanks.
+bool typedWhole(const FuzzyCandidate& title, QStringView typed)
+{
+    qsizetype at = 0;
+    for (int i = 0; i < title.size; ++i) {
+        if (title.chars[i] == u' ')
+            continue;
+        if (at == typed.size() || typed[at] != QChar(title.chars[i]))
+            return false;
+        ++at;
+    }
+    return at == typed.size();
+}
+
+// Commands in palette order: enabled first (a dimmed row can't run, so it never stands before one
+// that can); then those whose title or one keyword matches before those matched only across the
+// title and keywords together (letters scattered over a keyword list say little); then by the
+// letters' match (the score without the length penalty), a title typed whole, a match in the
+// title over one in a keyword, the handiness of the key, the score itself, and catalogue order.
+std::vector<Scored> bestCommands(const FuzzyQuery& query, const PaletteCandidates& candidates)
+{
+    const QList<PaletteCommand>& commands = candidates.commands();
+    const FuzzyCandidateList& titles = candidates.commandTitles();
+    const FuzzyCandidateList& texts = candidates.commandTexts();
+    const FuzzyCandidateList& keywords = candidates.commandKeywords();
+    const QString typed = QString::fromStdU16String(query.chars());
+    struct Hit {
+        Scored scored;
+        bool scattered; // matched only across the whole text
+        int letters;    // the score before the length penalty
+        bool exact;     // the title, folded and without blanks, is the query
+        bool byTitle;   // the title matched as well as a keyword did
+    };
+    std::vector<Hit> hits;
+    for (qsizetype i = 0; i < titles.size(); ++i) {
+        int score = INT_MIN, letters = INT_MIN;
+        const auto consider = [&](const FuzzyCandidate& candidate) {
+            if (const auto s = FuzzyMatch::score(query, candidate)) {
+                score = std::max(score, *s);
+                letters = std::max(letters, *s + candidate.length);
+            }
+        };
+        const FuzzyCandidate title = titles[i];
+        consider(title);
+        const int titleLetters = letters;
+        for (qsizetype k = candidates.keywordBegin(i); k < candidates.keywordBegin(i + 1); ++k)
+            consider(keywords[k]);
+        const bool scattered = score == INT_MIN;
+        if (scattered)
+            consider(texts[i]);
+        if (score == INT_MIN)
+            continue;
+        hits.push_back({{score, i}, scattered, letters, typedWhole(title, typed), !scattered && titleLetters == letters});
+    }
+    std::stable_sort(hits.begin(), hits.end(), [&](const Hit& a, const Hit& b) {
+        const bool aOn = commands[a.scored.index].isEnabled, bOn = commands[b.scored.index].isEnabled;
+        if (aOn != bOn)
+            return aOn;
+        if (a.scattered != b.scattered)
+            return !a.scattered;
+        if (a.letters != b.letters)
+            return a.letters > b.letters;
+        if (a.exact != b.exact)
+            return a.exact;
+        if (a.byTitle != b.byTitle)
+            return a.byTitle;
+        const int aReach = candidates.commandReach(a.scored.index), bReach = candidates.commandReach(b.scored.index);
+        if (aReach != bReach)
+            return aReach < bReach;
+        return a.scored.score > b.scored.score;
+    });
+    std::vector<Scored> ordered;
+    ordered.reserve(hits.size());
+    for (const Hit& hit : hits)
+        ordered.push_back(hit.scored);
+    return ordered;
 }
 
 struct RankedSection {
@@ -109,21 +188,9 @@ QList<PaletteSection> rank(const FuzzyQuery& query, const PaletteCandidates& can
         ranked.push_back(std::move(section));
     }
 
-    const FuzzyCandidateList& titles = candidates.commandTitles();
-    const FuzzyCandidateList& texts = candidates.commandTexts();
-    const auto commandHits = best(titles.size(), titles.size(), [&](qsizetype i) {
-        const auto title = FuzzyMatch::score(query, titles[i]);
-        const auto text = FuzzyMatch::score(query, texts[i]);
-        if (!title || !text)
-            return title ? title : text;
-        return std::optional<int>(std::max(*title, *text));
-    });
+    const auto commandHits = bestCommands(query, candidates);
     if (!commandHits.empty()) {
-        // Enabled commands first: a dimmed row can't run, so it never stands before one that can.
-        std::vector<Scored> ordered = commandHits;
-        std::stable_partition(ordered.begin(), ordered.end(),
-                              [&](const Scored& s) { return commands[s.index].isEnabled; });
-        ordered.resize(std::min(ordered.size(), size_t(kCommandRows)));
+        std::vector<Scored> ordered(commandHits.begin(), commandHits.begin() + std::min(commandHits.size(), size_t(kCommandRows)));
         RankedSection section{{QStringLiteral("Commands"), {}}, ordered.front().score, 2};
         for (const Scored& s : ordered)
             section.section.items.append(commandItem(commands[s.index]));

@@ -8,9 +8,16 @@
 // - Folders: score against the abbreviated path plus the frecency bonus; best first, at most
 //   kFolderRows, under "Folders".
 // - Files: score against the name; best first, at most kFileRows, under "Files".
-// - Commands: the better score of the title alone and of the title with keywords (the title
-//   alone wins over a longer text that matches the same way); best first, at most kCommandRows,
-//   under "Commands". Disabled commands are kept, marked not enabled, after the enabled ones.
+// - Commands: the best score of the title and of each keyword on its own (a keyword as a word
+//   inside a text: it never earns the bonus of a text's first character); a command matched only
+//   across its title and keywords together (letters scattered over the keyword list) comes after
+//   those. At most kCommandRows, under "Commands". Disabled commands are kept, marked not
+//   enabled, after the enabled ones. Commands whose letters match equally well (the same score
+//   before the length penalty: "tras" in "Move to Trash", "Empty Trash…" and "Open Trash") come
+//   with a title typed whole first, then those matched in their title, then in the order of
+//   how handy their key is — fewer
+//   modifiers first, no key last — since the everyday commands hold the handiest keys; then the
+//   shorter first.
 // - Ties keep the candidates' own order (frecency order, the folder's order, catalogue order).
 // - Sections come in the order of their best row's score, so the strongest match is the first
 //   row whatever its kind; on equal scores Folders come before Files before Commands.

@@ -1,0 +1,72 @@
+// The palette's command rows over the real catalogue, in a window with a file selected: the
+// everyday command comes first among those that match equally well.
+#include "commands/CommandCatalog.h"
+#include "commands/PaletteRanking.h"
+#include "state/WindowState.h"
+#include "support/TempHome.h"
+#include "support/TestMain.h"
+
+#include <gtest/gtest.h>
+
+using namespace orwick;
+
+namespace {
+struct CatalogRanking : ::testing::Test {
+    test::TempTree tree;
+    ViewPreferences preferences;
+    std::unique_ptr<WindowState> window;
+    void SetUp() override
+    {
+        tree.file("report.txt");
+        window = std::make_unique<WindowState>(tree.root(), &preferences);
+        ASSERT_TRUE(test::waitUntil([&] { return window->activePane()->row(tree.path("report.txt")) >= 0; }));
+        window->activePane()->click(tree.path("report.txt"), Qt::NoModifier);
+    }
+    // The command rows for `query`, as the palette builds them from the catalogue.
+    QStringList commandRows(QStringView query)
+    {
+        QList<PaletteCommand> commands;
+        for (const AppCommand& command : CommandCatalog::all(*window))
+            commands.append({command.id, command.title, command.keywords, command.symbol, command.shortcutText(),
+                             command.disabledNote, command.enabledIn(*window)});
+        QStringList ids;
+        for (const PaletteSection& section : PaletteRanking::rank(query, commands, {}, {}))
+            if (section.heading == QLatin1StringView("Commands"))
+                for (const PaletteItem& item : section.items)
+                    ids.append(item.commandId);
+        return ids;
+    }
+};
+} // namespace
+
+TEST_F(CatalogRanking, TrasRanksMoveToTrashFirst)
+{
+    const QStringList rows = commandRows(u"tras");
+    ASSERT_GE(rows.size(), 3);
+    EXPECT_EQ(rows.first(), "trash") << rows.join(u' ').toStdString();
+    // Open Trash and Empty Trash… match the same letters; they follow, the one with a key first.
+    EXPECT_LT(rows.indexOf("emptyTrash"), rows.indexOf("trashFolder"));
+    EXPECT_EQ(commandRows(u"trash").first(), "trash");
+}
+
+TEST_F(CatalogRanking, AnExactTitleStillBeatsItsLongerNamesakes)
+{
+    EXPECT_EQ(commandRows(u"copy").first(), "copy") << "before Copy Path, Copy to…";
+    EXPECT_EQ(commandRows(u"duplicate").first(), "duplicate") << "before Copy to…, whose keyword it is";
+    EXPECT_EQ(commandRows(u"select all").first(), "selectAll");
+    EXPECT_EQ(commandRows(u"rename").first(), "rename");
+    EXPECT_EQ(commandRows(u"new folder").first(), "newFolder");
+    EXPECT_EQ(commandRows(u"delete").first(), "trash") << "a keyword typed whole beats letters scattered over a title";
+}
+
+TEST_F(CatalogRanking, DisabledCommandsComeAfterTheEnabledOnes)
+{
+    const QStringList rows = commandRows(u"resume");
+    ASSERT_FALSE(rows.isEmpty());
+    bool seenDisabled = false;
+    for (const QString& id : rows) {
+        const bool on = CommandCatalog::find(id) && CommandCatalog::find(id)->enabledIn(*window);
+        EXPECT_FALSE(seenDisabled && on) << id.toStdString() << " is enabled but follows a dimmed row";
+        seenDisabled = seenDisabled || !on;
+    }
+}
