@@ -618,6 +618,30 @@ void PaneState::invertSelection()
 
 void PaneState::clearSelection() { setSelectionTo({}, m_cursor, m_anchor); }
 
+int PaneState::markMatching(const NamePattern& pattern, Mark mark)
+{
+    QSet<FilePath> selection = m_selection;
+    std::optional<FilePath> first;
+    int taken = 0;
+    for (const FileItem& entry : m_items) {
+        if (!pattern.matches(entry.name))
+            continue;
+        ++taken;
+        if (!first)
+            first = entry.url;
+        if (mark == Mark::select)
+            selection.insert(entry.url);
+        else
+            selection.remove(entry.url);
+    }
+    // Selecting brings the cursor to the first item taken when it stood on none of the selection.
+    std::optional<FilePath> cursor = m_cursor;
+    if (mark == Mark::select && first && !(cursor && selection.contains(*cursor)))
+        cursor = first;
+    setSelectionTo(std::move(selection), cursor, m_anchor);
+    return taken;
+}
+
 void PaneState::click(const FilePath& url, Qt::KeyboardModifiers modifiers)
 {
     const int clicked = row(url);

@@ -21,6 +21,7 @@
 #include "files/Arrangement.h"
 #include "files/DirectoryLoader.h"
 #include "files/Listing.h"
+#include "files/NamePattern.h"
 #include "state/ViewPreferences.h"
 
 #include <QElapsedTimer>
@@ -111,6 +112,11 @@ public:
     void selectAll();
     void invertSelection();
     void clearSelection();
+    // Select by Pattern (or, with Mark::deselect, Deselect by Pattern): the shown items whose
+    // names `pattern` takes join (or leave) the selection; the rest stays as it was. Returns how
+    // many shown items the pattern takes.
+    enum class Mark { select, deselect };
+    int markMatching(const NamePattern& pattern, Mark mark);
     void click(const FilePath& url, Qt::KeyboardModifiers modifiers);
     void moveCursor(int by, bool extend);
     void moveCursorToEnd(bool last, bool extend);
