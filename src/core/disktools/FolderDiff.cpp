@@ -1,0 +1,215 @@
+#include "disktools/FolderDiff.h"
+
+#include "disktools/FolderDiffWalk.h"
+#include "disktools/WalkPool.h"
+
+#include <QHash>
+#include <QSet>
+#include <cstdlib>
+#include <thread>
+
+namespace orwick::FolderDiff {
+
+namespace {
+
+using Kind = SideItem::Kind;
+
+QByteArray parentOf(const QByteArray& path)
+{
+    const qsizetype slash = path.lastIndexOf('/');
+    return slash < 0 ? QByteArray() : path.left(slash);
+}
+
+// Builds the entries from two sorted sides; byte comparisons are queued, not run.
+class Merger {
+public:
+    struct Pending {
+        size_t entry;
+        const SideItem* left;
+        const SideItem* right;
+    };
+
+    Merger(const Side& left, const Side& right) : m_left(left), m_right(right) {}
+
+    void run(const CancelFlag& cancel)
+    {
+        size_t l = 0, r = 0;
+        const auto& a = m_left.items;
+        const auto& b = m_right.items;
+        while ((l < a.size() || r < b.size()) && !cancel.isCancelled()) {
+            if (r >= b.size() || (l < a.size() && a[l].path < b[r].path))
+                oneSided(a[l++], Status::onlyLeft);
+            else if (l >= a.size() || b[r].path < a[l].path)
+                oneSided(b[r++], Status::onlyRight);
+            else
+                pair(a[l++], b[r++]);
+        }
+    }
+
+    std::vector<Entry> entries;
+    std::vector<Pending> pending;
+
+private:
+    // True (and counted) when `item` lies in a folder already listed whole, or left out.
+    bool folded(const SideItem& item)
+    {
+        const QByteArray parent = parentOf(item.path);
+        if (parent.isEmpty())
+            return false;
+        if (m_skipped.contains(parent)) {
+            if (item.kind == Kind::folder)
+                m_skipped.insert(item.path);
+            return true;
+        }
+        const auto holder = m_foldedInto.constFind(parent);
+        if (holder == m_foldedInto.cend())
+            return false;
+        if (item.kind == Kind::folder)
+            m_foldedInto.insert(item.path, *holder);
+        else
+            ++entries[*holder].files;
+        return true;
+    }
+
+    void oneSided(const SideItem& item, Status status)
+    {
+        if (folded(item))
+            return;
+        if (item.unreadable) {
+            m_skipped.insert(item.path);
+            return;
+        }
+        Entry entry;
+        entry.path = item.path;
+        entry.status = status;
+        entry.isFolder = item.kind == Kind::folder;
+        if (!entry.isFolder)
+            (status == Status::onlyLeft ? entry.leftSize : entry.rightSize) = item.size;
+        if (entry.isFolder)
+            m_foldedInto.insert(item.path, entries.size());
+        entries.push_back(std::move(entry));
+    }
+
+    void pair(const SideItem& left, const SideItem& right)
+    {
+        // A path whose folder is only on one side can't be on both, so only the skip list applies.
+        if (folded(left))
+            return;
+        if (left.unreadable || right.unreadable) {
+            m_skipped.insert(left.path);
+            return;
+        }
+        if (left.kind == Kind::folder && right.kind == Kind::folder)
+            return; // a folder pair is not a difference; what it holds is compared
+        Entry entry;
+        entry.path = left.path;
+        entry.isFolder = left.kind == Kind::folder;
+        if (left.kind != Kind::folder)
+            entry.leftSize = left.size;
+        if (right.kind != Kind::folder)
+            entry.rightSize = right.size;
+        if (left.kind != right.kind) {
+            entry.status = Status::changed;
+            // The one folder of the pair is listed in this entry, with what it holds.
+            m_foldedInto.insert(left.path, entries.size());
+        } else if (left.kind == Kind::link) {
+            entry.status = left.linkTarget == right.linkTarget ? Status::same : Status::changed;
+        } else if (left.size != right.size) {
+            entry.status = Status::changed;
+        } else if (left.kind != Kind::file) {
+            entry.status = Status::same; // devices, sockets, pipes: not read
+        } else if (left.size > kLargestRead) {
+            entry.status = left.modifiedNs == right.modifiedNs ? Status::same : Status::changed;
+        } else {
+            entry.status = Status::same;
+            pending.push_back({entries.size(), &left, &right});
+        }
+        entries.push_back(std::move(entry));
+    }
+
+    const Side& m_left;
+    const Side& m_right;
+    QHash<QByteArray, size_t> m_foldedInto; // one-sided folders → the entry that lists them
+    QSet<QByteArray> m_skipped;             // unreadable folders and what lies in them
+};
+
+} // namespace
+
+QString rawValue(Status status)
+{
+    switch (status) {
+    case Status::onlyLeft: return QStringLiteral("onlyLeft");
+    case Status::onlyRight: return QStringLiteral("onlyRight");
+    case Status::changed: return QStringLiteral("changed");
+    case Status::same: return QStringLiteral("same");
+    }
+    return {};
+}
+
+qint64 Result::count(Status status) const
+{
+    return std::count_if(entries.begin(), entries.end(), [status](const Entry& e) { return e.status == status; });
+}
+
+bool Result::hasDifferences() const
+{
+    return std::any_of(entries.begin(), entries.end(), [](const Entry& e) { return e.status != Status::same; });
+}
+
+std::optional<QString> problemWith(const FilePath& left, const FilePath& right)
+{
+    auto real = [](const FilePath& path) {
+        char* resolved = realpath(path.c_str(), nullptr);
+        if (!resolved)
+            return path;
+        FilePath result = FilePath::fromNative(resolved);
+        free(resolved);
+        return result;
+    };
+    const FilePath a = real(left);
+    const FilePath b = real(right);
+    if (a == b)
+        return QStringLiteral("These are the same folder: there is nothing to compare.");
+    if (a.contains(b) || b.contains(a))
+        return QStringLiteral("One folder is inside the other: compare two separate folders.");
+    return std::nullopt;
+}
+
+Result compare(const FilePath& left, const FilePath& right, qint64 limit, const CancelFlag& cancel)
+{
+    Result result;
+    if (problemWith(left, right))
+        return result;
+    // Both sides at once: each walk is mostly waiting on the kernel.
+    Side leftSide;
+    std::thread other([&] { leftSide = walkSide(left, limit, cancel); });
+    Side rightSide = walkSide(right, limit, cancel);
+    other.join();
+    result.isPartial = leftSide.isPartial || rightSide.isPartial;
+
+    Merger merger(leftSide, rightSide);
+    merger.run(cancel);
+    // The byte comparisons, shared among the cores.
+    if (!merger.pending.empty()) {
+        WalkPool pool;
+        const int workers = pool.workerCount();
+        for (int w = 0; w < workers; ++w) {
+            pool.post([&, w](int) {
+                for (size_t i = size_t(w); i < merger.pending.size(); i += size_t(workers)) {
+                    if (cancel.isCancelled())
+                        return;
+                    const auto& job = merger.pending[i];
+                    const QByteArray& path = job.left->path;
+                    if (!sameBytes(leftSide.root.child(QByteArrayView(path)), *job.left,
+                                   rightSide.root.child(QByteArrayView(path)), *job.right, cancel))
+                        merger.entries[job.entry].status = Status::changed;
+                }
+            });
+        }
+        pool.wait();
+    }
+    result.entries = std::move(merger.entries);
+    return result;
+}
+
+} // namespace orwick::FolderDiff
