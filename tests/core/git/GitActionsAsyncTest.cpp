@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QTimer>
 #include <QUndoStack>
 
 namespace orwick {
@@ -66,6 +67,19 @@ TEST_F(GitActionsAsyncTest, AnActionShowsItsBusyLabelThenRefreshesTheStatus)
     const GitOutcome pushed = wait([&](auto done) { actions.push(repo.root(), nullptr, done); });
     EXPECT_EQ(pushed.message, t::noRemote());
     EXPECT_EQ(labels, (QStringList{"Pushing…", ""}));
+}
+
+TEST_F(GitActionsAsyncTest, AnIndexLockOfAnotherProgramIsWaitedForAndTheActionRunsOnceItGoes)
+{
+    repo.write("a.txt", "a");
+    repo.commitAll("base");
+    const FilePath file = repo.write("a.txt", "changed");
+    const FilePath lock = repo.write(".git/index.lock", "");
+    QTimer::singleShot(400, [lock] { QFile::remove(lock.text()); }); // the other program ends
+    const GitOutcome staged = wait([&](auto done) { actions.stage(repo.root(), {file}, nullptr, done); });
+    ASSERT_TRUE(staged) << staged.text().toStdString();
+    EXPECT_EQ(labels, (QStringList{"Staging…", "Waiting for another git program…", ""}));
+    EXPECT_EQ(stagedNames(), QByteArray("a.txt\0", 6));
 }
 
 TEST_F(GitActionsAsyncTest, ReadsAnswerInTheBackgroundAndNotACallerThatWentAway)
