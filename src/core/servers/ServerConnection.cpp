@@ -183,7 +183,13 @@ void ServerConnection::endProcess()
     if (process->state() != QProcess::NotRunning) {
         process->closeWriteChannel();
         process->kill();
-        // Reaped when it ends, even after this object is gone; nothing waits for it here.
+        // A killed helper ends at once, unless the kernel holds it; then it is reaped when it
+        // ends, even after this object is gone, and nothing waits for it longer. (Deleted later
+        // or with this object: this may run inside one of the process's own signals.)
+        if (process->waitForFinished(100)) {
+            process->deleteLater();
+            return;
+        }
         process->setParent(nullptr);
         connect(process, &QProcess::finished, process, &QObject::deleteLater);
     } else {
