@@ -62,7 +62,7 @@ int status(const Arguments& arguments)
         text += changeName(file.change).toLatin1();
         text += file.isStaged ? "\tstaged" : "\t-";
         text += file.hasUnstaged ? "\tunstaged\t" : "\t-\t";
-        text += file.path.toUtf8();
+        text += file.nativePath.isEmpty() ? file.path.toUtf8() : file.nativePath; // the name as on disk
         text += '\n';
     }
     text += summary(*status);

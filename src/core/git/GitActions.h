@@ -12,6 +12,9 @@
 // Discarding changes goes through FileOperations: each file goes to the Trash first and the whole
 // discard is one undo step on `undo` that puts the files back (FileOperations::keepAndReplace).
 //
+// `root` is the repository's root (Git::root); a file of a status is RepoStatus::pathOf(file), so a
+// name that isn't UTF-8 reaches git as it is.
+//
 // A GitActions is a handle on the shared Git (which must outlive the work it starts); make one
 // wherever an action is needed. All members must be called on the interface thread.
 

@@ -63,7 +63,7 @@ std::vector<char*> pointers(QList<QByteArray>& strings)
 
 GitOutput launchFailure(int error)
 {
-    return {-1, {}, QStringLiteral("couldn't start git: ") + QString::fromLocal8Bit(strerror(error))};
+    return {-1, {}, QStringLiteral("couldn't start git: ") + QString::fromLocal8Bit(strerror(error)), {}};
 }
 
 struct Captured {
@@ -217,10 +217,9 @@ GitOutput runGit(const FilePath& executable, const QList<QByteArray>& arguments,
     }
     // Like a process's termination status: the exit code, or the signal that ended it.
     const int status = WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : WIFSIGNALED(waitStatus) ? WTERMSIG(waitStatus) : -1;
-    GitOutput result{status, QString::fromUtf8(captured.output), QString::fromUtf8(captured.errors), {}};
     if (how.keepBytes)
-        result.bytes = captured.output;
-    return result;
+        return {status, {}, QString::fromUtf8(captured.errors), captured.output};
+    return {status, QString::fromUtf8(captured.output), QString::fromUtf8(captured.errors), {}};
 }
 
 } // namespace orwick

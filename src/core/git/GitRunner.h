@@ -25,14 +25,14 @@ struct GitOutput {
     int status = 0;   // the exit status; -1 when git could not be started
     QString output;   // standard output only: what callers parse
     QString errors;   // standard error: warnings and complaints; the reason when git could not start
-    QByteArray bytes; // standard output's bytes, when asked for (GitRun::keepBytes)
+    QByteArray bytes; // standard output's bytes instead of `output`, when asked for (GitRun::keepBytes)
 };
 
 // How to run git beyond its arguments.
 struct GitRun {
     QByteArray input;               // written to git's standard input; without it, git reads /dev/null
     bool literalPathspecs = false;  // GIT_LITERAL_PATHSPECS=1: a path is only ever that path, never a pattern
-    bool keepBytes = false;         // also hand back standard output's bytes (patches, names that aren't UTF-8)
+    bool keepBytes = false;         // hand back standard output's bytes, not text (patches, names that aren't UTF-8)
     const CancelFlag* cancel = nullptr;
 };
 

@@ -101,7 +101,14 @@ Change changeOf(QChar x, QChar y)
 
 } // namespace
 
-RepoStatus parseStatus(const QString& output, const FilePath& root)
+RepoStatus parseStatus(const QString& output, const FilePath& root) { return parseStatus(output.toUtf8(), root); }
+
+FilePath RepoStatus::pathOf(const File& file) const
+{
+    return root.child(QByteArrayView(file.nativePath.isEmpty() ? file.path.toUtf8() : file.nativePath));
+}
+
+RepoStatus parseStatus(const QByteArray& output, const FilePath& root)
 {
     RepoStatus status;
     status.root = root;
@@ -109,13 +116,23 @@ RepoStatus parseStatus(const QString& output, const FilePath& root)
     auto ignored = std::make_shared<QSet<FilePath>>();
     const QByteArray prefix = root.isRoot() ? root.native() : root.native() + '/';
     const qsizetype rootLength = root.native().size();
-    const auto absolute = [&](QStringView relative) { return FilePath::fromNative(prefix + relative.toUtf8()); };
 
-    const QList<QStringView> records = QStringView(output).split(QChar(u'\0'), Qt::SkipEmptyParts);
+    const QList<QByteArrayView> records = [&] {
+        QList<QByteArrayView> list;
+        for (qsizetype start = 0; start < output.size();) {
+            qsizetype end = output.indexOf('\0', start);
+            if (end < 0)
+                end = output.size();
+            if (end > start)
+                list.append(QByteArrayView(output.constData() + start, end - start));
+            start = end + 1;
+        }
+        return list;
+    }();
     for (qsizetype i = 0; i < records.size(); ++i) {
-        const QStringView record = records[i];
-        if (record.startsWith(QLatin1StringView("## "))) {
-            const BranchLine branch = parseBranch(record.toString());
+        const QByteArrayView record = records[i];
+        if (record.startsWith("## ")) {
+            const BranchLine branch = parseBranch(QString::fromUtf8(record));
             status.branch = branch.branch;
             status.ahead = branch.ahead;
             status.behind = branch.behind;
@@ -123,12 +140,12 @@ RepoStatus parseStatus(const QString& output, const FilePath& root)
         }
         if (record.size() < 4)
             continue;
-        const QChar x = record[0];
-        const QChar y = record[1];
-        const QStringView path = record.sliced(3);
+        const QChar x = QLatin1Char(record[0]);
+        const QChar y = QLatin1Char(record[1]);
+        const QByteArrayView path = record.sliced(3);
         if (x == u'R' || x == u'C')
             ++i; // the source of the rename or copy
-        const FilePath file = absolute(path);
+        const FilePath file = FilePath::fromNative(QByteArray(prefix).append(path));
         if (!root.isAncestorOf(file))
             continue; // git names paths below the root; a mark never goes above it
         if (x == u'!' && y == u'!') {
@@ -136,7 +153,7 @@ RepoStatus parseStatus(const QString& output, const FilePath& root)
             continue;
         }
         const Change change = changeOf(x, y);
-        status.files.append({path.toString(), change, x != u' ' && x != u'?', y != u' '});
+        status.files.append({QString::fromUtf8(path), change, x != u' ' && x != u'?', y != u' ', path.toByteArray()});
         status.changedPaths.insert(file, change);
         // A folder already recorded has all its ancestors recorded too.
         for (FilePath folder = file.parent(); folder.native().size() > rootLength; folder = folder.parent()) {

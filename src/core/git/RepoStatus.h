@@ -44,6 +44,7 @@ struct RepoStatus {
         Change change = Change::modified;
         bool isStaged = false;
         bool hasUnstaged = false;
+        QByteArray nativePath = {}; // the same path byte for byte (a name need not be UTF-8); see pathOf()
         bool operator==(const File&) const = default;
     };
 
@@ -58,6 +59,9 @@ struct RepoStatus {
     IgnoredPaths ignored;
 
     bool operator==(const RepoStatus&) const = default;
+
+    // The file's absolute path, its bytes as on disk: what actions on the file take.
+    FilePath pathOf(const File& file) const;
 };
 
 struct BranchLine {
@@ -70,7 +74,9 @@ struct BranchLine {
 BranchLine parseBranch(const QString& line);
 
 // Reads the NUL-separated porcelain v1 records of `git status -z -b --ignored` for the repository
-// at `root`. Leaves `operation` unset.
+// at `root`. Leaves `operation` unset. From git's bytes, a path that isn't UTF-8 keeps its bytes
+// (changedPaths, ignored paths, File::nativePath); the text form decodes them first.
+RepoStatus parseStatus(const QByteArray& output, const FilePath& root);
 RepoStatus parseStatus(const QString& output, const FilePath& root);
 
 // The path of the repository's git folder: `root/.git`, or where a `.git` file (worktree,
