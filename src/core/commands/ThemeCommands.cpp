@@ -36,8 +36,10 @@ QList<AppCommand> family(ThemeStore& store)
     ThemeStore* themes = &store; // the shared store outlives every command
     for (const ThemeDefinition& theme : store.themes()) {
         const QString name = theme.name;
-        list.append(command(kThemePrefix + name, QStringLiteral("Theme: ") + name, "paintpalette", QStringLiteral("appearance colors look"),
-                            [themes, name](WindowState&) { themes->setSelectedName(name); }));
+        AppCommand choose = command(kThemePrefix + name, QStringLiteral("Theme: ") + name, "", QStringLiteral("appearance colors look"),
+                                    [themes, name](WindowState&) { themes->setSelectedName(name); });
+        choose.symbol = kThemePrefix + name; // drawn as a swatch of the theme's colours
+        list.append(choose);
     }
     for (const Mode& m : kModes) {
         const AppearanceMode mode = m.mode;

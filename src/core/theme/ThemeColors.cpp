@@ -55,10 +55,16 @@ const QStringList& category()
     return keys;
 }
 
+const QStringList& tag()
+{
+    static const QStringList keys{"tag.gray", "tag.green", "tag.purple", "tag.blue", "tag.yellow", "tag.red", "tag.orange"};
+    return keys;
+}
+
 bool isKnown(const QString& key)
 {
     return base().contains(key) || derived().contains(key) || syntax().contains(key) || status().contains(key)
-        || category().contains(key);
+        || category().contains(key) || tag().contains(key);
 }
 
 } // namespace themekeys

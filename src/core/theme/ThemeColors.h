@@ -4,7 +4,8 @@
 //
 // Keys: the seven base keys every theme gives; the derived keys, computed from the base ones
 // unless a theme sets them; the syntax colours of the text preview; the status colours (git
-// marks, notes, failures); the file-category tints ("category.image"…) of icons and the treemap.
+// marks, notes, failures); the file-category tints ("category.image"…) of icons and the treemap;
+// the colour tags' dots ("tag.red"…).
 
 #include <QColor>
 #include <QMap>
@@ -25,6 +26,9 @@ const QStringList& derived();  // hover, pressed, selection, selectionUnfocused,
 const QStringList& syntax();   // keyword, string, comment, number, type, function, property, attribute
 const QStringList& status();   // warning, positive, negative, informative
 const QStringList& category(); // "category." + each FileCategory's name
+// "tag.gray", "tag.green", "tag.purple", "tag.blue", "tag.yellow", "tag.red", "tag.orange": in
+// the order of the colour tags' indices 1–7 (FinderTag.h), so tag()[index - 1] is a tag's key.
+const QStringList& tag();
 bool isKnown(const QString& key);
 } // namespace themekeys
 

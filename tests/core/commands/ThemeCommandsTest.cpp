@@ -57,7 +57,7 @@ TEST_F(ThemeCommandsTest, TheFamilyListsThemesAppearancesAndAccentsInOrder)
     const AppCommand* mine = command(family, "theme.Mine");
     ASSERT_TRUE(mine);
     EXPECT_EQ(mine->title, "Theme: Mine");
-    EXPECT_EQ(mine->symbol, "paintpalette");
+    EXPECT_EQ(mine->symbol, "theme.Mine"); // its rows draw a swatch of the theme
     EXPECT_EQ(mine->keywords, "appearance colors look");
     EXPECT_EQ(command(family, "appearance.system")->title, "Appearance: Match System");
     EXPECT_EQ(command(family, "appearance.dark")->symbol, "moon");

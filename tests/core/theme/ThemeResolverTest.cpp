@@ -80,12 +80,36 @@ TEST(ThemeResolver, EveryKeyIsFilledInBothAppearances)
         const ResolvedTheme resolved = resolveTheme(builtInThemes(), theme.name);
         for (const ThemeColors* colors : {&resolved.light, &resolved.dark})
             for (const QStringList* keys : {&themekeys::base(), &themekeys::derived(), &themekeys::syntax(), &themekeys::status(),
-                                            &themekeys::category()})
+                                            &themekeys::category(), &themekeys::tag()})
                 for (const QString& key : *keys)
                     EXPECT_TRUE(colors->color(key).isValid()) << theme.name.toStdString() << " " << key.toStdString();
         EXPECT_EQ(resolved.terminalLight.size(), 16);
         EXPECT_EQ(resolved.terminalDark.size(), 16);
     }
+}
+
+TEST(ThemeResolver, TagColoursComeFromTheThemeWithTheDefaultsBeneath)
+{
+    EXPECT_EQ(themekeys::tag(), (QStringList{"tag.gray", "tag.green", "tag.purple", "tag.blue", "tag.yellow", "tag.red", "tag.orange"}));
+    const ResolvedTheme orwick = resolveTheme(builtInThemes(), "Orwick");
+    EXPECT_EQ(hex(orwick.light, "tag.red"), "#EE3B30");
+    EXPECT_EQ(hex(orwick.dark, "tag.red"), "#FF453A");
+    // A built-in theme gives its own hues; a file that sets one keeps the rest of its base's.
+    const ResolvedTheme nord = resolveTheme(builtInThemes(), "Nord");
+    EXPECT_EQ(hex(nord.dark, "tag.red"), "#BF616A");
+    EXPECT_EQ(hex(nord.dark, "tag.green"), "#A3BE8C");
+    const QList<ThemeDefinition> themes = withBuiltIns(
+        {parse(R"({"name": "Tagged", "extends": "Nord", "colors": {"tag.red": "#FF0000"}, "light": {"tag.blue": "#0000FF"}})"),
+         parse(R"({"name": "Plain", "colors": {"accent": "#FF7A59"}})")});
+    const ResolvedTheme tagged = resolveTheme(themes, "Tagged");
+    EXPECT_EQ(hex(tagged.light, "tag.red"), "#FF0000");
+    EXPECT_EQ(hex(tagged.dark, "tag.red"), "#FF0000");
+    EXPECT_EQ(hex(tagged.light, "tag.blue"), "#0000FF");
+    EXPECT_EQ(hex(tagged.dark, "tag.blue"), "#81A1C1");
+    // A theme that names no tag colour has the default set's.
+    EXPECT_EQ(hex(resolveTheme(themes, "Plain").light, "tag.orange"), "#F58A00");
+    EXPECT_TRUE(checkTheme(themes.last()).isEmpty());
+    EXPECT_TRUE(checkTheme(themes[themes.size() - 2]).isEmpty());
 }
 
 TEST(ThemeResolver, AnUnknownNameGivesOrwick)
