@@ -14,4 +14,12 @@ std::unique_ptr<QSettings> openSettings();
 // `fallback`. QVariant::toBool would read any other text as true.
 bool readSettingsBool(const QSettings& settings, const QString& key, bool fallback);
 
+// Keys kept here because more than one part reads them.
+namespace settingsKey {
+// The terminal panel's shell follows the active pane's folder while it waits at its prompt (on by default).
+inline constexpr const char* terminalFollowsPane = "terminalFollowsPane";
+// The active pane follows the folder the terminal's shell reports (OSC 7; off by default).
+inline constexpr const char* paneFollowsTerminal = "paneFollowsTerminal";
+} // namespace settingsKey
+
 } // namespace orwick
