@@ -71,7 +71,20 @@ void gitFetch(WindowState& window)
 void gitPull(WindowState& window)
 {
     runOnRepository(window, QStringLiteral("Pulled"), [&window](GitActions& git, const FilePath& root, auto done) {
-        git.pull(root, PullMode::fastForwardOnly, &window, std::move(done));
+        // Both sides moved: the toast offers Rebase and Merge, and pulls again with the one chosen.
+        git.pull(root, PullMode::fastForwardOnly, &window, [&window, root, done](const GitOutcome& outcome) {
+            if (!outcome.needsPullChoice) {
+                done(outcome);
+                return;
+            }
+            QPointer<WindowState> target(&window);
+            window.requestChoice(outcome.text(), {QStringLiteral("Rebase"), QStringLiteral("Merge")}, [target, root, done](int choice) {
+                Git* shared = services().git;
+                if (!target || !shared)
+                    return;
+                GitActions(*shared).pull(root, choice == 0 ? PullMode::rebase : PullMode::merge, target, done);
+            });
+        });
     });
 }
 

@@ -3,7 +3,7 @@
 // Stash Changes, Apply Latest Stash, Fetch, Pull and Push. Each runs in the background through
 // GitActions (the pane's status line shows its busy label meanwhile) and says how it went in a
 // toast: git's words on failure, a short note on success. A pull refused because both sides
-// moved says so and how to choose.
+// moved says so and offers Rebase and Merge (WindowState::requestChoice), then pulls that way.
 
 #include "state/WindowState.h"
 

@@ -104,12 +104,25 @@ public:
 
     // Asks the window to open the palette in `mode`.
     void requestPalette(PaletteRequest request) { Q_EMIT paletteRequested(request); }
+    // Asks the window for a name pattern to select or deselect by (the small pattern field).
+    void requestNamePattern(PaneState::Mark mark) { Q_EMIT namePatternRequested(mark); }
+    // Asks the window to show the Keyboard Shortcuts sheet.
+    void requestShortcuts() { Q_EMIT shortcutsRequested(); }
+    // Asks the window for the chooser of applications that open the cursor's file.
+    void requestOpenWith() { Q_EMIT openWithRequested(); }
+    // Asks the window to show `message` with a button per choice ("Rebase", "Merge"); `chosen`
+    // gets the index of the one pressed, and is never called when none is.
+    void requestChoice(const QString& message, const QStringList& choices, std::function<void(int)> chosen)
+    {
+        Q_EMIT choiceRequested(message, choices, chosen);
+    }
 
     // --- Panels over the content (at most one at a time)
-    enum class Panel { none, duplicates, space, cleanUp, settings, batchRename, info };
+    enum class Panel { none, duplicates, space, cleanUp, settings, batchRename, info, compare, findInFiles, gitReview };
     Panel panel() const { return m_panel; }
     const FilePath& panelFolder() const { return m_panelFolder; }
-    // The items the panel acts on (batch rename: the selection it renames, in shown order).
+    // The items the panel acts on (batch rename: the selection it renames, in shown order;
+    // compare: the left and the right item).
     const QList<FilePath>& panelItems() const { return m_panelItems; }
     void showPanel(Panel panel, const FilePath& folder, const QList<FilePath>& items = {});
     void closePanel() { showPanel(Panel::none, {}); }
@@ -128,6 +141,10 @@ Q_SIGNALS:
     void previewExpandedChanged();
     void quickLookRequested();
     void serverConnectionRequested();
+    void namePatternRequested(orwick::PaneState::Mark mark);
+    void shortcutsRequested();
+    void openWithRequested();
+    void choiceRequested(const QString& message, const QStringList& choices, const std::function<void(int)>& chosen);
 
 protected:
     TabState* makeTab(const FilePath& folder);
