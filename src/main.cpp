@@ -24,6 +24,7 @@
 #include "state/WindowState.h"
 #include "theme/SystemColorScheme.h"
 #include "theme/ThemeStore.h"
+#include "ui/notes/PaneDatabaseViews.h"
 #include "ui/notes/PaneNotesDecoration.h"
 #include "ui/pane/PaneGitDecoration.h"
 #include "ui/pane/PaneTagDecoration.h"
@@ -202,6 +203,7 @@ int main(int argc, char** argv)
         window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
         window.addPaneDecorator([](PaneWidget* widget) { new PaneTagDecoration(widget, &FinderTags::shared()); });
         PaneNotesDecoration::attach(&window, &properties);
+        PaneDatabaseViews::attach(&window, &properties);
         // The disk-tool commands set the window's panel; the sheets draw it.
         DiskToolKeys::follow(*window.state(), &window);
         SettingsPanel::follow(*window.state(), &window);

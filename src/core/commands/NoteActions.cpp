@@ -1,6 +1,10 @@
 #include "commands/NoteActions.h"
 
+#include "app/Services.h"
+#include "commands/DatabaseViewActions.h"
 #include "fileops/FileOperations.h"
+#include "notes/FileProperties.h"
+#include "notes/NewNote.h"
 #include "notes/DailyNotes.h"
 #include "state/FileActions.h"
 #include "state/WindowState.h"
@@ -37,14 +41,32 @@ void newNote(WindowState& window)
     PaneState* pane = window.activePane();
     if (pane->listing())
         return;
+    const std::optional<NewNoteRequest> request = newNoteRequest(pane);
+    if (!request)
+        return;
+    // What the folder's filters ask for, so the note stays in view; the view's own values win.
+    PropertyMap values;
+    if (FileProperties* store = services().properties) {
+        const FileItems items = pane->unsortedItems();
+        values = NewNote::valuesFromFilters(store->columns(pane->url()), [store, pane, &items](const QString& key) {
+            return store->type(key, pane->url(), items);
+        });
+    }
+    values.insert(request->values);
+    const auto plan = NewNote::plan(pane->url(), request->title, values);
+    if (!plan) {
+        Q_EMIT window.messageRequested(plan.error());
+        return;
+    }
     QPointer<PaneState> target = pane;
-    const FilePath note = FileOperations::uniqueURL(pane->url().child(QByteArrayView("untitled.md")), false);
-    window.files().operations()->createFile(note, {}, QStringLiteral("New Note"), window.undoStack(),
-                                            [target](const FilePath& made) {
+    const bool renameInPlace = request->title.isEmpty();
+    window.files().operations()->createFile(plan->path, plan->bytes, QStringLiteral("New Note"), window.undoStack(),
+                                            [target, renameInPlace](const FilePath& made) {
                                                 if (!target)
                                                     return;
                                                 target->setPendingSelection({made});
-                                                target->setPendingRename(made);
+                                                if (renameInPlace)
+                                                    target->setPendingRename(made);
                                                 target->reload();
                                             });
 }

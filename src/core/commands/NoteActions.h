@@ -22,8 +22,10 @@ namespace actions {
 // template, when it has one; the folders on the way too) when it isn't there yet: undo "Today's Note".
 void openTodaysNote(WindowState& window);
 
-// A new, empty note "untitled.md" (made unique: "untitled 2.md") in the shown folder, selected and
-// in inline rename: undo "New Note".
+// A new note in the shown folder, starting with the properties the folder's filters ask for and
+// those the pane's database view gives (actions::newNoteRequest): named from the title the view
+// asked for, else "untitled.md" (made unique: "untitled 2.md") in inline rename; selected; undo
+// "New Note".
 void newNote(WindowState& window);
 
 // The daily note of `date` near `folder`: handed to `shown` once it is there (made through

@@ -1,0 +1,66 @@
+#pragma once
+// The board: lanes side by side (title, colour and count on top), cards under them. Draws a
+// BoardView and forwards input: arrows move the keyboard's card (Left/Right between lanes),
+// Ctrl+Shift+Left/Right moves the card to the neighbouring lane, Return opens it, dragging a
+// card onto another lane moves it there. A moved card is drawn in its new lane at once; the
+// change itself is the owner's (moveRequested). When the board can't be drawn it shows its
+// sentence and the properties it could group by, one chosen with the arrows and Return.
+
+#include "notes/BoardView.h"
+
+#include <QWidget>
+
+namespace orwick {
+
+class BoardWidget : public QWidget {
+    Q_OBJECT
+public:
+    explicit BoardWidget(QWidget* parent = nullptr);
+
+    void setBoard(BoardView board, FileItems items, DatabaseColumns database);
+    const BoardView& board() const { return m_board; }
+    // The lane the keyboard is in (for a new card), or -1.
+    int currentLane() const { return m_board.lanes.isEmpty() ? -1 : m_lane; }
+    std::optional<FilePath> currentItem() const;
+    // Moves the keyboard's card to the lane `by` lanes away (what Ctrl+Shift+Left/Right do).
+    void moveCurrentCard(int by);
+
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    void openRequested(const orwick::FilePath& item);
+    void moveRequested(const orwick::FilePath& item, int fromLane, int toLane);
+    void groupByChosen(const QString& key);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+private:
+    static constexpr int kLaneWidth = 260;
+    static constexpr int kGap = 12;
+    QRect laneRect(int lane) const;
+    QRect cardRect(int lane, int position) const;
+    // The lane and card position at a point (position -1: the lane's free space).
+    std::pair<int, int> hit(QPoint point) const;
+    void moveCursorTo(int lane, int position);
+    void updateSize();
+
+    BoardView m_board;
+    FileItems m_items;
+    DatabaseColumns m_database;
+    int m_lane = 0;
+    int m_position = 0;
+    int m_choice = 0;
+    std::optional<std::pair<int, int>> m_pressed; // lane and card under a mouse press
+    QPoint m_pressAt;
+    std::optional<int> m_dropLane; // while dragging
+};
+
+} // namespace orwick

@@ -1,0 +1,84 @@
+#pragma once
+// The database views of one pane: when the shown folder's layout (kept per folder, chosen by the
+// View as Board/Calendar/Gallery and View Tasks commands) is "board", "calendar", "gallery" or
+// "tasks", the pane shows that view in place of its file views, over the same arranged items
+// (the folder's filters and property sort apply). The views only draw and forward input; what
+// they change goes through the property store and the file operations engine as one undo step
+// on the window's stack: a card moved to another lane or an item to another day sets that
+// property, Space in the Tasks view toggles the task in its note. A note made while a view is
+// shown (New Note) asks for its title and starts with the lane's option or the day's date.
+// Owned by the pane widget.
+
+#include "async/Background.h"
+#include "files/FilePath.h"
+#include "notes/PropertyValue.h"
+
+#include <QDate>
+#include <QObject>
+#include <QPointer>
+#include <QUndoStack>
+#include <functional>
+
+class QScrollArea;
+class QStackedWidget;
+
+namespace orwick {
+
+class BoardWidget;
+class CalendarWidget;
+class FileProperties;
+class GalleryWidget;
+class MainWindow;
+class PaneWidget;
+class TasksWidget;
+struct ListedTask;
+
+class PaneDatabaseViews : public QObject {
+    Q_OBJECT
+public:
+    PaneDatabaseViews(PaneWidget* widget, FileProperties* store, QUndoStack* undo, std::function<void(const QString&)> toast);
+    ~PaneDatabaseViews() override;
+
+    static void attach(MainWindow* window, FileProperties* store);
+    static PaneDatabaseViews* of(const PaneWidget* widget);
+
+    // The layout shown now ("board", "calendar", "gallery", "tasks"), or nothing.
+    const std::optional<QString>& shownLayout() const { return m_shown; }
+    QWidget* host() const;
+    BoardWidget* board() const { return m_board; }
+    CalendarWidget* calendar() const { return m_calendar; }
+    GalleryWidget* gallery() const { return m_gallery; }
+    TasksWidget* tasks() const { return m_tasks; }
+    // Nothing under way: no task reading, no covers being found.
+    bool isSettled() const { return !m_tasksLoad.isRunning() && !m_coversLoad.isRunning(); }
+
+private:
+    void refresh();
+    void rebuild();
+    void readTasks();
+    void findCovers();
+    void open(const FilePath& item);
+    void setProperty(const QString& key, const std::optional<PropertyValue>& value, const FilePath& item);
+    void chooseSetting(const QString& field, const QString& key);
+    void toggle(const ListedTask& task);
+
+    QPointer<PaneWidget> m_widget;
+    QPointer<FileProperties> m_store;
+    QPointer<QUndoStack> m_undo;
+    std::function<void(const QString&)> m_toast;
+    QStackedWidget* m_stack = nullptr;  // the pane's
+    QStackedWidget* m_pages;
+    QScrollArea* m_boardArea;
+    QScrollArea* m_galleryArea;
+    BoardWidget* m_board;
+    CalendarWidget* m_calendar;
+    GalleryWidget* m_gallery;
+    TasksWidget* m_tasks;
+    std::optional<QString> m_shown;
+    QDate m_month;
+    TaskSlot m_tasksLoad;
+    TaskSlot m_coversLoad;
+    FilePath m_tasksFolder;
+};
+
+} // namespace orwick

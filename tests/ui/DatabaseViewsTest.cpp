@@ -1,0 +1,169 @@
+// A notes folder shown as a board, a calendar, a gallery and its tasks in a window's pane: the
+// layout is kept per folder, keys move a card to the next lane or an item to the next day as one
+// step on the window's undo stack, Space toggles a task in its note, and the file views come back.
+#include "app/Services.h"
+#include "commands/DatabaseViewActions.h"
+#include "fileops/FileOperations.h"
+#include "notes/FileProperties.h"
+#include "state/WindowState.h"
+#include "support/KeyPress.h"
+#include "support/TempHome.h"
+#include "support/TestMain.h"
+#include "ui/notes/BoardWidget.h"
+#include "ui/notes/CalendarWidget.h"
+#include "ui/notes/GalleryWidget.h"
+#include "ui/notes/PaneDatabaseViews.h"
+#include "ui/notes/PaneNotesDecoration.h"
+#include "ui/notes/TasksWidget.h"
+#include "ui/pane/PaneWidget.h"
+#include "ui/window/MainWindow.h"
+
+#include <QApplication>
+#include <QStackedWidget>
+#include <QUndoStack>
+#include <gtest/gtest.h>
+
+using namespace orwick;
+using test::readAll;
+using test::waitUntil;
+
+namespace {
+
+struct DatabaseViewsTest : ::testing::Test {
+    test::TempTree tree;
+    ViewPreferences preferences;
+    FileProperties store{nullptr, tree.path("settings/columns.json")};
+    FilePath alpha, beta, folder;
+    std::unique_ptr<WindowState> state;
+    std::unique_ptr<MainWindow> window;
+
+    void SetUp() override
+    {
+        alpha = tree.file(QString("notes/alpha.md"), "---\nstatus: todo\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n");
+        beta = tree.file(QString("notes/beta.md"), "---\nstatus: done\ndue: 2024-05-20\n---\nBeta\n");
+        folder = alpha.parent();
+        FolderColumns columns;
+        columns.types.insert("status", PropertyType::select);
+        columns.options.insert("status", {"todo", "doing", "done"});
+        columns.groupBy = "status";
+        ASSERT_TRUE(store.setColumns(folder, columns));
+        services().properties = &store;
+
+        state = std::make_unique<WindowState>(folder, &preferences);
+        window = std::make_unique<MainWindow>(state.get());
+        PaneNotesDecoration::attach(window.get(), &store);
+        PaneDatabaseViews::attach(window.get(), &store);
+        window->show();
+        window->activateWindow();
+        ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading() && pane()->items().size() == 2; }));
+        ASSERT_TRUE(waitUntil([&] { return store.value(beta, "status").has_value(); }));
+        QApplication::processEvents();
+    }
+    void TearDown() override
+    {
+        window.reset();
+        state.reset();
+        services().properties = nullptr;
+    }
+    PaneState* pane() { return state->activePane(); }
+    PaneWidget* widget() { return window->activePaneWidget(); }
+    PaneDatabaseViews* views() { return PaneDatabaseViews::of(widget()); }
+    void settle()
+    {
+        ASSERT_TRUE(waitUntil([&] { return FileOperations::shared().isIdle() && store.isSettled() && views()->isSettled(); }, 30000));
+        QApplication::processEvents();
+    }
+};
+
+TEST_F(DatabaseViewsTest, BoardMovesACardByKeyAsOneUndoStep)
+{
+    actions::chooseDatabaseLayout(*state, "board");
+    ASSERT_TRUE(waitUntil([&] { return views()->shownLayout() == QString("board"); }));
+    EXPECT_EQ(store.columns(folder).layout, QString("board"));
+    BoardWidget* board = views()->board();
+    ASSERT_TRUE(waitUntil([&] { return board->board().lanes.size() == 4; }));
+    EXPECT_TRUE(board->isVisible());
+    EXPECT_EQ(board->board().lanes[1].cards.size(), 1); // todo: alpha
+    // To alpha's card: the "todo" lane.
+    board->setFocus();
+    test::pressKey(board, Qt::Key_Right);
+    ASSERT_EQ(board->currentItem(), alpha);
+    test::pressKey(board, Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(board->board().lanes[2].cards.size(), 1); // drawn in "doing" at once
+    settle();
+    EXPECT_EQ(readAll(alpha), "---\nstatus: doing\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n");
+    EXPECT_EQ(state->undoStack()->count(), 1);
+    state->undoStack()->undo();
+    settle();
+    EXPECT_EQ(readAll(alpha), "---\nstatus: todo\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n");
+    ASSERT_TRUE(waitUntil([&] { return board->board().lanes[1].cards.size() == 1; }));
+
+    // The file views come back with View as List, and the folder keeps that.
+    actions::leaveDatabaseLayout(*state);
+    ASSERT_TRUE(waitUntil([&] { return !views()->shownLayout().has_value(); }));
+    EXPECT_FALSE(board->isVisible());
+}
+
+TEST_F(DatabaseViewsTest, BoardWithoutAGroupOffersTheChoices)
+{
+    FolderColumns columns = store.columns(folder);
+    columns.groupBy = "due";
+    ASSERT_TRUE(store.setColumns(folder, columns));
+    actions::chooseDatabaseLayout(*state, "board");
+    BoardWidget* board = views()->board();
+    ASSERT_TRUE(waitUntil([&] { return !board->board().problem.isEmpty(); }));
+    EXPECT_EQ(board->board().problem, "The board groups by “due”, which is a date property, not a select or list.");
+    EXPECT_EQ(board->board().choices, QStringList{"status"});
+    board->setFocus();
+    test::pressKey(board, Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return board->board().problem.isEmpty(); }));
+    EXPECT_EQ(store.columns(folder).groupBy, QString("status"));
+}
+
+TEST_F(DatabaseViewsTest, CalendarMovesAnItemToTheNextDay)
+{
+    actions::chooseDatabaseLayout(*state, "calendar");
+    ASSERT_TRUE(waitUntil([&] { return views()->shownLayout() == QString("calendar"); }));
+    CalendarWidget* calendar = views()->calendar();
+    calendar->setFocus();
+    // To May 2024, then to the 17th.
+    while (CalendarView::monthOf(calendar->currentDay()) != QDate(2024, 5, 1))
+        test::pressKey(calendar, CalendarView::monthOf(calendar->currentDay()) > QDate(2024, 5, 1) ? Qt::Key_PageUp : Qt::Key_PageDown);
+    while (calendar->currentDay() != QDate(2024, 5, 17))
+        test::pressKey(calendar, calendar->currentDay() < QDate(2024, 5, 17) ? Qt::Key_Right : Qt::Key_Left);
+    ASSERT_EQ(calendar->currentItem(), alpha);
+    test::pressKey(calendar, Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+    settle();
+    EXPECT_EQ(readAll(alpha), "---\nstatus: todo\ndue: 2024-05-18\n---\n- [ ] call Bob 📅 2024-05-17\n");
+    EXPECT_EQ(calendar->currentDay(), QDate(2024, 5, 18));
+    state->undoStack()->undo();
+    settle();
+    EXPECT_EQ(readAll(alpha), "---\nstatus: todo\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n");
+}
+
+TEST_F(DatabaseViewsTest, GalleryAndTasks)
+{
+    actions::chooseDatabaseLayout(*state, "gallery");
+    ASSERT_TRUE(waitUntil([&] { return views()->shownLayout() == QString("gallery"); }));
+    settle();
+    EXPECT_EQ(views()->gallery()->currentItem(), alpha);
+    test::pressKey(views()->gallery(), Qt::Key_Right);
+    EXPECT_EQ(views()->gallery()->currentItem(), beta);
+
+    actions::chooseDatabaseLayout(*state, "tasks");
+    ASSERT_TRUE(waitUntil([&] { return views()->shownLayout() == QString("tasks"); }));
+    settle();
+    TasksWidget* tasks = views()->tasks();
+    ASSERT_TRUE(tasks->currentTask().has_value());
+    EXPECT_EQ(tasks->currentTask()->dates.title, "call Bob");
+    tasks->setFocus();
+    test::pressKey(tasks, Qt::Key_Space);
+    settle();
+    EXPECT_TRUE(readAll(alpha).contains("- [x] call Bob 📅 2024-05-17 ✅ "));
+    ASSERT_TRUE(waitUntil([&] { return tasks->currentTask() && tasks->currentTask()->task.isDone; }));
+    state->undoStack()->undo();
+    settle();
+    EXPECT_TRUE(readAll(alpha).endsWith("- [ ] call Bob 📅 2024-05-17\n"));
+}
+
+} // namespace
