@@ -2,6 +2,7 @@
 
 #include "app/OpenRouter.h"
 #include "commands/CommandActions.h"
+#include "commands/GitCommandActions.h"
 #include "commands/NoteActions.h"
 #include "commands/TagCommands.h"
 #include "commands/ThemeCommands.h"
@@ -154,7 +155,9 @@ QList<AppCommand> buildFixed()
              [](const WindowState& w) { return w.activePane()->cursor().has_value(); }),
         later("downloadNow", "Download Now", "icloud.and.arrow.down", none(), "cloud icloud google drive offline keep", kNoCloud),
         later("removeDownload", "Remove Download", "icloud", none(), "cloud icloud google drive free space evict", kNoCloud),
-        later("reviewChanges", "Review Changes", "arrow.triangle.branch", keys(C | S | Qt::Key_U), "git diff commit stage status changes", kNotYet),
+        withNote(make("reviewChanges", "Review Changes", "arrow.triangle.branch", keys(C | S | Qt::Key_U), "git diff commit stage status changes",
+                      [](WindowState& w) { w.showPanel(WindowState::Panel::gitReview, w.activePane()->url()); }, actions::inGitRepository),
+                 "This folder isn’t in a git repository"),
         later("findInFiles", "Find in Files…", "text.magnifyingglass", keys(C | A | Qt::Key_F), "grep search contents text code ripgrep inside", kNotYet),
         later("compare", "Compare", "rectangle.split.2x1", none(), "diff difference versions images side by side", kNotYet),
         make("moveTo", "Move to…", "folder.badge.gearshape", keys(C | S | Qt::Key_M), "send relocate destination",

@@ -6,6 +6,7 @@
 #include "ui/panels/DuplicatesPanel.h"
 #include "ui/panels/InfoPanel.h"
 #include "ui/panels/SpacePanel.h"
+#include "ui/git/GitReviewPanel.h"
 #include "ui/rename/BatchRenamePanel.h"
 
 #include <QMainWindow>
@@ -40,6 +41,7 @@ void follow(WindowState& state, QMainWindow* window)
         case WindowState::Panel::settings: return; // SettingsPanel::follow draws it
         case WindowState::Panel::batchRename: sheet = BatchRenamePanel::open(state, window); break;
         case WindowState::Panel::info: sheet = InfoPanel::open(state, window); break;
+        case WindowState::Panel::gitReview: sheet = GitReviewPanel::open(state, window); break;
         }
         if (!sheet) {
             if (shown != WindowState::Panel::none)

@@ -1,0 +1,110 @@
+// Opening the review panel on a big repository: the time from opening the panel to its list of
+// changed files on screen, and from there to the first file's diff, against `git status` run
+// the way Orwick runs it (same arguments, same environment) on the same repository in the same
+// run. Each opening starts from a fresh Git (no status kept), as the first opening in a session.
+// Targets: the list within 1.2 × git status; the first diff within 50 ms after the list.
+//   bench_ui_git_review REPOSITORY   (needs a display; bench/git-review.sh runs it under Xvfb)
+
+#include "git/Git.h"
+#include "git/GitRunner.h"
+#include "state/ViewPreferences.h"
+#include "state/WindowState.h"
+#include "ui/git/DiffView.h"
+#include "ui/git/GitReviewPanel.h"
+#include "ui/git/ReviewFileList.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMainWindow>
+#include <algorithm>
+#include <cstdio>
+
+using namespace orwick;
+
+namespace {
+
+bool waitFor(const std::function<bool()>& done, int timeoutMs = 60000)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!done()) {
+        if (timer.elapsed() > timeoutMs)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+    }
+    return true;
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.empty() ? 0 : values[values.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QApplication app(argc, argv);
+    if (argc < 2 || !gitExecutable()) {
+        std::fprintf(stderr, "usage: bench_ui_git_review REPOSITORY (with git on PATH)\n");
+        return 2;
+    }
+    const FilePath root = FilePath::fromText(QString::fromLocal8Bit(argv[1]));
+    constexpr int kRuns = 11; // the first warms the caches and isn't counted
+
+    std::vector<double> statusTimes;
+    for (int run = 0; run < kRuns; ++run) {
+        QElapsedTimer clock;
+        clock.start();
+        const GitOutput status = runCapturingErrors(
+            *gitExecutable(), {"status", "--porcelain=v1", "-z", "-b", "--ignored"}, root);
+        if (status.status != 0) {
+            std::fprintf(stderr, "git status failed: %s\n", qPrintable(status.errors));
+            return 1;
+        }
+        if (run > 0)
+            statusTimes.push_back(double(clock.nsecsElapsed()) / 1e6);
+    }
+
+    ViewPreferences preferences;
+    WindowState state(root, &preferences);
+    QMainWindow window;
+    window.setCentralWidget(new QWidget(&window));
+    window.resize(1400, 900);
+    window.show();
+    waitFor([] { return false; }, 200);
+
+    std::vector<double> listTimes, diffTimes;
+    int files = 0;
+    for (int run = 0; run < kRuns; ++run) {
+        Git git(gitExecutable(), nullptr);
+        QElapsedTimer clock;
+        clock.start();
+        auto* panel = new GitReviewPanel(state, git, root, &window);
+        if (!waitFor([&] { return !panel->fileList()->rows().isEmpty(); })) {
+            std::fprintf(stderr, "the list did not come\n");
+            return 1;
+        }
+        const double listAt = double(clock.nsecsElapsed()) / 1e6;
+        if (!waitFor([&] { return panel->diffView()->rowCount() > 0; })) {
+            std::fprintf(stderr, "the first diff did not come\n");
+            return 1;
+        }
+        const double diffAt = double(clock.nsecsElapsed()) / 1e6;
+        files = int(panel->fileList()->rows().size());
+        if (run > 0) {
+            listTimes.push_back(listAt);
+            diffTimes.push_back(diffAt - listAt);
+        }
+        panel->closeSheet();
+        waitFor([] { return false; }, 100);
+    }
+
+    const double status = median(statusTimes), list = median(listTimes), diff = median(diffTimes);
+    std::printf("opening the review panel on %s (%d rows; median of %d):\n", qPrintable(root.text()), files, kRuns - 1);
+    std::printf("  git status (Orwick's way)   %7.1f ms\n", status);
+    std::printf("  the list on screen          %7.1f ms   list / git status = %.2f (target <= 1.20)\n", list, list / status);
+    std::printf("  the first diff after it     %7.1f ms   (target <= 50 ms)\n", diff);
+    return list <= 1.2 * status && diff <= 50 ? 0 : 1;
+}
