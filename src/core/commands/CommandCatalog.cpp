@@ -2,6 +2,7 @@
 
 #include "app/OpenRouter.h"
 #include "commands/CommandActions.h"
+#include "commands/CompareTargets.h"
 #include "commands/GitCommandActions.h"
 #include "commands/NoteActions.h"
 #include "commands/TagCommands.h"
@@ -158,8 +159,15 @@ QList<AppCommand> buildFixed()
         withNote(make("reviewChanges", "Review Changes", "arrow.triangle.branch", keys(C | S | Qt::Key_U), "git diff commit stage status changes",
                       [](WindowState& w) { w.showPanel(WindowState::Panel::gitReview, w.activePane()->url()); }, actions::inGitRepository),
                  "This folder isn’t in a git repository"),
-        later("findInFiles", "Find in Files…", "text.magnifyingglass", keys(C | A | Qt::Key_F), "grep search contents text code ripgrep inside", kNotYet),
-        later("compare", "Compare", "rectangle.split.2x1", none(), "diff difference versions images side by side", kNotYet),
+        make("findInFiles", "Find in Files…", "text.magnifyingglass", keys(C | A | Qt::Key_F), "grep search contents text code ripgrep inside",
+             [](WindowState& w) { w.showPanel(WindowState::Panel::findInFiles, w.activePane()->url()); }, hasFolder),
+        withNote(make("compare", "Compare", "rectangle.split.2x1", none(), "diff difference versions images side by side",
+                      [](WindowState& w) {
+                          if (const auto pair = compareTargets(w))
+                              w.showPanel(WindowState::Panel::compare, pair->first, {pair->first, pair->second});
+                      },
+                      [](const WindowState& w) { return compareTargets(w).has_value(); }),
+                 kCompareNote),
         make("moveTo", "Move to…", "folder.badge.gearshape", keys(C | S | Qt::Key_M), "send relocate destination",
              [](WindowState& w) { w.requestPalette(PaletteRequest::moveDestination); }, onSelection),
         make("copyTo", "Copy to…", "doc.on.doc", none(), "send duplicate destination",

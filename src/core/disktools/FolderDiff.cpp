@@ -2,6 +2,7 @@
 
 #include "disktools/FolderDiffWalk.h"
 #include "disktools/WalkPool.h"
+#include "platform/DirectoryReader.h"
 
 #include <QHash>
 #include <QSet>
@@ -190,7 +191,9 @@ Result compare(const FilePath& left, const FilePath& right, qint64 limit, const 
     Merger merger(leftSide, rightSide);
     merger.run(cancel);
     // The byte comparisons, shared among the cores.
-    if (!merger.pending.empty()) {
+    const auto leftRoot = DirectoryHandle::open(leftSide.root);
+    const auto rightRoot = DirectoryHandle::open(rightSide.root);
+    if (!merger.pending.empty() && leftRoot && rightRoot) {
         WalkPool pool;
         const int workers = pool.workerCount();
         for (int w = 0; w < workers; ++w) {
@@ -199,9 +202,7 @@ Result compare(const FilePath& left, const FilePath& right, qint64 limit, const 
                     if (cancel.isCancelled())
                         return;
                     const auto& job = merger.pending[i];
-                    const QByteArray& path = job.left->path;
-                    if (!sameBytes(leftSide.root.child(QByteArrayView(path)), *job.left,
-                                   rightSide.root.child(QByteArrayView(path)), *job.right, cancel))
+                    if (!sameBytes(leftRoot->fd(), rightRoot->fd(), *job.left, *job.right, cancel))
                         merger.entries[job.entry].status = Status::changed;
                 }
             });

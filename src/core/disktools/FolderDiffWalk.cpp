@@ -94,10 +94,10 @@ private:
     std::vector<SideItem> m_items;
 };
 
-// Opens a file for a whole sequential read, never through a link.
-UniqueFd openForReading(const FilePath& path, qint64 size)
+// Opens a file below a root for a whole sequential read, never through a link.
+UniqueFd openForReading(int root, const QByteArray& path, qint64 size)
 {
-    UniqueFd fd(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY));
+    UniqueFd fd(openat(root, path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY));
     if (fd.get() >= 0 && size > kChunk)
         posix_fadvise(fd.get(), 0, 0, POSIX_FADV_SEQUENTIAL); // read-ahead for the pieces to come
     return fd;
@@ -128,32 +128,32 @@ bool unchangedSince(int fd, const SideItem& walked)
 
 Side walkSide(const FilePath& root, qint64 limit, const CancelFlag& cancel) { return SideWalker(limit, cancel).run(root); }
 
-bool sameBytes(const FilePath& left, const SideItem& leftItem, const FilePath& right, const SideItem& rightItem,
-               const CancelFlag& cancel)
+bool sameBytes(int leftRoot, int rightRoot, const SideItem& leftItem, const SideItem& rightItem, const CancelFlag& cancel)
 {
     const qint64 size = leftItem.size;
-    const UniqueFd a = openForReading(left, size);
-    const UniqueFd b = openForReading(right, size);
-    if (a.get() < 0 || b.get() < 0)
+    const UniqueFd a = openForReading(leftRoot, leftItem.path, size);
+    if (a.get() < 0)
         return false;
-    const qint64 chunk = std::min(size + 1, kChunk); // one more byte tells a file that grew
+    const UniqueFd b = openForReading(rightRoot, rightItem.path, size);
+    if (b.get() < 0)
+        return false;
     static thread_local std::vector<char> bufferA, bufferB;
-    bufferA.resize(size_t(chunk));
-    bufferB.resize(size_t(chunk));
-    qint64 done = 0;
-    for (;;) {
+    const qint64 chunk = std::min(size, kChunk);
+    bufferA.resize(size_t(std::max<qint64>(chunk, 1)));
+    bufferB.resize(size_t(std::max<qint64>(chunk, 1)));
+    // Exactly the size the walk saw, piece by piece, the two files in turns; a file that grew
+    // or shrank meanwhile is caught by the check after.
+    for (qint64 done = 0; done < size;) {
         if (cancel.isCancelled())
             return false;
-        const qint64 gotA = readFully(a.get(), bufferA.data(), chunk);
-        const qint64 gotB = readFully(b.get(), bufferB.data(), chunk);
-        if (gotA != gotB || memcmp(bufferA.data(), bufferB.data(), size_t(gotA)) != 0)
+        const qint64 want = std::min(chunk, size - done);
+        if (readFully(a.get(), bufferA.data(), want) != want || readFully(b.get(), bufferB.data(), want) != want
+            || memcmp(bufferA.data(), bufferB.data(), size_t(want)) != 0)
             return false;
-        done += gotA;
-        if (gotA < chunk)
-            break;
+        done += want;
     }
     // A file written to while it was read is not called the same.
-    return done == size && unchangedSince(a.get(), leftItem) && unchangedSince(b.get(), rightItem);
+    return unchangedSince(a.get(), leftItem) && unchangedSince(b.get(), rightItem);
 }
 
 } // namespace orwick::FolderDiff

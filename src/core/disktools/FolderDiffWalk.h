@@ -32,7 +32,8 @@ Side walkSide(const FilePath& root, qint64 limit, const CancelFlag& cancel);
 // Are the two files' bytes equal? Reads both in kChunk pieces, in turns, with read-ahead hints,
 // and stops at the first difference. False when either can't be read or no longer has the size
 // and time the walk saw.
-bool sameBytes(const FilePath& left, const SideItem& leftItem, const FilePath& right, const SideItem& rightItem,
-               const CancelFlag& cancel);
+// `leftRoot` and `rightRoot` are open descriptors of the two roots; the item's relative path is
+// opened below each (no link followed in its last component).
+bool sameBytes(int leftRoot, int rightRoot, const SideItem& leftItem, const SideItem& rightItem, const CancelFlag& cancel);
 
 } // namespace orwick::FolderDiff

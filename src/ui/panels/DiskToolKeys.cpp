@@ -3,7 +3,9 @@
 #include "state/PaneState.h"
 #include "state/WindowState.h"
 #include "ui/panels/CleanUpPanel.h"
+#include "ui/panels/ComparePanel.h"
 #include "ui/panels/DuplicatesPanel.h"
+#include "ui/panels/FindInFilesPanel.h"
 #include "ui/panels/InfoPanel.h"
 #include "ui/panels/SpacePanel.h"
 #include "ui/git/GitReviewPanel.h"
@@ -41,6 +43,8 @@ void follow(WindowState& state, QMainWindow* window)
         case WindowState::Panel::settings: return; // SettingsPanel::follow draws it
         case WindowState::Panel::batchRename: sheet = BatchRenamePanel::open(state, window); break;
         case WindowState::Panel::info: sheet = InfoPanel::open(state, window); break;
+        case WindowState::Panel::compare: sheet = ComparePanel::open(state, window); break;
+        case WindowState::Panel::findInFiles: sheet = open<FindInFilesPanel>(window, state.activePane()); break;
         case WindowState::Panel::gitReview: sheet = GitReviewPanel::open(state, window); break;
         }
         if (!sheet) {

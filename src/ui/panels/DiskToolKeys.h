@@ -1,7 +1,7 @@
 #pragma once
-// Opening the disk-tool panels (Find Duplicates…, Show Space Used…, Clean Up Build Folders…) on
-// the active pane's folder, as the commands of the same names ask. Opening a panel closes the
-// one shown before.
+// Opening the disk-tool panels (Find Duplicates…, Show Space Used…, Clean Up Build Folders…,
+// Find in Files…) on the active pane's folder, and Compare on the two items it names, as the
+// commands of the same names ask. Opening a panel closes the one shown before.
 
 class QMainWindow;
 

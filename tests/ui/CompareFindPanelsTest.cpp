@@ -1,0 +1,235 @@
+// The compare and find-in-files panels in a real window over real temporary trees: opened by
+// their commands, they show what their engines find, stream, replace a running search, sync
+// as one undo step and compare again.
+
+#include "DiskToolWindow.h"
+#include "commands/CommandCatalog.h"
+#include "support/TestMain.h"
+#include "ui/panels/ComparePanel.h"
+#include "ui/panels/DiskToolKeys.h"
+#include "ui/panels/FileComparisonView.h"
+#include "ui/panels/FindInFilesPanel.h"
+#include "ui/panels/FolderComparisonView.h"
+#include "ui/panels/ImageComparisonView.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QTreeWidget>
+#include <gtest/gtest.h>
+
+namespace orwick {
+namespace {
+
+using test::waitUntil;
+
+void pressKey(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {})
+{
+    QKeyEvent press(QEvent::KeyPress, key, modifiers, text);
+    QCoreApplication::sendEvent(widget, &press);
+}
+
+const AppCommand* command(WindowState& state, const char* id)
+{
+    static QList<AppCommand> all;
+    all = CommandCatalog::all(state);
+    for (const AppCommand& c : all)
+        if (c.id == QLatin1String(id))
+            return &c;
+    return nullptr;
+}
+
+class CompareFindPanelsTest : public test::DiskToolWindowTest {
+protected:
+    void open()
+    {
+        DiskToolWindowTest::open();
+        DiskToolKeys::follow(*state, window.get()); // as the program's main wires each window
+    }
+    void run(const char* id)
+    {
+        const AppCommand* found = command(*state, id);
+        ASSERT_TRUE(found);
+        ASSERT_TRUE(found->isEnabled(*state)) << id << " is dimmed";
+        found->run(*state);
+    }
+    // The panel now shown (one closed before is deleted first, so it can't be found instead).
+    template <class Panel>
+    Panel* current()
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return shown<Panel>();
+    }
+};
+
+TEST_F(CompareFindPanelsTest, FindInFilesStreamsGroupedResultsAndArrowsMove)
+{
+    tree.file("a.txt", "first needle\nnothing\nsecond needle\n");
+    tree.file("sub/b.txt", "a NEEDLE too\n");
+    open();
+    run("findInFiles");
+    auto* panel = shown<FindInFilesPanel>();
+    ASSERT_TRUE(panel);
+    EXPECT_EQ(panel->folder(), tree.root());
+    EXPECT_TRUE(panel->emptyText().startsWith("Type to search"));
+    panel->setQuery("needle");
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching() && panel->results().matchCount() > 0; }));
+    if (!panel->emptyText().isEmpty() && panel->results().isEmpty())
+        GTEST_SKIP() << panel->emptyText().toStdString();
+    EXPECT_EQ(panel->results().matchCount(), 3);
+    EXPECT_EQ(panel->results().files().size(), 2u);
+    EXPECT_TRUE(panel->footer().startsWith("3 matches in 2 files")) << panel->footer().toStdString();
+    EXPECT_EQ(panel->highlighted(), 0);
+    auto* field = panel->findChild<QLineEdit*>();
+    pressKey(field, Qt::Key_Down);
+    pressKey(field, Qt::Key_Down);
+    pressKey(field, Qt::Key_Down);
+    EXPECT_EQ(panel->highlighted(), 2) << "stops at the last match";
+    pressKey(field, Qt::Key_Up);
+    EXPECT_EQ(panel->highlighted(), 1);
+
+    // Match case: only the lower-case ones.
+    panel->setOptions({.regex = false, .matchCase = true});
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    EXPECT_EQ(panel->results().matchCount(), 2);
+
+    // A query nothing matches says so.
+    panel->setQuery("absent-word");
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    EXPECT_TRUE(panel->results().isEmpty());
+    EXPECT_EQ(panel->emptyText(), QString("No matches for “absent-word”"));
+
+    QPointer<FindInFilesPanel> guard(panel);
+    pressKey(field, Qt::Key_Escape);
+    EXPECT_TRUE(waitUntil([&] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return guard.isNull();
+    }));
+}
+
+TEST_F(CompareFindPanelsTest, ANewSearchReplacesTheOneInFlight)
+{
+    for (int i = 0; i < 50; ++i)
+        tree.file(QString("f%1.txt").arg(i), "alpha\nbeta\n");
+    open();
+    run("findInFiles");
+    auto* panel = shown<FindInFilesPanel>();
+    ASSERT_TRUE(panel);
+    panel->setQuery("alpha");
+    panel->setQuery("beta"); // at once: the alpha search's output must never show
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    EXPECT_EQ(panel->results().matchCount(), 50);
+    for (const auto& file : panel->results().files())
+        for (const auto& match : file.matches)
+            EXPECT_EQ(match.bytes, "beta");
+}
+
+TEST_F(CompareFindPanelsTest, CompareTwoFoldersSyncsAsOneStepAndComparesAgain)
+{
+    tree.file("left/same.txt", "s");
+    tree.file("right/same.txt", "s");
+    tree.file("left/docs/a.txt", "a");
+    tree.file("right/extra.txt", "e");
+    tree.file("left/changed.txt", "one");
+    tree.file("right/changed.txt", "two");
+    open();
+    state->showPanel(WindowState::Panel::compare, tree.path("left"), {tree.path("left"), tree.path("right")});
+    auto* panel = shown<ComparePanel>();
+    ASSERT_TRUE(panel);
+    auto* view = qobject_cast<FolderComparisonView*>(panel->view());
+    ASSERT_TRUE(view);
+    ASSERT_TRUE(waitUntil([&] { return view->result().has_value() && !view->isComparing(); }));
+    EXPECT_EQ(view->heading(), "1 only on the left · 1 only on the right · 1 changed");
+    EXPECT_EQ(view->list()->topLevelItemCount(), 3);
+    view->setFilter(FolderDiff::Status::same);
+    EXPECT_EQ(view->list()->topLevelItemCount(), 1);
+    view->setFilter(std::nullopt);
+
+    const int before = view->revision();
+    const int steps = state->undoStack()->count();
+    view->sync(FolderDiff::SyncMode::copyMissing(true), true);
+    ASSERT_TRUE(waitUntil([&] { return view->revision() > before && !view->isComparing(); }, 20000));
+    EXPECT_EQ(state->undoStack()->count(), steps + 1);
+    EXPECT_TRUE(test::exists(tree.path("right/docs/a.txt")));
+    EXPECT_EQ(view->heading(), "1 only on the right · 1 changed");
+
+    const int afterSync = view->revision();
+    state->undoStack()->undo();
+    ASSERT_TRUE(waitUntil([&] { return view->revision() > afterSync && !view->isComparing(); }, 20000));
+    EXPECT_FALSE(test::exists(tree.path("right/docs")));
+    EXPECT_EQ(view->heading(), "1 only on the left · 1 only on the right · 1 changed");
+}
+
+TEST_F(CompareFindPanelsTest, CompareCommandTakesTwoSelectedFilesAndShowsTheDiff)
+{
+    tree.file("a.txt", "one\ntwo\nthree\n");
+    tree.file("b.txt", "one\n2\nthree\n");
+    tree.file("c.txt", "one\ntwo\nthree\n");
+    open();
+    ASSERT_TRUE(waitUntil([&] { return pane()->items().size() == 3; }));
+    pane()->click(tree.path("a.txt"), Qt::NoModifier);
+    pane()->click(tree.path("b.txt"), Qt::ControlModifier);
+    ASSERT_EQ(pane()->selection().size(), 2);
+    run("compare");
+    auto* panel = shown<ComparePanel>();
+    ASSERT_TRUE(panel);
+    auto* view = qobject_cast<FileComparisonView*>(panel->view());
+    ASSERT_TRUE(view);
+    ASSERT_TRUE(waitUntil([&] { return view->sameBytes().has_value(); }));
+    EXPECT_EQ(view->headline(), "Different contents");
+    ASSERT_TRUE(view->diff());
+    EXPECT_TRUE(view->diff()->diff.contains("\n-two\n+2\n"));
+    EXPECT_TRUE(view->unifiedView()->toPlainText().contains("+2"));
+    pressKey(view, Qt::Key_V, Qt::NoModifier, "v");
+    EXPECT_TRUE(view->isSideBySide());
+
+    panel->closeSheet();
+    state->showPanel(WindowState::Panel::compare, tree.path("a.txt"), {tree.path("a.txt"), tree.path("c.txt")});
+    auto* same = qobject_cast<FileComparisonView*>(current<ComparePanel>()->view());
+    ASSERT_TRUE(waitUntil([&] { return same->sameBytes().has_value(); }));
+    EXPECT_EQ(same->headline(), "These files are identical");
+}
+
+TEST_F(CompareFindPanelsTest, TwoPicturesAndTheSKey)
+{
+    QImage a(40, 20, QImage::Format_RGB32);
+    a.fill(Qt::blue);
+    QImage b = a;
+    b.setPixelColor(0, 0, Qt::red);
+    ASSERT_TRUE(a.save(tree.path("a.png").text()));
+    ASSERT_TRUE(b.save(tree.path("b.png").text()));
+    tree.file("broken.png", "not a picture");
+    open();
+    state->showPanel(WindowState::Panel::compare, tree.path("a.png"), {tree.path("a.png"), tree.path("b.png")});
+    auto* view = qobject_cast<ImageComparisonView*>(shown<ComparePanel>()->view());
+    ASSERT_TRUE(view);
+    ASSERT_TRUE(waitUntil([&] { return view->isLoaded(); }));
+    EXPECT_EQ(view->summary(), "0.1% of pixels differ · S switches view");
+    EXPECT_EQ(view->mode(), ImageComparisonView::Mode::sideBySide);
+    pressKey(view, Qt::Key_S, Qt::NoModifier, "s");
+    EXPECT_EQ(view->mode(), ImageComparisonView::Mode::slider);
+    pressKey(view, Qt::Key_S, Qt::NoModifier, "s");
+    EXPECT_EQ(view->mode(), ImageComparisonView::Mode::difference);
+    pressKey(view, Qt::Key_S, Qt::NoModifier, "s");
+    EXPECT_EQ(view->mode(), ImageComparisonView::Mode::sideBySide);
+
+    state->showPanel(WindowState::Panel::compare, tree.path("a.png"), {tree.path("a.png"), tree.path("broken.png")});
+    auto* broken = qobject_cast<ImageComparisonView*>(current<ComparePanel>()->view());
+    ASSERT_TRUE(waitUntil([&] { return broken->isLoaded(); }));
+    EXPECT_EQ(broken->summary(), "Couldn't read these pictures");
+}
+
+TEST_F(CompareFindPanelsTest, ComparingAFolderWithItsChildSaysSoAndRunsNothing)
+{
+    tree.file("left/inner/x.txt", "x");
+    open();
+    state->showPanel(WindowState::Panel::compare, tree.path("left"), {tree.path("left"), tree.path("left/inner")});
+    auto* view = qobject_cast<FolderComparisonView*>(shown<ComparePanel>()->view());
+    ASSERT_TRUE(view);
+    EXPECT_FALSE(view->isComparing());
+    EXPECT_FALSE(view->result());
+}
+
+} // namespace
+} // namespace orwick
