@@ -1,5 +1,6 @@
 // A pane inside a real repository: rows get their git marks when the status arrives, ignored
-// items are dimmed or hidden, the status line names the branch; outside a repository nothing shows.
+// items are dimmed or hidden, the status line names the branch and a git action under way; outside
+// a repository nothing shows.
 
 #include "git/GitRunner.h"
 #include "support/GitTestRepo.h"
@@ -75,6 +76,16 @@ TEST_F(PaneGitDecorationTest, RowsAreMarkedWhenTheStatusArrives)
 
     EXPECT_EQ(data("build", Qt::ForegroundRole).value<QColor>(), theme::dimText());
     EXPECT_NE(data("top.txt", Qt::ForegroundRole).value<QColor>(), theme::dimText());
+    EXPECT_TRUE(branchShown(QStringLiteral("main")));
+}
+
+TEST_F(PaneGitDecorationTest, AGitActionUnderWayShowsItsLabelBesideTheBranch)
+{
+    open(repo.root());
+    ASSERT_TRUE(waitUntil([&] { return branchShown(QStringLiteral("main")); }));
+    git.setBusy(repo.root(), QStringLiteral("Pushing…"));
+    EXPECT_TRUE(branchShown(QStringLiteral("main · Pushing…")));
+    git.clearBusy(repo.root());
     EXPECT_TRUE(branchShown(QStringLiteral("main")));
 }
 
