@@ -78,6 +78,10 @@ round() {
     }' "$csv"
 }
 
+# orwick-cli's own start (loading Qt and the libraries the core links) is part of every run above.
+hyperfine --shell=none --warmup 5 --runs 60 --export-csv "$work/start.csv" --command-name start "$cli --version" >/dev/null
+awk -F, '$1 == "start" { printf "orwick-cli start-up alone (--version): %.1f ms (mean)\n", $2 * 1000 }' "$work/start.csv"
+
 round "as made"
 
 git -C "$repo" config core.untrackedCache true
