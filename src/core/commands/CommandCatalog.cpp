@@ -13,6 +13,7 @@
 #include "places/SidebarStore.h"
 #include "state/FileActions.h"
 #include "state/WindowState.h"
+#include "terminal/TerminalActions.h"
 
 #include <QCoreApplication>
 
@@ -275,12 +276,16 @@ QList<AppCommand> buildFixed()
                  if (w.previewExpanded())
                      w.setShowPreview(true);
              }),
-        later("toggleTerminal", "Toggle Terminal", "terminal", keys(C | Qt::Key_J), "shell console bottom panel", kNotYet),
+        make("toggleTerminal", "Toggle Terminal", "terminal", keys(C | Qt::Key_J), "shell console bottom panel", terminalActions::toggleTerminal),
+        make("focusTerminal", "Focus Terminal", "terminal", keys(C | Qt::Key_QuoteLeft), "shell console switch keyboard pane panel",
+             terminalActions::toggleTerminalFocus),
         make("biggerIcons", "Bigger Icons", "plus.magnifyingglass", keys(C | Qt::Key_Equal), "zoom grid thumbnails larger",
              [](WindowState& w) { w.activePane()->zoomIcons(1); }, [](const WindowState& w) { return w.activePane()->isTiled(); }),
         make("smallerIcons", "Smaller Icons", "minus.magnifyingglass", keys(C | Qt::Key_Minus), "zoom grid thumbnails",
              [](WindowState& w) { w.activePane()->zoomIcons(-1); }, [](const WindowState& w) { return w.activePane()->isTiled(); }),
-        later("newTerminal", "New Terminal", "plus.rectangle", keys(C | S | Qt::Key_J), "shell console tab another", kNotYet),
+        make("newTerminal", "New Terminal", "plus.rectangle", keys(C | S | Qt::Key_J), "shell console tab another", terminalActions::newTerminal),
+        make("closeTerminal", "Close Terminal", "xmark.rectangle", none(), "shell console end exit tab", terminalActions::closeTerminal,
+             terminalActions::hasTerminal),
         make("folderSizes", "Calculate Folder Sizes", "internaldrive", none(), "size folders disk usage",
              [](WindowState& w) { w.activePane()->measureFolderSizes(); },
              [](const WindowState& w) { return w.activePane()->canMeasureFolderSizes(); }),
@@ -312,16 +317,24 @@ QList<AppCommand> buildFixed()
         make("chooseTheme", "Choose Theme…", "paintpalette", none(), "appearance colors look settings", ThemeCommands::chooseTheme),
         make("openThemesFolder", "Open Themes Folder", "folder", none(), "theme custom colors json override", ThemeCommands::openThemesFolder),
         make("openInEditor", "", "", none(), "code editor ide vscode cursor zed xcode project", openInEditor, hasEditor),
-        make("openInTerminal", "", "macwindow.badge.plus", none(), "shell console external terminal app", openInTerminal, hasTerminal),
+        make("openInTerminal", "Open in Terminal", "terminal", none(), "shell console panel here folder",
+             [](WindowState& w) { terminalActions::openInTerminal(w, w.activePane()->url()); }),
+        make("openInExternalTerminal", "", "macwindow.badge.plus", none(), "shell console external terminal app", openInTerminal, hasTerminal),
     };
     return list;
 }
 
 // "Open in …" names the editor and terminal in use, which the user may change at any time.
+QString externalTerminalTitle()
+{
+    const QString name = actions::terminalName();
+    return name == QLatin1StringView("Terminal") ? QStringLiteral("Open in External Terminal") : QStringLiteral("Open in ") + name;
+}
+
 void nameChosenPrograms(QList<AppCommand>& list)
 {
     const std::pair<const char*, QString> titles[] = {{"openInEditor", QStringLiteral("Open in ") + actions::editorName()},
-                                                      {"openInTerminal", QStringLiteral("Open in ") + actions::terminalName()}};
+                                                      {"openInExternalTerminal", externalTerminalTitle()}};
     for (const auto& [id, title] : titles)
         for (qsizetype i = 0; i < list.size(); ++i)
             if (list.at(i).id == QLatin1StringView(id) && list.at(i).title != title)

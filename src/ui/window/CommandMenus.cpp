@@ -44,7 +44,7 @@ QIcon commandIcon(const QString& symbol)
 CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
 {
     QMenu* file = addMenu(QStringLiteral("&File"), {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openInNewTab",
-                                      "openInEditor", "openInTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress", "extract",
+                                      "openInEditor", "openInTerminal", "openInExternalTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress", "extract",
                                       "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab", "quit"});
     TagsMenu::addShortcuts(window, state);
     file->insertMenu(action(QStringLiteral("getInfo")), TagsMenu::addTo(file, window, state));
@@ -64,7 +64,7 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     QMenu* view = addMenu(QStringLiteral("&View"), {"view.grid", "view.list", "view.columns", "view.table", "-", "sort.name", "sort.modified",
                                       "sort.size", "sort.kind", "groupByDate", "-", "hiddenFiles", "hideIgnored", "biggerIcons",
                                       "smallerIcons", "folderSizes", "reload", "-", "toggleSidebar", "focusSidebar", "togglePreview",
-                                      "expandPreview", "toggleTerminal", "newTerminal"});
+                                      "expandPreview", "toggleTerminal", "focusTerminal", "newTerminal", "closeTerminal"});
     view->addSeparator();
     ThemeMenu::addTo(view, state);
     addMenu(QStringLiteral("&Go"), {"back", "forward", "up", "-", "palette", "goToPath", "projects", "-", "showRecents", "thisMac",
@@ -80,7 +80,7 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
         {"back", QKeySequence(Qt::ALT | Qt::Key_Left)}, {"forward", QKeySequence(Qt::ALT | Qt::Key_Right)},
         {"up", QKeySequence(Qt::ALT | Qt::Key_Up)}, {"hiddenFiles", QKeySequence(Qt::CTRL | Qt::Key_H)},
         {"trash", QKeySequence(Qt::Key_Delete)}, {"toggleSidebar", QKeySequence(Qt::Key_F9)},
-        {"togglePreview", QKeySequence(Qt::Key_F3)}};
+        {"togglePreview", QKeySequence(Qt::Key_F3)}, {"toggleTerminal", QKeySequence(Qt::Key_F4)}};
     for (const auto& [id, extra] : habits)
         if (QAction* a = action(QString::fromLatin1(id)); a && !a->shortcut().isEmpty())
             a->setShortcuts({a->shortcut(), extra});

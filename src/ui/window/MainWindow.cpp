@@ -13,6 +13,7 @@
 #include "ui/window/CommandMenus.h"
 #include "ui/window/PaletteController.h"
 #include "ui/window/PaneGrid.h"
+#include "ui/terminal/TerminalSplit.h"
 #include "ui/window/TabBarDrops.h"
 #include "ui/window/ToastHost.h"
 #include "fileops/OutsideMoves.h"
@@ -211,11 +212,11 @@ PaneGrid* MainWindow::gridFor(TabState* tab)
 {
     PaneGrid* grid = m_gridOf.value(tab);
     if (!grid) {
-        grid = new PaneGrid(tab, [this](PaneWidget* widget) { decorate(widget); }, m_grids);
+        grid = new PaneGrid(tab, [this](PaneWidget* widget) { decorate(widget); });
         connect(grid, &PaneGrid::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
         connect(tab, &TabState::activePaneChanged, this, &MainWindow::updateTitles);
         m_gridOf.insert(tab, grid);
-        m_grids->addWidget(grid);
+        m_grids->addWidget(new TerminalSplit(tab, grid, m_grids)); // the tab's terminal panel under its panes
     }
     return grid;
 }
@@ -226,7 +227,7 @@ void MainWindow::syncTabs()
     // Grids of closed tabs go.
     for (auto it = m_gridOf.begin(); it != m_gridOf.end();) {
         if (!m_state->tabs().contains(it.key())) {
-            it.value()->deleteLater();
+            TerminalSplit::of(it.value())->deleteLater();
             it = m_gridOf.erase(it);
         } else {
             ++it;
@@ -253,7 +254,7 @@ void MainWindow::showSelectedTab()
     // Showing the grid hands the keyboard to its first pane, which would make that one active;
     // the tab's own active pane takes it back.
     PaneState* active = selected->activePane();
-    m_grids->setCurrentWidget(grid);
+    m_grids->setCurrentWidget(TerminalSplit::of(grid));
     m_syncing = false;
     selected->activate(active);
     if (PaneWidget* widget = grid->activeWidget())

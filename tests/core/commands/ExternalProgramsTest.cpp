@@ -103,11 +103,11 @@ TEST(ExternalPrograms, TheOpenInCommandsNameTheChosenProgram)
     ExternalPrograms programs;
     services().programs = &programs;
     EXPECT_EQ(CommandCatalog::find("openInEditor")->title, "Open in VS Code");
-    EXPECT_EQ(CommandCatalog::find("openInTerminal")->title, "Open in Alacritty");
+    EXPECT_EQ(CommandCatalog::find("openInExternalTerminal")->title, "Open in Alacritty");
     programs.setPreferredEditor("kate");
     programs.setPreferredTerminal("kitty");
     EXPECT_EQ(CommandCatalog::find("openInEditor")->title, "Open in Kate");
-    EXPECT_EQ(CommandCatalog::find("openInTerminal")->title, "Open in kitty");
+    EXPECT_EQ(CommandCatalog::find("openInExternalTerminal")->title, "Open in kitty");
     services().programs = nullptr;
     EXPECT_EQ(CommandCatalog::find("openInEditor")->title, "Open in Code Editor");
 }

@@ -1,0 +1,149 @@
+// The terminal panel in a real window: F4 opens a shell in the pane's folder with the keyboard
+// in it, the shell and the pane follow each other's folder, several terminals live in a tab
+// and survive switching tabs, dropped files arrive as quoted paths.
+
+#include "WindowFixture.h"
+
+#include "app/Settings.h"
+#include "commands/CommandCatalog.h"
+#include "terminal/TabTerminals.h"
+#include "terminal/TerminalSession.h"
+#include "ui/terminal/TerminalPanel.h"
+#include "ui/terminal/TerminalView.h"
+
+#include <QMimeData>
+
+namespace orwick {
+namespace {
+
+struct TerminalPanelTest : test::WindowTest {
+    void SetUp() override
+    {
+        // A plain, known shell whatever the machine's user has.
+        m_shell = qgetenv("SHELL");
+        qputenv("SHELL", "/bin/sh");
+    }
+    void TearDown() override
+    {
+        qputenv("SHELL", m_shell);
+        if (auto* settings = openSettings().release()) {
+            settings->remove(QLatin1StringView(settingsKey::paneFollowsTerminal));
+            delete settings;
+        }
+    }
+    TabTerminals* terminals() { return TabTerminals::existing(state->selectedTab()); }
+    TerminalSession* shown() { return terminals() ? terminals()->selected() : nullptr; }
+    TerminalView* focusedView() { return qobject_cast<TerminalView*>(QApplication::focusWidget()); }
+    bool shows(const QString& text)
+    {
+        return test::waitUntil([&] { return shown() && shown()->screen().screenText().contains(text); }, 10000);
+    }
+    void typeLine(const QString& text)
+    {
+        type(text);
+        press(Qt::Key_Return);
+    }
+    QByteArray m_shell;
+};
+
+TEST_F(TerminalPanelTest, F4OpensAShellInThePanesFolderWithTheKeyboard)
+{
+    const FilePath folder = tree.folder(QStringLiteral("work place"));
+    open(folder);
+    press(Qt::Key_F4);
+    ASSERT_NE(terminals(), nullptr);
+    EXPECT_TRUE(terminals()->isShown());
+    ASSERT_TRUE(test::waitUntil([&] { return focusedView() != nullptr; }));
+    EXPECT_EQ(focusedView()->session(), shown());
+    typeLine(QStringLiteral("echo \"[$PWD]\""));
+    EXPECT_TRUE(shows(QLatin1Char('[') + folder.text() + QLatin1Char(']'))) << shown()->screen().screenText().toStdString();
+
+    // F4 again hides the panel and gives the keyboard back to the pane; the shell lives on.
+    press(Qt::Key_F4);
+    EXPECT_FALSE(terminals()->isShown());
+    EXPECT_TRUE(test::waitUntil([&] { return window->activePaneWidget()->isAncestorOf(QApplication::focusWidget()); }));
+    EXPECT_TRUE(shown()->isRunning());
+}
+
+TEST_F(TerminalPanelTest, CtrlBacktickMovesTheKeyboardBetweenPaneAndTerminal)
+{
+    open(tree.root());
+    press(Qt::Key_QuoteLeft, Qt::ControlModifier);
+    ASSERT_TRUE(test::waitUntil([&] { return focusedView() != nullptr; }));
+    press(Qt::Key_QuoteLeft, Qt::ControlModifier);
+    EXPECT_TRUE(test::waitUntil([&] { return window->activePaneWidget()->isAncestorOf(QApplication::focusWidget()); }));
+    EXPECT_TRUE(terminals()->isShown());
+    press(Qt::Key_QuoteLeft, Qt::ControlModifier);
+    EXPECT_TRUE(test::waitUntil([&] { return focusedView() != nullptr; }));
+}
+
+TEST_F(TerminalPanelTest, TheShellAndThePaneFollowEachOther)
+{
+    const FilePath inner = tree.folder(QStringLiteral("it's inner"));
+    open(tree.root());
+    press(Qt::Key_F4);
+    ASSERT_TRUE(test::waitUntil([&] { return shown() && shown()->isIdleAtPrompt() && !shown()->screen().screenText().trimmed().isEmpty(); }));
+    // The pane goes somewhere: the shell, waiting at its prompt, goes too.
+    pane()->navigate(inner);
+    typeLine(QStringLiteral("echo \"<$PWD>\""));
+    EXPECT_TRUE(shows(QLatin1Char('<') + inner.text() + QLatin1Char('>'))) << shown()->screen().screenText().toStdString();
+
+    // The shell reports a folder (OSC 7): the pane follows once that is turned on.
+    openSettings()->setValue(QLatin1StringView(settingsKey::paneFollowsTerminal), true);
+    typeLine(QStringLiteral("printf '\\033]7;file://%s\\007' ") + QString::fromUtf8(tree.root().native()));
+    EXPECT_TRUE(test::waitUntil([&] { return pane()->url() == tree.root(); })) << pane()->url().text().toStdString();
+}
+
+TEST_F(TerminalPanelTest, SeveralTerminalsLiveInATabAndSurviveSwitchingTabs)
+{
+    open(tree.root());
+    press(Qt::Key_F4);
+    ASSERT_TRUE(test::waitUntil([&] { return shown() != nullptr; }));
+    TerminalSession* first = shown();
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("newTerminal"), *state));
+    ASSERT_EQ(terminals()->sessions().size(), 2);
+    TerminalSession* second = shown();
+    EXPECT_NE(first, second);
+
+    TabState* tab = state->selectedTab();
+    state->newTab(); // another tab, without a terminal (Ctrl+T would be the shell's now)
+    ASSERT_NE(state->selectedTab(), tab);
+    EXPECT_TRUE(terminals()->sessions().isEmpty());
+    state->selectTab(-1);
+    ASSERT_EQ(state->selectedTab(), tab);
+    EXPECT_EQ(terminals()->sessions(), (QList<TerminalSession*>{first, second}));
+    EXPECT_TRUE(first->isRunning() && second->isRunning());
+
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("closeTerminal"), *state));
+    EXPECT_EQ(terminals()->sessions(), QList<TerminalSession*>{first});
+    // A shell that exits takes its terminal with it; the last one closes the panel.
+    shown()->write("exit\r");
+    EXPECT_TRUE(test::waitUntil([&] { return terminals()->sessions().isEmpty(); }));
+    EXPECT_FALSE(terminals()->isShown());
+}
+
+TEST_F(TerminalPanelTest, DroppedFilesAreTypedAsQuotedPaths)
+{
+    const FilePath file = tree.file("a 'quoted' name.txt", "x");
+    open(tree.root());
+    press(Qt::Key_F4);
+    ASSERT_TRUE(test::waitUntil([&] { return focusedView() != nullptr && shown()->isIdleAtPrompt(); }));
+    TerminalView* view = focusedView();
+    ASSERT_EQ(FilePath::fromUrl(file.toUrl()), file);
+    ASSERT_EQ(view->session(), shown());
+    QMimeData data;
+    data.setUrls({file.toUrl()});
+    QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &enter);
+    ASSERT_TRUE(enter.isAccepted());
+    QDragMoveEvent move(QPoint(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &move);
+    QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(view->viewport(), &drop);
+    EXPECT_TRUE(drop.isAccepted());
+    EXPECT_TRUE(shows(QStringLiteral("'") + tree.root().text() + QStringLiteral("/a '\\''quoted'\\'' name.txt'")))
+        << shown()->screen().screenText().toStdString();
+}
+
+} // namespace
+} // namespace orwick
