@@ -24,15 +24,16 @@ void BoardWidget::setBoard(BoardView board, FileItems items, DatabaseColumns dat
     m_board = std::move(board);
     m_items = std::move(items);
     m_database = std::move(database);
+    // The keyboard stays in its lane (found again by its option), on the same card when the card
+    // is still there (a moved card was put in its new lane first), else at the same place.
     m_lane = std::max(0, m_board.laneOf(keepLane));
-    m_position = 0;
-    if (keep)
-        for (int lane = 0; lane < m_board.lanes.size(); ++lane)
-            for (int position = 0; position < m_board.lanes.at(lane).cards.size(); ++position)
-                if (m_items.at(m_board.lanes.at(lane).cards.at(position)).url == *keep && (lane == m_lane || !keepLane)) {
-                    m_lane = lane;
-                    m_position = position;
-                }
+    if (m_lane < m_board.lanes.size()) {
+        const QList<int>& cards = m_board.lanes.at(m_lane).cards;
+        m_position = std::clamp(m_position, 0, std::max(0, int(cards.size()) - 1));
+        for (int position = 0; keep && position < cards.size(); ++position)
+            if (m_items.at(cards.at(position)).url == *keep)
+                m_position = position;
+    }
     m_choice = std::clamp(m_choice, 0, std::max(0, int(m_board.choices.size()) - 1));
     updateSize();
     update();
