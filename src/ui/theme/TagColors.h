@@ -1,8 +1,9 @@
 #pragma once
 // The colours of the colour tags (FinderTag's indices: 1 gray, 2 green, 3 purple, 4 blue,
-// 5 yellow, 6 red, 7 orange) in their full hue, as dots on rows, tiles, the sidebar and the
-// tag commands draw them; a lighter set in dark appearance. Fixed like the tags' names: a
-// red tag is red in every theme.
+// 5 yellow, 6 red, 7 orange), as dots on rows, tiles, the sidebar and the tag commands draw
+// them. They are theme keys ("tag.red"…, themekeys::tag()): the default colour set gives full
+// hues (lighter ones in dark appearance), a theme may give its own red or green, and a theme
+// file may set any of them; a red tag stays red in every theme.
 
 #include <QColor>
 

@@ -2,6 +2,7 @@
 
 #include "theme/ThemeStore.h"
 #include "ui/theme/Theme.h"
+#include "ui/theme/ThemedStyle.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -49,6 +50,7 @@ void follow()
         return;
     g_following = true;
     noteSystemAppearance();
+    QApplication::setStyle(new ThemedStyle); // check boxes and radio buttons in the theme's colours
     apply();
     QObject::connect(&ThemeStore::shared(), &ThemeStore::changed, qApp, &apply);
 }

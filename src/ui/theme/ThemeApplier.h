@@ -1,6 +1,6 @@
 #pragma once
-// Puts the ThemeStore's resolved theme into the application and keeps it there: the application
-// palette (every role, for active, inactive and disabled widgets), the tooltip palette, the base
+// Puts the ThemeStore's resolved theme into the application and keeps it there: the style's
+// check boxes (ThemedStyle.h), the application palette (every role, for active, inactive and disabled widgets), the tooltip palette, the base
 // font's pixel size, and a new layout of every item view (row heights). Widgets that colour
 // themselves beyond the palette ask to be told (whenChanged).
 //

@@ -3,6 +3,7 @@
 #include "commands/CommandCatalog.h"
 #include "places/FinderTag.h"
 #include "ui/text/LiteralText.h"
+#include "ui/theme/ThemeSwatch.h"
 #include "ui/views/TagDots.h"
 #include "ui/window/TagsMenu.h"
 #include "ui/window/ThemeMenu.h"
@@ -22,6 +23,9 @@ QIcon commandIcon(const QString& symbol)
     // A tag's command shows its colour ("tag.red"); another tag a plain dot ("tag").
     if (symbol == QLatin1StringView("tag") || symbol.startsWith(QLatin1StringView("tag.")))
         return tagDotIcon(FinderTag::colorIndex(symbol.mid(4)).value_or(0));
+    // A theme's command shows a swatch of its colours ("theme.Nord").
+    if (symbol.startsWith(QLatin1StringView("theme.")))
+        return theme::themeSwatchIcon(symbol.mid(6));
     static const QHash<QString, QString> themeNames{
         {"plus.square.on.square", "tab-new"}, {"macwindow.badge.plus", "window-new"}, {"folder.badge.plus", "folder-new"}, {"doc.badge.plus", "document-new"},
         {"xmark", "window-close"}, {"pencil", "edit-rename"}, {"trash", "user-trash"}, {"doc.on.doc", "edit-copy"},

@@ -4,6 +4,7 @@
 #include "ui/text/LiteralText.h"
 #include "commands/ThemeCommands.h"
 #include "theme/ThemeStore.h"
+#include "ui/theme/ThemeSwatch.h"
 
 #include <QActionGroup>
 #include <QMenu>
@@ -26,6 +27,8 @@ QAction* addCommand(QMenu* menu, QActionGroup* group, const AppCommand& command,
     if (group)
         group->addAction(action);
     action->setChecked(group && ThemeCommands::isChosen(command.id, ThemeStore::shared()));
+    if (command.id.startsWith(ThemeCommands::kThemePrefix))
+        action->setIcon(theme::themeSwatchIcon(command.id.mid(ThemeCommands::kThemePrefix.size())));
     QObject::connect(action, &QAction::triggered, menu, [state, id = command.id] { CommandCatalog::run(id, *state); });
     return action;
 }

@@ -1,0 +1,24 @@
+#pragma once
+// ThemedStyle: the application's style (Fusion beneath) with the check boxes and radio buttons
+// drawn in the theme's colours. Fusion outlines an unticked box in a shade of the window colour,
+// which on a dark background all but disappears; here the box has an edge halfway between the
+// background and the text (clear in light and dark alike), the accent when the pointer is over
+// it, and a tick or dot in the text colour on the accent once chosen. Metrics are Fusion's, so
+// nothing moves; colours are read when painting, so a new theme reaches every box at once.
+//
+// theme::follow() installs it once for the application.
+
+#include <QProxyStyle>
+
+namespace orwick {
+
+class ThemedStyle : public QProxyStyle {
+    Q_OBJECT
+public:
+    ThemedStyle();
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget = nullptr) const override;
+};
+
+} // namespace orwick
