@@ -180,7 +180,7 @@ void MainWindow::setUpPreview(QSplitter* splitter)
 
 PaneWidget* MainWindow::activePaneWidget() const
 {
-    const PaneGrid* grid = m_gridOf.value(m_state->selectedTab());
+    PaneGrid* grid = m_gridOf.value(m_state->selectedTab());
     return grid ? grid->activeWidget() : nullptr;
 }
 

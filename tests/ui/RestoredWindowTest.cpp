@@ -1,0 +1,131 @@
+// A window opening on a restored session: a split paints its active pane first and makes the
+// other pane's widget right after, showing everything that pane's state holds (folder, cursor,
+// view, history) and keeping the divider where it stood; a tab not shown at the start shows its
+// panes, their folders and its active pane once it is selected.
+
+#include "WindowFixture.h"
+#include "ui/views/FileGridView.h"
+#include "ui/views/FileTableView.h"
+#include "ui/window/PaneGrid.h"
+
+#include <QSplitter>
+#include <QTabBar>
+
+using namespace orwick;
+using test::waitUntil;
+
+namespace {
+
+struct RestoredWindowTest : test::WindowTest {
+    void SetUp() override
+    {
+        for (const char* name : {"A/one.txt", "A/two.txt", "A/sub/inner.txt", "B/inside.txt", "C/inside.txt", "D/inside.txt"})
+            tree.file(QString::fromLatin1(name));
+    }
+    // A window state as a start of the app makes it: restored before any folder is read.
+    void restore(const Session& session)
+    {
+        state = std::make_unique<WindowState>(tree.root(), &preferences, nullptr, PaneState::Start::whenShown);
+        state->restore(session);
+        state->selectedTab()->loadPanes();
+    }
+    PaneWidget* widgetOf(const PaneState* of) const
+    {
+        for (PaneWidget* widget : window->findChildren<PaneWidget*>())
+            if (widget->pane() == of)
+                return widget;
+        return nullptr;
+    }
+    static bool loaded(const PaneState* pane) { return !pane->isWaitingToBeShown() && !pane->isLoading() && !pane->items().isEmpty(); }
+};
+
+} // namespace
+
+TEST_F(RestoredWindowTest, ASplitPaintsItsActivePaneFirstAndTheOtherPaneKeepsItsState)
+{
+    Session session;
+    session.tabs = {Session::Tab::ofGrid({{tree.path("A")}, {tree.path("B")}}, 1)};
+    restore(session);
+    PaneState* left = state->selectedTab()->panes()[0];
+    PaneState* right = state->selectedTab()->panes()[1];
+    ASSERT_TRUE(waitUntil([&] { return loaded(left) && loaded(right); }));
+    // The left pane's state moves on before any widget draws it: history, view and cursor.
+    left->navigate(tree.path("A/sub"));
+    ASSERT_TRUE(waitUntil([&] { return loaded(left) && left->url() == tree.path("A/sub"); }));
+    left->goBack();
+    ASSERT_TRUE(waitUntil([&] { return loaded(left) && left->url() == tree.path("A"); }));
+    left->chooseViewMode(ViewMode::table);
+    left->click(tree.path("A/two.txt"), Qt::NoModifier);
+
+    window = std::make_unique<MainWindow>(state.get());
+    auto* grid = window->findChild<PaneGrid*>();
+    ASSERT_NE(grid, nullptr);
+    // Before the first paint only the active pane has a widget; the other has a blank place.
+    EXPECT_TRUE(grid->hasWaitingPanes());
+    ASSERT_EQ(window->findChildren<PaneWidget*>().size(), 1);
+    EXPECT_EQ(window->findChildren<PaneWidget*>().first()->pane(), right);
+    window->show();
+    ASSERT_TRUE(waitUntil([&] { return !grid->hasWaitingPanes(); }));
+    ASSERT_EQ(window->findChildren<PaneWidget*>().size(), 2);
+
+    PaneWidget* made = widgetOf(left);
+    ASSERT_NE(made, nullptr);
+    EXPECT_TRUE(made->isVisible());
+    EXPECT_EQ(made->itemsView(), made->tableView());
+    EXPECT_EQ(made->tableView()->currentIndex().row(), left->row(tree.path("A/two.txt")));
+    EXPECT_EQ(left->selection(), QSet<FilePath>{tree.path("A/two.txt")});
+    EXPECT_EQ(left->forwardStack(), QList<FilePath>{tree.path("A/sub")});
+    EXPECT_EQ(window->activePaneWidget()->pane(), right);
+    // The divider stays where the blank place held it: two halves.
+    auto* columns = qobject_cast<QSplitter*>(made->parentWidget()->parentWidget());
+    ASSERT_NE(columns, nullptr);
+    const QList<int> sizes = columns->sizes();
+    ASSERT_EQ(sizes.size(), 2);
+    EXPECT_LE(std::abs(sizes[0] - sizes[1]), 4) << sizes[0] << " against " << sizes[1];
+}
+
+TEST_F(RestoredWindowTest, AWaitingPaneIsMadeAtOnceWhenItBecomesActive)
+{
+    Session session;
+    session.tabs = {Session::Tab::ofGrid({{tree.path("A")}, {tree.path("B")}}, 1)};
+    restore(session);
+    window = std::make_unique<MainWindow>(state.get());
+    ASSERT_EQ(window->findChildren<PaneWidget*>().size(), 1);
+    PaneState* left = state->selectedTab()->panes()[0];
+    state->selectedTab()->activate(left);
+    ASSERT_NE(widgetOf(left), nullptr);
+    EXPECT_EQ(window->activePaneWidget()->pane(), left);
+}
+
+TEST_F(RestoredWindowTest, ARestoredTabShownLaterHasItsPanesState)
+{
+    Session session;
+    session.tabs = {Session::Tab::ofGrid({{tree.path("A")}}, 0),
+                    Session::Tab::ofGrid({{tree.path("C")}, {tree.path("D")}}, 1)};
+    restore(session);
+    TabState* hidden = state->tabs()[1];
+    PaneState* first = hidden->panes()[0];
+    PaneState* second = hidden->panes()[1];
+    // Chosen while the tab is still waiting to be shown.
+    first->chooseViewMode(ViewMode::grid);
+    window = std::make_unique<MainWindow>(state.get());
+    window->show();
+    ASSERT_TRUE(waitUntil([&] { return loaded(state->activePane()); }));
+    EXPECT_TRUE(first->isWaitingToBeShown());
+    EXPECT_EQ(widgetOf(first), nullptr);
+
+    window->tabBar()->setCurrentIndex(1);
+    ASSERT_EQ(state->selectedTab(), hidden);
+    ASSERT_TRUE(waitUntil([&] { return loaded(first) && loaded(second); }));
+    PaneWidget* left = widgetOf(first);
+    PaneWidget* right = widgetOf(second);
+    ASSERT_NE(left, nullptr);
+    ASSERT_NE(right, nullptr);
+    EXPECT_EQ(first->url(), tree.path("C"));
+    EXPECT_EQ(second->url(), tree.path("D"));
+    EXPECT_EQ(window->activePaneWidget(), right);
+    EXPECT_EQ(left->itemsView(), left->gridView());
+    EXPECT_EQ(left->gridView()->model()->rowCount(), 1);
+    EXPECT_EQ(right->listView()->model()->rowCount(), 1);
+    EXPECT_TRUE(left->isVisible() && right->isVisible());
+}
