@@ -3,6 +3,7 @@
 #include "highlight/SyntaxHighlighter.h"
 #include "theme/ThemeStore.h"
 #include "ui/preview/PdfPage.h"
+#include "ui/preview/PreviewImageView.h"
 #include "ui/theme/Theme.h"
 
 #include <QApplication>
@@ -128,6 +129,13 @@ PreparedPreview preparePreview(const PreviewRequest& request, const PreviewStyle
         break;
     default:
         break;
+    }
+    const bool picture = content.kind == PreviewContent::Kind::image || content.kind == PreviewContent::Kind::pdf
+                      || content.kind == PreviewContent::Kind::font;
+    if (picture && !content.image.isNull() && style.pictureRoom.isValid()) {
+        const QSize shown = PreviewImageView::shownSize(content.image.size(), style.pictureRoom);
+        if (shown != content.image.size() && !cancel.isCancelled())
+            prepared.fitted = content.image.scaled(shown, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
     if (prepared.document)
         prepared.document->moveToThread(QCoreApplication::instance()->thread());

@@ -65,14 +65,17 @@ void PreviewFollower::update()
     const std::pair<qint64, qint64> stamp{item ? item->modified : 0, item && item->size ? *item->size : -1};
     const bool changed = *shown == m_load->path() && stamp != m_stamp;
     m_stamp = stamp;
+    m_load->setPictureRoom(m_view->pictureRoom());
     m_load->show(*shown, changed);
 }
 
 void PreviewFollower::reload()
 {
     if (m_active)
-        if (const auto shown = target())
+        if (const auto shown = target()) {
+            m_load->setPictureRoom(m_view->pictureRoom());
             m_load->show(*shown, true);
+        }
 }
 
 } // namespace orwick

@@ -1,6 +1,7 @@
 #include "ui/preview/PreviewLoad.h"
 
 #include "preview/FolderSummary.h"
+#include "ui/preview/DocumentDisposal.h"
 
 namespace orwick {
 
@@ -43,13 +44,16 @@ void PreviewLoad::start()
     request.path = m_path;
     request.box = m_box;
     request.columnWidth = m_columnWidth;
-    const PreviewStyle style = PreviewStyle::fromApplication();
+    PreviewStyle style = PreviewStyle::fromApplication();
+    style.pictureRoom = m_pictureRoom;
     request.ink = style.text;
     runInBackground(
         this, [request, style, token = ticket.token] { return std::make_shared<PreparedPreview>(preparePreview(request, style, *token)); },
         [this, ticket](std::shared_ptr<PreparedPreview> prepared) {
-            if (!m_task.isCurrent(ticket))
+            if (!m_task.isCurrent(ticket)) {
+                disposeInBackground(std::move(prepared->document));
                 return;
+            }
             m_task.finish(ticket);
             const bool measures = prepared->content.measuresSize;
             const FilePath path = prepared->content.path;

@@ -3,7 +3,8 @@
 // loads at once when nothing else is loading; requests that come while a load runs (the cursor
 // running down a list faster than items load) are coalesced so that only the last is loaded. Each load runs off
 // the GUI thread (preparePreview); starting one cancels the one before, and a result that is not
-// the newest is dropped. A folder's total size follows as a second, slower task.
+// the newest is dropped (its document freed off the GUI thread). A folder's total size follows
+// as a second, slower task.
 //
 // Signals: ready() follows every load that was not superseded, with the prepared preview;
 // sizeMeasured() follows a folder's ready() when its size is known. Lives on the GUI thread.
@@ -28,6 +29,8 @@ public:
         m_box = box;
         m_columnWidth = columnWidth;
     }
+    // The room a picture has in the view (device pixels), for loads from now on.
+    void setPictureRoom(QSize room) { m_pictureRoom = room; }
     // Loads `path`; the same path again reloads it only when `force` is set (it changed).
     void show(const FilePath& path, bool force = false);
     // Forgets the item and cancels what runs.
@@ -49,6 +52,7 @@ private:
     FilePath m_path;
     QSize m_box{900, 900};
     int m_columnWidth = 800;
+    QSize m_pictureRoom;
 };
 
 } // namespace orwick

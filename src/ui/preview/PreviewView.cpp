@@ -1,6 +1,7 @@
 #include "ui/preview/PreviewView.h"
 
 #include "preview/MarkdownRender.h"
+#include "ui/preview/DocumentDisposal.h"
 #include "ui/preview/PreviewImageView.h"
 #include "ui/preview/PreviewTableModel.h"
 #include "ui/theme/Theme.h"
@@ -124,8 +125,22 @@ void PreviewView::showPlaceholder(const QString& text)
     setLine(m_noteLine, {});
     m_message->setText(text);
     m_stack->setCurrentWidget(m_message);
-    m_document.reset();
+    letGoOf(std::move(m_document));
 }
+
+void PreviewView::letGoOf(std::shared_ptr<QTextDocument> document)
+{
+    // A view never keeps a document it no longer shows; the document is then freed off the GUI thread.
+    if (!document)
+        return;
+    if (m_text->document() == document.get())
+        m_text->setDocument(nullptr);
+    if (m_noteView->document() == document.get())
+        m_noteView->setDocument(nullptr);
+    disposeInBackground(std::move(document));
+}
+
+QSize PreviewView::pictureRoom() const { return m_image->room(); }
 
 void PreviewView::showPrepared(PreparedPreview prepared)
 {
@@ -157,7 +172,7 @@ void PreviewView::showPrepared(PreparedPreview prepared)
     case Kind::image:
     case Kind::pdf:
     case Kind::font:
-        m_image->setImage(std::move(content.image), content.kind == Kind::pdf);
+        m_image->setImage(std::move(content.image), content.kind == Kind::pdf, std::move(prepared.fitted));
         m_stack->setCurrentWidget(m_image);
         break;
     case Kind::table:
@@ -179,11 +194,8 @@ void PreviewView::showPrepared(PreparedPreview prepared)
     }
     if (m_stack->currentWidget() != m_image)
         m_image->setImage({}, false);
-    // A view never keeps a document it no longer shows.
-    if (m_text->document() == previous.get() && m_stack->currentWidget() != m_text)
-        m_text->setDocument(nullptr);
-    if (m_noteView->document() == previous.get() && m_stack->currentWidget() != m_noteView)
-        m_noteView->setDocument(nullptr);
+    if (previous != m_document)
+        letGoOf(std::move(previous));
 }
 
 void PreviewView::addDetail(const FilePath& path, const QString& line)

@@ -36,6 +36,8 @@ public:
 
     const FilePath& shownPath() const { return m_path; }
     PreviewContent::Kind shownKind() const { return m_kind; }
+    // The room a picture has in the view (device pixels), which loads fit pictures to.
+    QSize pictureRoom() const;
     QString titleText() const;
     QString detailsText() const;
     QString noteText() const;
@@ -57,6 +59,8 @@ private:
     void onLink(const QUrl& url);
     void setHeader(const PreviewContent& content);
     void setLine(QLabel* label, const QString& text);
+    // Detaches `document` from the views and frees it off the GUI thread (DocumentDisposal.h).
+    void letGoOf(std::shared_ptr<QTextDocument> document);
 
     QLabel* m_title;
     QLabel* m_details;
