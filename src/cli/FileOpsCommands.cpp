@@ -6,14 +6,11 @@
 // gets the summary: the window's toast when all went well ("Copied 3 items"), else the count of
 // what was done out of what was asked ("Copied 3 of 4 items; 1 failed"), and the exit status is 1.
 // A move updates the links of the notes that point at what moved, as the window does (unless
-// --no-links or the setting is off), and says how many notes it changed.
+// --no-links or the setting is off; see EngineRun), and says how many notes it changed.
 
 #include "cli/CliCommand.h"
 #include "cli/CliPaths.h"
-#include "fileops/FileOperations.h"
-#include "fileops/LinkUpdater.h"
-
-#include <QEventLoop>
+#include "cli/EngineRun.h"
 
 namespace orwick::cli {
 namespace {
@@ -44,15 +41,8 @@ QList<FilePath> usableItems(const Arguments& arguments)
 int runToEnd(const Verb& verb, qsizetype asked, const QList<FilePath>& items,
              const std::function<void(FileOperations&, const QList<FilePath>&)>& start, bool updateLinks = false)
 {
-    FileOperations operations;
-    std::unique_ptr<LinkUpdater> links;
-    bool relocated = false;
-    std::optional<LinkUpdateCount> linkCount;
-    if (updateLinks) {
-        links = std::make_unique<LinkUpdater>(&operations);
-        QObject::connect(&operations, &FileOperations::itemsRelocated, [&] { relocated = true; });
-        QObject::connect(links.get(), &LinkUpdater::linksUpdated, [&](LinkUpdateCount count) { linkCount = count; });
-    }
+    EngineRun run(updateLinks);
+    FileOperations& operations = run.operations();
     QString announcement;
     bool reported = false;
     qsizetype doneInReports = 0;
@@ -69,37 +59,20 @@ int runToEnd(const Verb& verb, qsizetype asked, const QList<FilePath>& items,
             announcement = toast.text;
     });
     if (!items.isEmpty()) {
-        QEventLoop loop;
-        auto quitWhenDone = [&] {
-            if (operations.isIdle() && (!relocated || linkCount))
-                loop.quit();
-        };
-        QObject::connect(&operations, &FileOperations::operationFinished, &loop, quitWhenDone);
-        if (links)
-            QObject::connect(links.get(), &LinkUpdater::linksUpdated, &loop, quitWhenDone);
         start(operations, items);
-        if (!operations.isIdle() || (relocated && !linkCount))
-            loop.exec();
+        run.wait();
     }
-    // After the summary: what the move did to notes' links.
-    auto sayLinks = [&] {
-        if (linkCount && linkCount->updated > 0)
-            out() << "Updated links in " << linkCount->updated << (linkCount->updated == 1 ? " note" : " notes") << Qt::endl;
-        if (linkCount && linkCount->skipped > 0)
-            err() << "Left the links in " << linkCount->skipped << (linkCount->skipped == 1 ? " note" : " notes")
-                  << " alone (not UTF-8, too large or read-only)" << Qt::endl;
-    };
     if (!reported && items.size() == asked) {
         if (!announcement.isEmpty())
             out() << announcement << Qt::endl;
-        sayLinks();
+        run.sayLinks(); // after the summary: what the move did to notes' links
         return 0;
     }
     // Only a job that went all the way is announced; then all the items it was given were done.
     const qsizetype done = announcement.isEmpty() ? doneInReports : doneInReports + items.size();
     out() << verb.past << ' ' << done << " of " << asked << (asked == 1 ? " item" : " items") << verb.place << "; "
           << asked - done << " failed" << Qt::endl;
-    sayLinks();
+    run.sayLinks();
     return 1;
 }
 
@@ -107,8 +80,7 @@ int transfer(const Arguments& given, FileOperations::Mode mode)
 {
     const Verb& verb = mode == FileOperations::Mode::copy ? kCopy : kMove;
     Arguments arguments = given;
-    const bool updateLinks = mode == FileOperations::Mode::move && arguments.removeAll("--no-links") == 0
-                             && LinkUpdater::isEnabled();
+    const bool updateLinks = mode == FileOperations::Mode::move && EngineRun::followsLinks(arguments);
     if (arguments.size() < 2)
         return usageError(mode == FileOperations::Mode::move
                               ? QStringLiteral("usage: orwick-cli move [--no-links] SRC... DEST")

@@ -8,15 +8,15 @@
 // status is 0 when every changing item was renamed, 1 when some weren't, 2 for a usage error or
 // a rule that gives no names (a pattern that doesn't compile).
 //
-// Links to the renamed notes are not rewritten here yet. When the link updater takes renames,
-// it gets `renames` after the commit below, and a --no-links option turns that off.
+// Renaming notes, pictures or folders updates the links of the notes that point at them, as a
+// rename in the window does (the same LinkUpdater on the engine; see EngineRun), unless
+// --no-links is given or the setting is off; the count of notes changed follows the toast.
 
 #include "cli/CliCommand.h"
 #include "cli/CliPaths.h"
-#include "fileops/FileOperations.h"
+#include "cli/EngineRun.h"
 #include "rename/RenamePreview.h"
 
-#include <QEventLoop>
 #include <variant>
 
 namespace orwick::cli {
@@ -24,17 +24,19 @@ namespace {
 
 const QString kUsage = QStringLiteral(
     "rename FILE... (--replace FIND --with TEXT [--regex] [--ignore-case] | --add TEXT [--at-end] | "
-    "--number NAME [--start N]) [--dry-run]");
+    "--number NAME [--start N]) [--dry-run] [--no-links]");
 const QString kDetails = QStringLiteral(
     "Other rules: --case lower|upper|title, --template TEXT ({name} {ext} {n} {date:yyyy-MM-dd} {parent};\n"
     "the extension is kept; {n} counts from --start), --remove CHARACTERS (taken out of each name).\n"
     "--replace works on the whole name, the others keep the extension; --number \"\" keeps each one's name.\n"
-    "The items are numbered in the order given. --dry-run shows the new names and renames nothing.");
+    "The items are numbered in the order given. --dry-run shows the new names and renames nothing.\n"
+    "Links in notes to what was renamed are updated as the window does; --no-links leaves notes alone.");
 
 struct Request {
     BatchRename rule;
     Arguments files;
     bool dryRun = false;
+    bool followLinks = true;
 };
 
 // Reads the arguments into a rule; a sentence for the usage error when they don't make one.
@@ -104,6 +106,8 @@ std::variant<Request, QString> readArguments(const Arguments& arguments)
             rule.addsAtEnd = true;
         } else if (argument == "--dry-run") {
             request.dryRun = true;
+        } else if (argument == "--no-links") {
+            request.followLinks = false;
         } else {
             request.files.append(argument);
         }
@@ -117,34 +121,34 @@ std::variant<Request, QString> readArguments(const Arguments& arguments)
     return request;
 }
 
-// Commits the renames through the engine and waits for it; the items that were not renamed.
-int commit(const QList<FileMove>& renames)
+// Commits the renames through the engine and waits for it and the link update after it; the
+// items that were not renamed.
+int commit(const QList<FileMove>& renames, bool followLinks)
 {
-    FileOperations operations;
-    QString announcement;
+    EngineRun run(followLinks);
+    FileOperations& operations = run.operations();
+    QString announcement; // the rename's own toast, not the link update's after it
     int failed = 0;
     operations.setReportErrors([&](const OperationOutcome& outcome) {
         for (const QString& error : outcome.errors)
             err() << error << Qt::endl;
         if (outcome.skipped > 0)
             err() << skippedText(outcome.skipped) << "." << Qt::endl;
-        if (!outcome.doneText.isEmpty())
+        if (announcement.isEmpty() && !outcome.doneText.isEmpty())
             announcement = outcome.doneText;
     });
-    QObject::connect(&operations, &FileOperations::announced, [&](const Toast& toast) { announcement = toast.text; });
-    QEventLoop loop;
+    QObject::connect(&operations, &FileOperations::announced, [&](const Toast& toast) {
+        if (announcement.isEmpty())
+            announcement = toast.text;
+    });
     operations.renameMany(renames, batchRenameTitle(renames.size()), nullptr,
                           [&](const QList<FilePath>& done, const QHash<FilePath, QString>&) {
                               failed = int(renames.size() - done.size());
                           });
-    QObject::connect(&operations, &FileOperations::operationFinished, &loop, [&] {
-        if (operations.isIdle())
-            loop.quit();
-    });
-    if (!operations.isIdle())
-        loop.exec();
+    run.wait();
     if (!announcement.isEmpty())
         out() << announcement << Qt::endl;
+    run.sayLinks();
     return failed;
 }
 
@@ -183,7 +187,7 @@ int renameFiles(const Arguments& arguments)
     const QList<FileMove> renames = preview.renames();
     int failed = 0;
     if (!request.dryRun && !renames.isEmpty())
-        failed = commit(renames);
+        failed = commit(renames, request.followLinks && LinkUpdater::isEnabled());
     return missing || preview.problems > 0 || failed > 0 ? 1 : 0;
 }
 

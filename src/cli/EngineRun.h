@@ -1,0 +1,48 @@
+#pragma once
+// EngineRun: the window's file operations engine on the command line, run to its end. It owns
+// one FileOperations and, when links are followed, the LinkUpdater on it — the same updater the
+// window has on its engine, following itemsRelocated() — so a move, rename or batch rename made
+// from the command line rewrites notes' links exactly as the same change made in the window.
+//
+// The command starts its jobs on operations(), then wait() runs the event loop until every job
+// has ended and every link update that followed a move has written its notes (or found none to
+// change). Reports, toasts and conflict questions are the command's own to hook up.
+
+#include "cli/CliCommand.h"
+#include "fileops/FileOperations.h"
+#include "fileops/LinkUpdater.h"
+
+#include <memory>
+#include <optional>
+
+namespace orwick::cli {
+
+class EngineRun {
+public:
+    explicit EngineRun(bool followLinks);
+    ~EngineRun();
+
+    FileOperations& operations() { return m_operations; }
+    // Returns once the engine is idle and no link update is still to come.
+    void wait();
+    // What the link updates did, summed; nothing when none ran.
+    std::optional<LinkUpdateCount> linkCount() const { return m_linkCount; }
+    // "Updated links in 2 notes" on standard output and the notes left alone on standard error;
+    // nothing when no note changed or was left alone.
+    void sayLinks() const;
+
+    // Takes "--no-links" out of `arguments`: true when links are to be followed (it wasn't
+    // given, and the setting "updateLinksOnMove" is on).
+    static bool followsLinks(Arguments& arguments);
+
+private:
+    bool isDone() const;
+
+    FileOperations m_operations;
+    std::unique_ptr<LinkUpdater> m_links;
+    int m_relocations = 0;   // moves the updater was told of
+    int m_linkUpdates = 0;   // link updates finished
+    std::optional<LinkUpdateCount> m_linkCount;
+};
+
+} // namespace orwick::cli
