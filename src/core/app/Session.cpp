@@ -103,6 +103,14 @@ QJsonObject Session::Tab::toJson() const
     }
     if (active)
         object.insert("active", *active);
+    if (!terminals.isEmpty()) {
+        QJsonArray folders;
+        for (const FilePath& folder : terminals)
+            folders.append(pathValue(folder));
+        object.insert("terminals", folders);
+    }
+    if (showTerminal)
+        object.insert("showTerminal", true);
     return object;
 }
 
@@ -144,6 +152,11 @@ std::optional<Session::Tab> Session::Tab::fromJson(const QJsonObject& object)
         if (!tab.active)
             return std::nullopt;
     }
+    // The terminal panel is a nicety: a damaged entry loses the shells, not the tab.
+    for (const QJsonValue& value : object.value("terminals").toArray())
+        if (const auto folder = pathFrom(value))
+            tab.terminals.append(*folder);
+    tab.showTerminal = object.value("showTerminal").toBool(false) && !tab.terminals.isEmpty();
     return tab;
 }
 

@@ -4,9 +4,11 @@
 // and WindowState::restore() rebuilds a window from one.
 //
 // JSON: {"tabs": [tab…], "selected": int, "showPreview": bool}, each tab
-// {"left": path, "right"?: path, "rightIsActive": bool, "columns"?: [[path…]…], "active"?: int}.
+// {"left": path, "right"?: path, "rightIsActive": bool, "columns"?: [[path…]…], "active"?: int,
+//  "terminals"?: [path…], "showTerminal"?: bool}.
 // "left"/"right" are the first two panes; "columns" and "active" carry the whole grid when it is
-// more than one pane or two panes side by side. Paths are written as StoredPath text, so a path
+// more than one pane or two panes side by side. "terminals" (the folders of the terminal panel's
+// shells) and "showTerminal" are there when the tab has any. Paths are written as StoredPath text, so a path
 // that is not UTF-8 comes back byte for byte.
 //
 // The last window's session is kept in the preferences store under "session"; only the first
@@ -28,6 +30,8 @@ struct Session {
         bool rightIsActive = false;
         std::optional<QList<QList<FilePath>>> columns; // column by column, top to bottom
         std::optional<int> active;                   // in the grid, counted column by column
+        QList<FilePath> terminals;                   // the folders of the terminal panel's shells
+        bool showTerminal = false;                   // the terminal panel is open
 
         // A tab of this grid (columns left to right) with the pane at `activeIndex` active.
         static Tab ofGrid(const QList<QList<FilePath>>& grid, int activeIndex);

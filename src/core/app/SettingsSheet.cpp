@@ -8,6 +8,7 @@
 #include "git/Git.h"
 #include "places/SidebarStore.h"
 #include "state/ViewPreferences.h"
+#include "terminal/TerminalSettingRows.h"
 #include "theme/ThemeStore.h"
 
 #include <QPointer>
@@ -216,6 +217,7 @@ SettingsSheet::SettingsSheet(const Owners& owners, QObject* parent) : QObject(pa
     m_sections.append(themeSettingsSection(owners.themes)); // first: "Choose Theme…" opens the sheet on it
     m_sections.append({QStringLiteral("File List"), viewRows(owners.views) << hideIgnoredRow(owners.git) << updateLinksRow()});
     m_sections.append({QStringLiteral("Other Programs"), programRows(owners.programs) << showInFolderRow(owners.showInFolder)});
+    m_sections.append(terminalSettingsSection());
     m_sections.append({QStringLiteral("Sidebar"), sidebarRows(owners.sidebar),
                        QStringLiteral("Click a section’s title in the sidebar to fold it away.")});
 

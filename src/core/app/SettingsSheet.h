@@ -8,6 +8,7 @@
 //   ShowInFolderService  "takeOverShowInFolder"
 //   SidebarStore         "showFavorites", "showRecent", "showLocations", "showTags" (in sidebar.json)
 //   ThemeStore           "theme", "appearanceMode", "accentColor" (ThemeSettingRows.h)
+//   the settings store   "terminalFollowsPane", "paneFollowsTerminal" (TerminalSettingRows.h)
 // An owner that is absent leaves its row listed but unavailable (no setter), with a note that
 // says why.
 //

@@ -1,5 +1,8 @@
 #include "state/TabState.h"
 
+#include "terminal/TabTerminals.h"
+#include "terminal/TerminalSession.h"
+
 #include <QTimer>
 #include <memory>
 
@@ -18,6 +21,8 @@ TabState::TabState(const Session::Tab& saved, ViewPreferences* preferences, QObj
     : QObject(parent), m_preferences(preferences)
 {
     restoreLayout(saved.grid(), saved.activeIndex());
+    if (!saved.terminals.isEmpty())
+        TabTerminals::of(this)->restore(saved.terminals, saved.showTerminal);
 }
 
 PaneState* TabState::makePane(const FilePath& folder, PaneState::Start start)
@@ -90,7 +95,13 @@ Session::Tab TabState::saved() const
             folders.append(pane->url());
         grid.append(folders);
     }
-    return Session::Tab::ofGrid(grid, int(panes().indexOf(activePane())));
+    Session::Tab tab = Session::Tab::ofGrid(grid, int(panes().indexOf(activePane())));
+    if (const TabTerminals* terminals = TabTerminals::existing(this)) {
+        for (const TerminalSession* session : terminals->sessions())
+            tab.terminals.append(session->folder());
+        tab.showTerminal = terminals->isShown() && !tab.terminals.isEmpty();
+    }
+    return tab;
 }
 
 QList<PaneState*> TabState::panes() const

@@ -1,5 +1,6 @@
 #include "terminal/TabTerminals.h"
 
+#include "app/Session.h"
 #include "state/TabState.h"
 #include "terminal/FolderFollowing.h"
 #include "terminal/TerminalSession.h"
@@ -58,6 +59,13 @@ TerminalSession* TabTerminals::newTerminal(const FilePath& folder)
     Q_EMIT selectedChanged();
     setShown(true);
     return session;
+}
+
+void TabTerminals::restore(const QList<FilePath>& folders, bool shown)
+{
+    for (const FilePath& folder : folders)
+        newTerminal(Session::folder(folder));
+    setShown(shown && !m_sessions.isEmpty());
 }
 
 void TabTerminals::closeTerminal(TerminalSession* session)

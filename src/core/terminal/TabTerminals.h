@@ -42,6 +42,9 @@ public:
     TerminalSession* newTerminal(const FilePath& folder);
     // Ends a session's shell and removes it.
     void closeTerminal(TerminalSession* session);
+    // Shells in these folders (a folder gone since starts at home), the panel open or not: a
+    // tab brought back from a saved session.
+    void restore(const QList<FilePath>& folders, bool shown);
 
     void requestFocus() { Q_EMIT focusRequested(); }
     void requestFocusToggle() { Q_EMIT focusToggleRequested(); }

@@ -69,7 +69,8 @@ TEST_F(SheetFixture, ListsEverySettingWithItsLabelAndHelp)
         }
     }
     EXPECT_EQ(keys, (QStringList{"theme", "appearanceMode", "accentColor", "defaultViewMode", "gridForMedia", "vimKeys", "hideIgnored",
-                                 "updateLinksOnMove", "preferredEditor", "preferredTerminal", "takeOverShowInFolder", "showFavorites", "showRecent",
+                                 "updateLinksOnMove", "preferredEditor", "preferredTerminal", "takeOverShowInFolder", "terminalFollowsPane",
+                                 "paneFollowsTerminal", "showFavorites", "showRecent",
                                  "showLocations", "showTags"}));
     EXPECT_EQ(row("gridForMedia").label, "Grid for image and video folders");
     EXPECT_EQ(row("vimKeys").label, "Vim keys in the file list");
