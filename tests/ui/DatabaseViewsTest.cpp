@@ -88,6 +88,8 @@ TEST_F(DatabaseViewsTest, BoardMovesACardByKeyAsOneUndoStep)
     board->setFocus();
     test::pressKey(board, Qt::Key_Right);
     ASSERT_EQ(board->currentItem(), alpha);
+    EXPECT_EQ(pane()->cursor(), alpha); // the window's commands act on the board's card
+    EXPECT_EQ(pane()->selection(), QSet<FilePath>{alpha});
     test::pressKey(board, Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(board->board().lanes[2].cards.size(), 1); // drawn in "doing" at once
     settle();

@@ -102,6 +102,8 @@ void BoardWidget::moveCursorTo(int lane, int position)
         const QRect target = count == 0 ? laneRect(m_lane).adjusted(0, 0, 0, -laneRect(m_lane).height() + 80) : cardRect(m_lane, m_position);
         area->ensureVisible(target.center().x(), target.center().y(), target.width() / 2 + kGap, target.height() / 2 + kGap);
     }
+    if (const auto item = currentItem())
+        Q_EMIT currentChanged(*item);
     update();
 }
 

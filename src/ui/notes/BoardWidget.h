@@ -28,6 +28,8 @@ public:
     QSize sizeHint() const override;
 
 Q_SIGNALS:
+    // The keyboard's item changed (the pane selects it, so the window's commands act on it).
+    void currentChanged(const orwick::FilePath& item);
     void openRequested(const orwick::FilePath& item);
     void moveRequested(const orwick::FilePath& item, int fromLane, int toLane);
     void groupByChosen(const QString& key);

@@ -52,10 +52,17 @@ int CalendarWidget::dayAt(QPoint point) const
     return -1;
 }
 
+void CalendarWidget::announceCurrent()
+{
+    if (const auto item = currentItem())
+        Q_EMIT currentChanged(*item);
+}
+
 void CalendarWidget::goTo(QDate day)
 {
     m_day = day;
     m_itemInDay = 0;
+    announceCurrent();
     if (CalendarView::monthOf(day) != m_calendar.month)
         Q_EMIT monthRequested(CalendarView::monthOf(day));
     update();
@@ -213,6 +220,7 @@ bool CalendarWidget::focusNextPrevChild(bool next)
     const int count = int(itemsOn(m_day).size());
     if (count > 0)
         m_itemInDay = (m_itemInDay + (next ? 1 : count - 1)) % count;
+    announceCurrent();
     update();
     return true;
 }
@@ -230,6 +238,7 @@ void CalendarWidget::mousePressEvent(QMouseEvent* event)
     m_day = day;
     m_itemInDay = std::clamp(k, 0, std::max(0, int(itemsOn(day).size()) - 1));
     m_dragged = k >= 0 && k < itemsOn(day).size() ? currentItem() : std::nullopt;
+    announceCurrent();
     update();
 }
 

@@ -24,6 +24,8 @@ public:
     void moveCurrentItem(int days);
 
 Q_SIGNALS:
+    // The keyboard's item changed (the pane selects it, so the window's commands act on it).
+    void currentChanged(const orwick::FilePath& item);
     // The month shown should change (the owner builds the new month's CalendarView).
     void monthRequested(QDate month);
     void openRequested(const orwick::FilePath& item);
@@ -43,6 +45,7 @@ private:
     int dayAt(QPoint point) const;
     int headerHeight() const;
     void goTo(QDate day);
+    void announceCurrent();
     QList<int> itemsOn(QDate day) const { return m_calendar.placed.value(day); }
 
     CalendarView m_calendar;

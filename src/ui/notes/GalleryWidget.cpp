@@ -106,6 +106,7 @@ void GalleryWidget::moveCursorTo(int index)
         const QRect card = m_layout.cardRect(index);
         area->ensureVisible(card.center().x(), card.center().y(), card.width() / 2, card.height() / 2 + m_layout.spacing);
     }
+    Q_EMIT currentChanged(m_items.at(index).url);
     update();
 }
 

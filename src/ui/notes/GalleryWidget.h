@@ -25,6 +25,8 @@ public:
     int currentIndex() const { return m_cursor; }
 
 Q_SIGNALS:
+    // The keyboard's item changed (the pane selects it, so the window's commands act on it).
+    void currentChanged(const orwick::FilePath& item);
     void openRequested(const orwick::FilePath& item);
 
 protected:

@@ -83,6 +83,14 @@ PaneDatabaseViews::PaneDatabaseViews(PaneWidget* widget, FileProperties* store, 
     connect(m_calendar, &CalendarWidget::calendarByChosen, this,
             [this](const QString& key) { chooseSetting(QStringLiteral("calendarBy"), key); });
     connect(m_tasks, &TasksWidget::toggleRequested, this, &PaneDatabaseViews::toggle);
+    // The views' keyboard item is the pane's selection, so Rename, Trash, Get Info… act on it.
+    const auto select = [this](const FilePath& item) {
+        if (m_widget && m_widget->pane()->cursor() != item && m_widget->pane()->row(item) >= 0)
+            m_widget->pane()->click(item, Qt::NoModifier);
+    };
+    connect(m_board, &BoardWidget::currentChanged, this, select);
+    connect(m_calendar, &CalendarWidget::currentChanged, this, select);
+    connect(m_gallery, &GalleryWidget::currentChanged, this, select);
 
     PaneState* pane = widget->pane();
     // After the pane widget's own handlers (connected first), so the view stays on top.
