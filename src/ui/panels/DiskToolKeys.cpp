@@ -8,6 +8,7 @@
 #include "ui/panels/FindInFilesPanel.h"
 #include "ui/panels/InfoPanel.h"
 #include "ui/panels/SpacePanel.h"
+#include "ui/git/BranchPanel.h"
 #include "ui/git/GitReviewPanel.h"
 #include "ui/rename/BatchRenamePanel.h"
 
@@ -46,6 +47,8 @@ void follow(WindowState& state, QMainWindow* window)
         case WindowState::Panel::compare: sheet = ComparePanel::open(state, window); break;
         case WindowState::Panel::findInFiles: sheet = open<FindInFilesPanel>(window, state.activePane()); break;
         case WindowState::Panel::gitReview: sheet = GitReviewPanel::open(state, window); break;
+        case WindowState::Panel::gitSwitchBranch: sheet = BranchPanel::open(state, window, BranchPanel::Mode::switchBranch); break;
+        case WindowState::Panel::gitNewBranch: sheet = BranchPanel::open(state, window, BranchPanel::Mode::newBranch); break;
         }
         if (!sheet) {
             if (shown != WindowState::Panel::none)
