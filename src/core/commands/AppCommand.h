@@ -4,6 +4,7 @@
 // same `isEnabled`, so a command's title, icon and key are defined once.
 
 #include <QKeySequence>
+#include <QList>
 #include <QString>
 #include <functional>
 
@@ -16,6 +17,9 @@ struct AppCommand {
     QString title;     // ends in "…" when it opens a further dialog or panel
     QString symbol;    // the icon's name in the symbol set (mapped to a desktop icon when drawn)
     QKeySequence shortcut; // empty when none
+    // Further keys that run it too (the Linux habits such as Alt+Left, the keypad's + and −);
+    // menus and the palette name only `shortcut`, the Keyboard Shortcuts sheet names them all.
+    QList<QKeySequence> otherShortcuts;
     QString keywords;  // extra space-separated search words
     // Evaluated each time a menu or the palette shows the command; absent means always enabled.
     std::function<bool(const WindowState&)> isEnabled;

@@ -3,6 +3,7 @@
 #include "app/OpenRouter.h"
 #include "commands/CommandActions.h"
 #include "commands/CompareTargets.h"
+#include "commands/DatabaseViewActions.h"
 #include "commands/GitCommandActions.h"
 #include "commands/NoteActions.h"
 #include "commands/TagCommands.h"
@@ -97,6 +98,13 @@ const Predicate changeSelection = test(&FileActions::canChangeSelection);
 const Predicate canCreate = test(&FileActions::canCreateHere);
 const Predicate isSplit = [](const WindowState& w) { return w.selectedTab()->isSplit(); };
 const Predicate hasFolder = [](const WindowState& w) { return !w.activePane()->listing().has_value(); };
+const Predicate hasItems = [](const WindowState& w) { return !w.activePane()->items().isEmpty(); };
+// Open With… needs one file under the cursor (not a folder).
+const Predicate cursorIsFile = [](const WindowState& w) {
+    const PaneState* pane = w.activePane();
+    const FileItem* item = pane->cursor() ? pane->item(*pane->cursor()) : nullptr;
+    return item && !item->isFolder && w.canActOnSelection();
+};
 const Predicate hasSelectedFolders = [](const WindowState& w) { return !w.selectedFolders().isEmpty(); };
 
 // F5 and F6: to the other pane; in a single pane, the destination is asked for (Copy to…, Move to…).
@@ -116,6 +124,29 @@ Action transferOrAsk(FileOperations::Mode mode)
 const char* kNoCloud = "No cloud storage provider on Linux";
 const char* kNoCounterpart = "Not available on Linux yet";
 const char* kNotYet = "Not built yet";
+const char* kNotInRepository = "This folder isn’t in a git repository";
+
+// The keys that run a command besides its own: the Linux habits and the keypad.
+void addOtherKeys(QList<AppCommand>& list)
+{
+    const std::pair<const char*, QKeySequence> others[] = {
+        {"back", QKeySequence(Qt::ALT | Qt::Key_Left)},
+        {"forward", QKeySequence(Qt::ALT | Qt::Key_Right)},
+        {"up", QKeySequence(Qt::ALT | Qt::Key_Up)},
+        {"hiddenFiles", QKeySequence(Qt::CTRL | Qt::Key_H)},
+        {"trash", QKeySequence(Qt::Key_Delete)},
+        {"toggleSidebar", QKeySequence(Qt::Key_F9)},
+        {"togglePreview", QKeySequence(Qt::Key_F3)},
+        {"toggleTerminal", QKeySequence(Qt::Key_F4)},
+        {"selectByPattern", QKeySequence(Qt::KeypadModifier | Qt::Key_Plus)},
+        {"deselectByPattern", QKeySequence(Qt::KeypadModifier | Qt::Key_Minus)},
+        {"keyboardShortcuts", QKeySequence(Qt::CTRL | Qt::Key_Question)},
+    };
+    for (const auto& [id, key] : others)
+        for (AppCommand& command : list)
+            if (command.id == QLatin1StringView(id))
+                command.otherShortcuts.append(key);
+}
 
 QList<AppCommand> buildFixed()
 {
@@ -159,7 +190,7 @@ QList<AppCommand> buildFixed()
         later("removeDownload", "Remove Download", "icloud", none(), "cloud icloud google drive free space evict", kNoCloud),
         withNote(make("reviewChanges", "Review Changes", "arrow.triangle.branch", keys(C | S | Qt::Key_U), "git diff commit stage status changes",
                       [](WindowState& w) { w.showPanel(WindowState::Panel::gitReview, w.activePane()->url()); }, actions::inGitRepository),
-                 "This folder isn’t in a git repository"),
+                 kNotInRepository),
         make("findInFiles", "Find in Files…", "text.magnifyingglass", keys(C | A | Qt::Key_F), "grep search contents text code ripgrep inside",
              [](WindowState& w) { w.showPanel(WindowState::Panel::findInFiles, w.activePane()->url()); }, hasFolder),
         withNote(make("compare", "Compare", "rectangle.split.2x1", none(), "diff difference versions images side by side",
@@ -226,6 +257,10 @@ QList<AppCommand> buildFixed()
         make("selectAll", "Select All", "checkmark.circle", keys(C | Qt::Key_A), "", [](WindowState& w) { w.activePane()->selectAll(); }),
         make("selectNone", "Select None", "circle", keys(C | A | Qt::Key_A), "deselect clear", [](WindowState& w) { w.activePane()->clearSelection(); }),
         make("invertSelection", "Invert Selection", "", keys(C | S | Qt::Key_I), "reverse", [](WindowState& w) { w.activePane()->invertSelection(); }),
+        make("selectByPattern", "Select by Pattern…", "checkmark.circle", keys(C | Qt::Key_Plus), "mask wildcard glob mark matching extension *.txt",
+             [](WindowState& w) { w.requestNamePattern(PaneState::Mark::select); }, hasItems),
+        make("deselectByPattern", "Deselect by Pattern…", "circle", keys(C | S | Qt::Key_Minus), "mask wildcard glob unmark matching extension",
+             [](WindowState& w) { w.requestNamePattern(PaneState::Mark::deselect); }, hasItems),
         make("back", "Back", "chevron.left", keys(C | Qt::Key_BracketLeft), "", [](WindowState& w) { w.activePane()->goBack(); },
              [](const WindowState& w) { return !w.activePane()->backStack().isEmpty() || w.activePane()->listing(); }),
         make("forward", "Forward", "chevron.right", keys(C | Qt::Key_BracketRight), "", [](WindowState& w) { w.activePane()->goForward(); },
@@ -234,6 +269,9 @@ QList<AppCommand> buildFixed()
              [](const WindowState& w) { return !w.activePane()->url().isRoot() || w.activePane()->listing(); }),
         make("open", "Open", "arrow.down.right.square", keys(C | Qt::Key_Down), "", [](WindowState& w) { w.activePane()->openSelection(); },
              [](const WindowState& w) { return !w.activePane()->selection().isEmpty(); }),
+        withNote(make("openWith", "Open With…", "arrow.up.forward.app", none(), "application program app choose default handler mime type",
+                      [](WindowState& w) { w.requestOpenWith(); }, cursorIsFile),
+                 "Select a file to open"),
         make("openInNewTab", "Open in New Tab", "plus.rectangle.on.folder", keys(C | Qt::Key_Return), "",
              [](WindowState& w) { w.openSelectionInNewTabs(); }, [](const WindowState& w) { return !w.selectedFolders().isEmpty(); }),
         make("goToPath", "Go to Path…", "arrow.turn.down.right", keys(C | Qt::Key_L), "location folder",
@@ -294,9 +332,12 @@ QList<AppCommand> buildFixed()
         make("reload", "Reload", "arrow.clockwise", keys(C | Qt::Key_R), "refresh", [](WindowState& w) { w.activePane()->reload(); }),
         make("projects", "Projects", "chevron.left.forwardslash.chevron.right", keys(C | S | Qt::Key_P), "git repositories repos code switch open",
              [](WindowState& w) { w.requestPalette(PaletteRequest::projects); }),
-        later("gitPull", "Git: Pull", "arrow.down.circle", none(), "git update remote origin download sync", kNotYet),
-        later("gitPush", "Git: Push", "arrow.up.circle", none(), "git upload remote origin publish sync", kNotYet),
-        later("gitFetch", "Git: Fetch", "arrow.triangle.2.circlepath", none(), "git remote check update", kNotYet),
+        withNote(make("gitPull", "Git: Pull", "arrow.down.circle", none(), "git update remote origin download sync", actions::gitPull,
+                      actions::inGitRepository), kNotInRepository),
+        withNote(make("gitPush", "Git: Push", "arrow.up.circle", none(), "git upload remote origin publish sync", actions::gitPush,
+                      actions::inGitRepository), kNotInRepository),
+        withNote(make("gitFetch", "Git: Fetch", "arrow.triangle.2.circlepath", none(), "git remote check update", actions::gitFetch,
+                      actions::inGitRepository), kNotInRepository),
         withNote(make("gitNewBranch", "Git: New Branch…", "", none(), "git branch create checkout feature",
                       [](WindowState& w) { w.showPanel(WindowState::Panel::gitNewBranch, w.activePane()->url()); },
                       actions::inGitRepository),
@@ -305,8 +346,10 @@ QList<AppCommand> buildFixed()
                       [](WindowState& w) { w.showPanel(WindowState::Panel::gitSwitchBranch, w.activePane()->url()); },
                       actions::inGitRepository),
                  "This folder isn’t in a git repository"),
-        later("gitStash", "Git: Stash Changes", "tray.and.arrow.down", none(), "git stash save shelve put aside", kNotYet),
-        later("gitPopStash", "Git: Apply Latest Stash", "tray.and.arrow.up", none(), "git stash pop restore unshelve", kNotYet),
+        withNote(make("gitStash", "Git: Stash Changes", "tray.and.arrow.down", none(), "git stash save shelve put aside", actions::gitStash,
+                      actions::inGitRepository), kNotInRepository),
+        withNote(make("gitPopStash", "Git: Apply Latest Stash", "tray.and.arrow.up", none(), "git stash pop restore unshelve",
+                      actions::gitApplyLatestStash, actions::inGitRepository), kNotInRepository),
         later("gitHistory", "Git: History", "clock.arrow.circlepath", none(), "git log commits history timeline", kNotYet),
         make("saveSearch", "Save Search to Sidebar", "magnifyingglass", none(), "smart folder keep remember query bookmark", saveSearch,
              showsSearch),
@@ -319,7 +362,10 @@ QList<AppCommand> buildFixed()
         later("reportProblem", "Report a Problem…", "ladybug", none(), "bug crash broken issue report feedback", kNotYet),
         make("customize", "Customize…", "slider.horizontal.3", keys(C | Qt::Key_Comma), "settings preferences sidebar groups favorites",
              [](WindowState& w) { w.showPanel(WindowState::Panel::settings, {}); }),
-        later("guide", "Orwick Guide", "graduationcap", keys(C | S | Qt::Key_Slash), "", kNotYet),
+        make("keyboardShortcuts", "Keyboard Shortcuts", "keyboard", keys(Qt::Key_F1), "help keys hotkeys bindings cheat sheet list",
+             [](WindowState& w) { w.requestShortcuts(); }),
+        // Ctrl+? (Ctrl+Shift+/) shows the Keyboard Shortcuts until the guide exists to take it back.
+        later("guide", "Orwick Guide", "graduationcap", none(), "", kNotYet),
         make("chooseTheme", "Choose Theme…", "paintpalette", none(), "appearance colors look settings", ThemeCommands::chooseTheme),
         make("openThemesFolder", "Open Themes Folder", "folder", none(), "theme custom colors json override", ThemeCommands::openThemesFolder),
         make("openInEditor", "", "", none(), "code editor ide vscode cursor zed xcode project", openInEditor, hasEditor),
@@ -327,6 +373,7 @@ QList<AppCommand> buildFixed()
              [](WindowState& w) { terminalActions::openInTerminal(w, w.activePane()->url()); }),
         make("openInExternalTerminal", "", "macwindow.badge.plus", none(), "shell console external terminal app", openInTerminal, hasTerminal),
     };
+    addOtherKeys(list);
     return list;
 }
 
@@ -362,7 +409,20 @@ QList<AppCommand> generated()
     for (const Mode& m : modes) {
         const ViewMode mode = m.mode;
         list.append(make(m.id, m.title, m.symbol, keys(Qt::CTRL | m.key), "layout icons thumbnails miller",
-                         [mode](WindowState& w) { w.activePane()->chooseViewMode(mode); }));
+                         [mode](WindowState& w) {
+                             actions::leaveDatabaseLayout(w);
+                             w.activePane()->chooseViewMode(mode);
+                         }));
+    }
+    // A notes folder as a board, calendar or gallery, or its tasks: kept per folder.
+    const Mode layouts[] = {{"view.board", "View as Board", "rectangle.split.3x1", ViewMode::table, Qt::Key_5},
+                            {"view.calendar", "View as Calendar", "calendar", ViewMode::table, Qt::Key_6},
+                            {"view.gallery", "View as Gallery", "photo.on.rectangle", ViewMode::table, Qt::Key_7},
+                            {"view.tasks", "View Tasks", "checklist", ViewMode::table, Qt::Key_8}};
+    for (const Mode& m : layouts) {
+        const QString layout = QString::fromLatin1(m.id).mid(5);
+        list.append(make(m.id, m.title, m.symbol, keys(Qt::CTRL | m.key), "notes database kanban board calendar gallery cards tasks todo",
+                         [layout](WindowState& w) { actions::chooseDatabaseLayout(w, layout); }, actions::canChooseDatabaseLayout));
     }
     struct Sort {
         const char *id, *title;

@@ -3,14 +3,16 @@
 #include "app/Services.h"
 #include "files/Formatting.h"
 #include "notes/FileProperties.h"
-#include "platform/DefaultApps.h"
+#include "platform/DesktopApps.h"
 #include "state/FileActions.h"
 #include "state/PaneState.h"
 #include "state/TabState.h"
 #include "state/WindowState.h"
 #include "ui/panels/AccessEditor.h"
+#include "ui/text/LiteralText.h"
 
 #include <QFormLayout>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollArea>
@@ -22,18 +24,11 @@ namespace {
 
 constexpr int kTickMs = 100;
 constexpr int kAttributesShown = 12;
+constexpr int kAppButtons = 3; // the default and two more; the rest are in the chooser
 
 QString sizeText(qint64 bytes, qint64 items)
 {
     return formatByteCount(bytes) + QStringLiteral(" in ") + formatCount(items, QStringLiteral("item"));
-}
-
-// "Text Editor" for "org.gnome.TextEditor.desktop": the id without its suffix, last part.
-QString applicationName(QString id)
-{
-    id.chop(int(qstrlen(".desktop")));
-    const qsizetype dot = id.lastIndexOf(QLatin1Char('.'));
-    return dot >= 0 && dot + 1 < id.size() ? id.mid(dot + 1) : id;
 }
 
 } // namespace
@@ -164,11 +159,43 @@ QString InfoPanel::rowText(const QString& label) const
 {
     for (int row = 0; row < m_form->rowCount(); ++row) {
         const auto* name = qobject_cast<QLabel*>(m_form->itemAt(row, QFormLayout::LabelRole)->widget());
-        const auto* field = qobject_cast<QLabel*>(m_form->itemAt(row, QFormLayout::FieldRole)->widget());
-        if (name && field && name->text() == label)
-            return field->text();
+        if (!name || name->text() != label)
+            continue;
+        const QWidget* field = m_form->itemAt(row, QFormLayout::FieldRole)->widget();
+        if (const auto* text = qobject_cast<const QLabel*>(field))
+            return text->text();
+        QStringList buttons; // a row of buttons reads as their titles
+        for (const QPushButton* button : field->findChildren<QPushButton*>())
+            buttons.append(button->text().replace(QStringLiteral("&&"), QStringLiteral("&")));
+        return buttons.join(QStringLiteral(", "));
     }
     return {};
+}
+
+void InfoPanel::addOpenWithRow(const FileInfo& info)
+{
+    // Each application a button that opens the file with it; "Other…" opens the chooser.
+    auto* field = new QWidget;
+    auto* buttons = new QHBoxLayout(field);
+    buttons->setContentsMargins(0, 0, 0, 0);
+    const QList<DesktopApps::Application> apps = DesktopApps::forType(info.mimeType);
+    for (const DesktopApps::Application& app : apps.mid(0, kAppButtons)) {
+        auto* open = new QPushButton(literalText(app.name), field);
+        open->setToolTip(QStringLiteral("Open with %1").arg(app.name));
+        connect(open, &QPushButton::clicked, this, [this, app, file = info.path] {
+            const QString failure = DesktopApps::launch(app, file);
+            if (!failure.isEmpty())
+                Q_EMIT m_window.messageRequested(failure);
+        });
+        buttons->addWidget(open);
+    }
+    auto* other = new QPushButton(apps.isEmpty() ? QStringLiteral("Choose Application…") : QStringLiteral("Other…"), field);
+    connect(other, &QPushButton::clicked, this, [this] { m_window.requestOpenWith(); });
+    buttons->addWidget(other);
+    buttons->addStretch(1);
+    auto* name = new QLabel(QStringLiteral("Open With"));
+    name->setForegroundRole(QPalette::PlaceholderText);
+    m_form->addRow(name, field);
 }
 
 void InfoPanel::showOne(FileInfo info)
@@ -210,12 +237,8 @@ void InfoPanel::showOne(FileInfo info)
     if (i.attributes.size() > kAttributesShown)
         attributes.append(QStringLiteral("and %1 more").arg(i.attributes.size() - kAttributesShown));
     addRow(QStringLiteral("Attributes"), attributes.isEmpty() ? QStringLiteral("None") : attributes.join(QLatin1Char('\n')));
-    if (!i.isFolder && !i.isLink) {
-        QStringList apps;
-        for (const QString& id : defaultApps::applicationsFor(i.mimeType))
-            apps.append(applicationName(id));
-        addRow(QStringLiteral("Open With"), apps.isEmpty() ? QStringLiteral("No application") : apps.join(QStringLiteral(", ")));
-    }
+    if (!i.isFolder && !i.isLink)
+        addOpenWithRow(i);
     m_access->setEnabled(true);
     m_access->show(i.access, i.ownerName, i.groupName, !i.isLink);
     if (i.isFolder) {

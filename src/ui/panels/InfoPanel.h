@@ -51,6 +51,7 @@ private:
     void startMeasuring(const QList<FilePath>& folders, qint64 filesBytes, qint64 filesCount);
     void showMeasured(bool finished, bool complete);
     void addRow(const QString& label, const QString& text);
+    void addOpenWithRow(const FileInfo& info);
     void clearRows();
 
     WindowState& m_window;

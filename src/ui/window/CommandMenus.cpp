@@ -1,6 +1,7 @@
 #include "ui/window/CommandMenus.h"
 
 #include "commands/CommandCatalog.h"
+#include "commands/CommandGroups.h"
 #include "places/FinderTag.h"
 #include "ui/text/LiteralText.h"
 #include "ui/theme/ThemeSwatch.h"
@@ -47,14 +48,15 @@ QIcon commandIcon(const QString& symbol)
 
 CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
 {
-    QMenu* file = addMenu(QStringLiteral("&File"), {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openInNewTab",
-                                      "openInEditor", "openInTerminal", "openInExternalTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress", "extract",
-                                      "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab", "quit"});
+    // The menus are the catalogue's groups (CommandGroups), each with its own additions.
+    const auto menu = [this](int index) {
+        const CommandGroups::Group& group = CommandGroups::menus().at(index);
+        return addMenu(QLatin1Char('&') + group.title, group.ids);
+    };
+    QMenu* file = menu(0);
     TagsMenu::addShortcuts(window, state);
     file->insertMenu(action(QStringLiteral("getInfo")), TagsMenu::addTo(file, window, state));
-    QMenu* edit = addMenu(QStringLiteral("&Edit"), {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath",
-                                                    "copyRelativePath", "copyContents", "copyDataURI", "-", "selectAll",
-                                                    "selectNone", "invertSelection", "-", "filter", "search", "saveSearch", "-", "customize"});
+    QMenu* edit = menu(1);
     // Undo and Redo come from the window's undo stack, named by what they would undo.
     QAction* undo = state->undoStack()->createUndoAction(edit, QStringLiteral("Undo"));
     undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
@@ -65,29 +67,14 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     edit->insertAction(first.isEmpty() ? nullptr : first.first(), redo);
     edit->insertSeparator(first.isEmpty() ? nullptr : first.first());
 
-    QMenu* view = addMenu(QStringLiteral("&View"), {"view.grid", "view.list", "view.columns", "view.table", "-", "sort.name", "sort.modified",
-                                      "sort.size", "sort.kind", "groupByDate", "-", "hiddenFiles", "hideIgnored", "biggerIcons",
-                                      "smallerIcons", "folderSizes", "reload", "-", "toggleSidebar", "focusSidebar", "togglePreview",
-                                      "expandPreview", "toggleTerminal", "focusTerminal", "newTerminal", "closeTerminal"});
+    QMenu* view = menu(2);
     view->addSeparator();
     ThemeMenu::addTo(view, state);
-    addMenu(QStringLiteral("&Go"), {"back", "forward", "up", "-", "palette", "goToPath", "projects", "-", "showRecents", "thisMac",
-                                    "screenshots", "trashFolder", "connectToServer", "-", "moveTo", "copyTo", "copyToOther", "moveToOther", "linkToOther",
-                                    "-", "findDuplicates", "showSpace", "cleanUp", "findInFiles", "reviewChanges"});
-    QMenu* windowMenu = addMenu(QStringLiteral("&Window"), {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-",
-                                                            "nextTab", "previousTab", "reopenTab", "-", "saveWorkspace"});
+    menu(3);
+    QMenu* windowMenu = menu(4);
     WorkspacesMenu::addTo(windowMenu, state);
-    addMenu(QStringLiteral("&Help"), {"guide", "welcome", "about"});
+    menu(5);
 
-    // The Linux habits, besides each command's own key.
-    const std::pair<const char*, QKeySequence> habits[] = {
-        {"back", QKeySequence(Qt::ALT | Qt::Key_Left)}, {"forward", QKeySequence(Qt::ALT | Qt::Key_Right)},
-        {"up", QKeySequence(Qt::ALT | Qt::Key_Up)}, {"hiddenFiles", QKeySequence(Qt::CTRL | Qt::Key_H)},
-        {"trash", QKeySequence(Qt::Key_Delete)}, {"toggleSidebar", QKeySequence(Qt::Key_F9)},
-        {"togglePreview", QKeySequence(Qt::Key_F3)}, {"toggleTerminal", QKeySequence(Qt::Key_F4)}};
-    for (const auto& [id, extra] : habits)
-        if (QAction* a = action(QString::fromLatin1(id)); a && !a->shortcut().isEmpty())
-            a->setShortcuts({a->shortcut(), extra});
     // The menu names the first key: Ctrl+Shift+Tab, not the Backtab the keyboard sends.
     if (QAction* a = action(QStringLiteral("previousTab")))
         a->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab), a->shortcut()});
@@ -99,7 +86,11 @@ QAction* CommandMenus::makeAction(const QString& id)
     if (!command)
         return nullptr;
     auto* action = new QAction(commandIcon(command->symbol), literalText(command->title), m_window);
-    action->setShortcut(command->shortcut);
+    QList<QKeySequence> keys;
+    if (!command->shortcut.isEmpty())
+        keys.append(command->shortcut); // first: the one the menu names
+    keys += command->otherShortcuts;
+    action->setShortcuts(keys);
     action->setShortcutContext(Qt::WindowShortcut);
     action->setStatusTip(command->disabledNote);
     connect(action, &QAction::triggered, this, [this, id] {
@@ -162,7 +153,7 @@ void CommandMenus::showContextMenu(const QPoint& globalPosition)
 {
     const bool hasSelection = !m_state->activePane()->selection().isEmpty();
     const QStringList ids = hasSelection
-        ? QStringList{"open", "openInNewTab", "openInEditor", "-", "rename", "duplicate", "compress", "extract", "-", "cut", "copy",
+        ? QStringList{"open", "openWith", "openInNewTab", "openInEditor", "-", "rename", "duplicate", "compress", "extract", "-", "cut", "copy",
                       "copyPath", "copyRelativePath", "copyToOther", "moveToOther", "linkToOther", "-", "getInfo", "putBack", "trash"}
         : QStringList{"newFolder", "newFile", "paste", "moveHere", "-", "openInTerminal", "showInFinder", "tidyUp", "-", "selectAll",
                       "reload"};

@@ -18,6 +18,9 @@
 #include "ui/window/ToastHost.h"
 #include "fileops/OutsideMoves.h"
 #include "ui/window/WorkspaceNamePrompt.h"
+#include "ui/window/NamePatternPrompt.h"
+#include "ui/panels/ShortcutsSheet.h"
+#include "ui/dialogs/OpenWithChooser.h"
 #include "ui/servers/ServerSheet.h"
 #include "ui/sidebar/Sidebar.h"
 #include "ui/preview/PreviewFollower.h"
@@ -97,12 +100,22 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     m_palette = new PaletteController(state, services().frecency, this);
     connect(m_menus, &CommandMenus::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
     WorkspaceNamePrompt::follow(state, this); // "Save Workspace…" asks for a name
+    NamePatternPrompt::follow(state, this);   // "Select by Pattern…", "Deselect by Pattern…"
+    ShortcutsSheet::follow(*state, this);     // "Keyboard Shortcuts"
+    OpenWithChooser::follow(state, this);     // "Open With…"
     ServerSheet::follow(state, this);         // "Connect to Server…"
 
     connect(state, &WindowState::tabsChanged, this, &MainWindow::syncTabs);
     connect(state, &WindowState::selectedTabChanged, this, &MainWindow::showSelectedTab);
     connect(state, &WindowState::closeRequested, this, &QWidget::close);
     connect(state, &WindowState::messageRequested, this, [this](const QString& text) { m_toasts->show(text); });
+    connect(state, &WindowState::choiceRequested, this,
+            [this](const QString& text, const QStringList& choices, const std::function<void(int)>& chosen) {
+                QList<ToastAction> buttons;
+                for (int i = 0; i < choices.size(); ++i)
+                    buttons.append({literalText(choices[i]), [chosen, i] { chosen(i); }});
+                m_toasts->show(text, buttons);
+            });
     // Notes, pictures and folders another program moved: offer to update the links to them.
     connect(&OutsideMoves::shared(), &OutsideMoves::offered, this, [this](const QList<FileMove>& moves, const QString& text) {
         if (isActiveWindow() || QApplication::activeWindow() == nullptr)

@@ -1,0 +1,66 @@
+#include "commands/CommandGroups.h"
+
+#include <QHash>
+#include <QSet>
+
+namespace orwick::CommandGroups {
+
+const QList<Group>& menus()
+{
+    static const QList<Group> groups{
+        {QStringLiteral("File"),
+         {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openWith", "openInNewTab", "openInEditor",
+          "openInTerminal", "openInExternalTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress", "extract", "tidyUp", "-",
+          "putBack", "trash", "emptyTrash", "-", "closeTab", "quit"}},
+        {QStringLiteral("Edit"),
+         {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath", "copyRelativePath", "copyContents", "copyDataURI", "-",
+          "selectAll", "selectNone", "invertSelection", "selectByPattern", "deselectByPattern", "-", "filter", "search", "saveSearch", "-",
+          "customize"}},
+        {QStringLiteral("View"),
+         {"view.grid", "view.list", "view.columns", "view.table", "view.board", "view.calendar", "view.gallery", "view.tasks", "-", "sort.name", "sort.modified", "sort.size", "sort.kind", "groupByDate",
+          "-", "hiddenFiles", "hideIgnored", "biggerIcons", "smallerIcons", "folderSizes", "reload", "-", "toggleSidebar", "focusSidebar",
+          "togglePreview", "expandPreview", "toggleTerminal", "focusTerminal", "newTerminal", "closeTerminal"}},
+        {QStringLiteral("Go"),
+         {"back", "forward", "up", "-", "palette", "goToPath", "projects", "-", "showRecents", "thisMac", "screenshots", "trashFolder",
+          "connectToServer", "-", "moveTo", "copyTo", "copyToOther", "moveToOther", "linkToOther", "-", "findDuplicates", "showSpace",
+          "cleanUp", "findInFiles", "reviewChanges"}},
+        {QStringLiteral("Window"),
+         {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-", "nextTab", "previousTab", "reopenTab", "-", "saveWorkspace"}},
+        {QStringLiteral("Help"), {"keyboardShortcuts", "guide", "welcome", "about"}},
+    };
+    return groups;
+}
+
+QList<QList<AppCommand>> grouped(const QList<AppCommand>& commands, QStringList* titles)
+{
+    QHash<QString, qsizetype> byId;
+    for (qsizetype i = 0; i < commands.size(); ++i)
+        byId.insert(commands[i].id, i);
+    QList<QList<AppCommand>> groups;
+    QSet<QString> placed;
+    const auto add = [&](const QString& title, QList<AppCommand> group) {
+        if (group.isEmpty())
+            return;
+        groups.append(std::move(group));
+        titles->append(title);
+    };
+    for (const Group& menu : menus()) {
+        QList<AppCommand> group;
+        for (const QString& id : menu.ids) {
+            const auto it = byId.constFind(id);
+            if (it == byId.cend() || placed.contains(id))
+                continue;
+            placed.insert(id);
+            group.append(commands[*it]);
+        }
+        add(menu.title, std::move(group));
+    }
+    QList<AppCommand> rest;
+    for (const AppCommand& command : commands)
+        if (!placed.contains(command.id))
+            rest.append(command);
+    add(QStringLiteral("More"), std::move(rest));
+    return groups;
+}
+
+} // namespace orwick::CommandGroups

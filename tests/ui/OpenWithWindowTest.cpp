@@ -1,0 +1,158 @@
+// "Open With…" in a real window: the chooser lists the applications of the cursor's file type
+// from real desktop files, Return starts the chosen one on the file as a real process, "Always
+// use it" makes it the type's default, "Other Application…" lists every application; a type no
+// application opens offers them all. Get Info's Open With buttons start the application too.
+
+#include "WindowFixture.h"
+
+#include "commands/CommandCatalog.h"
+#include "platform/XdgPaths.h"
+#include "ui/dialogs/OpenWithChooser.h"
+#include "ui/panels/DiskToolKeys.h"
+#include "ui/panels/InfoPanel.h"
+
+#include <QCheckBox>
+#include <QFile>
+#include <QListWidget>
+#include <QPushButton>
+
+namespace orwick::test {
+namespace {
+
+struct OpenWithWindowTest : WindowTest {
+    test::TempTree system; // stands in for /usr/share
+    QByteArray savedDataDirs = qgetenv("XDG_DATA_DIRS");
+    FilePath marker;
+
+    void SetUp() override
+    {
+        qputenv("XDG_DATA_DIRS", system.path(QStringLiteral("share")).native());
+        system.link(QStringLiteral("share/mime"), "/usr/share/mime");
+        QFile::remove(xdg::configHome().text() + QStringLiteral("/mimeapps.list"));
+        marker = system.path(QStringLiteral("opened-with"));
+        // An application that writes its own name and the file it was given, then stops.
+        const FilePath script = system.file("record.sh", "#!/bin/sh\nprintf '%s %s' \"$0\" \"$1\" > \"" + marker.native() + ".part\" && mv \"" +
+                                                             marker.native() + ".part\" \"" + marker.native() + "\"\n");
+        QFile::setPermissions(script.text(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QByteArray exec = "Exec=" + script.native() + " %f\n";
+        system.file("share/applications/writer.desktop", "[Desktop Entry]\nType=Application\nName=Writer\n" + exec + "MimeType=text/plain;\n");
+        system.file("share/applications/pad.desktop", "[Desktop Entry]\nType=Application\nName=Pad\n" + exec + "MimeType=text/plain;\n");
+        system.file("share/applications/viewer.desktop", "[Desktop Entry]\nType=Application\nName=Viewer\n" + exec + "MimeType=image/png;\n");
+        system.file("share/applications/broken.desktop", "[Desktop Entry]\nName=Broken\nExec=\"unclosed %f\nMimeType=text/plain;\n");
+    }
+    void TearDown() override { qputenv("XDG_DATA_DIRS", savedDataDirs); }
+
+    OpenWithChooser* chooser() { return window->findChild<OpenWithChooser*>(); }
+    void awaitChooser()
+    {
+        ASSERT_TRUE(waitUntil([&] { return chooser() && chooser()->isVisible() && QApplication::focusWidget() == chooser()->list(); }));
+    }
+    QStringList rows()
+    {
+        QStringList names;
+        for (int i = 0; i < chooser()->list()->count(); ++i)
+            names << chooser()->list()->item(i)->text();
+        return names;
+    }
+    QByteArray opened()
+    {
+        QFile file(marker.text());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+};
+
+TEST_F(OpenWithWindowTest, TheChosenApplicationOpensTheFileAndCanBecomeTheDefault)
+{
+    const FilePath file = tree.file("Tom & Jerry.txt", "hello");
+    open(tree.root());
+    select(file);
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("openWith"), *state)) << "reached as a command (menu, palette)";
+    awaitChooser();
+    const QStringList listed = rows();
+    ASSERT_EQ(listed.size(), 3) << listed.join(u',').toStdString();
+    EXPECT_TRUE(listed[0].endsWith(" (default)"));
+    EXPECT_EQ(listed.last(), "Other Application…");
+    EXPECT_FALSE(listed.join(u',').contains("Broken")) << "a broken desktop file is left out";
+
+    press(Qt::Key_Down); // the second application
+    const QString second = listed[1];
+    chooser()->makeDefault()->setChecked(true);
+    press(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return !chooser(); }));
+    ASSERT_TRUE(waitUntil([&] { return !opened().isEmpty(); }, 10000));
+    EXPECT_TRUE(opened().endsWith(" " + file.native())) << opened().toStdString();
+    EXPECT_EQ(toast(), second + " now opens plain text document files");
+
+    QFile list(xdg::configHome().text() + QStringLiteral("/mimeapps.list"));
+    ASSERT_TRUE(list.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(list.readAll().contains("text/plain=" + QByteArray(second == "Pad" ? "pad" : "writer") + ".desktop;"));
+
+    // Asked again, the new default comes first.
+    window->activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == window.get(); }));
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("openWith"), *state));
+    awaitChooser();
+    EXPECT_EQ(rows().first(), second + " (default)");
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return !chooser(); }));
+}
+
+TEST_F(OpenWithWindowTest, OtherApplicationListsThemAllAndAnUnhandledTypeStartsThere)
+{
+    const FilePath unknown = tree.file("data.orwick-nothing", QByteArray("\x00\x01\x02\xff", 4)); // any bytes
+    const FilePath text = tree.file("notes.txt", "x");
+    open(tree.root());
+    select(text);
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("openWith"), *state));
+    awaitChooser();
+    chooser()->list()->setCurrentRow(chooser()->list()->count() - 1);
+    press(Qt::Key_Return);
+    EXPECT_EQ(rows(), (QStringList{"Pad", "Viewer", "Writer"})) << "every application, by name";
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return !chooser(); }));
+
+    window->activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == window.get(); }));
+    select(unknown);
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("openWith"), *state));
+    awaitChooser();
+    EXPECT_TRUE(chooser()->note().startsWith("No application is set to open")) << chooser()->note().toStdString();
+    EXPECT_EQ(rows(), (QStringList{"Pad", "Viewer", "Writer"}));
+    press(Qt::Key_Escape);
+}
+
+TEST_F(OpenWithWindowTest, AFolderHasNoOpenWith)
+{
+    tree.folder("Sub");
+    open(tree.root());
+    select(tree.path("Sub"));
+    EXPECT_FALSE(CommandCatalog::find(QStringLiteral("openWith"))->enabledIn(*state));
+}
+
+TEST_F(OpenWithWindowTest, GetInfosOpenWithButtonsStartTheApplication)
+{
+    const FilePath file = tree.file("report.txt", "twelve bytes");
+    open(tree.root());
+    DiskToolKeys::follow(*state, window.get());
+    select(file);
+    press(Qt::Key_I, Qt::ControlModifier);
+    InfoPanel* panel = nullptr;
+    ASSERT_TRUE(waitUntil([&] {
+        panel = window->findChild<InfoPanel*>();
+        return panel && panel->info().path == file && !panel->rowText(QStringLiteral("Open With")).isEmpty();
+    }));
+    const QStringList buttons = panel->rowText(QStringLiteral("Open With")).split(QStringLiteral(", "));
+    ASSERT_EQ(buttons.size(), 3) << buttons.join(u',').toStdString();
+    EXPECT_EQ(buttons.last(), "Other…");
+    QPushButton* first = nullptr;
+    for (QPushButton* button : panel->findChildren<QPushButton*>())
+        if (button->text() == buttons.first())
+            first = button;
+    ASSERT_TRUE(first);
+    first->click();
+    ASSERT_TRUE(waitUntil([&] { return !opened().isEmpty(); }, 10000));
+    EXPECT_TRUE(opened().endsWith(" " + file.native()));
+}
+
+} // namespace
+} // namespace orwick::test
