@@ -132,7 +132,7 @@ TEST_F(DiskToolPanelsTest, CleanUpPanelFindsAndMeasures)
     ASSERT_EQ(panel->rows().size(), 2u);
     for (const auto& row : panel->rows())
         EXPECT_TRUE(row.size.has_value()) << "every row is measured";
-    EXPECT_EQ(panel->footer(), "Projects rebuild these when needed. Undo (Ctrl+Z) puts them back.");
+    EXPECT_EQ(panel->footer(), "Projects rebuild these when needed. Space ticks, Delete moves the ticked to the Trash, Ctrl+Z puts them back.");
 }
 
 TEST_F(DiskToolPanelsTest, OpeningAPanelReplacesTheOneShown)

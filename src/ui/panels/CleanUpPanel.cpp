@@ -5,6 +5,7 @@
 #include "ui/panels/PanelTrash.h"
 
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QSet>
@@ -15,7 +16,7 @@
 namespace orwick {
 
 CleanUpPanel::CleanUpPanel(PaneState* pane, QWidget* window)
-    : PanelSheet(QStringLiteral("Clean Up Build Folders"), pane->url().abbreviated(), window), m_folder(pane->url())
+    : PanelSheet(QStringLiteral("Clean Up Build Folders"), pane->url().abbreviated(), window), m_pane(pane), m_folder(pane->url())
 {
     m_trash = new QPushButton(QStringLiteral("Move to Trash"), this);
     m_trash->setToolTip(QStringLiteral("Move the ticked folders to the Trash (Ctrl+Z puts them back)"));
@@ -31,6 +32,7 @@ CleanUpPanel::CleanUpPanel(PaneState* pane, QWidget* window)
     m_list->setColumnCount(3);
     m_list->setHeaderLabels({QStringLiteral("Folder"), QStringLiteral("Kind"), QStringLiteral("Size")});
     m_list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    m_list->installEventFilter(this);
     connect(m_list, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int) {
         if (m_filling)
             return;
@@ -44,7 +46,7 @@ CleanUpPanel::CleanUpPanel(PaneState* pane, QWidget* window)
     body()->addWidget(m_stack);
     m_totals = new QLabel(this);
     body()->addWidget(m_totals);
-    setFooter(QStringLiteral("Projects rebuild these when needed. Undo (Ctrl+Z) puts them back."));
+    setFooter(QStringLiteral("Projects rebuild these when needed. Space ticks, Delete moves the ticked to the Trash, Ctrl+Z puts them back."));
     search();
 }
 
@@ -116,6 +118,8 @@ void CleanUpPanel::fill()
         return;
     }
     m_filling = true;
+    const int wasCurrent = m_list->currentItem() ? m_list->indexOfTopLevelItem(m_list->currentItem()) : 0;
+    const bool hadFocus = m_list->hasFocus() || m_stack->currentWidget() != m_list;
     m_list->clear();
     for (const Row& row : m_rows) {
         auto* item = new QTreeWidgetItem(m_list);
@@ -128,7 +132,41 @@ void CleanUpPanel::fill()
     }
     m_filling = false;
     m_stack->setCurrentWidget(m_list);
+    // The keyboard stays on the same place in the list (the next row after a trashed one).
+    m_list->setCurrentItem(m_list->topLevelItem(std::min(wasCurrent, m_list->topLevelItemCount() - 1)));
+    if (hadFocus)
+        m_list->setFocus();
     updateFooter();
+}
+
+bool CleanUpPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_list && event->type() == QEvent::ShortcutOverride) {
+        // Delete trashes the ticked folders here, not the pane's selection (the window's key).
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Delete && key->modifiers() == Qt::NoModifier) {
+            event->accept();
+            return true;
+        }
+    }
+    if (watched == m_list && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Delete && key->modifiers() == Qt::NoModifier) {
+            trashTicked();
+            return true;
+        }
+        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && m_list->currentItem()) {
+            // Shows the folder in the pane, as the treemap does for a file.
+            const int row = m_list->indexOfTopLevelItem(m_list->currentItem());
+            if (row >= 0 && size_t(row) < m_rows.size()) {
+                const FilePath folder = m_rows[size_t(row)].found.url;
+                closeSheet();
+                m_pane->reveal({folder});
+            }
+            return true;
+        }
+    }
+    return PanelSheet::eventFilter(watched, event);
 }
 
 void CleanUpPanel::trashTicked()

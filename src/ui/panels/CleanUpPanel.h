@@ -2,7 +2,9 @@
 // CleanUpPanel: "Clean Up Build Folders…" on a folder. Finds the folders build tools regenerate
 // (seven levels down), lists each with its kind, measures them all in the background, and moves
 // the ticked ones to the Trash in one undoable step; rows that could not be moved stay.
-// Closing cancels the search and the measuring.
+// Closing cancels the search and the measuring. By keyboard: the arrows move through the rows,
+// Space ticks, Delete moves the ticked folders to the Trash, Return shows the row's folder in
+// the pane.
 
 #include "async/Background.h"
 #include "disktools/BuildJunk.h"
@@ -35,6 +37,7 @@ public:
 
 protected:
     void stopWork() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void search();
@@ -42,6 +45,7 @@ private:
     void fill();
     void updateFooter();
 
+    PaneState* m_pane;
     FilePath m_folder;
     TaskSlot m_task;
     std::vector<Row> m_rows;

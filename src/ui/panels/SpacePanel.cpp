@@ -44,6 +44,7 @@ SpacePanel::SpacePanel(PaneState* pane, QWidget* window)
     connect(m_map, &TreemapWidget::hovered, m_hover, &QLabel::setText);
     connect(m_map, &TreemapWidget::clicked, this, &SpacePanel::open);
     connect(m_map, &TreemapWidget::menuRequested, this, &SpacePanel::offerMenu);
+    connect(m_map, &TreemapWidget::trashRequested, this, &SpacePanel::trashNode);
     m_stack->addWidget(m_placeholder);
     m_stack->addWidget(m_mapPage);
     body()->addWidget(m_stack);
@@ -118,7 +119,7 @@ void SpacePanel::showCurrent()
     else if (m_current->links > 1)
         where += QStringLiteral(" · %1 links to somewhere else").arg(m_current->links);
     m_where->setText(where);
-    setFooter(QStringLiteral("%1 in %2 · %3 items · click a folder to go in, Backspace to go out")
+    setFooter(QStringLiteral("%1 in %2 · %3 items · arrows choose, Return or a click goes in, Backspace goes out, Delete trashes")
                   .arg(byteCountText(m_root->size), m_folder.abbreviated(), QLocale().toString(m_shared->scanned.load())));
     m_map->setFocus();
 }

@@ -2,7 +2,8 @@
 // SpacePanel: "Show Space Used…" on a folder. Scans it in the background with a live count,
 // then shows the current folder's children as a treemap: hover names a block and its size, a
 // click goes into a folder (or selects a file in the pane), Backspace goes back out, a block's
-// menu moves it to the Trash and the map updates. The "Drives" view lists the mounted drives
+// menu moves it to the Trash and the map updates. The same by keyboard: the arrows choose a
+// block, Return goes in, Delete moves it to the Trash (TreemapWidget). The "Drives" view lists the mounted drives
 // and measures the home folder's heavy places. Closing cancels the scan.
 
 #include "async/Background.h"

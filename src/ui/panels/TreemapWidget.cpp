@@ -8,6 +8,7 @@
 
 #include <QContextMenuEvent>
 #include <QHash>
+#include <QKeyEvent>
 #include <QLinearGradient>
 #include <QMouseEvent>
 #include <QPainter>
@@ -60,8 +61,12 @@ void TreemapWidget::setNode(SpaceNode* node)
 
 void TreemapWidget::relayout()
 {
+    // The keyboard stays on its block when the map is only laid out again (a resize).
+    const SpaceNode* wasCurrent = currentBlock() ? currentBlock()->node : nullptr;
+    const bool hadSmallFiles = currentBlock() && !currentBlock()->node;
     m_blocks.clear();
     m_hovered = nullptr;
+    m_current = -1;
     if (m_node) {
         std::vector<double> values;
         for (const auto& child : m_node->children) {
@@ -93,8 +98,102 @@ void TreemapWidget::relayout()
     std::sort(m_legend.begin(), m_legend.end(), [&taken](FileCategory a, FileCategory b) {
         return taken[int(a)] != taken[int(b)] ? taken[int(a)] > taken[int(b)] : int(a) < int(b);
     });
-    Q_EMIT hovered({});
+    for (size_t i = 0; i < m_blocks.size() && m_current < 0; ++i)
+        if ((wasCurrent && m_blocks[i].node == wasCurrent) || (hadSmallFiles && !m_blocks[i].node))
+            m_current = int(i);
+    if (m_current < 0 && !m_blocks.empty())
+        m_current = 0;
+    Q_EMIT hovered(hasFocus() && currentBlock() ? describe(*currentBlock()) : QString());
     update();
+}
+
+const TreemapWidget::Block* TreemapWidget::currentBlock() const
+{
+    return m_current >= 0 && size_t(m_current) < m_blocks.size() ? &m_blocks[size_t(m_current)] : nullptr;
+}
+
+void TreemapWidget::setCurrent(int index)
+{
+    if (index < 0 || size_t(index) >= m_blocks.size())
+        return;
+    m_current = index;
+    Q_EMIT hovered(describe(m_blocks[size_t(index)]));
+    update();
+}
+
+int TreemapWidget::neighbour(int dx, int dy) const
+{
+    const Block* from = currentBlock();
+    if (!from)
+        return -1;
+    const QPointF centre = from->rect.center();
+    int best = -1;
+    double bestScore = 0;
+    for (size_t i = 0; i < m_blocks.size(); ++i) {
+        const QRectF& r = m_blocks[i].rect;
+        if (int(i) == m_current || r.width() < 1 || r.height() < 1)
+            continue;
+        // Beyond the current block's edge in the asked direction.
+        const bool beyond = dx > 0 ? r.left() >= from->rect.right() - 0.5 : dx < 0 ? r.right() <= from->rect.left() + 0.5
+                          : dy > 0 ? r.top() >= from->rect.bottom() - 0.5 : r.bottom() <= from->rect.top() + 0.5;
+        if (!beyond)
+            continue;
+        // Along the direction counts once, across it twice: the block straight ahead wins.
+        const QPointF there = r.center();
+        const double along = dx != 0 ? std::abs(there.x() - centre.x()) : std::abs(there.y() - centre.y());
+        const double across = dx != 0 ? std::max(0.0, std::max(r.top() - centre.y(), centre.y() - r.bottom()))
+                                      : std::max(0.0, std::max(r.left() - centre.x(), centre.x() - r.right()));
+        const double score = along + 2 * across;
+        if (best < 0 || score < bestScore) {
+            best = int(i);
+            bestScore = score;
+        }
+    }
+    return best;
+}
+
+bool TreemapWidget::event(QEvent* event)
+{
+    // Delete trashes the current block here, not the pane's selection (the window's key).
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Delete && key->modifiers() == Qt::NoModifier) {
+            event->accept();
+            return true;
+        }
+    }
+    return QWidget::event(event);
+}
+
+void TreemapWidget::keyPressEvent(QKeyEvent* event)
+{
+    const Block* current = currentBlock();
+    switch (event->key()) {
+    case Qt::Key_Left: setCurrent(neighbour(-1, 0)); return;
+    case Qt::Key_Right: setCurrent(neighbour(1, 0)); return;
+    case Qt::Key_Up: setCurrent(neighbour(0, -1)); return;
+    case Qt::Key_Down: setCurrent(neighbour(0, 1)); return;
+    case Qt::Key_Home: setCurrent(0); return;
+    case Qt::Key_End: setCurrent(int(m_blocks.size()) - 1); return;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (current && current->node)
+            Q_EMIT clicked(current->node);
+        return;
+    case Qt::Key_Delete:
+        if (current && current->node)
+            Q_EMIT trashRequested(current->node);
+        return;
+    case Qt::Key_Menu:
+    case Qt::Key_F10:
+        if (event->key() == Qt::Key_F10 && event->modifiers() != Qt::ShiftModifier)
+            break;
+        if (current && current->node)
+            Q_EMIT menuRequested(current->node, mapToGlobal(current->rect.center().toPoint()));
+        return;
+    default: break;
+    }
+    QWidget::keyPressEvent(event); // Backspace, Esc: the panel's
 }
 
 void TreemapWidget::resizeEvent(QResizeEvent*) { relayout(); }
@@ -120,13 +219,17 @@ void TreemapWidget::paintEvent(QPaintEvent*)
         if (block.rect.width() < 1 || block.rect.height() < 1)
             continue;
         // The tint laid over the ground, lighter where the pointer is, shaded as a cushion.
-        const QColor fill = mixColors(theme::background(), theme::categoryTint(block.category), &block == m_hovered ? 0.78 : 0.55);
+        const QColor fill = mixColors(theme::background(), theme::categoryTint(block.category), &block == m_hovered || (&block == currentBlock() && hasFocus()) ? 0.78 : 0.55);
         QLinearGradient cushion(block.rect.topLeft(), block.rect.bottomRight());
         cushion.setColorAt(0, fill.lighter(112));
         cushion.setColorAt(1, fill.darker(112));
         painter.fillRect(block.rect, cushion);
         painter.setPen(theme::separator());
         painter.drawRect(block.rect);
+        if (&block == currentBlock() && hasFocus()) {
+            painter.setPen(QPen(theme::cursorRing(), 2));
+            painter.drawRect(block.rect.adjusted(1, 1, -1, -1));
+        }
         if (block.rect.width() >= kLabelMinWidth && block.rect.height() >= kLabelMinHeight) {
             const QRectF inner = block.rect.adjusted(5, 3, -5, -3);
             const QString name = block.node ? block.node->displayName() : QStringLiteral("Files under 1 MB, together");

@@ -5,6 +5,11 @@
 // block's file category, each block shaded as a cushion (light at its top left, deeper at its
 // bottom right) so that neighbours of one colour stay apart; a legend under the map names the
 // categories shown, largest first.
+//
+// By keyboard: one block is the current one (the largest at first, framed in the theme's cursor
+// ring and named as if hovered); the arrows move to the nearest block in their direction, Home
+// and End to the largest and smallest, Return is a click, Delete asks to trash it, the Menu key
+// or Shift+F10 opens its menu. Other keys (Backspace, Esc) go on to the panel.
 
 #include "disktools/SpaceNode.h"
 #include "files/FileCategory.h"
@@ -35,11 +40,14 @@ public:
     const QList<FileCategory>& legend() const { return m_legend; }
     // The legend's word for a category ("Images", "Disk images").
     static QString legendName(FileCategory category);
+    // The block the keyboard is on (null when the map is empty).
+    const Block* currentBlock() const;
 
 Q_SIGNALS:
     void hovered(const QString& text); // empty when over nothing
     void clicked(orwick::SpaceNode* node);
     void menuRequested(orwick::SpaceNode* node, const QPoint& globalPos);
+    void trashRequested(orwick::SpaceNode* node);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -48,17 +56,23 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     const Block* blockAt(const QPointF& point) const;
     QString describe(const Block& block) const;
     QRectF legendArea() const;
+    void setCurrent(int index);
+    // The nearest block from the current one whose centre lies beyond it in direction (dx, dy).
+    int neighbour(int dx, int dy) const;
     void paintLegend(QPainter& painter) const;
 
     SpaceNode* m_node = nullptr;
     std::vector<Block> m_blocks;
     QList<FileCategory> m_legend;
     const Block* m_hovered = nullptr;
+    int m_current = -1; // index into m_blocks
 };
 
 } // namespace orwick

@@ -1,0 +1,117 @@
+// The treemap and the clean-up list by keyboard only, in a real window: arrows move between
+// blocks, Return goes in, Backspace comes out, Delete moves the block to the Trash through the
+// engine (Ctrl+Z puts it back); in the clean-up list Space unticks a row, Delete trashes the
+// ticked ones and Return shows a row's folder in the pane.
+
+#include "WindowFixture.h"
+
+#include "commands/CommandCatalog.h"
+#include "ui/panels/CleanUpPanel.h"
+#include "ui/panels/DiskToolKeys.h"
+#include "ui/panels/SpacePanel.h"
+#include "ui/panels/TreemapWidget.h"
+
+#include <QFileInfo>
+#include <QTreeWidget>
+
+namespace orwick::test {
+namespace {
+
+struct DiskToolKeyboardTest : WindowTest {
+    QString currentName(TreemapWidget* map)
+    {
+        const TreemapWidget::Block* block = map->currentBlock();
+        return block && block->node ? QString::fromUtf8(block->node->name) : QString();
+    }
+};
+
+TEST_F(DiskToolKeyboardTest, TheTreemapMovesGoesInComesOutAndTrashesByKey)
+{
+    tree.file("big/inner.bin", QByteArray(3'000'000, 'b'));
+    tree.file("big/second.bin", QByteArray(1'500'000, 'c'));
+    tree.file("mid/inner.bin", QByteArray(2'000'000, 'm'));
+    const FilePath loose = tree.file("loose.bin", QByteArray(1'200'000, 'l'));
+    open(tree.root());
+    DiskToolKeys::follow(*state, window.get());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("showSpace"), *state));
+    SpacePanel* panel = nullptr;
+    ASSERT_TRUE(waitUntil([&] {
+        panel = window->findChild<SpacePanel*>();
+        return panel && panel->current();
+    }, 10000));
+    auto* map = panel->findChild<TreemapWidget*>();
+    ASSERT_TRUE(map);
+    ASSERT_TRUE(waitUntil([&] { return map->hasFocus(); }));
+    ASSERT_EQ(map->blocks().size(), 3u);
+    EXPECT_EQ(currentName(map), "big") << "the largest block first";
+
+    // Every block can be reached with the arrows from the largest one.
+    QSet<QString> reached{currentName(map)};
+    for (int key : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Left, Qt::Key_Up, Qt::Key_Right, Qt::Key_Down}) {
+        press(key);
+        reached.insert(currentName(map));
+    }
+    EXPECT_EQ(reached, (QSet<QString>{"big", "mid", "loose.bin"}));
+
+    press(Qt::Key_Home);
+    EXPECT_EQ(currentName(map), "big");
+    press(Qt::Key_Return);
+    EXPECT_EQ(panel->current()->name, "big") << "Return goes in";
+    EXPECT_EQ(currentName(map), "inner.bin");
+    press(Qt::Key_Backspace);
+    EXPECT_EQ(panel->current(), panel->root()) << "Backspace comes out";
+
+    press(Qt::Key_End);
+    EXPECT_EQ(currentName(map), "loose.bin");
+    press(Qt::Key_Delete);
+    EXPECT_TRUE(panel->isTrashing()) << "Delete reached the map, not the window's Move to Trash";
+    settle();
+    ASSERT_TRUE(waitUntil([&] { return map->blocks().size() == 2u; })) << toast().toStdString();
+    EXPECT_FALSE(QFileInfo::exists(loose.text())) << "moved to the Trash";
+    EXPECT_EQ(state->undoStack()->undoText(), "Move to Trash");
+    EXPECT_TRUE(map->hasFocus()) << "the keyboard stays on the map";
+    EXPECT_FALSE(currentName(map).isEmpty());
+
+    state->undoStack()->undo();
+    settle();
+    EXPECT_TRUE(QFileInfo::exists(loose.text())) << "put back";
+}
+
+TEST_F(DiskToolKeyboardTest, TheCleanUpListTicksTrashesAndShowsByKey)
+{
+    tree.file("web/package.json", "{}");
+    tree.file("web/node_modules/x/index.js", QByteArray(5000, 'j'));
+    tree.file("py/__pycache__/m.pyc", "c");
+    open(tree.root());
+    DiskToolKeys::follow(*state, window.get());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("cleanUp"), *state));
+    CleanUpPanel* panel = nullptr;
+    ASSERT_TRUE(waitUntil([&] {
+        panel = window->findChild<CleanUpPanel*>();
+        return panel && !panel->isScanning() && panel->rows().size() == 2u;
+    }, 10000));
+    auto* list = panel->findChild<QTreeWidget*>();
+    ASSERT_TRUE(waitUntil([&] { return list->hasFocus(); }));
+    ASSERT_EQ(list->indexOfTopLevelItem(list->currentItem()), 0);
+
+    press(Qt::Key_Down);
+    press(Qt::Key_Space);
+    ASSERT_FALSE(panel->rows()[1].ticked) << "Space unticks the row";
+    const FilePath kept = panel->rows()[1].found.url;
+    const FilePath trashed = panel->rows()[0].found.url;
+
+    press(Qt::Key_Delete);
+    settle();
+    ASSERT_TRUE(waitUntil([&] { return panel->rows().size() == 1u; }));
+    EXPECT_FALSE(QFileInfo::exists(trashed.text()));
+    EXPECT_TRUE(QFileInfo::exists(kept.text()));
+    EXPECT_EQ(panel->rows()[0].found.url, kept);
+    EXPECT_TRUE(list->hasFocus());
+
+    press(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return !window->findChild<CleanUpPanel*>(); }));
+    ASSERT_TRUE(waitUntil([&] { return pane()->selection().contains(kept); })) << "the folder is shown in the pane";
+}
+
+} // namespace
+} // namespace orwick::test
