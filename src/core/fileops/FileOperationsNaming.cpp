@@ -98,12 +98,36 @@ void FileOperations::renameMany(const QList<Move>& renames, const QString& actio
             failures->insert(item, reason.isEmpty() ? reason : reason.front().toUpper() + reason.sliced(1));
             runner.fail(QStringLiteral("Couldn’t rename %1: %2.").arg(quoted(item.fileName()), reason));
         };
-        // Phase one frees every old name, so that "a → b, b → a" and cycles work; phase two
-        // names them. An item gone since the preview is counted and the others go on.
+        // Phase one frees old names, so that "a → b, b → a" and cycles work; phase two names
+        // the items set aside. Only what has to wait goes aside: an item whose new name is free
+        // takes it at once (the kernel refuses a name that is taken), one whose new name is still
+        // taken, or that only changes its letter case, waits under a temporary name. An item
+        // gone since the preview is counted and the others go on.
         QList<std::pair<Move, FilePath>> parked;
+        const auto renamed = [&](const Move& move) {
+            runner.report().changes.push_back({FileChange::Kind::moved, move.from, move.to, {}});
+            runner.report().moves.append(move);
+            output.done.append(move.from);
+        };
         for (const Move& move : renames) {
             if (runner.isCancelled())
                 break;
+            const bool caseOnly = move.from.fileName().compare(move.to.fileName(), Qt::CaseInsensitive) == 0;
+            if (!caseOnly) {
+                if (renameNoReplace(move.from, move.to)) {
+                    renamed(move);
+                    continue;
+                }
+                if (errno != EEXIST && errno != ENOTEMPTY) {
+                    if (errno == ENOENT) {
+                        ++runner.report().skipped;
+                        failures->insert(move.from, QStringLiteral("It's no longer there"));
+                    } else {
+                        fail(move.from, errno);
+                    }
+                    continue;
+                }
+            }
             const FilePath temporary = temporarySibling(move.from, "rename");
             if (renameNoReplace(move.from, temporary)) {
                 parked.append({move, temporary});
@@ -116,9 +140,7 @@ void FileOperations::renameMany(const QList<Move>& renames, const QString& actio
         }
         for (const auto& [move, temporary] : parked) {
             if (renameNoReplace(temporary, move.to)) {
-                runner.report().changes.push_back({FileChange::Kind::moved, move.from, move.to, {}});
-                runner.report().moves.append(move);
-                output.done.append(move.from);
+                renamed(move);
                 continue;
             }
             fail(move.from, errno);

@@ -36,16 +36,30 @@ void FileOperations::rewriteFiles(QList<Rewrite> rewrites, const RewriteTexts& t
     request.alongside = std::move(alongside);
     request.work = [rewrites = std::move(rewrites), texts](ChangeRunner& runner, JobOutput& output) {
         runner.progress().setTotalItems(rewrites.size());
-        QList<FilePath> done;
-        for (const Rewrite& rewrite : rewrites) {
-            if (runner.isCancelled())
-                break;
-            runner.progress().addFinished(1);
-            const bool ok = rewrite.attribute.isEmpty() ? runner.rewrite(rewrite.file, rewrite.edit)
-                                                        : runner.rewriteAttribute(rewrite.file, rewrite.attribute, rewrite.edit);
-            if (ok)
-                done.append(rewrite.file);
+        // Contents go together, with one flush of the disk for all of them; attributes one by one.
+        QList<ChangeRunner::FileEdit> contents;
+        QList<qsizetype> contentsAt;
+        for (qsizetype i = 0; i < rewrites.size(); ++i) {
+            if (rewrites[i].attribute.isEmpty()) {
+                contents.append({rewrites[i].file, rewrites[i].edit});
+                contentsAt.append(i);
+            }
         }
+        QList<bool> ok(rewrites.size(), false);
+        const QList<bool> written = runner.rewriteMany(contents);
+        for (qsizetype k = 0; k < written.size(); ++k)
+            ok[contentsAt[k]] = written[k];
+        for (qsizetype i = 0; i < rewrites.size(); ++i) {
+            const Rewrite& rewrite = rewrites[i];
+            if (!rewrite.attribute.isEmpty() && !runner.isCancelled()) {
+                runner.progress().addFinished(1);
+                ok[i] = runner.rewriteAttribute(rewrite.file, rewrite.attribute, rewrite.edit);
+            }
+        }
+        QList<FilePath> done;
+        for (qsizetype i = 0; i < rewrites.size(); ++i)
+            if (ok[i])
+                done.append(rewrites[i].file);
         if (!done.isEmpty())
             output.toast = texts.done + u' '
                 + (texts.counted.isEmpty() ? countOrName(done)

@@ -12,6 +12,8 @@
 #include "platform/UniqueFd.h"
 #include "platform/Xattr.h"
 
+#include <QHash>
+
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -105,33 +107,37 @@ Result<Fingerprint> rewriteInPlace(const FilePath& path, const struct stat& befo
     return versionOf(st);
 }
 
-// How a replacement through a temporary file ended.
+// How the making of a temporary file ended.
 enum class Swap { done, refused, needsInPlace };
 
-struct SwapResult {
+// A temporary file beside the note holding its new bytes, made to be the note in everything but
+// its inode; renamed over the note by commitTemporary().
+struct Prepared {
     Swap outcome = Swap::done;
-    Result<Fingerprint> result = Fingerprint();
+    QByteArray temporary;        // its path (done)
+    struct stat written {};      // its status once written (done)
+    Result<Fingerprint> refusal = Fingerprint(); // why not (refused)
 };
 
 // The temporary file is given the note's owner, group, mode and attributes; if any of them
-// can't be given, the note is left for rewriteInPlace.
-SwapResult replaceByRename(const FilePath& path, int noteFd, const struct stat& before, const QByteArray& original,
-                           const Fingerprint& originalVersion, const QByteArray& bytes,
-                           const std::function<void()>& beforeCommit)
+// can't be given, the note is left for rewriteInPlace. With `sync` its data reaches the disk
+// here; without, the caller flushes the disk before committing.
+Prepared prepareTemporary(const FilePath& path, int noteFd, const struct stat& before, const QByteArray& bytes,
+                          bool sync)
 {
     QByteArray temp = path.parent().child(QByteArrayView(QByteArray("." + path.fileNameBytes() + ".orwick-XXXXXX"))).native();
     UniqueFd fd(::mkstemp(temp.data()));
     if (!fd.ok()) {
         // A folder we can't write in: the note itself may still be writable.
         if (errno == EACCES || errno == EPERM || errno == EROFS)
-            return {Swap::needsInPlace, {}};
-        return {Swap::refused, failure(writeFailure(path, errno))};
+            return {Swap::needsInPlace, {}, {}, {}};
+        return {Swap::refused, {}, {}, failure(writeFailure(path, errno))};
     }
-    auto discard = [&](Swap outcome, int error) -> SwapResult {
+    auto discard = [&](Swap outcome, int error) -> Prepared {
         ::unlink(temp.constData());
         if (outcome == Swap::needsInPlace)
-            return {outcome, {}};
-        return {outcome, failure(writeFailure(path, error))};
+            return {outcome, {}, {}, {}};
+        return {outcome, {}, {}, failure(writeFailure(path, error))};
     };
     int error = 0;
     if (!writeAll(fd.get(), bytes, 0, &error))
@@ -147,19 +153,56 @@ SwapResult replaceByRename(const FilePath& path, int noteFd, const struct stat& 
         return discard(Swap::needsInPlace, errno);
     if (!xattr::copyAll(noteFd, fd.get()).isEmpty())
         return discard(Swap::needsInPlace, 0);
-    struct stat written;
-    if (::fsync(fd.get()) != 0 || ::fstat(fd.get(), &written) != 0)
+    Prepared prepared;
+    if ((sync && ::fsync(fd.get()) != 0) || ::fstat(fd.get(), &prepared.written) != 0)
         return discard(Swap::refused, errno);
-    if (beforeCommit)
-        beforeCommit();
-    // The last look before the swap: another program's change since the read wins.
+    prepared.temporary = temp;
+    return prepared;
+}
+
+// Renames a prepared temporary file over the note, after the last look: another program's
+// change since the read wins.
+Result<Fingerprint> commitTemporary(const FilePath& path, const Prepared& prepared, const QByteArray& original,
+                                    const Fingerprint& originalVersion)
+{
     if (!unchangedSinceRead(path, original, originalVersion)) {
-        ::unlink(temp.constData());
-        return {Swap::refused, failure(changedOnDiskMessage(path))};
+        ::unlink(prepared.temporary.constData());
+        return failure(changedOnDiskMessage(path));
     }
-    if (::rename(temp.constData(), path.c_str()) != 0)
-        return discard(Swap::refused, errno);
-    return {Swap::done, versionOf(written)};
+    if (::rename(prepared.temporary.constData(), path.c_str()) != 0) {
+        const int error = errno;
+        ::unlink(prepared.temporary.constData());
+        return failure(writeFailure(path, error));
+    }
+    return versionOf(prepared.written);
+}
+
+// The note's checks before anything is written: where it really lives (a link is followed, so
+// it stays a link), that it is still the regular, writable file that was read. Open on success.
+struct Opened {
+    FilePath target;
+    UniqueFd fd;
+    struct stat st {};
+};
+
+Result<Opened> openForReplace(const FilePath& path, const Fingerprint& originalVersion)
+{
+    char resolved[PATH_MAX];
+    Opened opened;
+    opened.target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
+    opened.fd = UniqueFd(::open(opened.target.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    if (!opened.fd.ok() || ::fstat(opened.fd.get(), &opened.st) != 0) {
+        if (errno == ENOENT)
+            return failure(refusal(path, QStringLiteral("it is no longer there")));
+        return failure(writeFailure(path, errno));
+    }
+    if (!S_ISREG(opened.st.st_mode))
+        return failure(refusal(path, QStringLiteral("it isn’t a file")));
+    if (const Status writable = notefile::checkWritable(opened.target); !writable)
+        return failure(writable.error());
+    if (versionOf(opened.st) != originalVersion)
+        return failure(changedOnDiskMessage(path));
+    return opened;
 }
 
 } // namespace
@@ -167,28 +210,78 @@ SwapResult replaceByRename(const FilePath& path, int noteFd, const struct stat& 
 Result<Fingerprint> replaceFile(const FilePath& path, const QByteArray& original, const Fingerprint& originalVersion,
                                 const QByteArray& bytes, const std::function<void()>& beforeCommit)
 {
-    // Write where a linked note really lives, so the link stays a link.
-    char resolved[PATH_MAX];
-    const FilePath target = ::realpath(path.c_str(), resolved) ? FilePath::fromNative(resolved) : path;
-    UniqueFd noteFd(::open(target.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
-    struct stat st;
-    if (!noteFd.ok() || ::fstat(noteFd.get(), &st) != 0) {
-        if (errno == ENOENT)
-            return failure(refusal(path, QStringLiteral("it is no longer there")));
-        return failure(writeFailure(path, errno));
+    auto opened = openForReplace(path, originalVersion);
+    if (!opened)
+        return failure(opened.error());
+    const FilePath& target = opened->target;
+    if (opened->st.st_nlink <= 1) {
+        const Prepared prepared = prepareTemporary(target, opened->fd.get(), opened->st, bytes, true);
+        if (prepared.outcome == Swap::refused)
+            return prepared.refusal;
+        if (prepared.outcome == Swap::done) {
+            if (beforeCommit)
+                beforeCommit();
+            return commitTemporary(target, prepared, original, originalVersion);
+        }
     }
-    if (!S_ISREG(st.st_mode))
-        return failure(refusal(path, QStringLiteral("it isn’t a file")));
-    if (const Status writable = notefile::checkWritable(target); !writable)
-        return failure(writable.error());
-    if (versionOf(st) != originalVersion)
-        return failure(changedOnDiskMessage(path));
-    if (st.st_nlink <= 1) {
-        SwapResult swapped = replaceByRename(target, noteFd.get(), st, original, originalVersion, bytes, beforeCommit);
-        if (swapped.outcome != Swap::needsInPlace)
-            return std::move(swapped.result);
+    return rewriteInPlace(target, opened->st, original, originalVersion, bytes, beforeCommit);
+}
+
+QList<Result<Fingerprint>> replaceFiles(const QList<Replacement>& replacements)
+{
+    QList<Result<Fingerprint>> results(replacements.size(), Fingerprint());
+    // Written first, all of them; then one flush of each disk they lie on; then each renamed
+    // into place. A crash before the renames leaves every note as it was.
+    QList<std::pair<qsizetype, Prepared>> prepared;
+    QHash<dev_t, int> disks; // a folder open on each disk, for syncfs
+    QList<FilePath> targets(replacements.size());
+    // One file alone is synced by itself, as replaceFile() does: a flush of the whole disk would
+    // also wait for everything else written there.
+    const bool flushOnce = replacements.size() > 1;
+    for (qsizetype i = 0; i < replacements.size(); ++i) {
+        const Replacement& replacement = replacements[i];
+        auto opened = openForReplace(replacement.path, replacement.originalVersion);
+        if (!opened) {
+            results[i] = failure(opened.error());
+            continue;
+        }
+        targets[i] = opened->target;
+        if (opened->st.st_nlink <= 1) {
+            Prepared made = prepareTemporary(opened->target, opened->fd.get(), opened->st, replacement.bytes,
+                                             !flushOnce);
+            if (made.outcome == Swap::refused) {
+                results[i] = made.refusal;
+                continue;
+            }
+            if (made.outcome == Swap::done) {
+                if (flushOnce && !disks.contains(opened->st.st_dev)) {
+                    const int folder = ::open(opened->target.parent().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+                    disks.insert(opened->st.st_dev, folder);
+                }
+                prepared.append({i, std::move(made)});
+                continue;
+            }
+        }
+        results[i] = rewriteInPlace(opened->target, opened->st, replacement.original, replacement.originalVersion,
+                                    replacement.bytes, {});
     }
-    return rewriteInPlace(target, st, original, originalVersion, bytes, beforeCommit);
+    int flushError = 0;
+    for (const int folder : std::as_const(disks)) {
+        if (folder < 0 || ::syncfs(folder) != 0)
+            flushError = folder < 0 ? EIO : errno;
+        if (folder >= 0)
+            ::close(folder);
+    }
+    for (const auto& [i, made] : prepared) {
+        const Replacement& replacement = replacements[i];
+        if (flushError != 0) {
+            ::unlink(made.temporary.constData());
+            results[i] = failure(writeFailure(replacement.path, flushError));
+            continue;
+        }
+        results[i] = commitTemporary(targets[i], made, replacement.original, replacement.originalVersion);
+    }
+    return results;
 }
 
 Result<Fingerprint> swapBytes(const FilePath& path, const QByteArray& expected, const QByteArray& bytes)

@@ -13,6 +13,7 @@
 #include "files/FilePath.h"
 #include "notes/NoteFile.h"
 
+#include <QList>
 #include <functional>
 
 namespace orwick::filereplace {
@@ -29,6 +30,19 @@ namespace orwick::filereplace {
                                                         const notefile::Fingerprint& originalVersion,
                                                         const QByteArray& bytes,
                                                         const std::function<void()>& beforeCommit = {});
+
+// Many files' new bytes, each written as replaceFile() writes one (without `beforeCommit`), but
+// with one flush of each disk for all of them instead of a sync per file: every temporary file
+// is written first, then the disks are flushed (syncfs), then each one is renamed over its file
+// after the last look at it. A file that has to be rewritten in place is written and synced on
+// its own. One result per replacement, in order.
+struct Replacement {
+    FilePath path;
+    QByteArray original;
+    notefile::Fingerprint originalVersion;
+    QByteArray bytes;
+};
+[[nodiscard]] QList<Result<notefile::Fingerprint>> replaceFiles(const QList<Replacement>& replacements);
 
 // Puts a file's whole contents back (undo and redo): replaces its bytes with `bytes` only if it
 // still holds exactly `expected`; refuses otherwise and changes nothing.

@@ -2,10 +2,13 @@
 // Reads only; safe on any thread.
 
 #include "fileops/LinkUpdater.h"
+#include "disktools/WalkPool.h"
 #include "notes/DailyNotes.h"
 #include "notes/NoteFile.h"
 
+#include <QHash>
 #include <QSet>
+#include <atomic>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -15,10 +18,45 @@ namespace orwick {
 
 namespace {
 
-bool isFolder(const FilePath& path)
+// The type of an entry read from a folder, looked up when the file system doesn't say.
+unsigned char entryType(const FilePath& path, unsigned char type)
 {
+    if (type != DT_UNKNOWN)
+        return type;
     struct stat st {};
-    return ::lstat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+    if (::lstat(path.c_str(), &st) != 0)
+        return DT_UNKNOWN;
+    return S_ISDIR(st.st_mode) ? DT_DIR : S_ISREG(st.st_mode) ? DT_REG : DT_LNK;
+}
+
+// One folder's own entries, read once however many moved items it held: its notes (the first
+// `limit`) and the names of its sub-folders (all of them, hidden ones too: a moved item may be).
+struct FolderEntries {
+    QList<FilePath> notes;
+    QSet<QByteArray> folders;
+};
+
+FolderEntries readFolder(const FilePath& folder, int limit, const CancelFlag* cancel)
+{
+    FolderEntries entries;
+    DIR* dir = ::opendir(folder.c_str());
+    if (!dir)
+        return entries;
+    while (const dirent* entry = ::readdir(dir)) {
+        if (cancel && cancel->isCancelled())
+            break;
+        const QByteArrayView name(entry->d_name);
+        if (name == "." || name == "..")
+            continue;
+        const FilePath path = folder.child(name);
+        const unsigned char type = entryType(path, entry->d_type);
+        if (type == DT_DIR)
+            entries.folders.insert(name.toByteArray());
+        else if (type == DT_REG && !name.startsWith('.') && entries.notes.size() < limit && notefile::isNote(path))
+            entries.notes.append(path);
+    }
+    ::closedir(dir);
+    return entries;
 }
 
 // Folders too wide to read around: the root and the folders that only hold homes or disks.
@@ -46,13 +84,7 @@ void collect(const FilePath& folder, int depthLeft, int limit, QList<FilePath>& 
         if (name.startsWith('.'))
             continue;
         const FilePath path = folder.child(name);
-        unsigned char type = entry->d_type;
-        if (type == DT_UNKNOWN) {
-            struct stat st {};
-            if (::lstat(path.c_str(), &st) != 0)
-                continue;
-            type = S_ISDIR(st.st_mode) ? DT_DIR : S_ISREG(st.st_mode) ? DT_REG : DT_LNK;
-        }
+        const unsigned char type = entryType(path, entry->d_type);
         if (type == DT_DIR) {
             if (depthLeft > 1)
                 folders.append(path);
@@ -101,18 +133,35 @@ QList<FilePath> LinkUpdater::candidates(const QList<FileMove>& moves, const Canc
             }
         }
     };
+    // A batch renames thousands of items in one folder: each folder is read, and its vault
+    // looked up, once.
+    QHash<FilePath, FolderEntries> folders;
+    auto folderBeside = [&](const FilePath& folder) -> const FolderEntries& {
+        auto found = folders.find(folder);
+        if (found == folders.end()) {
+            found = folders.insert(folder, readFolder(folder, kFolderLimit, cancel));
+            add(found->notes);
+        }
+        return *found;
+    };
+    QHash<FilePath, std::optional<FilePath>> vaults;
+    auto vaultAbove = [&](const FilePath& folder) {
+        auto found = vaults.find(folder);
+        if (found == vaults.end())
+            found = vaults.insert(folder, DailyNotes::vault(folder));
+        return *found;
+    };
     QSet<FilePath> vaultsRead;
     QSet<FilePath> nearbyRead;
     for (const FileMove& move : moves) {
         if (cancel && cancel->isCancelled())
             break;
-        add(markdown(move.from.parent(), false, 1, kFolderLimit, cancel));
-        add(markdown(move.to.parent(), false, 1, kFolderLimit, cancel));
-        if (isFolder(move.to))
+        folderBeside(move.from.parent());
+        if (folderBeside(move.to.parent()).folders.contains(move.to.fileNameBytes()))
             add(markdown(move.to, true, INT_MAX, kTreeLimit, cancel));
-        std::optional<FilePath> vault = DailyNotes::vault(move.from.parent());
+        std::optional<FilePath> vault = vaultAbove(move.from.parent());
         if (!vault)
-            vault = DailyNotes::vault(move.to.parent());
+            vault = vaultAbove(move.to.parent());
         if (vault) {
             if (!vaultsRead.contains(*vault)) {
                 vaultsRead.insert(*vault);
@@ -131,54 +180,85 @@ QList<FilePath> LinkUpdater::candidates(const QList<FileMove>& moves, const Canc
     return out;
 }
 
+namespace {
+
+// The edit one note needs, read from disk; nothing when none (counted in `skipped` when the
+// note can't be edited).
+std::optional<LinkUpdater::Edit> planNote(const FilePath& note, const QList<FileMove>& moves, const FilePath& root,
+                                          std::atomic<int>& skipped)
+{
+    const int fd = ::open(note.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
+    if (fd < 0)
+        return std::nullopt;
+    struct stat st {};
+    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        ::close(fd);
+        return std::nullopt;
+    }
+    if (st.st_size > LinkUpdater::kLargestNote) {
+        ::close(fd);
+        ++skipped;
+        return std::nullopt;
+    }
+    QByteArray bytes(st.st_size, Qt::Uninitialized);
+    qsizetype got = 0;
+    while (got < bytes.size()) {
+        const ssize_t n = ::read(fd, bytes.data() + got, bytes.size() - got);
+        if (n <= 0)
+            break;
+        got += n;
+    }
+    ::close(fd);
+    bytes.truncate(got);
+    if (!bytes.contains("](") && !bytes.contains("[["))
+        return std::nullopt;
+    if (!isValidUtf8(bytes)) {
+        ++skipped;
+        return std::nullopt;
+    }
+    const FilePath oldNote = LinkUpdater::unmapped(note, moves);
+    std::optional<QByteArray> rewritten = LinkUpdater::rewriteBytes(bytes, oldNote, note, moves, root);
+    if (!rewritten)
+        return std::nullopt;
+    if (!notefile::checkWritable(note)) {
+        ++skipped;
+        return std::nullopt;
+    }
+    return LinkUpdater::Edit{note, oldNote, std::move(bytes), std::move(*rewritten)};
+}
+
+} // namespace
+
 LinkUpdater::Plan LinkUpdater::plan(const QList<FileMove>& moves, const CancelFlag* cancel)
 {
     Plan plan;
     const FilePath root = vaultOf(moves);
-    for (const FilePath& note : candidates(moves, cancel)) {
-        if (cancel && cancel->isCancelled()) {
-            plan.cancelled = true;
-            break;
-        }
-        const int fd = ::open(note.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-        if (fd < 0)
-            continue;
-        struct stat st {};
-        if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
-            ::close(fd);
-            continue;
-        }
-        if (st.st_size > kLargestNote) {
-            ::close(fd);
-            ++plan.skipped;
-            continue;
-        }
-        QByteArray bytes(st.st_size, Qt::Uninitialized);
-        qsizetype got = 0;
-        while (got < bytes.size()) {
-            const ssize_t n = ::read(fd, bytes.data() + got, bytes.size() - got);
-            if (n <= 0)
-                break;
-            got += n;
-        }
-        ::close(fd);
-        bytes.truncate(got);
-        if (!bytes.contains("](") && !bytes.contains("[["))
-            continue;
-        if (!isValidUtf8(bytes)) {
-            ++plan.skipped;
-            continue;
-        }
-        const FilePath oldNote = unmapped(note, moves);
-        std::optional<QByteArray> rewritten = rewriteBytes(bytes, oldNote, note, moves, root);
-        if (!rewritten)
-            continue;
-        if (!notefile::checkWritable(note)) {
-            ++plan.skipped;
-            continue;
-        }
-        plan.edits.append({note, oldNote, std::move(bytes), std::move(*rewritten)});
+    const QList<FilePath> notes = candidates(moves, cancel);
+    // Reading and rewriting thousands of notes is spread over the cores, in runs of notes;
+    // the edits keep the candidates' order.
+    constexpr qsizetype kRun = 64;
+    std::vector<std::optional<Edit>> edits(size_t(notes.size()));
+    std::atomic<int> skipped = 0;
+    std::atomic<bool> cancelled = false;
+    WalkPool pool(notes.size() > kRun ? diskWalkThreads() : 1);
+    for (qsizetype first = 0; first < notes.size(); first += kRun) {
+        pool.post([&, first](int) {
+            const qsizetype end = std::min(first + kRun, notes.size());
+            for (qsizetype i = first; i < end; ++i) {
+                if (cancel && cancel->isCancelled()) {
+                    cancelled = true;
+                    return;
+                }
+                edits[size_t(i)] = planNote(notes[i], moves, root, skipped);
+            }
+        });
     }
+    pool.wait();
+    for (std::optional<Edit>& edit : edits)
+        if (edit)
+            plan.edits.append(std::move(*edit));
+    plan.skipped = skipped;
+    plan.cancelled = cancelled || (cancel && cancel->isCancelled());
     return plan;
 }
 

@@ -97,10 +97,20 @@ bool inCode(const QList<Range>& ranges, qsizetype position)
     return false;
 }
 
+// The target starts with a URL scheme: a letter, then letters, digits, "+", "." or "-", then ":".
 bool hasScheme(const QString& target)
 {
-    static const QRegularExpression scheme(QStringLiteral("^[A-Za-z][A-Za-z0-9+.-]*:"));
-    return scheme.match(target).hasMatch();
+    const auto isLetter = [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); };
+    if (target.isEmpty() || !isLetter(target.front()))
+        return false;
+    for (qsizetype i = 1; i < target.size(); ++i) {
+        const QChar c = target[i];
+        if (c == u':')
+            return true;
+        if (!isLetter(c) && !(c >= u'0' && c <= u'9') && c != u'+' && c != u'.' && c != u'-')
+            return false;
+    }
+    return false;
 }
 
 // The bytes of a path written into a link: as is in angle brackets; else with blanks,
@@ -284,7 +294,8 @@ FilePath LinkUpdater::unmapped(const FilePath& path, const QList<FileMove>& move
 QString LinkUpdater::relink(const QString& text, const FilePath& oldFolder, const FilePath& newFolder, bool noteMoved,
                             const QList<FileMove>& moves)
 {
-    static const QRegularExpression link(QStringLiteral(R"(\]\(\s*(<[^>\n]+>|[^)\s\n]+))"));
+    // One per thread: notes are planned on several at once.
+    thread_local const QRegularExpression link(QStringLiteral(R"(\]\(\s*(<[^>\n]+>|[^)\s\n]+))"));
     if (!text.contains(QStringLiteral("](")))
         return text;
     return replaceCaptures(text, link, [&](const QString& target) {
@@ -294,7 +305,7 @@ QString LinkUpdater::relink(const QString& text, const FilePath& oldFolder, cons
 
 QString LinkUpdater::renameWikilinks(const QString& text, const QList<FileMove>& moves, const FilePath& root)
 {
-    static const QRegularExpression wikilink(QStringLiteral(R"(\[\[([^\]|#\n]+))"));
+    thread_local const QRegularExpression wikilink(QStringLiteral(R"(\[\[([^\]|#\n]+))"));
     if (!text.contains(QStringLiteral("[[")))
         return text;
     return replaceCaptures(text, wikilink, [&](const QString& captured) -> std::optional<QString> {

@@ -76,13 +76,14 @@ void LinkUpdater::apply(const Plan& plan, const QList<FileMove>& moves, QUndoSta
     }
     const FilePath root = vaultOf(moves);
     QList<FileOperations::Rewrite> rewrites;
+    rewrites.reserve(plan.edits.size());
     for (const Edit& edit : plan.edits) {
-        const FilePath oldNote = edit.oldNote;
-        const FilePath note = edit.note;
-        rewrites.append({note, [oldNote, note, moves, root](const QByteArray& contents) -> Result<QByteArray> {
+        rewrites.append({edit.note, [edit, moves, root](const QByteArray& contents) -> Result<QByteArray> {
+                             if (contents == edit.oldBytes)
+                                 return edit.newBytes; // as planned
                              // Edited again from what the note holds now, so a change made
                              // since it was planned is kept.
-                             return rewriteBytes(contents, oldNote, note, moves, root).value_or(contents);
+                             return rewriteBytes(contents, edit.oldNote, edit.note, moves, root).value_or(contents);
                          }});
     }
     FileOperations::RewriteTexts texts;

@@ -9,6 +9,7 @@ namespace orwick {
 
 class UniqueFd {
 public:
+    UniqueFd() = default;
     explicit UniqueFd(int fd) : m_fd(fd) {}
     ~UniqueFd()
     {
@@ -17,13 +18,23 @@ public:
     }
     UniqueFd(const UniqueFd&) = delete;
     UniqueFd& operator=(const UniqueFd&) = delete;
+    UniqueFd(UniqueFd&& other) noexcept : m_fd(other.release()) {}
+    UniqueFd& operator=(UniqueFd&& other) noexcept
+    {
+        if (this != &other) {
+            if (m_fd >= 0)
+                ::close(m_fd);
+            m_fd = other.release();
+        }
+        return *this;
+    }
 
     int get() const { return m_fd; }
     bool ok() const { return m_fd >= 0; }
     int release() { return std::exchange(m_fd, -1); }
 
 private:
-    int m_fd;
+    int m_fd = -1;
 };
 
 } // namespace orwick
