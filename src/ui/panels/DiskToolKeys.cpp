@@ -10,6 +10,7 @@
 #include "ui/panels/SpacePanel.h"
 #include "ui/git/BranchPanel.h"
 #include "ui/git/GitReviewPanel.h"
+#include "ui/git/HistoryPanel.h"
 #include "ui/rename/BatchRenamePanel.h"
 
 #include <QMainWindow>
@@ -49,6 +50,7 @@ void follow(WindowState& state, QMainWindow* window)
         case WindowState::Panel::gitReview: sheet = GitReviewPanel::open(state, window); break;
         case WindowState::Panel::gitSwitchBranch: sheet = BranchPanel::open(state, window, BranchPanel::Mode::switchBranch); break;
         case WindowState::Panel::gitNewBranch: sheet = BranchPanel::open(state, window, BranchPanel::Mode::newBranch); break;
+        case WindowState::Panel::gitHistory: sheet = HistoryPanel::open(state, window); break;
         }
         if (!sheet) {
             if (shown != WindowState::Panel::none)
