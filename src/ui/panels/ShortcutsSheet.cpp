@@ -151,6 +151,7 @@ void ShortcutsSheet::applyFilter(const QString& text)
     closeHeading();
     m_list->setCurrentItem(nullptr);
     moveCurrent(1);
+    m_list->scrollToTop(); // the first heading shows above the first row
     setFooter(shown == 0 ? QStringLiteral("No command matches “%1”").arg(typed)
                          : QStringLiteral("%1 commands · ↑↓ choose · Return runs · Esc closes").arg(shown));
 }
