@@ -2,6 +2,7 @@
 
 #include "commands/CommandCatalog.h"
 #include "commands/CommandGroups.h"
+#include "commands/DatabaseViewActions.h"
 #include "places/FinderTag.h"
 #include "ui/text/LiteralText.h"
 #include "ui/theme/ThemeSwatch.h"
@@ -144,7 +145,9 @@ void CommandMenus::refresh(QMenu* menu)
         }
         if (id.startsWith(QLatin1StringView("view."))) {
             a->setCheckable(true);
-            a->setChecked(viewModeName(m_state->activePane()->viewMode()) == id.mid(5));
+            // A notes folder shown as a board, calendar, gallery or its tasks checks that one.
+            const std::optional<QString> layout = actions::databaseLayout(*m_state->activePane());
+            a->setChecked((layout ? *layout : viewModeName(m_state->activePane()->viewMode())) == id.mid(5));
         }
     }
 }
