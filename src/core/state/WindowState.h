@@ -118,7 +118,7 @@ public:
     }
 
     // --- Panels over the content (at most one at a time)
-    enum class Panel { none, duplicates, space, cleanUp, settings, batchRename, info, compare, findInFiles, gitReview, gitSwitchBranch, gitNewBranch, gitHistory };
+    enum class Panel { none, duplicates, space, cleanUp, settings, batchRename, info, compare, findInFiles, gitReview, gitSwitchBranch, gitNewBranch, gitHistory, gitStashes };
     Panel panel() const { return m_panel; }
     const FilePath& panelFolder() const { return m_panelFolder; }
     // The items the panel acts on (batch rename: the selection it renames, in shown order;

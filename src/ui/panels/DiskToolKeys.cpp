@@ -11,6 +11,7 @@
 #include "ui/git/BranchPanel.h"
 #include "ui/git/GitReviewPanel.h"
 #include "ui/git/HistoryPanel.h"
+#include "ui/git/StashPanel.h"
 #include "ui/rename/BatchRenamePanel.h"
 
 #include <QMainWindow>
@@ -51,6 +52,7 @@ void follow(WindowState& state, QMainWindow* window)
         case WindowState::Panel::gitSwitchBranch: sheet = BranchPanel::open(state, window, BranchPanel::Mode::switchBranch); break;
         case WindowState::Panel::gitNewBranch: sheet = BranchPanel::open(state, window, BranchPanel::Mode::newBranch); break;
         case WindowState::Panel::gitHistory: sheet = HistoryPanel::open(state, window); break;
+        case WindowState::Panel::gitStashes: sheet = StashPanel::open(state, window); break;
         }
         if (!sheet) {
             if (shown != WindowState::Panel::none)
