@@ -10,8 +10,8 @@ const QList<Group>& menus()
     static const QList<Group> groups{
         {QStringLiteral("File"),
          {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openWith", "openInNewTab", "openInEditor",
-          "openInTerminal", "openInExternalTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress", "extract", "tidyUp", "-",
-          "putBack", "trash", "emptyTrash", "-", "closeTab", "quit"}},
+          "openInTerminal", "openInExternalTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress",
+          "extract", "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab", "quit"}},
         {QStringLiteral("Edit"),
          {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "-", "copyPath", "copyRelativePath", "copyContents", "copyDataURI", "-",
           "selectAll", "selectNone", "invertSelection", "selectByPattern", "deselectByPattern", "-", "filter", "search", "saveSearch", "-",
