@@ -128,6 +128,23 @@ TEST_F(GitReviewWindowTest, StagesOneHunkFromTheDiff)
     ASSERT_TRUE(waitUntil([&] { return diffShows("+one") && !diffShows("+twelve"); }));
 }
 
+TEST_F(GitReviewWindowTest, StagesTheRestOfAFileStagedInPart)
+{
+    repo.write("f.txt", "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n");
+    repo.commitAll("first");
+    repo.write("f.txt", "one\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n");
+    repo.git({"add", "f.txt"});
+    repo.write("f.txt", "one\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\ntwelve\n");
+    openReview();
+    EXPECT_EQ(listed(), (QStringList{"Staged 1", "  M f.txt", "Changes 1", "  M f.txt"}));
+    press(Qt::Key_Down); // the changed part: only what isn't staged yet shows
+    ASSERT_TRUE(waitUntil([&] { return diffShows("+twelve") && !diffShows("+one"); }));
+    press(Qt::Key_Right);
+    press(Qt::Key_H);
+    ASSERT_TRUE(waitUntil([&] { return listed() == QStringList{"Staged 1", "  M f.txt"}; })) << panel()->problem().toStdString();
+    EXPECT_EQ(repo.git({"show", ":f.txt"}), "one\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\ntwelve\n");
+}
+
 TEST_F(GitReviewWindowTest, DiscardedLinesGoToTheTrashAndComeBackWithUndo)
 {
     repo.write("f.txt", "a\nb\n");
