@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QSet>
 #include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <thread>
 
 namespace orwick::FolderDiff {
@@ -30,7 +32,12 @@ public:
         const SideItem* right;
     };
 
-    Merger(const Side& left, const Side& right) : m_left(left), m_right(right) {}
+    // `leftRoot` and `rightRoot`: open descriptors of the two roots, for the sizes of files
+    // listed alone on their side.
+    Merger(const Side& left, const Side& right, int leftRoot, int rightRoot)
+        : m_left(left), m_right(right), m_leftRoot(leftRoot), m_rightRoot(rightRoot)
+    {
+    }
 
     void run(const CancelFlag& cancel)
     {
@@ -85,7 +92,8 @@ private:
         entry.status = status;
         entry.isFolder = item.kind == Kind::folder;
         if (!entry.isFolder)
-            (status == Status::onlyLeft ? entry.leftSize : entry.rightSize) = item.size;
+            (status == Status::onlyLeft ? entry.leftSize : entry.rightSize) =
+                sizeOf(item, status == Status::onlyLeft ? m_leftRoot : m_rightRoot);
         if (entry.isFolder)
             m_foldedInto.insert(item.path, entries.size());
         entries.push_back(std::move(entry));
@@ -105,31 +113,46 @@ private:
         Entry entry;
         entry.path = left.path;
         entry.isFolder = left.kind == Kind::folder;
+        if (left.kind == Kind::file && right.kind == Kind::file) {
+            entry.status = Status::same; // until comparePair says otherwise (it reads the sizes too)
+            pending.push_back({entries.size(), &left, &right});
+            entries.push_back(std::move(entry));
+            return;
+        }
         if (left.kind != Kind::folder)
-            entry.leftSize = left.size;
+            entry.leftSize = sizeOf(left, m_leftRoot);
         if (right.kind != Kind::folder)
-            entry.rightSize = right.size;
+            entry.rightSize = sizeOf(right, m_rightRoot);
         if (left.kind != right.kind) {
             entry.status = Status::changed;
             // The one folder of the pair is listed in this entry, with what it holds.
             m_foldedInto.insert(left.path, entries.size());
         } else if (left.kind == Kind::link) {
             entry.status = left.linkTarget == right.linkTarget ? Status::same : Status::changed;
-        } else if (left.size != right.size) {
-            entry.status = Status::changed;
-        } else if (left.kind != Kind::file) {
-            entry.status = Status::same; // devices, sockets, pipes: not read
-        } else if (left.size > kLargestRead) {
-            entry.status = left.modifiedNs == right.modifiedNs ? Status::same : Status::changed;
         } else {
-            entry.status = Status::same;
-            pending.push_back({entries.size(), &left, &right});
+            // Devices, sockets, pipes: not read.
+            entry.status = left.size == right.size ? Status::same : Status::changed;
         }
         entries.push_back(std::move(entry));
     }
 
+    // A file's size: from the walk, else read now (regular files of a pair are read by comparePair).
+    static std::optional<qint64> sizeOf(const SideItem& item, int root)
+    {
+        if (item.size >= 0)
+            return item.size;
+        if (item.kind == Kind::file && root >= 0) {
+            struct stat st {};
+            if (fstatat(root, item.path.constData(), &st, AT_SYMLINK_NOFOLLOW) == 0)
+                return st.st_size;
+        }
+        return std::nullopt;
+    }
+
     const Side& m_left;
     const Side& m_right;
+    int m_leftRoot;
+    int m_rightRoot;
     QHash<QByteArray, size_t> m_foldedInto; // one-sided folders → the entry that lists them
     QSet<QByteArray> m_skipped;             // unreadable folders and what lies in them
 };
@@ -188,11 +211,11 @@ Result compare(const FilePath& left, const FilePath& right, qint64 limit, const 
     other.join();
     result.isPartial = leftSide.isPartial || rightSide.isPartial;
 
-    Merger merger(leftSide, rightSide);
-    merger.run(cancel);
-    // The byte comparisons, shared among the cores.
     const auto leftRoot = DirectoryHandle::open(leftSide.root);
     const auto rightRoot = DirectoryHandle::open(rightSide.root);
+    Merger merger(leftSide, rightSide, leftRoot ? leftRoot->fd() : -1, rightRoot ? rightRoot->fd() : -1);
+    merger.run(cancel);
+    // The byte comparisons, shared among the cores.
     if (!merger.pending.empty() && leftRoot && rightRoot) {
         WalkPool pool;
         const int workers = pool.workerCount();
@@ -202,8 +225,12 @@ Result compare(const FilePath& left, const FilePath& right, qint64 limit, const 
                     if (cancel.isCancelled())
                         return;
                     const auto& job = merger.pending[i];
-                    if (!sameBytes(leftRoot->fd(), rightRoot->fd(), *job.left, *job.right, cancel))
-                        merger.entries[job.entry].status = Status::changed;
+                    const PairCheck check = comparePair(leftRoot->fd(), rightRoot->fd(), job.left->path, cancel);
+                    Entry& entry = merger.entries[job.entry];
+                    entry.leftSize = check.leftSize;
+                    entry.rightSize = check.rightSize;
+                    if (!check.same)
+                        entry.status = Status::changed;
                 }
             });
         }

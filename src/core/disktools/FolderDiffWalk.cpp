@@ -56,11 +56,22 @@ private:
         for (const DirEntry& entry : entries) {
             if (stopped())
                 return;
+            SideItem item;
+            item.path = prefix.isEmpty() ? entry.name : prefix + '/' + entry.name;
+            // A regular file's size and time are read when it is opened (or, alone on its side,
+            // when it is listed), so the walk needs no call per file.
+            if (entry.type == DT_REG) {
+                if (++m_files > m_limit) {
+                    m_partial = true;
+                    return;
+                }
+                item.size = -1;
+                m_items.push_back(std::move(item));
+                continue;
+            }
             const auto st = statForWalk(folder.fd(), entry.name.constData());
             if (!st)
                 continue; // gone, or unreadable: left out
-            SideItem item;
-            item.path = prefix.isEmpty() ? entry.name : prefix + '/' + entry.name;
             item.modifiedNs = st->modifiedNs;
             if (st->isDirectory()) {
                 item.kind = SideItem::Kind::folder;
@@ -94,15 +105,6 @@ private:
     std::vector<SideItem> m_items;
 };
 
-// Opens a file below a root for a whole sequential read, never through a link.
-UniqueFd openForReading(int root, const QByteArray& path, qint64 size)
-{
-    UniqueFd fd(openat(root, path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY));
-    if (fd.get() >= 0 && size > kChunk)
-        posix_fadvise(fd.get(), 0, 0, POSIX_FADV_SEQUENTIAL); // read-ahead for the pieces to come
-    return fd;
-}
-
 qint64 readFully(int fd, char* into, qint64 wanted)
 {
     qint64 got = 0;
@@ -117,43 +119,63 @@ qint64 readFully(int fd, char* into, qint64 wanted)
     return got;
 }
 
-bool unchangedSince(int fd, const SideItem& walked)
+struct Stamp {
+    qint64 size = -1;
+    qint64 modifiedNs = 0;
+    bool operator==(const Stamp&) const = default;
+};
+
+std::optional<Stamp> stampOf(int fd)
 {
     struct stat st {};
-    return fstat(fd, &st) == 0 && st.st_size == walked.size
-        && qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec == walked.modifiedNs;
+    if (fstat(fd, &st) != 0)
+        return std::nullopt;
+    return Stamp{st.st_size, qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
 }
 
 } // namespace
 
 Side walkSide(const FilePath& root, qint64 limit, const CancelFlag& cancel) { return SideWalker(limit, cancel).run(root); }
 
-bool sameBytes(int leftRoot, int rightRoot, const SideItem& leftItem, const SideItem& rightItem, const CancelFlag& cancel)
+PairCheck comparePair(int leftRoot, int rightRoot, const QByteArray& path, const CancelFlag& cancel)
 {
-    const qint64 size = leftItem.size;
-    const UniqueFd a = openForReading(leftRoot, leftItem.path, size);
-    if (a.get() < 0)
-        return false;
-    const UniqueFd b = openForReading(rightRoot, rightItem.path, size);
-    if (b.get() < 0)
-        return false;
+    PairCheck check;
+    const UniqueFd a(openat(leftRoot, path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY));
+    const UniqueFd b(openat(rightRoot, path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY));
+    const auto left = a.ok() ? stampOf(a.get()) : std::nullopt;
+    const auto right = b.ok() ? stampOf(b.get()) : std::nullopt;
+    if (left)
+        check.leftSize = left->size;
+    if (right)
+        check.rightSize = right->size;
+    if (!left || !right || left->size != right->size)
+        return check; // unreadable, or sizes differ: changed
+    const qint64 size = left->size;
+    if (size > kLargestRead) {
+        check.same = left->modifiedNs == right->modifiedNs; // not read
+        return check;
+    }
+    if (size > kChunk) { // read-ahead for the pieces to come
+        posix_fadvise(a.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+        posix_fadvise(b.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+    }
     static thread_local std::vector<char> bufferA, bufferB;
-    const qint64 chunk = std::min(size, kChunk);
-    bufferA.resize(size_t(std::max<qint64>(chunk, 1)));
-    bufferB.resize(size_t(std::max<qint64>(chunk, 1)));
-    // Exactly the size the walk saw, piece by piece, the two files in turns; a file that grew
-    // or shrank meanwhile is caught by the check after.
+    const qint64 chunk = std::max<qint64>(std::min(size, kChunk), 1);
+    bufferA.resize(size_t(chunk));
+    bufferB.resize(size_t(chunk));
+    // Exactly the size seen at opening, piece by piece, the two files in turns.
     for (qint64 done = 0; done < size;) {
         if (cancel.isCancelled())
-            return false;
+            return check;
         const qint64 want = std::min(chunk, size - done);
         if (readFully(a.get(), bufferA.data(), want) != want || readFully(b.get(), bufferB.data(), want) != want
             || memcmp(bufferA.data(), bufferB.data(), size_t(want)) != 0)
-            return false;
+            return check;
         done += want;
     }
-    // A file written to while it was read is not called the same.
-    return unchangedSince(a.get(), leftItem) && unchangedSince(b.get(), rightItem);
+    // A file read in several pieces may be written to meanwhile: then it is not called the same.
+    check.same = size <= kChunk || (stampOf(a.get()) == left && stampOf(b.get()) == right);
+    return check;
 }
 
 } // namespace orwick::FolderDiff

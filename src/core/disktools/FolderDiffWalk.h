@@ -7,6 +7,7 @@
 #include "async/CancelFlag.h"
 #include "files/FilePath.h"
 
+#include <optional>
 #include <vector>
 
 namespace orwick::FolderDiff {
@@ -16,7 +17,7 @@ struct SideItem {
     QByteArray path; // relative, "/"-separated
     Kind kind = Kind::file;
     bool unreadable = false; // a folder that couldn't be read: left out with what it holds
-    qint64 size = 0;
+    qint64 size = 0; // -1 for a regular file: read when it is opened
     qint64 modifiedNs = 0;
     QByteArray linkTarget;
 };
@@ -29,11 +30,16 @@ struct Side {
 
 Side walkSide(const FilePath& root, qint64 limit, const CancelFlag& cancel);
 
-// Are the two files' bytes equal? Reads both in kChunk pieces, in turns, with read-ahead hints,
-// and stops at the first difference. False when either can't be read or no longer has the size
-// and time the walk saw.
-// `leftRoot` and `rightRoot` are open descriptors of the two roots; the item's relative path is
-// opened below each (no link followed in its last component).
-bool sameBytes(int leftRoot, int rightRoot, const SideItem& leftItem, const SideItem& rightItem, const CancelFlag& cancel);
+// Opens the file at `path` below both roots (open descriptors; no link followed in the last
+// component), reads their sizes there and, when they are equal and at most kLargestRead, compares
+// their bytes in kChunk pieces, in turns, stopping at the first difference; equal sizes above
+// that are the same when their times are. A file that can't be read makes the pair changed, and
+// so does one read in several pieces that changed while it was read.
+struct PairCheck {
+    std::optional<qint64> leftSize;
+    std::optional<qint64> rightSize;
+    bool same = false;
+};
+PairCheck comparePair(int leftRoot, int rightRoot, const QByteArray& path, const CancelFlag& cancel);
 
 } // namespace orwick::FolderDiff
