@@ -112,11 +112,16 @@ QList<FilePath> LinkUpdater::markdown(const FilePath& folder, bool recursive, in
 
 FilePath LinkUpdater::vaultOf(const QList<FileMove>& moves)
 {
+    // Each folder is looked up once: a batch moves thousands of items out of one folder.
+    QSet<FilePath> tried;
     for (const FileMove& move : moves) {
-        if (auto vault = DailyNotes::vault(move.from.parent()))
-            return *vault;
-        if (auto vault = DailyNotes::vault(move.to.parent()))
-            return *vault;
+        for (const FilePath& folder : {move.from.parent(), move.to.parent()}) {
+            if (tried.contains(folder))
+                continue;
+            tried.insert(folder);
+            if (auto vault = DailyNotes::vault(folder))
+                return *vault;
+        }
     }
     return {};
 }
@@ -153,15 +158,24 @@ QList<FilePath> LinkUpdater::candidates(const QList<FileMove>& moves, const Canc
     };
     QSet<FilePath> vaultsRead;
     QSet<FilePath> nearbyRead;
+    FilePath lastFrom;
+    FilePath lastTo;
     for (const FileMove& move : moves) {
         if (cancel && cancel->isCancelled())
             break;
-        folderBeside(move.from.parent());
-        if (folderBeside(move.to.parent()).folders.contains(move.to.fileNameBytes()))
+        const FilePath fromFolder = move.from.parent();
+        const FilePath toFolder = move.to.parent();
+        if (folderBeside(toFolder).folders.contains(move.to.fileNameBytes()))
             add(markdown(move.to, true, INT_MAX, kTreeLimit, cancel));
-        std::optional<FilePath> vault = vaultAbove(move.from.parent());
+        // The items of one folder share everything read around them.
+        if (fromFolder == lastFrom && toFolder == lastTo)
+            continue;
+        lastFrom = fromFolder;
+        lastTo = toFolder;
+        folderBeside(fromFolder);
+        std::optional<FilePath> vault = vaultAbove(fromFolder);
         if (!vault)
-            vault = vaultAbove(move.to.parent());
+            vault = vaultAbove(toFolder);
         if (vault) {
             if (!vaultsRead.contains(*vault)) {
                 vaultsRead.insert(*vault);
@@ -232,8 +246,10 @@ std::optional<LinkUpdater::Edit> planNote(const FilePath& note, const QList<File
 LinkUpdater::Plan LinkUpdater::plan(const QList<FileMove>& moves, const CancelFlag* cancel)
 {
     Plan plan;
-    const FilePath root = vaultOf(moves);
     const QList<FilePath> notes = candidates(moves, cancel);
+    if (notes.isEmpty())
+        return plan;
+    const FilePath root = vaultOf(moves);
     // Reading and rewriting thousands of notes is spread over the cores, in runs of notes;
     // the edits keep the candidates' order.
     constexpr qsizetype kRun = 64;
