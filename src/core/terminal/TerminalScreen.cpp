@@ -105,7 +105,6 @@ struct TerminalScreen::Callbacks {
         self(user)->pushLine(cols, cells);
         return 1;
     }
-    static int popLine(int cols, VTermScreenCell* cells, void* user) { return self(user)->popLine(cols, cells) ? 1 : 0; }
     static void output(const char* bytes, size_t length, void* user)
     {
         if (self(user)->m_output)
@@ -122,7 +121,9 @@ const VTermScreenCallbacks kScreenCallbacks = {
     &TerminalScreen::Callbacks::bell,
     nullptr, // resize
     &TerminalScreen::Callbacks::pushLine,
-    &TerminalScreen::Callbacks::popLine,
+    // No sb_popline: libvterm 0.1.4 crashes bringing wide characters back into a screen that
+    // grew taller and narrower at once; a taller screen leaves the history where it is.
+    nullptr,
 };
 } // namespace
 
@@ -220,47 +221,6 @@ void TerminalScreen::pushLine(int cols, const void* cells)
     for (int i = 0; i < cols; ++i)
         m_lineBuffer[size_t(i)] = cellOf(in[i]);
     m_scrollback.push(m_lineBuffer.data(), cols);
-}
-
-bool TerminalScreen::popLine(int cols, void* cells)
-{
-    TerminalLine line;
-    if (!m_scrollback.popNewest(line))
-        return false;
-    VTermColor defaultForeground, defaultBackground;
-    vterm_state_get_default_colors(vterm_obtain_state(m_vt.get()), &defaultForeground, &defaultBackground);
-    auto* out = static_cast<VTermScreenCell*>(cells);
-    auto colorFor = [](const TerminalColor& color, const VTermColor& fallback) {
-        VTermColor c = fallback;
-        if (color.kind() == TerminalColor::Kind::indexed)
-            vterm_color_indexed(&c, color.index());
-        else if (color.kind() == TerminalColor::Kind::rgb)
-            vterm_color_rgb(&c, uint8_t(color.rgbValue() >> 16), uint8_t(color.rgbValue() >> 8), uint8_t(color.rgbValue()));
-        return c;
-    };
-    for (int i = 0; i < cols; ++i) {
-        VTermScreenCell& cell = out[i];
-        cell = VTermScreenCell{};
-        const TerminalCell kept = size_t(i) < line.size() ? line[size_t(i)] : TerminalCell{};
-        if (kept.width == 0) {
-            cell.chars[0] = kWideContinuation;
-        } else {
-            for (int c = 0; c < TerminalCell::kMaxCharacters; ++c)
-                cell.chars[c] = uint32_t(kept.characters[size_t(c)]);
-        }
-        cell.width = char(std::max<int>(kept.width, 1));
-        cell.attrs.bold = kept.has(cellAttribute::bold);
-        cell.attrs.italic = kept.has(cellAttribute::italic);
-        cell.attrs.underline = kept.has(cellAttribute::doubleUnderline) ? VTERM_UNDERLINE_DOUBLE
-                               : kept.has(cellAttribute::underline)     ? VTERM_UNDERLINE_SINGLE
-                                                                        : 0;
-        cell.attrs.reverse = kept.has(cellAttribute::reverse);
-        cell.attrs.strike = kept.has(cellAttribute::strike);
-        cell.attrs.blink = kept.has(cellAttribute::blink);
-        cell.fg = colorFor(kept.foreground, defaultForeground);
-        cell.bg = colorFor(kept.background, defaultBackground);
-    }
-    return true;
 }
 
 void TerminalScreen::sendText(const QString& text, int modifiers)

@@ -77,7 +77,6 @@ public:
 
 private:
     void pushLine(int cols, const void* cells);
-    bool popLine(int cols, void* cells);
 
     struct VTermDeleter {
         void operator()(::VTerm* vt) const;

@@ -50,3 +50,34 @@ TEST(CsiGuardTest, TheScreenTakesAFloodOfParameters)
 
 } // namespace
 } // namespace orwick
+
+namespace orwick {
+namespace {
+
+// Wide characters scrolled into the history and brought back into a narrower, taller screen
+// (a case the fuzzer found: libvterm read a continuation it had no character for).
+TEST(TerminalScreenTest, AResizeBringsBackWideCharactersWhole)
+{
+    const QByteArray input = QByteArray::fromBase64(
+        "AxtbMTsyOzM7NDs1OzY7Nzs4O6CgoKCg5ubm5ubm5ubm5ubm5ubm5ubmoKCgoKCgoOOgoKCgoKCgoKCgoI2goKCgoKADG1sxOzI7Mzs0OzU7Njs3OziTOzk7MTA7"
+        "AAAAAAAAAAAAAAAAAAAAAAAAADExOzEyOzQxOzEzOzE1OzE2OzE3//+goKCgoKCgoKCg/zCgOw==");
+    TerminalScreen screen(6, 12, {}, 20);
+    for (qsizetype at = 1; at < input.size(); at += 4)
+        screen.feed(QByteArrayView(input).sliced(at, std::min<qsizetype>(4, input.size() - at)));
+    screen.resize(3, 30);
+    screen.resize(9, 5);
+    screen.sendText(QStringLiteral("x"));
+    EXPECT_EQ(screen.rows(), 9);
+    for (char32_t c : {U'中', U'文'}) {
+        const QByteArray wide = QString::fromUcs4(&c, 1).toUtf8();
+        for (int i = 0; i < 40; ++i)
+            screen.feed(wide);
+    }
+    screen.resize(2, 7);
+    screen.resize(12, 3);
+    screen.resize(4, 9);
+    EXPECT_EQ(screen.cols(), 9);
+}
+
+} // namespace
+} // namespace orwick
