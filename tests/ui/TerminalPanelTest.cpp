@@ -11,6 +11,7 @@
 #include "ui/terminal/TerminalPanel.h"
 #include "ui/terminal/TerminalView.h"
 
+#include <QElapsedTimer>
 #include <QMimeData>
 
 namespace orwick {
@@ -143,6 +144,25 @@ TEST_F(TerminalPanelTest, DroppedFilesAreTypedAsQuotedPaths)
     EXPECT_TRUE(drop.isAccepted());
     EXPECT_TRUE(shows(QStringLiteral("'") + tree.root().text() + QStringLiteral("/a '\\''quoted'\\'' name.txt'")))
         << shown()->screen().screenText().toStdString();
+}
+
+TEST_F(TerminalPanelTest, AFloodOfOutputPaintsAtMostOncePerFrame)
+{
+    open(tree.root());
+    press(Qt::Key_F4);
+    ASSERT_TRUE(test::waitUntil([&] { return focusedView() != nullptr && shown()->isIdleAtPrompt(); }));
+    TerminalView* view = focusedView();
+    QApplication::processEvents();
+    const int paintsBefore = view->paintCount();
+    QElapsedTimer clock;
+    clock.start();
+    typeLine(QStringLiteral("seq 1 200000; echo fin''ished"));
+    ASSERT_TRUE(shows(QStringLiteral("finished")));
+    const qint64 elapsed = clock.elapsed();
+    const int paints = view->paintCount() - paintsBefore;
+    EXPECT_GT(paints, 0);
+    EXPECT_LE(paints, elapsed / 16 + 3) << paints << " paints in " << elapsed << " ms";
+    EXPECT_EQ(shown()->screen().scrollback().size(), Scrollback::kDefaultCapacity);
 }
 
 } // namespace
