@@ -23,6 +23,7 @@ namespace {
 
 constexpr int kFrameMs = 16;     // one repaint per frame at most
 constexpr int kWheelLines = 3;
+constexpr int kInset = 4;        // room between the cells and the panel's edges
 
 int modifiersOf(Qt::KeyboardModifiers modifiers)
 {
@@ -172,8 +173,8 @@ void TerminalView::fitToSize()
 {
     if (!m_session)
         return;
-    const int cols = std::max(2, viewport()->width() / m_cell.width());
-    const int rows = std::max(1, viewport()->height() / m_cell.height());
+    const int cols = std::max(2, (viewport()->width() - 2 * kInset) / m_cell.width());
+    const int rows = std::max(1, (viewport()->height() - kInset) / m_cell.height());
     if (rows != m_session->screen().rows() || cols != m_session->screen().cols())
         m_session->resize(rows, cols); // the program hears SIGWINCH
     syncScrollBar();
@@ -186,6 +187,7 @@ void TerminalView::paintEvent(QPaintEvent*)
     painter.fillRect(viewport()->rect(), m_colors.defaultBackground());
     if (!m_session)
         return;
+    painter.translate(kInset, kInset / 2);
     const TerminalScreen& screen = m_session->screen();
     const int64_t top = topLine();
     const int64_t cursorLine = screen.screenTopLine() + screen.cursorRow();
@@ -365,8 +367,9 @@ void TerminalView::pasteClipboard()
         m_session->paste(text); // written as the program reads it
 }
 
-TerminalPoint TerminalView::pointAt(const QPoint& position) const
+TerminalPoint TerminalView::pointAt(const QPoint& viewportPosition) const
 {
+    const QPoint position = viewportPosition - QPoint(kInset, kInset / 2);
     const int cols = m_session ? m_session->screen().cols() : 1;
     const int col = std::clamp((position.x() + m_cell.width() / 2) / m_cell.width(), 0, cols);
     const int row = std::max(0, position.y() / m_cell.height());
