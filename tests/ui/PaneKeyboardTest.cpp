@@ -246,7 +246,7 @@ TEST_F(PaneKeyboardTest, ReturnOnADimmedPaletteRowSaysWhy)
 {
     open(tree.root());
     press(Qt::Key_K, Qt::ControlModifier);
-    type(QStringLiteral("Toggle Terminal"));
+    type(QStringLiteral("Clear Shelf"));
     const PaletteItem* row = window->palette()->palette()->selectedItem();
     ASSERT_NE(row, nullptr);
     ASSERT_FALSE(row->isEnabled);
