@@ -7,48 +7,13 @@
 # the repository as made, with core.untrackedCache, and with core.fsmonitor (git's own daemon,
 # where this git has one). Target: orwick-cli ≤ 1.05 × git in each.
 #   bench/git-status.sh BUILD_DIR
-source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" git-status hyperfine
+here=$(dirname "$(realpath "$0")")
+source "$here/preamble.bash" "${1:-}" git-status hyperfine
+source "$here/git-repo.bash"
 repo="$work/repo"
 
-# A private identity and no user or system configuration.
-export GIT_CONFIG_NOSYSTEM=1 GIT_CONFIG_GLOBAL=/dev/null
-export GIT_AUTHOR_NAME=Bench GIT_AUTHOR_EMAIL=bench@orwick.invalid
-export GIT_COMMITTER_NAME=Bench GIT_COMMITTER_EMAIL=bench@orwick.invalid
-
 echo "generating the repository in $repo"
-mkdir -p "$repo"
-git -C "$repo" init -q -b main
-(
-  cd "$repo"
-  for d in $(seq 0 199); do
-    mkdir -p "src/module$d"
-    for f in $(seq 0 99); do
-      printf 'module %d file %d\n' "$d" "$f" > "src/module$d/file$f.txt"
-    done
-  done
-  printf 'ignored/\n' > .gitignore
-  git add -A
-  git commit -q -m "20,000 files"
-  # 2,000 modified (ten per module), 500 untracked, 5,000 ignored.
-  for d in $(seq 0 199); do
-    for f in $(seq 0 9); do
-      printf 'changed\n' >> "src/module$d/file$f.txt"
-    done
-  done
-  for u in $(seq 0 499); do
-    printf 'new %d\n' "$u" > "src/module$((u % 200))/new$u.txt"
-  done
-  for d in $(seq 0 49); do
-    mkdir -p "ignored/cache$d"
-    for f in $(seq 0 99); do
-      printf 'x' > "ignored/cache$d/blob$f.o"
-    done
-  done
-)
-# Let git settle its index once, as it would have on a developer's machine (a second later, so no
-# entry is racily clean).
-sleep 1
-git -C "$repo" status >/dev/null
+makeGitRepo "$repo" 200
 
 "$cli" status "$repo" | tail -n 1
 
