@@ -14,18 +14,7 @@ python3 "$here/compare-trees.py" "$work/left" "$work/right" "$files"
 echo "trees: $(find "$work/left" -type f | wc -l) and $(find "$work/right" -type f | wc -l) files"
 find "$work" -type f -print0 | xargs -0 cat > /dev/null # warm the cache
 
-ratios() { # csv, reference command name
-  python3 - "$1" "$2" <<'PY'
-import csv, sys
-rows = {r["command"]: r for r in csv.DictReader(open(sys.argv[1]))}
-ref = rows[sys.argv[2]]
-for name, r in rows.items():
-    line = f"  {name:12} mean {float(r['mean'])*1000:8.1f} ms  (user {float(r['user'])*1000:7.1f} ms, system {float(r['system'])*1000:7.1f} ms)"
-    if name != sys.argv[2]:
-        line += f"   orwick-cli / {name} = {float(ref['mean'])/float(r['mean']):.2f}"
-    print(line)
-PY
-}
+ratios() { python3 "$here/hyperfine-ratios.py" "$@" --inverse; } # csv, reference command name
 
 echo "== compare"
 hyperfine --shell=none --warmup 1 --runs "$runs" --style basic -i --export-csv "$work/compare.csv" \

@@ -12,38 +12,14 @@ here=$(dirname "$(realpath "$0")")
 source "$here/preamble.bash" "${1:-}" disktools hyperfine jdupes rmlint fdupes rdfind gdu du python3
 runs=${ORWICK_BENCH_RUNS:-5}
 
-# The tree is kept between runs, keyed by the generator's contents.
-key=$(sha1sum "$here/disktools-tree.py" | cut -c1-12)
-store=${ORWICK_BENCH_TREE:-${TMPDIR:-/var/tmp}/orwick-bench-disktools-$key}
-tree="$store/home"
-if [ ! -e "$store/.complete" ]; then
-  rm -rf "$store"
-  mkdir -p "$store"
-  echo "generating the tree in $tree"
-  start=$(date +%s)
-  python3 "$here/disktools-tree.py" "$tree"
-  echo "generated in $(( $(date +%s) - start )) s"
-  sync # written data must reach the disk first, or tools that ask for file extents wait on it
-  touch "$store/.complete"
-fi
+source "$here/disktools-tree.bash"
 cd "$work" # rmlint and rdfind leave files in the working folder otherwise
 
 echo "tree: $(find "$tree" -type f | wc -l) files, $(du -sh "$tree" | cut -f1)"
 # Warm the cache: every byte once.
 find "$tree" -type f -print0 | xargs -0 cat > /dev/null
 
-ratios() { # csv, reference command name
-  python3 - "$1" "$2" <<'PY'
-import csv, sys
-rows = {r["command"]: r for r in csv.DictReader(open(sys.argv[1]))}
-ref = rows[sys.argv[2]]
-for name, r in rows.items():
-    line = f"  {name:12} mean {float(r['mean'])*1000:8.1f} ms  (user {float(r['user'])*1000:7.1f} ms, system {float(r['system'])*1000:7.1f} ms)"
-    if name != sys.argv[2]:
-        line += f"   {name} / orwick-cli = {float(r['mean'])/float(ref['mean']):.2f} (CPU {(float(r['user'])+float(r['system']))/(float(ref['user'])+float(ref['system'])):.2f})"
-    print(line)
-PY
-}
+ratios() { python3 "$here/hyperfine-ratios.py" "$@"; } # csv, reference command name
 
 echo "== duplicates"
 "$cli" duplicates "$tree" --min-size 1 > "$work/orwick-dups.txt"

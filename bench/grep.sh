@@ -10,17 +10,7 @@ source "$here/preamble.bash" "${1:-}" grep hyperfine rg python3
 runs=${ORWICK_BENCH_RUNS:-5}
 query=${ORWICK_BENCH_QUERY:-plugins}
 
-key=$(sha1sum "$here/disktools-tree.py" | cut -c1-12)
-store=${ORWICK_BENCH_TREE:-${TMPDIR:-/var/tmp}/orwick-bench-disktools-$key}
-tree="$store/home"
-if [ ! -e "$store/.complete" ]; then
-  rm -rf "$store"
-  mkdir -p "$store"
-  echo "generating the tree in $tree"
-  python3 "$here/disktools-tree.py" "$tree"
-  sync
-  touch "$store/.complete"
-fi
+source "$here/disktools-tree.bash"
 echo "tree: $(find "$tree" -type f | wc -l) files"
 find "$tree" -type f -print0 | xargs -0 cat > /dev/null # warm the cache
 
