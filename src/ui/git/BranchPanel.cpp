@@ -1,12 +1,11 @@
 #include "ui/git/BranchPanel.h"
 
-#include "app/Services.h"
 #include "commands/FuzzyMatch.h"
 #include "git/Git.h"
-#include "state/PaneState.h"
 #include "state/WindowState.h"
+#include "ui/git/ActiveRepository.h"
+#include "ui/git/ProblemLabel.h"
 #include "ui/text/LiteralText.h"
-#include "ui/theme/Theme.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -21,15 +20,10 @@ namespace t = gittexts;
 
 PanelSheet* BranchPanel::open(WindowState& window, QWidget* parent, Mode mode)
 {
-    Git* git = services().git;
-    const PaneState* pane = window.activePane();
-    if (!git || !pane || pane->url().isEmpty())
+    const std::optional<ActiveRepository> repository = takeActiveRepository(window, parent);
+    if (!repository)
         return nullptr;
-    const std::optional<FilePath> root = git->root(pane->url());
-    if (!root)
-        return nullptr;
-    PanelSheet::closeOpenSheet(parent);
-    return new BranchPanel(window, *git, *root, mode, parent);
+    return new BranchPanel(window, *repository->git, repository->root, mode, parent);
 }
 
 BranchPanel::BranchPanel(WindowState& window, Git& git, const FilePath& root, Mode mode, QWidget* parent)
@@ -45,12 +39,7 @@ BranchPanel::BranchPanel(WindowState& window, Git& git, const FilePath& root, Mo
     m_note->setForegroundRole(QPalette::PlaceholderText);
     m_note->setWordWrap(true);
     body()->addWidget(m_note);
-    m_problem = new QLabel(this);
-    m_problem->setWordWrap(true);
-    QPalette red = m_problem->palette();
-    red.setColor(QPalette::WindowText, theme::negative());
-    m_problem->setPalette(red);
-    m_problem->hide();
+    m_problem = makeProblemLabel(this);
     body()->addWidget(m_problem);
     if (mode == Mode::switchBranch) {
         m_list = new QListWidget(this);

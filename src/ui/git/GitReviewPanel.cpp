@@ -6,13 +6,13 @@
 #include "git/Git.h"
 #include "git/GitRunner.h"
 #include "git/WorkingTreeDiff.h"
-#include "state/PaneState.h"
 #include "state/WindowState.h"
+#include "ui/git/ActiveRepository.h"
 #include "ui/git/CommitBox.h"
 #include "ui/git/DiffView.h"
+#include "ui/git/ProblemLabel.h"
 #include "ui/git/ReviewFileList.h"
 #include "ui/git/ReviewHeader.h"
-#include "ui/theme/Theme.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -29,15 +29,10 @@ namespace t = gittexts;
 
 PanelSheet* GitReviewPanel::open(WindowState& window, QWidget* parent)
 {
-    Git* git = services().git;
-    const PaneState* pane = window.activePane();
-    if (!git || !pane || pane->url().isEmpty())
+    const std::optional<ActiveRepository> repository = takeActiveRepository(window, parent);
+    if (!repository)
         return nullptr;
-    const std::optional<FilePath> root = git->root(pane->url());
-    if (!root)
-        return nullptr;
-    PanelSheet::closeOpenSheet(parent);
-    return new GitReviewPanel(window, *git, *root, parent);
+    return new GitReviewPanel(window, *repository->git, repository->root, parent);
 }
 
 GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& root, QWidget* parent)
@@ -82,13 +77,8 @@ GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& ro
     split->setSizes({280, 840});
     body()->addWidget(split, 1);
 
-    m_problem = new QLabel(this);
-    m_problem->setWordWrap(true);
+    m_problem = makeProblemLabel(this);
     m_problem->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    QPalette red = m_problem->palette();
-    red.setColor(QPalette::WindowText, theme::negative());
-    m_problem->setPalette(red);
-    m_problem->hide();
     body()->addWidget(m_problem);
 
     m_commit = new CommitBox(this);

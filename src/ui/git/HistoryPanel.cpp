@@ -1,9 +1,8 @@
 #include "ui/git/HistoryPanel.h"
 
-#include "app/Services.h"
 #include "git/Git.h"
-#include "state/PaneState.h"
 #include "state/WindowState.h"
+#include "ui/git/ActiveRepository.h"
 #include "ui/text/LiteralText.h"
 #include "ui/theme/Theme.h"
 
@@ -48,19 +47,14 @@ protected:
 
 PanelSheet* HistoryPanel::open(WindowState& window, QWidget* parent)
 {
-    Git* git = services().git;
-    const PaneState* pane = window.activePane();
-    if (!git || !pane || pane->url().isEmpty())
-        return nullptr;
-    const std::optional<FilePath> root = git->root(pane->url());
-    if (!root)
+    const std::optional<ActiveRepository> repository = takeActiveRepository(window, parent);
+    if (!repository)
         return nullptr;
     const QList<FilePath> selected = window.selectedURLs();
     std::optional<FilePath> file;
-    if (selected.size() == 1 && root->isAncestorOf(selected.first()))
+    if (selected.size() == 1 && repository->root.isAncestorOf(selected.first()))
         file = selected.first();
-    PanelSheet::closeOpenSheet(parent);
-    return new HistoryPanel(*git, *root, file, parent);
+    return new HistoryPanel(*repository->git, repository->root, file, parent);
 }
 
 HistoryPanel::HistoryPanel(Git& git, const FilePath& root, std::optional<FilePath> file, QWidget* parent)

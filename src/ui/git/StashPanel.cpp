@@ -1,11 +1,10 @@
 #include "ui/git/StashPanel.h"
 
-#include "app/Services.h"
 #include "git/Git.h"
-#include "state/PaneState.h"
 #include "state/WindowState.h"
+#include "ui/git/ActiveRepository.h"
+#include "ui/git/ProblemLabel.h"
 #include "ui/text/LiteralText.h"
-#include "ui/theme/Theme.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -21,15 +20,10 @@ namespace t = gittexts;
 
 PanelSheet* StashPanel::open(WindowState& window, QWidget* parent)
 {
-    Git* git = services().git;
-    const PaneState* pane = window.activePane();
-    if (!git || !pane || pane->url().isEmpty())
+    const std::optional<ActiveRepository> repository = takeActiveRepository(window, parent);
+    if (!repository)
         return nullptr;
-    const std::optional<FilePath> root = git->root(pane->url());
-    if (!root)
-        return nullptr;
-    PanelSheet::closeOpenSheet(parent);
-    return new StashPanel(window, *git, *root, parent);
+    return new StashPanel(window, *repository->git, repository->root, parent);
 }
 
 StashPanel::StashPanel(WindowState& window, Git& git, const FilePath& root, QWidget* parent)
@@ -39,12 +33,7 @@ StashPanel::StashPanel(WindowState& window, Git& git, const FilePath& root, QWid
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->installEventFilter(this);
     body()->addWidget(m_list, 1);
-    m_problem = new QLabel(this);
-    m_problem->setWordWrap(true);
-    QPalette red = m_problem->palette();
-    red.setColor(QPalette::WindowText, theme::negative());
-    m_problem->setPalette(red);
-    m_problem->hide();
+    m_problem = makeProblemLabel(this);
     body()->addWidget(m_problem);
     setFooter(QStringLiteral("Return applies · P pops (applies and removes) · Delete deletes · Esc closes"));
     reload();
