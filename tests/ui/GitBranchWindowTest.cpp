@@ -2,13 +2,9 @@
 // branches most recent first and filtered as typed, Return switching; a name git can't take
 // refused as it is typed, a good one made and switched to.
 
-#include "WindowFixture.h"
+#include "GitWindowFixture.h"
 
-#include "app/Services.h"
 #include "commands/CommandCatalog.h"
-#include "git/Git.h"
-#include "git/GitRunner.h"
-#include "support/GitTestRepo.h"
 #include "ui/git/BranchPanel.h"
 #include "ui/panels/DiskToolKeys.h"
 
@@ -17,15 +13,12 @@
 namespace orwick {
 namespace {
 
-using test::GitTestRepo;
 using test::waitUntil;
 
-class GitBranchWindowTest : public test::WindowTest {
+class GitBranchWindowTest : public test::GitWindowTest {
 protected:
-    void SetUp() override
+    void prepare() override
     {
-        ASSERT_TRUE(gitExecutable().has_value()) << "these tests need git on PATH";
-        services().git = &git;
         repo.write("a.txt", "a\n");
         repo.commitAll("first");
         repo.git({"branch", "older"});
@@ -35,12 +28,6 @@ protected:
         // A later commit date, so the branch is the most recent.
         repo.git({"-c", "user.name=T", "-c", "user.email=t@x", "commit", "-q", "-m", "login", "--date=2030-01-01T00:00:00"});
         repo.git({"switch", "-q", "main"});
-    }
-    void TearDown() override
-    {
-        window.reset();
-        state.reset();
-        services().git = nullptr;
     }
     BranchPanel* panel() const { return window ? window->findChild<BranchPanel*>() : nullptr; }
     void openWith(const char* command)
@@ -52,9 +39,6 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() == panel()->field(); }));
     }
     QString head() { return QString::fromUtf8(repo.git({"branch", "--show-current"})).trimmed(); }
-
-    Git git;
-    GitTestRepo repo{tree};
 };
 
 TEST_F(GitBranchWindowTest, SwitchesToAFilteredBranch)

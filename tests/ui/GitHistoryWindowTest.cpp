@@ -1,13 +1,9 @@
 // "Git: History" in a real window over a real repository: the newest commit first, Return shows
 // its patch; with one file selected, that file's history only, followed across its rename.
 
-#include "WindowFixture.h"
+#include "GitWindowFixture.h"
 
-#include "app/Services.h"
 #include "commands/CommandCatalog.h"
-#include "git/Git.h"
-#include "git/GitRunner.h"
-#include "support/GitTestRepo.h"
 #include "ui/git/HistoryPanel.h"
 #include "ui/panels/DiskToolKeys.h"
 
@@ -16,15 +12,12 @@
 namespace orwick {
 namespace {
 
-using test::GitTestRepo;
 using test::waitUntil;
 
-class GitHistoryWindowTest : public test::WindowTest {
+class GitHistoryWindowTest : public test::GitWindowTest {
 protected:
-    void SetUp() override
+    void prepare() override
     {
-        ASSERT_TRUE(gitExecutable().has_value()) << "these tests need git on PATH";
-        services().git = &git;
         repo.write("old.txt", "one\n");
         repo.commitAll("Add the file");
         repo.write("other.txt", "x\n");
@@ -32,12 +25,6 @@ protected:
         repo.git({"mv", "old.txt", "new.txt"});
         repo.write("new.txt", "one\ntwo\n");
         repo.commitAll("Rename and grow");
-    }
-    void TearDown() override
-    {
-        window.reset();
-        state.reset();
-        services().git = nullptr;
     }
     HistoryPanel* panel() const { return window ? window->findChild<HistoryPanel*>() : nullptr; }
     void openHistory()
@@ -53,9 +40,6 @@ protected:
             list << commit.subject;
         return list;
     }
-
-    Git git;
-    GitTestRepo repo{tree};
 };
 
 TEST_F(GitHistoryWindowTest, ReturnShowsTheCommitsPatch)

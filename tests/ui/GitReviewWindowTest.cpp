@@ -4,12 +4,8 @@
 // Ctrl+Z puts back; Amend starts from the last message; a merge conflict shows the banner and
 // Ours resolves it.
 
-#include "WindowFixture.h"
+#include "GitWindowFixture.h"
 
-#include "app/Services.h"
-#include "git/Git.h"
-#include "git/GitRunner.h"
-#include "support/GitTestRepo.h"
 #include "ui/git/CommitBox.h"
 #include "ui/git/DiffView.h"
 #include "ui/git/GitReviewPanel.h"
@@ -24,15 +20,12 @@
 namespace orwick {
 namespace {
 
-using test::GitTestRepo;
 using test::waitUntil;
 
-class GitReviewWindowTest : public test::WindowTest {
+class GitReviewWindowTest : public test::GitWindowTest {
 protected:
-    void SetUp() override
+    void prepare() override
     {
-        ASSERT_TRUE(gitExecutable().has_value()) << "these tests need git on PATH";
-        services().git = &git;
         // Who commits: the temporary home has no git configuration of its own.
         for (const char* who : {"AUTHOR", "COMMITTER"}) {
             qputenv(QByteArray("GIT_") + who + "_NAME", "Orwick Test");
@@ -41,9 +34,7 @@ protected:
     }
     void TearDown() override
     {
-        window.reset();
-        state.reset();
-        services().git = nullptr;
+        GitWindowTest::TearDown();
         for (const char* who : {"AUTHOR", "COMMITTER"}) {
             qunsetenv(QByteArray("GIT_") + who + "_NAME");
             qunsetenv(QByteArray("GIT_") + who + "_EMAIL");
@@ -76,9 +67,6 @@ protected:
         return false;
     }
     bool idle() const { return panel() && !panel()->isWorking() && git.busy().isEmpty(); }
-
-    Git git;
-    GitTestRepo repo{tree};
 };
 
 TEST_F(GitReviewWindowTest, SpaceStagesAndCtrlReturnCommits)

@@ -1,13 +1,9 @@
 // "Git: Stashes…" in a real window over a real repository: the latest stash first, Return
 // applies it and keeps it, P pops it, Delete asks "Delete this stash?" and drops it when told to.
 
-#include "WindowFixture.h"
+#include "GitWindowFixture.h"
 
-#include "app/Services.h"
 #include "commands/CommandCatalog.h"
-#include "git/Git.h"
-#include "git/GitRunner.h"
-#include "support/GitTestRepo.h"
 #include "ui/git/StashPanel.h"
 #include "ui/panels/DiskToolKeys.h"
 
@@ -18,15 +14,12 @@
 namespace orwick {
 namespace {
 
-using test::GitTestRepo;
 using test::waitUntil;
 
-class GitStashWindowTest : public test::WindowTest {
+class GitStashWindowTest : public test::GitWindowTest {
 protected:
-    void SetUp() override
+    void prepare() override
     {
-        ASSERT_TRUE(gitExecutable().has_value()) << "these tests need git on PATH";
-        services().git = &git;
         repo.write("a.txt", "a\n");
         repo.commitAll("first");
         repo.write("a.txt", "older change\n");
@@ -39,17 +32,8 @@ protected:
         ASSERT_TRUE(waitUntil([&] { return panel() && panel()->stashes().size() == 2; }));
         ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() == panel()->list(); }));
     }
-    void TearDown() override
-    {
-        window.reset();
-        state.reset();
-        services().git = nullptr;
-    }
     StashPanel* panel() const { return window ? window->findChild<StashPanel*>() : nullptr; }
     int stashCount() { return int(repo.git({"stash", "list"}).count('\n')); }
-
-    Git git;
-    GitTestRepo repo{tree};
 };
 
 TEST_F(GitStashWindowTest, ReturnAppliesAndKeepsPPops)
