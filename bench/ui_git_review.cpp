@@ -5,6 +5,8 @@
 // Targets: the list within 1.2 × git status; the first diff within 50 ms after the list.
 //   bench_ui_git_review REPOSITORY   (needs a display; bench/git-review.sh runs it under Xvfb)
 
+#include "UiBenchTiming.h"
+
 #include "git/Git.h"
 #include "git/GitRunner.h"
 #include "state/ViewPreferences.h"
@@ -20,28 +22,6 @@
 #include <cstdio>
 
 using namespace orwick;
-
-namespace {
-
-bool waitFor(const std::function<bool()>& done, int timeoutMs = 60000)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!done()) {
-        if (timer.elapsed() > timeoutMs)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-    }
-    return true;
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
-}
-
-} // namespace
 
 int main(int argc, char** argv)
 {

@@ -4,6 +4,8 @@
 // the name search walks names only, the other also reads text files for the text.
 //   bench_ui_search TREE [RUNS]   (needs a display; bench/ui-search.sh runs it under Xvfb)
 
+#include "UiBenchTiming.h"
+
 #include "state/PaneState.h"
 #include "state/ViewPreferences.h"
 #include "ui/pane/PaneWidget.h"
@@ -16,28 +18,6 @@
 #include <vector>
 
 using namespace orwick;
-
-namespace {
-
-bool waitFor(const std::function<bool()>& done, int timeoutMs = 60000)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!done()) {
-        if (timer.elapsed() > timeoutMs)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
-    }
-    return true;
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
-}
-
-} // namespace
 
 int main(int argc, char** argv)
 {
