@@ -1,5 +1,7 @@
 #include "terminal/TerminalScreen.h"
 
+#include "terminal/LineText.h"
+
 #include <vterm.h>
 
 #include <QList>
@@ -194,21 +196,8 @@ TerminalLine TerminalScreen::lineAt(int64_t number) const
 QString TerminalScreen::screenText() const
 {
     QStringList rows;
-    for (int row = 0; row < m_rows; ++row) {
-        QString text;
-        for (const TerminalCell& cell : screenLine(row)) {
-            if (cell.width == 0)
-                continue;
-            if (cell.characters[0] == 0)
-                text += QLatin1Char(' ');
-            for (char32_t c : cell.characters)
-                if (c)
-                    text += QString::fromUcs4(&c, 1);
-        }
-        while (text.endsWith(QLatin1Char(' ')))
-            text.chop(1);
-        rows.append(text);
-    }
+    for (int row = 0; row < m_rows; ++row)
+        rows.append(lineText(screenLine(row)));
     return rows.join(QLatin1Char('\n'));
 }
 

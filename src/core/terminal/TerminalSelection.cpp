@@ -1,27 +1,10 @@
 #include "terminal/TerminalSelection.h"
 
+#include "terminal/LineText.h"
+
 #include <QStringList>
 
 namespace orwick {
-
-QString lineText(const TerminalLine& line, int from, int to)
-{
-    const int end = to < 0 ? int(line.size()) : std::min(to, int(line.size()));
-    QString text;
-    for (int col = std::max(from, 0); col < end; ++col) {
-        const TerminalCell& cell = line[size_t(col)];
-        if (cell.width == 0)
-            continue;
-        if (cell.characters[0] == 0)
-            text += QLatin1Char(' ');
-        for (char32_t c : cell.characters)
-            if (c)
-                text += QString::fromUcs4(&c, 1);
-    }
-    while (text.endsWith(QLatin1Char(' ')))
-        text.chop(1);
-    return text;
-}
 
 bool TerminalSelection::contains(int64_t line, int col) const
 {

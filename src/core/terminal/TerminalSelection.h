@@ -33,7 +33,4 @@ private:
     TerminalPoint m_anchor, m_caret;
 };
 
-// The text of one line's cells from `from` up to `to` (exclusive), without trailing blanks.
-QString lineText(const TerminalLine& line, int from = 0, int to = -1);
-
 } // namespace orwick

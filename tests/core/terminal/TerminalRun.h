@@ -4,6 +4,7 @@
 
 #include "support/TempHome.h"
 #include "support/TestMain.h"
+#include "terminal/LineText.h"
 #include "terminal/TerminalSession.h"
 
 #include <memory>
@@ -40,21 +41,8 @@ inline bool waitForText(TerminalSession& session, const QString& text, int timeo
 inline QStringList allLines(const TerminalScreen& screen)
 {
     QStringList lines;
-    for (int64_t n = screen.firstLine(); n < screen.endLine(); ++n) {
-        QString text;
-        for (const TerminalCell& cell : screen.lineAt(n)) {
-            if (cell.width == 0)
-                continue;
-            if (cell.characters[0] == 0)
-                text += QLatin1Char(' ');
-            for (char32_t c : cell.characters)
-                if (c)
-                    text += QString::fromUcs4(&c, 1);
-        }
-        while (text.endsWith(QLatin1Char(' ')))
-            text.chop(1);
-        lines.append(text);
-    }
+    for (int64_t n = screen.firstLine(); n < screen.endLine(); ++n)
+        lines.append(lineText(screen.lineAt(n)));
     return lines;
 }
 
