@@ -1,6 +1,7 @@
 #include "ui/notes/BoardWidget.h"
 
 #include "ui/notes/DatabaseCard.h"
+#include "ui/notes/DatabaseViewInput.h"
 #include "ui/theme/Theme.h"
 
 #include <QApplication>
@@ -12,9 +13,7 @@ namespace orwick {
 
 BoardWidget::BoardWidget(QWidget* parent) : QWidget(parent)
 {
-    setFocusPolicy(Qt::StrongFocus);
-    setAutoFillBackground(true);
-    setBackgroundRole(QPalette::Window);
+    setUpDatabaseView(this);
 }
 
 void BoardWidget::setBoard(BoardView board, FileItems items, DatabaseColumns database)
@@ -210,6 +209,8 @@ void BoardWidget::keyPressEvent(QKeyEvent* event)
         return;
     }
     if (mods == Qt::NoModifier) {
+        if (openCurrentOnReturn(*this, event))
+            return;
         switch (event->key()) {
         case Qt::Key_Left: moveCursorTo(m_lane - 1, m_position); return;
         case Qt::Key_Right: moveCursorTo(m_lane + 1, m_position); return;
@@ -217,11 +218,6 @@ void BoardWidget::keyPressEvent(QKeyEvent* event)
         case Qt::Key_Down: moveCursorTo(m_lane, m_position + 1); return;
         case Qt::Key_Home: moveCursorTo(m_lane, 0); return;
         case Qt::Key_End: moveCursorTo(m_lane, 1 << 20); return;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (const auto item = currentItem())
-                Q_EMIT openRequested(*item);
-            return;
         default: break;
         }
     }

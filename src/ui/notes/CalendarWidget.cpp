@@ -1,6 +1,7 @@
 #include "ui/notes/CalendarWidget.h"
 
 #include "ui/notes/DatabaseCard.h"
+#include "ui/notes/DatabaseViewInput.h"
 #include "ui/theme/Theme.h"
 
 #include <QKeyEvent>
@@ -11,9 +12,7 @@ namespace orwick {
 
 CalendarWidget::CalendarWidget(QWidget* parent) : QWidget(parent)
 {
-    setFocusPolicy(Qt::StrongFocus);
-    setAutoFillBackground(true);
-    setBackgroundRole(QPalette::Window);
+    setUpDatabaseView(this);
 }
 
 void CalendarWidget::setCalendar(CalendarView calendar, FileItems items, DatabaseColumns database)
@@ -197,17 +196,14 @@ void CalendarWidget::keyPressEvent(QKeyEvent* event)
         return;
     }
     if (mods == Qt::NoModifier) {
+        if (openCurrentOnReturn(*this, event))
+            return;
         if (step != 0)
             return goTo(m_day.addDays(step));
         switch (event->key()) {
         case Qt::Key_PageUp: return goTo(m_day.addMonths(-1));
         case Qt::Key_PageDown: return goTo(m_day.addMonths(1));
         case Qt::Key_Home: return goTo(QDate::currentDate());
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (const auto item = currentItem())
-                Q_EMIT openRequested(*item);
-            return;
         default: break;
         }
     }

@@ -1,6 +1,7 @@
 #include "ui/notes/GalleryWidget.h"
 
 #include "ui/notes/DatabaseCard.h"
+#include "ui/notes/DatabaseViewInput.h"
 #include "ui/theme/Theme.h"
 #include "ui/views/Thumbnails.h"
 
@@ -12,9 +13,7 @@ namespace orwick {
 
 GalleryWidget::GalleryWidget(QWidget* parent) : QWidget(parent), m_thumbnails(new Thumbnails(this))
 {
-    setFocusPolicy(Qt::StrongFocus);
-    setAutoFillBackground(true);
-    setBackgroundRole(QPalette::Window);
+    setUpDatabaseView(this);
     connect(m_thumbnails, &Thumbnails::ready, this, [this] { update(); });
 }
 
@@ -114,6 +113,8 @@ void GalleryWidget::keyPressEvent(QKeyEvent* event)
 {
     const int count = int(m_items.size());
     if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+        if (openCurrentOnReturn(*this, event))
+            return;
         switch (event->key()) {
         case Qt::Key_Left: return moveCursorTo(m_layout.moved(m_cursor, 0, -1, count));
         case Qt::Key_Right: return moveCursorTo(m_layout.moved(m_cursor, 0, 1, count));
@@ -121,11 +122,6 @@ void GalleryWidget::keyPressEvent(QKeyEvent* event)
         case Qt::Key_Down: return moveCursorTo(m_layout.moved(m_cursor, 1, 0, count));
         case Qt::Key_Home: return moveCursorTo(0);
         case Qt::Key_End: return moveCursorTo(count - 1);
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (const auto item = currentItem())
-                Q_EMIT openRequested(*item);
-            return;
         default: break;
         }
     }
