@@ -2,6 +2,7 @@
 
 #include "disktools/ContentSearchOutput.h"
 #include "git/RepositoryRoot.h"
+#include "platform/ChildSpawnAttributes.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -69,14 +70,7 @@ std::optional<Child> spawn(const Command& command, const FilePath& folder)
     posix_spawn_file_actions_adddup2(&actions, errPipe[1], STDERR_FILENO);
     posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
     posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t none, all;
-    sigemptyset(&none);
-    sigfillset(&all);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setsigdefault(&attributes, &all);
-    posix_spawnattr_setpgroup(&attributes, 0); // stopping the group stops what the tool started
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
+    initChildSpawnAttributes(attributes); // stopping the group stops what the tool started
     pid_t pid = -1;
     const int failed = posix_spawn(&pid, executable.constData(), &actions, &attributes, pointers.data(), environment.data());
     posix_spawn_file_actions_destroy(&actions);

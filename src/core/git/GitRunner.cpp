@@ -1,5 +1,7 @@
 #include "git/GitRunner.h"
 
+#include "platform/ChildSpawnAttributes.h"
+
 #include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <cerrno>
@@ -179,17 +181,9 @@ GitOutput runGit(const FilePath& executable, const QList<QByteArray>& arguments,
         posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, outPipe[1], STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, errPipe[1], STDERR_FILENO);
-    // A fresh signal mask and default handlers, whatever this thread had.
+    // A fresh signal mask and default handlers, and a process group of its own.
     posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t none, all;
-    sigemptyset(&none);
-    sigfillset(&all);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setsigdefault(&attributes, &all);
-    // Its own process group, so that stopping it also stops the programs it runs.
-    posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
+    initChildSpawnAttributes(attributes);
 
     pid_t child = -1;
     const int spawnError = posix_spawn(&child, executable.c_str(), &actions, &attributes, argvPointers.data(),
