@@ -5,6 +5,7 @@
 #include "disktools/WalkPool.h"
 #include "notes/DailyNotes.h"
 #include "notes/NoteFile.h"
+#include "platform/ForEachEntry.h"
 
 #include <QHash>
 #include <QSet>
@@ -39,23 +40,14 @@ struct FolderEntries {
 FolderEntries readFolder(const FilePath& folder, int limit, const CancelFlag* cancel)
 {
     FolderEntries entries;
-    DIR* dir = ::opendir(folder.c_str());
-    if (!dir)
-        return entries;
-    while (const dirent* entry = ::readdir(dir)) {
-        if (cancel && cancel->isCancelled())
-            break;
-        const QByteArrayView name(entry->d_name);
-        if (name == "." || name == "..")
-            continue;
+    forEachEntry(folder, cancel, [&](QByteArrayView name, unsigned char givenType) {
         const FilePath path = folder.child(name);
-        const unsigned char type = entryType(path, entry->d_type);
+        const unsigned char type = entryType(path, givenType);
         if (type == DT_DIR)
             entries.folders.insert(name.toByteArray());
         else if (type == DT_REG && !name.startsWith('.') && entries.notes.size() < limit && notefile::isNote(path))
             entries.notes.append(path);
-    }
-    ::closedir(dir);
+    });
     return entries;
 }
 

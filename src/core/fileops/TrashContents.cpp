@@ -4,8 +4,7 @@
 #include "fileops/OperationTexts.h"
 #include "files/Formatting.h"
 #include "platform/AllTrashes.h"
-
-#include <dirent.h>
+#include "platform/ForEachEntry.h"
 
 namespace orwick {
 
@@ -18,20 +17,11 @@ TrashContents TrashContents::measure(const QList<FilePath>& trashFolders, const 
     TrashContents contents;
     for (const FilePath& folder : trashFolders) {
         const FilePath files = folder.child(QByteArrayView("files"));
-        DIR* dir = ::opendir(files.c_str());
-        if (!dir)
-            continue;
-        while (const dirent* entry = ::readdir(dir)) {
-            if (cancel && cancel->isCancelled())
-                break;
-            const QByteArrayView name(entry->d_name);
-            if (name == "." || name == "..")
-                continue;
+        forEachEntry(files, cancel, [&](QByteArrayView name, unsigned char) {
             const FilePath item = files.child(name);
             contents.items.append(item);
             contents.bytes += treeBytes(item);
-        }
-        ::closedir(dir);
+        });
     }
     return contents;
 }
