@@ -1,22 +1,17 @@
 // A notes folder shown as a board, a calendar, a gallery and its tasks in a window's pane: the
 // layout is kept per folder, keys move a card to the next lane or an item to the next day as one
 // step on the window's undo stack, Space toggles a task in its note, and the file views come back.
+#include "NotesWindowFixture.h"
+
 #include "app/Services.h"
 #include "commands/DatabaseViewActions.h"
 #include "fileops/FileOperations.h"
-#include "notes/FileProperties.h"
-#include "state/WindowState.h"
 #include "support/KeyPress.h"
-#include "support/TempHome.h"
-#include "support/TestMain.h"
 #include "ui/notes/BoardWidget.h"
 #include "ui/notes/CalendarWidget.h"
 #include "ui/notes/GalleryWidget.h"
 #include "ui/notes/PaneDatabaseViews.h"
-#include "ui/notes/PaneNotesDecoration.h"
 #include "ui/notes/TasksWidget.h"
-#include "ui/pane/PaneWidget.h"
-#include "ui/window/MainWindow.h"
 
 #include <QApplication>
 #include <QStackedWidget>
@@ -29,29 +24,19 @@ using test::waitUntil;
 
 namespace {
 
-struct DatabaseViewsTest : ::testing::Test {
-    test::TempTree tree;
-    ViewPreferences preferences;
-    FileProperties store{nullptr, tree.path("settings/columns.json")};
-    FilePath alpha, beta, folder;
-    std::unique_ptr<WindowState> state;
-    std::unique_ptr<MainWindow> window;
-
+struct DatabaseViewsTest : test::NotesWindowTest {
     void SetUp() override
     {
-        alpha = tree.file(QString("notes/alpha.md"), "---\nstatus: todo\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n");
-        beta = tree.file(QString("notes/beta.md"), "---\nstatus: done\ndue: 2024-05-20\n---\nBeta\n");
-        folder = alpha.parent();
         FolderColumns columns;
         columns.types.insert("status", PropertyType::select);
         columns.options.insert("status", {"todo", "doing", "done"});
         columns.groupBy = "status";
-        ASSERT_TRUE(store.setColumns(folder, columns));
+        writeNotes("---\nstatus: todo\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n", "---\nstatus: done\ndue: 2024-05-20\n---\nBeta\n", columns);
+        if (HasFatalFailure())
+            return;
         services().properties = &store;
 
-        state = std::make_unique<WindowState>(folder, &preferences);
-        window = std::make_unique<MainWindow>(state.get());
-        PaneNotesDecoration::attach(window.get(), &store);
+        openWindow();
         PaneDatabaseViews::attach(window.get(), &store);
         window->show();
         window->activateWindow();
@@ -65,8 +50,6 @@ struct DatabaseViewsTest : ::testing::Test {
         state.reset();
         services().properties = nullptr;
     }
-    PaneState* pane() { return state->activePane(); }
-    PaneWidget* widget() { return window->activePaneWidget(); }
     PaneDatabaseViews* views() { return PaneDatabaseViews::of(widget()); }
     void settle()
     {

@@ -1,17 +1,12 @@
 // Notes in a window's pane: the table shows typed property columns, an edit writes the note and
 // the window's undo takes it back, and the folder's filters and a property sort reach the rows.
+#include "NotesWindowFixture.h"
+
 #include "fileops/FileOperations.h"
-#include "notes/FileProperties.h"
-#include "state/WindowState.h"
-#include "support/TempHome.h"
-#include "support/TestMain.h"
 #include "TableColumns.h"
 #include "ui/notes/FilterChipsBar.h"
-#include "ui/notes/PaneNotesDecoration.h"
 #include "ui/notes/PropertyColumnsModel.h"
-#include "ui/pane/PaneWidget.h"
 #include "ui/views/FileTableView.h"
-#include "ui/window/MainWindow.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -24,27 +19,17 @@ using test::waitUntil;
 
 namespace {
 
-struct PaneNotesTest : ::testing::Test {
-    test::TempTree tree;
-    ViewPreferences preferences;
-    FileProperties store{nullptr, tree.path("settings/columns.json")};
-    FilePath alpha, beta, folder;
-    std::unique_ptr<WindowState> state;
-    std::unique_ptr<MainWindow> window;
-
+struct PaneNotesTest : test::NotesWindowTest {
     void SetUp() override
     {
-        alpha = tree.file(QString("notes/alpha.md"), "---\npriority: 10\nstatus: open\n---\nAlpha\n");
-        beta = tree.file(QString("notes/beta.md"), "---\npriority: 3\nstatus: done\n---\nBeta\n");
-        folder = alpha.parent();
         FolderColumns columns;
         columns.shown = {"priority", "status"};
         columns.types.insert("priority", PropertyType::number);
-        ASSERT_TRUE(store.setColumns(folder, columns));
+        writeNotes("---\npriority: 10\nstatus: open\n---\nAlpha\n", "---\npriority: 3\nstatus: done\n---\nBeta\n", columns);
+        if (HasFatalFailure())
+            return;
 
-        state = std::make_unique<WindowState>(folder, &preferences);
-        window = std::make_unique<MainWindow>(state.get());
-        PaneNotesDecoration::attach(window.get(), &store);
+        openWindow();
         window->show();
         pane()->chooseViewMode(ViewMode::table);
         ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading() && pane()->items().size() == 2; }));
@@ -52,8 +37,6 @@ struct PaneNotesTest : ::testing::Test {
         ASSERT_TRUE(waitUntil([&] { return store.value(beta, "priority").has_value(); }));
         QApplication::processEvents();
     }
-    PaneState* pane() { return state->activePane(); }
-    PaneWidget* widget() { return window->activePaneWidget(); }
     QAbstractItemModel* table() { return widget()->tableView()->model(); }
     int columnOf(const QString& key) { return test::columnTitled(table(), key); }
     QModelIndex cell(const FilePath& path, const QString& key) { return table()->index(pane()->row(path), columnOf(key)); }
