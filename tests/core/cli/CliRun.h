@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QList>
 
+#include <algorithm>
+
 namespace orwick::test {
 
 struct CliRun {
@@ -17,5 +19,12 @@ struct CliRun {
 };
 
 CliRun runCli(const QList<QByteArray>& arguments);
+
+// `lines` in byte order: for comparing output whose order the command does not promise (a walk).
+inline QList<QByteArray> sorted(QList<QByteArray> lines)
+{
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
 
 } // namespace orwick::test

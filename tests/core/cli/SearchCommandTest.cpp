@@ -4,19 +4,9 @@
 #include "CliRun.h"
 #include "support/TempHome.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace orwick::test {
-namespace {
-
-QList<QByteArray> sorted(QList<QByteArray> lines)
-{
-    std::sort(lines.begin(), lines.end());
-    return lines;
-}
-
-} // namespace
 
 TEST(SearchCommand, PrintsEveryMatchingPathAsBytes)
 {
