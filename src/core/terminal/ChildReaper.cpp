@@ -9,6 +9,7 @@
 #include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace orwick {
 
@@ -39,6 +40,16 @@ ChildReaper::ChildReaper(QObject* parent) : QObject(parent), m_timer(new QTimer(
         if (m_children.isEmpty())
             m_timer->stop();
     });
+}
+
+ChildReaper::~ChildReaper()
+{
+    for (Child* child : std::as_const(m_children)) {
+        delete child->notifier;
+        if (child->pidfd >= 0)
+            ::close(child->pidfd);
+        delete child;
+    }
 }
 
 void ChildReaper::adopt(pid_t pid, int pidfd)

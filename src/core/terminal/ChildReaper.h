@@ -16,6 +16,8 @@ public:
     // Takes over waiting for `pid`; `pidfd` (owned from now on, may be -1) says when it ended.
     void adopt(pid_t pid, int pidfd);
     int waiting() const { return int(m_children.size()); }
+    // Children still running when the application ends are left to init, which reaps them.
+    ~ChildReaper() override;
 
 private:
     explicit ChildReaper(QObject* parent);
