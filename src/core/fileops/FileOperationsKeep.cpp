@@ -4,6 +4,7 @@
 #include "fileops/FileOperations.h"
 #include "fileops/ItemCopier.h"
 #include "fileops/OperationTexts.h"
+#include "fileops/RewriteRequest.h"
 
 #include <sys/stat.h>
 
@@ -26,11 +27,7 @@ void FileOperations::keepAndReplace(const QList<FilePath>& items, bool copyBack,
 {
     if (items.isEmpty())
         return;
-    JobRequest request;
-    request.title = texts.title;
-    request.actionName = texts.actionName;
-    request.undo = undo;
-    request.finished = std::move(finished);
+    JobRequest request = rewriteRequest<JobRequest>(texts, undo, std::move(finished));
     request.work = [items, copyBack, texts, keepFailure = std::move(keepFailure),
                     replace = std::move(replace)](ChangeRunner& runner, JobOutput& output) {
         runner.progress().setTotalItems(items.size());

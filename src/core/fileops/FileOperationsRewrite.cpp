@@ -3,6 +3,7 @@
 
 #include "fileops/FileOperations.h"
 #include "fileops/OperationTexts.h"
+#include "fileops/RewriteRequest.h"
 
 namespace orwick {
 
@@ -28,11 +29,7 @@ void FileOperations::rewriteFiles(QList<Rewrite> rewrites, const RewriteTexts& t
 {
     if (rewrites.isEmpty() && !alongside)
         return;
-    JobRequest request;
-    request.title = texts.title;
-    request.actionName = texts.actionName;
-    request.undo = undo;
-    request.finished = std::move(finished);
+    JobRequest request = rewriteRequest<JobRequest>(texts, undo, std::move(finished));
     request.alongside = std::move(alongside);
     request.work = [rewrites = std::move(rewrites), texts](ChangeRunner& runner, JobOutput& output) {
         runner.progress().setTotalItems(rewrites.size());
