@@ -72,8 +72,10 @@ struct TerminalScreen::Callbacks {
 
     static int moveCursor(VTermPos pos, VTermPos, int visible, void* user)
     {
-        self(user)->m_cursorRow = pos.row;
-        self(user)->m_cursorCol = pos.col;
+        // libvterm can report a column past the line on odd input; the view draws only the screen.
+        TerminalScreen* screen = self(user);
+        screen->m_cursorRow = std::clamp(pos.row, 0, screen->m_rows - 1);
+        screen->m_cursorCol = std::clamp(pos.col, 0, screen->m_cols);
         return 1;
     }
     static int setProperty(VTermProp property, VTermValue* value, void* user)
@@ -163,8 +165,8 @@ void TerminalScreen::resize(int rows, int cols)
     vterm_set_size(m_vt.get(), rows, cols);
     VTermPos cursor;
     vterm_state_get_cursorpos(vterm_obtain_state(m_vt.get()), &cursor);
-    m_cursorRow = cursor.row;
-    m_cursorCol = cursor.col;
+    m_cursorRow = std::clamp(cursor.row, 0, rows - 1);
+    m_cursorCol = std::clamp(cursor.col, 0, cols);
 }
 
 TerminalCell TerminalScreen::cell(int row, int col) const

@@ -38,6 +38,45 @@ TEST(CsiGuardTest, ASequenceSplitAcrossReadsIsStillCounted)
     EXPECT_EQ(out, manyParameters(16, ':'));
 }
 
+// Control characters and bytes past ASCII between ESC and "[" leave it a control sequence,
+// in the guard as in the emulation (a case the fuzzer found).
+TEST(CsiGuardTest, BytesBetweenEscapeAndBracketDoNotHideTheSequence)
+{
+    CsiGuard guard;
+    const QByteArray noise("\x1b\xff\xff\x16");
+    EXPECT_EQ(filtered(guard, noise + manyParameters(20).mid(1)), noise + manyParameters(16).mid(1));
+    TerminalScreen screen(24, 80, {});
+    for (int i = 0; i < 50; ++i)
+        screen.feed(noise + manyParameters(300).mid(1));
+    screen.feed("\x1b[Hafter");
+    EXPECT_TRUE(screen.screenText().startsWith(QStringLiteral("after")));
+}
+
+// REP repeats the last character shown; the emulation never sees it (it loops on a character
+// without width), and with nothing shown yet nothing is repeated.
+TEST(CsiGuardTest, RepeatIsDoneByTheGuard)
+{
+    CsiGuard guard;
+    EXPECT_EQ(filtered(guard, "\x1b[5b"), "\x1b[5\x18");
+    EXPECT_EQ(filtered(guard, "ab\x1b[3b"), "ab\x1b[3\x18" "bbb");
+    EXPECT_EQ(filtered(guard, "\xe2\x94\x80\x1b[2b"), "\xe2\x94\x80\x1b[2\x18\xe2\x94\x80\xe2\x94\x80");
+    EXPECT_EQ(filtered(guard, "x\xcc\x81\x1b[b"), "x\xcc\x81\x1b[\x18x"); // a mark has no width of its own
+    EXPECT_EQ(filtered(guard, "\x1b[?5b"), "\x1b[?5\x18");                    // cancelled, not repeated
+    EXPECT_EQ(filtered(guard, "y\x1b[999999999b").size(), 1 + 11 + 1 + CsiGuard::kMaxRepeat);
+
+    for (const QByteArray& output : {QByteArray("\x1b[b"), QByteArray("\x07\x1b[2b"), QByteArray("\xcc\x81\x1b[b"),
+                                      QByteArray("\xe2\x80\x8b\x1b[b"), QByteArray("\x1b[5;1H\xcc\x81\x1b[3b"),
+                                      QByteArray("\x1b[;;;;;;;;;;;;;;;;?b")}) {
+        TerminalScreen screen(4, 20, {});
+        screen.feed(output);
+        screen.feed("\x1b[Hafter");
+        EXPECT_TRUE(screen.screenText().startsWith(QStringLiteral("after"))) << output.toHex().toStdString();
+    }
+    TerminalScreen screen(4, 20, {});
+    screen.feed("-\x1b[4b|");
+    EXPECT_TRUE(screen.screenText().startsWith(QStringLiteral("-----|"))) << screen.screenText().toStdString();
+}
+
 // The emulation itself survives what used to crash it, and what follows still shows.
 TEST(CsiGuardTest, TheScreenTakesAFloodOfParameters)
 {
