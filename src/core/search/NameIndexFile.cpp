@@ -140,6 +140,7 @@ Status write(const FilePath& file, const NameTable& table, qint64 walkedAtMs)
     header.checksum = qToLittleEndian(checksumOf(bytes.constData() + sizeof(Header), bytes.size() - qsizetype(sizeof(Header))));
     std::memcpy(bytes.data(), &header, sizeof header);
 
+    // Orwick's own store in its cache folder, not a user's file: written here, not by the engine.
     QDir().mkpath(QFile::decodeName(file.parent().native()));
     QSaveFile out(QFile::decodeName(file.native()));
     if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.commit())

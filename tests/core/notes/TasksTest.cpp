@@ -21,7 +21,7 @@ TEST(NoteParser, FindsTasksAndLinks)
                          "  * [X] done thing\n"
                          "-[x] not a task\n"
                          "- [x]no space after box\n"
-                         "+ [ ] see [spec](../docs/spec%20v2.md#top) and [site](https://example.org)\n"
+                         "+ [ ] see [plan](../docs/plan%20v2.md#top) and [site](https://example.org)\n"
                          "Text [[Bob#Section]] and [file](<other note.md>) and [abs](/etc/x.md)\n";
     const NoteParser parsed = NoteParser::parse(note, text);
     ASSERT_EQ(parsed.tasks.size(), 3);
@@ -29,9 +29,9 @@ TEST(NoteParser, FindsTasksAndLinks)
     EXPECT_EQ(parsed.tasks[1].line, 3);
     EXPECT_TRUE(parsed.tasks[1].isDone);
     EXPECT_EQ(parsed.tasks[1].text, "done thing");
-    EXPECT_EQ(parsed.tasks[2].mentions, (QStringList{"../docs/spec%20v2.md#top", "https://example.org"}));
+    EXPECT_EQ(parsed.tasks[2].mentions, (QStringList{"../docs/plan%20v2.md#top", "https://example.org"}));
     EXPECT_EQ(parsed.wikiNames, (QStringList{"Alice", "Bob"}));
-    EXPECT_EQ(parsed.linkedPaths, (QSet<FilePath>{FilePath::fromNative("/docs/spec v2.md"), FilePath::fromNative("/notes/other note.md"),
+    EXPECT_EQ(parsed.linkedPaths, (QSet<FilePath>{FilePath::fromNative("/docs/plan v2.md"), FilePath::fromNative("/notes/other note.md"),
                                                  FilePath::fromNative("/etc/x.md")}));
 }
 
