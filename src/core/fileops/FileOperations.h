@@ -13,6 +13,7 @@
 // keeps what it finished and its undo step covers it.
 // Lives on the interface thread; all members must be called there.
 
+#include "async/CancelFlag.h"
 #include "fileops/FileChange.h"
 #include "fileops/FileJob.h"
 #include "fileops/OperationOutcome.h"
@@ -176,6 +177,36 @@ public:
     void keepAndReplace(const QList<FilePath>& items, bool copyBack, const RewriteTexts& texts,
                         std::function<QString(const FilePath&)> keepFailure, Replace replace, QUndoStack* undo,
                         Finished finished = {});
+    // Batch transforms (the picture tools). Words of one: the verb in messages ("Convert to
+    // WebP": "Couldn’t do “Convert to WebP”"), the job's title ("Converting 200 pictures"), the
+    // undo step's name, the toast's icon.
+    struct TransformTexts {
+        QString verb;
+        QString title;
+        QString actionName;
+        QString icon = QStringLiteral("photo");
+    };
+    // One file a transform makes: where it would like to be (the engine takes the first free name
+    // from there, without the copy suffix: "photo 2.webp") and its bytes.
+    struct MadeFile {
+        FilePath wanted;
+        QByteArray contents;
+    };
+    // Makes new files from each source (beside it, or wherever `wanted` says) as one job and one
+    // undo step, whose undo moves what it made to the Trash. The transform runs on workers, one
+    // source per core at once, and must be safe to run so; it answers the files made from one
+    // source or the sentence why it couldn't. Toast "Created N files"; when some sources failed,
+    // the report says N + " files didn’t work: " + the first error, and names every failure.
+    using MakeTransform = std::function<Result<QList<MadeFile>>(const FilePath& source, const CancelFlag& cancel)>;
+    void makeFiles(const QList<FilePath>& sources, const TransformTexts& texts, MakeTransform transform,
+                   QUndoStack* undo, Finished finished = {});
+    // Rewrites each file in place with the bytes its transform answers (same parallel workers),
+    // atomically, keeping the file's mode, owner, extended attributes and links to it; the old
+    // versions are kept so that the one undo step puts back each file's exact old bytes while it
+    // still holds what the transform wrote. A read-only file is refused with its reason.
+    using ReplaceTransform = std::function<Result<QByteArray>(const FilePath& file, const CancelFlag& cancel)>;
+    void replaceInPlace(const QList<FilePath>& files, const TransformTexts& texts, ReplaceTransform transform,
+                        QUndoStack* undo, Finished finished = {});
     // Items made by other code; undo moves them to the Trash.
     void registerCreated(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo);
 
