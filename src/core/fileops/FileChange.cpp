@@ -231,6 +231,8 @@ void ChangeRunner::undo(std::vector<FileChange>& changes)
         }
         case FileChange::Kind::copied:
         case FileChange::Kind::created:
+            if (!stillAsMade(change))
+                break;
             if (const auto place = parkInTrash(change.to))
                 change.parked = *place;
             break;
@@ -262,6 +264,9 @@ void ChangeRunner::undo(std::vector<FileChange>& changes)
         case FileChange::Kind::accessChanged:
             rewriteAccess(change, false);
             break;
+        case FileChange::Kind::replaced:
+            swapVersions(change, false);
+            break;
         }
     }
 }
@@ -292,6 +297,8 @@ void ChangeRunner::redo(std::vector<FileChange>& changes)
             }
             break;
         case FileChange::Kind::created:
+            if (change.parked.isEmpty() && !change.digestAfter.isEmpty())
+                break; // undo left it where it was: changed after it was made
             change.to = freePath(change.to);
             if (takeFromTrash(change.parked, change.to, false))
                 change.parked = {};
@@ -323,6 +330,9 @@ void ChangeRunner::redo(std::vector<FileChange>& changes)
         case FileChange::Kind::accessChanged:
             rewriteAccess(change, true);
             break;
+        case FileChange::Kind::replaced:
+            swapVersions(change, true);
+            break;
         }
     }
 }
@@ -348,6 +358,9 @@ QList<FilePath> pathsTouched(const std::vector<FileChange>& changes)
             paths.append(change.from);
             paths.append(change.to);
             break;
+        case FileChange::Kind::replaced:
+            paths.append(change.from); // a new file took its name
+            break;
         case FileChange::Kind::tagged:
         case FileChange::Kind::rewritten:
         case FileChange::Kind::attributeRewritten:
@@ -362,7 +375,8 @@ QList<FilePath> filesRewritten(const std::vector<FileChange>& changes)
 {
     QList<FilePath> files;
     for (const FileChange& change : changes)
-        if (change.kind == FileChange::Kind::rewritten || change.kind == FileChange::Kind::attributeRewritten)
+        if (change.kind == FileChange::Kind::rewritten || change.kind == FileChange::Kind::attributeRewritten
+            || change.kind == FileChange::Kind::replaced)
             files.append(change.from);
     return files;
 }

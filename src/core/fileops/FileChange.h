@@ -44,6 +44,9 @@ struct FileChange {
                             // puts it back while it still holds the new value
         accessChanged, // from's mode, owner and group went from accessBefore to accessAfter; undo puts back
                        // each of them that still holds the new value
+        replaced,   // from was rewritten whole by a transform; the version not in place lies in the Trash at
+                    // to (the old one, after undo the new one); undo and redo swap them while from still
+                    // holds the version they expect (digestAfter, digestBefore)
     };
     Kind kind = Kind::moved;
     FilePath from;
@@ -59,6 +62,10 @@ struct FileChange {
     // accessChanged: the file's access before and after.
     FileAccess accessBefore = {};
     FileAccess accessAfter = {};
+    // replaced: digests (fileversions::digestOf) of the file's contents before and after. created: when
+    // set, undo moves the item to the Trash only while it still holds contents of this digest.
+    QByteArray digestBefore = {};
+    QByteArray digestAfter = {};
 };
 
 // Every path the changes made, removed or replaced, outside the Trash's own places (a change's
@@ -151,6 +158,9 @@ private:
     void rewriteContents(const FileChange& change, bool forward);
     void rewriteAttributeBack(const FileChange& change, bool forward);
     void rewriteAccess(const FileChange& change, bool forward);
+    void swapVersions(const FileChange& change, bool forward);
+    // created: false (and the refusal recorded) when the item no longer holds what was made.
+    bool stillAsMade(const FileChange& change);
     void keepNotes(const CopyResult& result);
     std::optional<FilePath> parkInTrash(const FilePath& item);
 

@@ -128,6 +128,7 @@ void FileOperations::finish(quint64 id, JobOutput output)
                                                     request.alongside));
     OperationOutcome outcome;
     outcome.errors = report.errors;
+    outcome.failuresText = output.failures;
     outcome.skipped = report.skipped;
     outcome.cancelled = report.cancelled;
     outcome.canUndo = undoable;

@@ -185,6 +185,7 @@ public:
         QString title;
         QString actionName;
         QString icon = QStringLiteral("photo");
+        QString done = {}; // replaceInPlace's toast before the count or name ("Removed metadata from"); empty: "Changed"
     };
     // One file a transform makes: where it would like to be (the engine takes the first free name
     // from there, without the copy suffix: "photo 2.webp") and its bytes.
@@ -220,6 +221,8 @@ public:
 
     // Caps extraction for tests and callers with their own limit; 0 keeps the default rule.
     void setExtractionLimit(qint64 bytes) { m_extractionLimit = bytes; }
+    // How many sources the batch transforms work on at once; 0 keeps one per core.
+    void setTransformWorkers(int count) { m_transformWorkers = count; }
 
 Q_SIGNALS:
     void jobsChanged();                            // a job started or ended
@@ -249,6 +252,7 @@ public:
         bool irreversible = false; // changed the disk for good (emptying the Trash): a toast, no undo step
         QList<FilePath> touched; // paths changed besides the report's changes (an undo's or redo's)
         QList<FilePath> rewritten; // files rewritten besides the report's changes (an undo's or redo's)
+        QString failures;    // the job's own summary of its failures (OperationOutcome::failuresText)
     };
     using Work = std::function<void(ChangeRunner&, JobOutput&)>;
 
@@ -288,6 +292,7 @@ private:
     QHash<QUndoStack*, WindowEntry> m_windowHandlers;
     TrashLog m_trashLog;
     qint64 m_extractionLimit = 0;
+    int m_transformWorkers = 0;
 };
 
 } // namespace orwick

@@ -105,7 +105,7 @@ QString outcomeText(const OperationOutcome& outcome)
     if (outcome.isSuccess())
         return outcome.doneText;
     if (!outcome.cancelled && outcome.doneText.isEmpty() && outcome.skipped == 0)
-        return failureSummary(outcome.errors); // nothing but failures: their own words
+        return outcome.failuresText.isEmpty() ? failureSummary(outcome.errors) : outcome.failuresText; // their own words
     QStringList clauses;
     if (outcome.cancelled)
         clauses.append(outcome.doneText.isEmpty()
@@ -114,7 +114,8 @@ QString outcomeText(const OperationOutcome& outcome)
     else if (!outcome.doneText.isEmpty())
         clauses.append(outcome.doneText);
     if (!outcome.errors.isEmpty()) {
-        const QString failures = withoutFullStop(failureSummary(outcome.errors));
+        const QString failures =
+            withoutFullStop(outcome.failuresText.isEmpty() ? failureSummary(outcome.errors) : outcome.failuresText);
         clauses.append(clauses.isEmpty() ? failures : continuing(failures));
     }
     if (outcome.skipped > 0)

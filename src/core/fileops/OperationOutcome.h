@@ -17,6 +17,7 @@ struct OperationOutcome {
     QString doneText;    // the success wording for what was done ("Moved 3 items"); empty: nothing
     int done = 0;        // items acted on in full
     QStringList errors;  // every failure, one full sentence each, in the order they happened
+    QString failuresText; // the operation's own summary of the failures, said instead of failureSummary(errors)
     int skipped = 0;     // items that were no longer there at their turn
     bool cancelled = false;
     bool canUndo = false; // an undo step covers what was done

@@ -213,7 +213,9 @@ Result<FilePath> trashFolderFor(const FilePath& path)
     return volumeTrash(path, st->device);
 }
 
-Result<FilePath> trashItem(const FilePath& item)
+Result<FilePath> trashItem(const FilePath& item) { return trashItemAs(item, item); }
+
+Result<FilePath> trashItemAs(const FilePath& item, const FilePath& recordedAs)
 {
     if (item.isRoot() || isInTrash(item))
         return failure(QStringLiteral("it is already in the Trash"));
@@ -224,8 +226,8 @@ Result<FilePath> trashItem(const FilePath& item)
     if (const Status opened = openTrash(*folder, open); !opened)
         return failure(opened.error());
     const FilePath files = folder->child(QByteArrayView("files"));
-    const QByteArray text = infoText(item, *folder);
-    const QByteArray name = item.fileNameBytes();
+    const QByteArray text = infoText(recordedAs, *folder);
+    const QByteArray name = recordedAs.fileNameBytes();
     for (int count = 1; count < 100000; ++count) {
         const QByteArray candidate = candidateName(name, count);
         // The .trashinfo is made first and exclusively: it reserves the name in the Trash.

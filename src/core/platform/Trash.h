@@ -19,6 +19,10 @@ namespace orwick::trash {
 
 // Moves `item` to the Trash of its volume; returns where it now lies (inside `files/`).
 [[nodiscard]] Result<FilePath> trashItem(const FilePath& item);
+// Moves `item` to the Trash of its volume as if it were `recordedAs` (its name there and the
+// former path its .trashinfo records): the old version of a rewritten file, taken aside under a
+// temporary name beside it, lies in the Trash as that file.
+[[nodiscard]] Result<FilePath> trashItemAs(const FilePath& item, const FilePath& recordedAs);
 
 // The Trash folder (holding files/ and info/) that an item at `path` goes to; made when needed.
 [[nodiscard]] Result<FilePath> trashFolderFor(const FilePath& path);
