@@ -1,0 +1,195 @@
+#include "editing/EditSession.h"
+
+#include "fileops/FileOperations.h"
+#include "files/DirectoryWatcher.h"
+#include "platform/DirectoryReader.h"
+#include "preview/FileHead.h"
+
+#include <QCryptographicHash>
+#include <unistd.h>
+
+namespace orwick {
+
+namespace {
+
+QByteArray hashOf(QByteArrayView bytes) { return QCryptographicHash::hash(bytes, QCryptographicHash::Sha256); }
+
+const QByteArray kGone = QByteArrayLiteral("gone");
+
+// The whole file (up to the largest the engine rewrites), or the sentence why not.
+Result<QByteArray> readWhole(const FilePath& file)
+{
+    const CancelFlag never;
+    Result<preview::FileHead> head = preview::readHead(file, FileOperations::kLargestRewrite + 1, never);
+    if (!head)
+        return failure(head.error());
+    return std::move(head->bytes);
+}
+
+} // namespace
+
+EditSession::EditSession(const FilePath& file, FileOperations& operations, QUndoStack* undo, QObject* parent)
+    : QObject(parent), m_file(file), m_operations(operations), m_undo(undo)
+{
+    m_settle.setSingleShot(true);
+    m_settle.setInterval(50);
+    connect(&m_settle, &QTimer::timeout, this, [this] { check(); });
+    m_watcher = new DirectoryWatcher(file.parent(), this);
+    connect(m_watcher, &DirectoryWatcher::changed, &m_settle, qOverload<>(&QTimer::start));
+    connect(m_watcher, &DirectoryWatcher::overflowed, &m_settle, qOverload<>(&QTimer::start));
+    connect(&operations, &FileOperations::contentsChanged, this, [this](const QList<FilePath>& files) {
+        if (files.contains(m_file))
+            check();
+    });
+}
+
+EditSession::~EditSession() = default;
+
+Status EditSession::load()
+{
+    const auto st = statPath(m_file, FollowLinks::yes);
+    if (!st)
+        return failure(QStringLiteral("“%1” is no longer there.").arg(m_file.fileName()));
+    if (!st->isRegular())
+        return failure(QStringLiteral("“%1” isn’t a file Orwick can edit.").arg(m_file.fileName()));
+    if (st->size > FileOperations::kLargestRewrite)
+        return failure(QStringLiteral("“%1” is too large to edit here (over 16 MB).").arg(m_file.fileName()));
+    Result<QByteArray> bytes = readWhole(m_file);
+    if (!bytes)
+        return failure(bytes.error());
+    Result<editing::EditableText> text = editing::decodeForEditing(*bytes, m_file.fileName());
+    if (!text)
+        return failure(text.error());
+    m_loaded = std::move(*text);
+    if (m_loaded.readOnlyReason.isEmpty() && ::access(m_file.c_str(), W_OK) != 0)
+        m_loaded.readOnlyReason = QStringLiteral("“%1” is read-only.").arg(m_file.fileName());
+    m_version = {st->size, st->modifiedNs, st->inode, st->device, hashOf(*bytes)};
+    m_disk = Disk::same;
+    m_reportedHash.clear();
+    m_modified = false;
+    return {};
+}
+
+std::optional<EditSession::Version> EditSession::versionNow(const Version& known) const
+{
+    const auto st = statPath(m_file, FollowLinks::yes);
+    if (!st || !st->isRegular())
+        return std::nullopt;
+    Version now{st->size, st->modifiedNs, st->inode, st->device, {}};
+    if (now.sameStamp(known)) {
+        now.hash = known.hash;
+        return now;
+    }
+    Result<QByteArray> bytes = readWhole(m_file);
+    now.hash = bytes ? hashOf(*bytes) : QByteArray();
+    return now;
+}
+
+EditSession::Disk EditSession::check()
+{
+    const std::optional<Version> now = versionNow(m_version);
+    if (now && now->hash == m_version.hash) {
+        m_version = *now; // touched, or rewritten with the same bytes
+        m_disk = Disk::same;
+        return m_disk;
+    }
+    if (now && m_saving && now->hash == m_savingHash)
+        return m_disk; // our own save landing
+    m_disk = now ? Disk::changed : Disk::gone;
+    const QByteArray seen = now ? now->hash : kGone;
+    if (seen != m_reportedHash) {
+        m_reportedHash = seen;
+        Q_EMIT changedOnDisk();
+    }
+    return m_disk;
+}
+
+QString EditSession::changeText() const
+{
+    if (m_disk == Disk::gone)
+        return QStringLiteral("“%1” was deleted or moved by another program.").arg(m_file.fileName());
+    return QStringLiteral("“%1” was changed by another program.").arg(m_file.fileName());
+}
+
+void EditSession::save(const QString& text)
+{
+    if (m_saving)
+        return refuse(QStringLiteral("“%1” is still being saved.").arg(m_file.fileName()));
+    if (isReadOnly())
+        return refuse(m_loaded.readOnlyReason);
+    if (check() != Disk::same)
+        return refuse(changeText());
+    const QByteArray bytes = editing::encodeEdited(text, m_loaded.form);
+    if (hashOf(bytes) == m_version.hash) {
+        m_modified = false;
+        m_refusal.clear();
+        Q_EMIT saveFinished(true);
+        return;
+    }
+    write(bytes, false);
+}
+
+void EditSession::overwrite(const QString& text)
+{
+    if (m_saving)
+        return refuse(QStringLiteral("“%1” is still being saved.").arg(m_file.fileName()));
+    if (isReadOnly())
+        return refuse(m_loaded.readOnlyReason);
+    write(editing::encodeEdited(text, m_loaded.form), true);
+}
+
+void EditSession::write(const QByteArray& bytes, bool overwriting)
+{
+    m_saving = true;
+    m_savingHash = hashOf(bytes);
+    const QByteArray hash = m_savingHash;
+    const QString name = m_file.fileName();
+    QPointer<EditSession> self(this);
+    if (overwriting && check() == Disk::gone) {
+        m_operations.createFile(m_file, bytes, QStringLiteral("Save"), m_undo, [self, hash, name](const FilePath&) {
+            // A file that came back meanwhile is left as it is by the engine.
+            if (self) {
+                const auto now = self->versionNow({});
+                self->finishSave(now && now->hash == hash, hash, QStringLiteral("“%1” was changed by another program.").arg(name));
+            }
+        });
+        return;
+    }
+    const QByteArray expected = m_version.hash;
+    ChangeRunner::Rewrite edit = [bytes, expected, overwriting, name](const QByteArray& disk) -> Result<QByteArray> {
+        if (!overwriting && hashOf(disk) != expected)
+            return failure(QStringLiteral("“%1” was changed by another program.").arg(name));
+        return bytes;
+    };
+    m_operations.rewriteFile(m_file, std::move(edit), QStringLiteral("Save"), QStringLiteral("Saved “%1”").arg(name), m_undo,
+                             [self, hash, name, file = m_file](const QList<FilePath>& done) {
+                                 if (self)
+                                     self->finishSave(done.contains(file), hash,
+                                                      QStringLiteral("Couldn’t save “%1”.").arg(name));
+                             });
+}
+
+void EditSession::finishSave(bool ok, const QByteArray& hash, const QString& refusal)
+{
+    m_saving = false;
+    m_savingHash.clear();
+    if (!ok) {
+        check(); // a change that beat the save is offered
+        return refuse(m_disk == Disk::same ? refusal : changeText());
+    }
+    const std::optional<Version> now = versionNow({});
+    m_version = now && now->hash == hash ? *now : Version{-1, 0, 0, 0, hash};
+    m_disk = Disk::same;
+    m_reportedHash.clear();
+    m_refusal.clear();
+    Q_EMIT saveFinished(true);
+    check(); // another program's write right after ours
+}
+
+void EditSession::refuse(const QString& sentence)
+{
+    m_refusal = sentence;
+    Q_EMIT saveFinished(false);
+}
+
+} // namespace orwick
