@@ -193,18 +193,36 @@ public:
         FilePath wanted;
         QByteArray contents;
     };
-    // Makes new files from each source (beside it, or wherever `wanted` says) as one job and one
-    // undo step, whose undo moves what it made to the Trash. The transform runs on workers, one
-    // source per core at once, and must be safe to run so; it answers the files made from one
-    // source or the sentence why it couldn't. Toast "Created N files"; when some sources failed,
-    // the report says N + " files didn’t work: " + the first error, and names every failure.
+    // The batch transforms run as one job (progress counts sources) and one undo step
+    // `texts.actionName`. The transform runs on workers, one source per core at once
+    // (setTransformWorkers), so it must be safe to run so; it polls `cancel` between steps and,
+    // when cancelled, may answer an empty sentence. It answers what it made of one source, or the
+    // sentence why it couldn't, which the report gives as "Couldn’t do “VERB” on “NAME”: …". Few
+    // results are held at once, whatever the number of sources. A source that is gone by its turn
+    // is skipped and counted; a cancel stops before the next source, keeps what was done and the
+    // undo step covers it; a failed or skipped source is never counted done (`finished` gets the
+    // sources done). Several failures read N + " files didn’t work: " + the first, and the
+    // outcome names every one. Nothing assumes a window: orwick-cli runs them (EngineRun).
+    //
+    // makeFiles: each made file is written under a hidden temporary name in its folder, synced,
+    // then renamed to the first free name from `wanted` — decided at that moment, in the order of
+    // the sources, never replacing anything. Toast "Created N files" ("Created a.webp" for one).
+    // Undo moves each made file to the Trash while it still holds what was made (one changed
+    // since is left, and said); redo takes them back.
     using MakeTransform = std::function<Result<QList<MadeFile>>(const FilePath& source, const CancelFlag& cancel)>;
     void makeFiles(const QList<FilePath>& sources, const TransformTexts& texts, MakeTransform transform,
                    QUndoStack* undo, Finished finished = {});
-    // Rewrites each file in place with the bytes its transform answers (same parallel workers),
-    // atomically, keeping the file's mode, owner, extended attributes and links to it; the old
-    // versions are kept so that the one undo step puts back each file's exact old bytes while it
-    // still holds what the transform wrote. A read-only file is refused with its reason.
+    // replaceInPlace: each file (a link is followed) gets the bytes its transform answers and stays
+    // the same file — mode, owner and group, extended attributes, and its other hard links (a file
+    // with several names is written through its own inode, room reserved first; others through a
+    // temporary file renamed over it, atomically). Its old version goes to the Trash as that file,
+    // so the old bytes survive a crash; undo puts each file's exact old bytes and attributes back
+    // while it still holds what the transform wrote (one changed since is left, and said), and
+    // redo puts the new ones back again. A file that is read-only, on a read-only disk, in a
+    // folder where nothing can be made, or whose old version can't go to the Trash is refused with
+    // its reason before anything is written (a read-only one before its transform runs); a full
+    // disk leaves the file as it was. Bytes that are the file's own change nothing. Toast
+    // `texts.done` ("Changed" when empty) + " N files" or the name.
     using ReplaceTransform = std::function<Result<QByteArray>(const FilePath& file, const CancelFlag& cancel)>;
     void replaceInPlace(const QList<FilePath>& files, const TransformTexts& texts, ReplaceTransform transform,
                         QUndoStack* undo, Finished finished = {});

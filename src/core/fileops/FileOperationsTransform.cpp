@@ -175,9 +175,14 @@ void FileOperations::makeFiles(const QList<FilePath>& sources, const TransformTe
     run(std::move(request));
 }
 
-void FileOperations::replaceInPlace(const QList<FilePath>& files, const TransformTexts& texts, ReplaceTransform transform,
+void FileOperations::replaceInPlace(const QList<FilePath>& asked, const TransformTexts& texts, ReplaceTransform transform,
                                     QUndoStack* undo, Finished finished)
 {
+    // A file named twice is rewritten once: two workers never write one file.
+    QList<FilePath> files;
+    for (const FilePath& file : asked)
+        if (!files.contains(file))
+            files.append(file);
     if (files.isEmpty())
         return;
     JobRequest request;

@@ -361,20 +361,22 @@ Status swapWithKept(const FilePath& target, const FilePath& kept, const QByteArr
             (void)::renameat2(AT_FDCWD, kept.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE);
             return refused(QStringLiteral("it was changed after it was rewritten, so it was left as it is"));
         }
-        if (errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP)
-            return refused(errorReason(errno));
         // A disk without that exchange: the version in place is kept by a second name first.
         const FilePath aside = temporarySibling(target, "swap");
         if (::link(target.c_str(), aside.c_str()) == 0) {
-            if (::rename(kept.c_str(), target.c_str()) != 0) {
-                const int error = errno;
+            struct stat linked {};
+            if (::lstat(aside.c_str(), &linked) != 0 || linked.st_ino != st.st_ino) {
                 ::unlink(aside.c_str());
-                return refused(errorReason(error));
+                return refused(QStringLiteral("it was changed after it was rewritten, so it was left as it is"));
             }
-            if (::rename(aside.c_str(), kept.c_str()) != 0)
-                return refused(errorReason(errno));
-            return {};
+            if (::rename(kept.c_str(), target.c_str()) == 0) {
+                if (::rename(aside.c_str(), kept.c_str()) != 0)
+                    return refused(errorReason(errno));
+                return {};
+            }
+            ::unlink(aside.c_str());
         }
+        // Neither (another mount of the disk): through the file's own inode, below.
     }
     // Several names (or another disk): the bytes go through the file's own inode, and what it
     // held goes to the Trash in place of the version put back.

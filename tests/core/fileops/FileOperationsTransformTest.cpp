@@ -363,5 +363,70 @@ TEST_F(FileOpsTest, ATransformThatChangesNothingWritesNothing)
     EXPECT_TRUE(reports.isEmpty());
 }
 
+TEST_F(FileOpsTest, AFileNamedTwiceIsRewrittenOnce)
+{
+    const FilePath twice = file("twice.txt", "twice");
+    std::atomic<int> calls = 0;
+    ops.replaceInPlace({twice, twice}, shoutTexts(), [&](const FilePath& f, const CancelFlag& cancel) {
+        ++calls;
+        return shouting()(f, cancel);
+    }, &stack);
+    settle();
+    EXPECT_EQ(calls.load(), 1);
+    EXPECT_EQ(readAll(twice), "TWICE");
+    EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
+}
+
+TEST_F(FileOpsTest, CancellingARewriteKeepsWhatWasDoneAndLeavesNoTemporaryFile)
+{
+    ops.setTransformWorkers(1);
+    QList<FilePath> files;
+    for (int i = 0; i < 5; ++i)
+        files.append(file(QStringLiteral("c%1.txt").arg(i), "text"));
+    std::shared_ptr<CopyProgress> progress;
+    QObject::connect(&ops, &FileOperations::jobsChanged, [&] {
+        if (!ops.jobs().isEmpty())
+            progress = ops.jobs().first().progress;
+    });
+    std::atomic<int> calls = 0;
+    ops.replaceInPlace(files, shoutTexts(), [&](const FilePath& f, const CancelFlag& cancel) -> Result<QByteArray> {
+        if (++calls == 2) {
+            progress->cancel();
+            // A long transform sees the cancel on its flag soon after.
+            for (int i = 0; i < 200 && !cancel.isCancelled(); ++i)
+                std::this_thread::sleep_for(std::chrono::milliseconds(10));
+            return failure(QString());
+        }
+        return shouting()(f, cancel);
+    }, &stack);
+    settle();
+    EXPECT_EQ(calls.load(), 2);
+    EXPECT_EQ(readAll(files[0]), "TEXT");
+    EXPECT_EQ(readAll(files[1]), "text");
+    EXPECT_EQ(readAll(files[2]), "text");
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_TRUE(reports.first().cancelled);
+    EXPECT_EQ(reports.first().done, 1);
+    EXPECT_TRUE(reports.first().errors.isEmpty()) << reports.first().errors.join('\n').toStdString();
+    EXPECT_TRUE(leftovers(tree.root()).isEmpty());
+    undo();
+    EXPECT_EQ(readAll(files[0]), "text");
+}
+
+// orwick-cli runs the engine without a window or an undo stack.
+TEST_F(FileOpsTest, TransformsRunWithoutAnUndoStack)
+{
+    const FilePath a = file("a.txt", "a");
+    ops.makeFiles({a}, shoutTexts(), shoutInto(), nullptr);
+    FileOperations::TransformTexts plain = shoutTexts();
+    plain.done.clear();
+    ops.replaceInPlace({a}, plain, shouting(), nullptr);
+    settle();
+    EXPECT_EQ(readAll(tree.path("a.out")), "A");
+    EXPECT_EQ(readAll(a), "A");
+    EXPECT_EQ(lastToast(), QStringLiteral("Changed a.txt"));
+    EXPECT_EQ(stack.count(), 0);
+}
+
 } // namespace
 } // namespace orwick::test
