@@ -2,6 +2,7 @@
 // leaving code, URLs and links that still reach their target exactly as written.
 
 #include "fileops/LinkUpdater.h"
+#include "notes/LinkSyntax.h"
 #include "notes/NoteFile.h"
 
 #include <QRegularExpression>
@@ -10,108 +11,11 @@ namespace orwick {
 
 namespace {
 
-struct Range {
-    qsizetype start;
-    qsizetype end;
-};
+using linksyntax::codeRanges;
+using linksyntax::inCode;
+using linksyntax::Range;
 
-// Fenced code blocks (``` or ~~~, closed by a fence of the same character at least as long, or
-// the end of the text) and inline code spans (a run of backticks closed by a run as long).
-QList<Range> codeRanges(const QString& text)
-{
-    QList<Range> ranges;
-    qsizetype at = 0;
-    QChar fenceChar;
-    qsizetype fenceLength = 0;
-    qsizetype fenceStart = 0;
-    while (at < text.size()) {
-        qsizetype lineEnd = text.indexOf(u'\n', at);
-        if (lineEnd < 0)
-            lineEnd = text.size();
-        qsizetype first = at;
-        while (first < lineEnd && first - at < 4 && text[first] == u' ')
-            ++first;
-        qsizetype run = 0;
-        if (first - at < 4 && first < lineEnd && (text[first] == u'`' || text[first] == u'~')) {
-            while (first + run < lineEnd && text[first + run] == text[first])
-                ++run;
-        }
-        if (fenceLength > 0) {
-            if (run >= fenceLength && text[first] == fenceChar
-                && text.mid(first + run, lineEnd - first - run).trimmed().isEmpty()) {
-                ranges.append({fenceStart, lineEnd});
-                fenceLength = 0;
-            }
-        } else if (run >= 3 && !(text[first] == u'`' && text.mid(first + run, lineEnd - first - run).contains(u'`'))) {
-            fenceChar = text[first];
-            fenceLength = run;
-            fenceStart = at;
-        } else {
-            // Inline code within this line's paragraph text (spans are kept to one line here).
-            qsizetype i = at;
-            while (i < lineEnd) {
-                if (text[i] != u'`') {
-                    ++i;
-                    continue;
-                }
-                qsizetype open = 0;
-                while (i + open < lineEnd && text[i + open] == u'`')
-                    ++open;
-                qsizetype j = i + open;
-                qsizetype closeAt = -1;
-                while (j < lineEnd) {
-                    if (text[j] != u'`') {
-                        ++j;
-                        continue;
-                    }
-                    qsizetype close = 0;
-                    while (j + close < lineEnd && text[j + close] == u'`')
-                        ++close;
-                    if (close == open) {
-                        closeAt = j + close;
-                        break;
-                    }
-                    j += close;
-                }
-                if (closeAt < 0) {
-                    i += open;
-                    continue;
-                }
-                ranges.append({i, closeAt});
-                i = closeAt;
-            }
-        }
-        at = lineEnd + 1;
-    }
-    if (fenceLength > 0)
-        ranges.append({fenceStart, text.size()});
-    return ranges;
-}
-
-bool inCode(const QList<Range>& ranges, qsizetype position)
-{
-    for (const Range& range : ranges) {
-        if (position >= range.start && position < range.end)
-            return true;
-    }
-    return false;
-}
-
-// The target starts with a URL scheme: a letter, then letters, digits, "+", "." or "-", then ":".
-bool hasScheme(const QString& target)
-{
-    const auto isLetter = [](QChar c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); };
-    if (target.isEmpty() || !isLetter(target.front()))
-        return false;
-    for (qsizetype i = 1; i < target.size(); ++i) {
-        const QChar c = target[i];
-        if (c == u':')
-            return true;
-        if (!isLetter(c) && !(c >= u'0' && c <= u'9') && c != u'+' && c != u'.' && c != u'-')
-            return false;
-    }
-    return false;
-}
+bool hasScheme(const QString& target) { return linksyntax::hasUrlScheme(target); }
 
 // The bytes of a path written into a link: as is in angle brackets; else with blanks,
 // parentheses, "%" and angle brackets encoded, or fully percent-encoded when the link was.
@@ -294,8 +198,7 @@ FilePath LinkUpdater::unmapped(const FilePath& path, const QList<FileMove>& move
 QString LinkUpdater::relink(const QString& text, const FilePath& oldFolder, const FilePath& newFolder, bool noteMoved,
                             const QList<FileMove>& moves)
 {
-    // One per thread: notes are planned on several at once.
-    thread_local const QRegularExpression link(QStringLiteral(R"(\]\(\s*(<[^>\n]+>|[^)\s\n]+))"));
+    const QRegularExpression& link = linksyntax::markdownTarget();
     if (!text.contains(QStringLiteral("](")))
         return text;
     return replaceCaptures(text, link, [&](const QString& target) {
@@ -305,7 +208,7 @@ QString LinkUpdater::relink(const QString& text, const FilePath& oldFolder, cons
 
 QString LinkUpdater::renameWikilinks(const QString& text, const QList<FileMove>& moves, const FilePath& root)
 {
-    thread_local const QRegularExpression wikilink(QStringLiteral(R"(\[\[([^\]|#\n]+))"));
+    const QRegularExpression& wikilink = linksyntax::wikilinkName();
     if (!text.contains(QStringLiteral("[[")))
         return text;
     return replaceCaptures(text, wikilink, [&](const QString& captured) -> std::optional<QString> {

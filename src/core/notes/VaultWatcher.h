@@ -1,0 +1,50 @@
+#pragma once
+// VaultWatcher: tells which entries of a vault's folders were written, made, removed or renamed,
+// by name — the backlinks' way of hearing that another program saved a note. One inotify
+// instance on the GUI thread watching every folder it is given (up to a budget); a folder that
+// appears inside a watched one is watched too, with what is below it. Hidden folders are not
+// watched. A watched folder that goes is forgotten.
+//
+// Signals: pathsChanged() once per batch of kernel events, with the entries concerned in the
+// kernel's order (each once); overflowed() when the kernel dropped events, so that any entry may
+// have changed.
+
+#include "files/FilePath.h"
+
+#include <QHash>
+#include <QObject>
+
+class QSocketNotifier;
+
+namespace orwick {
+
+class VaultWatcher : public QObject {
+    Q_OBJECT
+public:
+    static constexpr qsizetype kMostFolders = 20'000;
+
+    explicit VaultWatcher(QObject* parent = nullptr);
+    ~VaultWatcher() override;
+
+    // Watches `folders` (and forgets the ones watched before).
+    void watch(const QList<FilePath>& folders);
+    void clear();
+    qsizetype watchCount() const { return m_watches.size(); }
+    bool isWatching(const FilePath& folder) const { return m_watches.contains(folder); }
+
+Q_SIGNALS:
+    void pathsChanged(const QList<orwick::FilePath>& paths);
+    void overflowed();
+
+private:
+    bool add(const FilePath& folder);
+    void addTree(const FilePath& folder);
+    void drain();
+
+    int m_fd = -1;
+    QSocketNotifier* m_notifier = nullptr;
+    QHash<int, FilePath> m_folders; // watch descriptor → folder
+    QHash<FilePath, int> m_watches;
+};
+
+} // namespace orwick
