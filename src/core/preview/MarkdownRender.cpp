@@ -69,6 +69,7 @@ void collect(cmark_node* root, const FilePath& folder, RenderedNote& note)
             const QString url = QString::fromUtf8(cmark_node_get_url(node));
             RenderedNote::Picture picture;
             picture.url = QStringLiteral("image:%1").arg(note.pictures.size());
+            picture.source = url;
             if (isLocalPicture(url) && !url.isEmpty())
                 picture.file = resolvePicture(url, folder);
             note.pictures.append(picture);

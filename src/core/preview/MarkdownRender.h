@@ -23,6 +23,7 @@ struct RenderedNote {
     struct Picture {
         QString url;       // "image:N", as the HTML names it
         FilePath file;     // a local picture; empty for remote ones
+        QString source;    // the address as the note wrote it
     };
     QList<Picture> pictures;
     QList<int> taskLines; // in document order
