@@ -157,6 +157,29 @@ TEST_F(GitReviewWindowTest, DiscardedLinesGoToTheTrashAndComeBackWithUndo)
     EXPECT_EQ(test::readAll(repo.path("f.txt")), "a\nx\nb\ny\n");
 }
 
+TEST_F(GitReviewWindowTest, AHunkPickedAfterGitWentEndsWithAMessageNotAWait)
+{
+    repo.write("f.txt", "a\nb\n");
+    repo.commitAll("first");
+    repo.write("f.txt", "a\nx\nb\n");
+    open(repo.root());
+    // A Git service of the panel's own, so it can go while the panel stays.
+    auto own = std::make_unique<Git>();
+    auto* review = new GitReviewPanel(*state, *own, repo.root(), window.get());
+    review->show();
+    ASSERT_TRUE(waitUntil([&] {
+        return !review->fileList()->rows().isEmpty() && review->diffView()->rowCount() > 0 && !review->isWorking()
+            && !own->isRefreshing(repo.root());
+    }));
+    own.reset();
+    for (const auto action : {DiffView::Action::toggle, DiffView::Action::discard}) {
+        Q_EMIT review->diffView()->pickRequested(review->diffView()->cursorHunk(), action);
+        EXPECT_TRUE(waitUntil([&] { return !review->isWorking(); })) << "the panel still waits for an action that never ran";
+        EXPECT_EQ(review->problem(), gitMissingMessage());
+    }
+    EXPECT_EQ(test::readAll(repo.path("f.txt")), "a\nx\nb\n");
+}
+
 TEST_F(GitReviewWindowTest, AmendStartsFromTheLastMessage)
 {
     repo.write("a.txt", "one\n");

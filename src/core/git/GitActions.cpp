@@ -84,8 +84,10 @@ void GitActions::change(const FilePath& root, const char* action, std::function<
                         QObject* context, Finished done)
 {
     Git* git = m_git;
-    if (!git)
+    if (!git) { // the service went: say so, so no caller waits for ever
+        replyTo(context, std::move(done))(GitOutcome::failure(gitMissingMessage()));
         return;
+    }
     git->setBusy(root, busyLabel(action));
     const QPointer<Git> guard(git);
     runInBackground(
@@ -113,8 +115,10 @@ void GitActions::change(const FilePath& root, const char* action, std::function<
 template <class T>
 void GitActions::read(const FilePath& root, std::function<T(const GitRepository&)> work, QObject* context, Done<T> done)
 {
-    if (!m_git)
+    if (!m_git) { // every read answers a Result: say why there is nothing to read
+        replyTo(context, std::move(done))(T(std::unexpected(gitMissingMessage())));
         return;
+    }
     runInBackground(
         m_git.data(), [repository = repository(root), work = std::move(work)]() { return work(repository); },
         [reply = replyTo(context, std::move(done))](T value) { reply(std::move(value)); });
@@ -158,8 +162,10 @@ void GitActions::applyPatch(const FilePath& root, const QByteArray& patch, Patch
         return;
     }
     Git* git = m_git;
-    if (!git || !m_operations)
+    if (!git || !m_operations || !git->isAvailable()) { // nothing is kept in the Trash for a git that can't run
+        replyTo(context, std::move(done))(GitOutcome::failure(gitMissingMessage()));
         return;
+    }
     git->setBusy(root, busyLabel("discard"));
     const GitRepository repo = repository(root);
     auto gitErrors = std::make_shared<QStringList>(); // written on the worker, read after the job
@@ -186,9 +192,11 @@ void GitActions::applyPatch(const FilePath& root, const QByteArray& patch, Patch
 void GitActions::discard(const FilePath& root, const QList<FilePath>& files, QUndoStack* undo, QObject* context, Finished done)
 {
     Git* git = m_git;
-    if (!git || !m_operations || files.isEmpty())
+    if (files.isEmpty()) {
+        replyTo(context, std::move(done))(GitOutcome::success());
         return;
-    if (!git->isAvailable()) {
+    }
+    if (!git || !m_operations || !git->isAvailable()) {
         replyTo(context, std::move(done))(GitOutcome::failure(gitMissingMessage()));
         return;
     }

@@ -5,7 +5,8 @@
 //   - sets the repository's busy label in Git (Git::setBusy: "Pushing…") while a changing action
 //     runs, and clears it when it ends (reads — log, branches, diffs, stashes — set none);
 //   - asks Git for a status refresh after every changing action, so badges follow at once;
-//   - calls `done` with the outcome, unless `context` was given and has been destroyed by then.
+//   - calls `done` with the outcome, unless `context` was given and has been destroyed by then;
+//     every action and read answers, with gitMissingMessage() when the Git service has gone.
 // An action that finds another git program's index.lock waits for it to go (the busy label says
 // so) and runs once more; if it stays, the outcome says so (indexLocked).
 //
