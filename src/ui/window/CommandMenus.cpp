@@ -50,14 +50,15 @@ QIcon commandIcon(const QString& symbol)
 CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
 {
     // The menus are the catalogue's groups (CommandGroups), each with its own additions.
-    const auto menu = [this](int index) {
-        const CommandGroups::Group& group = CommandGroups::menus().at(index);
-        return addMenu(QLatin1Char('&') + group.title, group.ids);
-    };
-    QMenu* file = menu(0);
+    // Each is made in menu bar order; the ones with additions are kept as they go by.
+    QHash<QString, QMenu*> made;
+    for (const CommandGroups::Group& group : CommandGroups::menus())
+        made.insert(group.title, addMenu(QLatin1Char('&') + group.title, group.ids));
+    const auto menu = [&made](const char* title) { return made.value(QLatin1StringView(title)); };
+    QMenu* file = menu("File");
     TagsMenu::addShortcuts(window, state);
     file->insertMenu(action(QStringLiteral("getInfo")), TagsMenu::addTo(file, window, state));
-    QMenu* edit = menu(1);
+    QMenu* edit = menu("Edit");
     // Undo and Redo come from the window's undo stack, named by what they would undo.
     QAction* undo = state->undoStack()->createUndoAction(edit, QStringLiteral("Undo"));
     undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
@@ -68,13 +69,10 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     edit->insertAction(first.isEmpty() ? nullptr : first.first(), redo);
     edit->insertSeparator(first.isEmpty() ? nullptr : first.first());
 
-    QMenu* view = menu(2);
+    QMenu* view = menu("View");
     view->addSeparator();
     ThemeMenu::addTo(view, state);
-    menu(3);
-    QMenu* windowMenu = menu(4);
-    WorkspacesMenu::addTo(windowMenu, state);
-    menu(5);
+    WorkspacesMenu::addTo(menu("Window"), state);
 
     // The menu names the first key: Ctrl+Shift+Tab, not the Backtab the keyboard sends.
     if (QAction* a = action(QStringLiteral("previousTab")))
