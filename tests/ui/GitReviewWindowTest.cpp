@@ -14,6 +14,7 @@
 #include "ui/panels/DiskToolKeys.h"
 
 #include <QCheckBox>
+#include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
@@ -178,6 +179,26 @@ TEST_F(GitReviewWindowTest, AHunkPickedAfterGitWentEndsWithAMessageNotAWait)
         EXPECT_EQ(review->problem(), gitMissingMessage());
     }
     EXPECT_EQ(test::readAll(repo.path("f.txt")), "a\nx\nb\n");
+}
+
+TEST_F(GitReviewWindowTest, DiscardingAStagedRenamePutsTheOldNameBackAndUndoKeepsTheNewOne)
+{
+    repo.write("a.txt", "kept\n");
+    repo.commitAll("first");
+    repo.git({"mv", "a.txt", "b.txt"});
+    openReview();
+    ASSERT_EQ(listed(), (QStringList{"Staged 1", "  R b.txt"}));
+    press(Qt::Key_Delete);
+    ASSERT_TRUE(waitUntil([&] { return test::readAll(repo.path("a.txt")) == "kept\n" && idle(); })) << panel()->problem().toStdString();
+    EXPECT_FALSE(QFileInfo::exists(repo.path("b.txt").text()));
+    EXPECT_EQ(repo.git({"status", "--porcelain"}), "") << "back to the last commit, index and all";
+    ASSERT_TRUE(waitUntil([&] { return panel()->fileList()->rows().isEmpty(); }));
+    settle();
+
+    state->undoStack()->undo();
+    settle();
+    EXPECT_EQ(test::readAll(repo.path("b.txt")), "kept\n");
+    EXPECT_FALSE(QFileInfo::exists(repo.path("a.txt").text()));
 }
 
 TEST_F(GitReviewWindowTest, AmendStartsFromTheLastMessage)

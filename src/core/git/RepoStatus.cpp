@@ -108,6 +108,14 @@ FilePath RepoStatus::pathOf(const File& file) const
     return root.child(QByteArrayView(file.nativePath.isEmpty() ? file.path.toUtf8() : file.nativePath));
 }
 
+QList<FilePath> RepoStatus::pathsToDiscard(const File& file) const
+{
+    QList<FilePath> paths{pathOf(file)};
+    if (!file.renamedFrom.isEmpty())
+        paths.append(root.child(QByteArrayView(file.renamedFrom)));
+    return paths;
+}
+
 RepoStatus parseStatus(const QByteArray& output, const FilePath& root)
 {
     RepoStatus status;
@@ -143,8 +151,12 @@ RepoStatus parseStatus(const QByteArray& output, const FilePath& root)
         const QChar x = QLatin1Char(record[0]);
         const QChar y = QLatin1Char(record[1]);
         const QByteArrayView path = record.sliced(3);
-        if (x == u'R' || x == u'C')
+        QByteArray renamedFrom;
+        if (x == u'R' || x == u'C') {
             ++i; // the source of the rename or copy
+            if (x == u'R' && i < records.size())
+                renamedFrom = records[i].toByteArray();
+        }
         const FilePath file = FilePath::fromNative(QByteArray(prefix).append(path));
         if (!root.isAncestorOf(file))
             continue; // git names paths below the root; a mark never goes above it
@@ -153,7 +165,7 @@ RepoStatus parseStatus(const QByteArray& output, const FilePath& root)
             continue;
         }
         const Change change = changeOf(x, y);
-        status.files.append({QString::fromUtf8(path), change, x != u' ' && x != u'?', y != u' ', path.toByteArray()});
+        status.files.append({QString::fromUtf8(path), change, x != u' ' && x != u'?', y != u' ', path.toByteArray(), renamedFrom});
         status.changedPaths.insert(file, change);
         // A folder already recorded has all its ancestors recorded too.
         for (FilePath folder = file.parent(); folder.native().size() > rootLength; folder = folder.parent()) {

@@ -45,6 +45,7 @@ struct RepoStatus {
         bool isStaged = false;
         bool hasUnstaged = false;
         QByteArray nativePath = {}; // the same path byte for byte (a name need not be UTF-8); see pathOf()
+        QByteArray renamedFrom = {};  // a renamed file's old path, relative to the root, as bytes; empty otherwise
         bool operator==(const File&) const = default;
     };
 
@@ -62,6 +63,9 @@ struct RepoStatus {
 
     // The file's absolute path, its bytes as on disk: what actions on the file take.
     FilePath pathOf(const File& file) const;
+    // What going back to the last commit touches for `file`: its own path and, for a rename, the
+    // old path it came from (restored while the new one goes).
+    QList<FilePath> pathsToDiscard(const File& file) const;
 };
 
 struct BranchLine {

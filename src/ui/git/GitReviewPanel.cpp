@@ -265,9 +265,13 @@ void GitReviewPanel::toggleCurrentFile()
 void GitReviewPanel::discardCurrentFile()
 {
     const ReviewRow* row = m_list->currentReviewRow();
-    if (!row || row->group == ReviewGroup::staged)
+    const bool renamed = row && !row->file.renamedFrom.isEmpty();
+    if (!row || (row->group == ReviewGroup::staged && !renamed))
         return; // staged changes are unstaged first; discarding works on the working tree
-    m_actions.discard(m_root, {pathOf(*row)}, m_window.undoStack(), this, finished());
+    // A rename goes back as a whole: the old name returns and the new one goes.
+    RepoStatus here;
+    here.root = m_root;
+    m_actions.discard(m_root, here.pathsToDiscard(row->file), m_window.undoStack(), this, finished());
 }
 
 void GitReviewPanel::applyPick(const DiffLineSelection& selection, bool discard)

@@ -6,7 +6,7 @@
 // a merge, rebase or cherry-pick under way (Continue, Abort); the commit box below.
 //
 // Keys: in the list, Space stages or unstages the file, Delete discards it (its copy goes to the
-// Trash, Ctrl+Z brings it back), and on a conflicted file O takes ours, T theirs and E opens it
+// Trash, Ctrl+Z brings it back; a renamed file, staged or not, gets its old name back), and on a conflicted file O takes ours, T theirs and E opens it
 // in the preferred editor; Return or Right goes to the diff (DiffView.h has its keys), Left back;
 // Ctrl+Return commits from anywhere in the panel; Esc closes.
 //

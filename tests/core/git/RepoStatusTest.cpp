@@ -86,8 +86,11 @@ TEST_F(RepoStatusTest, StagedRenameListsOnlyTheNewName)
     EXPECT_TRUE(renamed->isStaged);
     EXPECT_FALSE(renamed->hasUnstaged);
     EXPECT_FALSE(status->changedPaths.contains(repo.path("old.txt")));
+    EXPECT_EQ(renamed->renamedFrom, QByteArray("old.txt"));
+    EXPECT_EQ(status->pathsToDiscard(*renamed), (QList<FilePath>{repo.path("sub/new.txt"), repo.path("old.txt")}));
     const auto* modified = file(*status, "sub/kept.txt");
     ASSERT_TRUE(modified);
+    EXPECT_EQ(status->pathsToDiscard(*modified), QList<FilePath>{repo.path("sub/kept.txt")});
     EXPECT_FALSE(modified->isStaged);
     EXPECT_TRUE(modified->hasUnstaged);
     EXPECT_EQ(status->foldersWithChanges, QSet<FilePath>{repo.path("sub")});
