@@ -12,6 +12,7 @@
 #include "ui/panels/FolderComparisonView.h"
 #include "ui/panels/ImageComparisonView.h"
 
+#include <QAction>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -159,6 +160,47 @@ TEST_F(CompareFindPanelsTest, CompareTwoFoldersSyncsAsOneStepAndComparesAgain)
     ASSERT_TRUE(waitUntil([&] { return view->revision() > afterSync && !view->isComparing(); }, 20000));
     EXPECT_FALSE(test::exists(tree.path("right/docs")));
     EXPECT_EQ(view->heading(), "1 only on the left · 1 only on the right · 1 changed");
+}
+
+TEST_F(CompareFindPanelsTest, MirrorGoesRightToLeftTooAsOneUndoStep)
+{
+    tree.file("left/same.txt", "s");
+    tree.file("right/same.txt", "s");
+    tree.file("left/extra.txt", "only left");
+    tree.file("right/new.txt", "only right");
+    tree.file("left/changed.txt", "left version");
+    tree.file("right/changed.txt", "right version");
+    open();
+    state->showPanel(WindowState::Panel::compare, tree.path("left"), {tree.path("left"), tree.path("right")});
+    auto* panel = shown<ComparePanel>();
+    ASSERT_TRUE(panel);
+    auto* view = qobject_cast<FolderComparisonView*>(panel->view());
+    ASSERT_TRUE(view);
+    ASSERT_TRUE(waitUntil([&] { return view->result().has_value() && !view->isComparing(); }));
+    QStringList offered;
+    for (const QAction* action : view->syncActions())
+        offered << action->text();
+    EXPECT_EQ(offered, (QStringList{"Copy what's missing to right", "Copy what's missing to left", "Both ways, newer file wins",
+                                    "Mirror (extra files go to the Trash): “left” → “right”",
+                                    "Mirror (extra files go to the Trash): “right” → “left”"}));
+
+    const int before = view->revision();
+    const int steps = state->undoStack()->count();
+    view->sync(FolderDiff::SyncMode::mirror(false), true);
+    ASSERT_TRUE(waitUntil([&] { return view->revision() > before && !view->isComparing(); }, 20000));
+    EXPECT_EQ(state->undoStack()->count(), steps + 1);
+    EXPECT_EQ(test::readAll(tree.path("left/new.txt")), "only right");
+    EXPECT_EQ(test::readAll(tree.path("left/changed.txt")), "right version");
+    EXPECT_FALSE(test::exists(tree.path("left/extra.txt"))) << "the extra file goes to the Trash";
+    EXPECT_EQ(test::readAll(tree.path("right/changed.txt")), "right version") << "the source is left as it is";
+    EXPECT_EQ(view->heading(), "No differences: every file matches");
+
+    const int afterSync = view->revision();
+    state->undoStack()->undo();
+    ASSERT_TRUE(waitUntil([&] { return view->revision() > afterSync && !view->isComparing(); }, 20000));
+    EXPECT_EQ(test::readAll(tree.path("left/extra.txt")), "only left");
+    EXPECT_EQ(test::readAll(tree.path("left/changed.txt")), "left version");
+    EXPECT_FALSE(test::exists(tree.path("left/new.txt")));
 }
 
 TEST_F(CompareFindPanelsTest, CompareCommandTakesTwoSelectedFilesAndShowsTheDiff)

@@ -77,10 +77,19 @@ FolderComparisonView::FolderComparisonView(WindowState& state, const FilePath& l
     m_syncButton->setFocusPolicy(Qt::NoFocus);
     auto* menu = new QMenu(m_syncButton);
     for (FolderDiff::SyncMode mode : {FolderDiff::SyncMode::copyMissing(true), FolderDiff::SyncMode::copyMissing(false),
-                                      FolderDiff::SyncMode::bothWays(), FolderDiff::SyncMode::mirror(true)}) {
-        QAction* action = menu->addAction(FolderDiff::syncTitle(mode, m_left, m_right), this, [this, mode] { sync(mode); });
-        if (mode.kind == FolderDiff::SyncMode::Kind::mirror)
-            action->setToolTip(QStringLiteral("Makes “%1” the same as “%2”").arg(m_right.fileName(), m_left.fileName()));
+                                      FolderDiff::SyncMode::bothWays(), FolderDiff::SyncMode::mirror(true),
+                                      FolderDiff::SyncMode::mirror(false)}) {
+        QString text = FolderDiff::syncTitle(mode, m_left, m_right);
+        if (mode.kind == FolderDiff::SyncMode::Kind::mirror) {
+            // A mirror goes one way or the other: the entry names the source and the target.
+            const FilePath& source = mode.toRight ? m_left : m_right;
+            const FilePath& target = mode.toRight ? m_right : m_left;
+            text += QStringLiteral(": “%1” → “%2”").arg(source.fileName(), target.fileName());
+            QAction* action = menu->addAction(text, this, [this, mode] { sync(mode); });
+            action->setToolTip(QStringLiteral("Makes “%1” the same as “%2”").arg(target.fileName(), source.fileName()));
+        } else {
+            menu->addAction(text, this, [this, mode] { sync(mode); });
+        }
     }
     menu->setToolTipsVisible(true);
     m_syncButton->setMenu(menu);
@@ -170,6 +179,8 @@ void FolderComparisonView::compareAgain()
         Q_EMIT compared();
     });
 }
+
+QList<QAction*> FolderComparisonView::syncActions() const { return m_syncButton->menu()->actions(); }
 
 QString FolderComparisonView::heading() const
 {

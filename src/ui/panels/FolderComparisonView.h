@@ -12,6 +12,7 @@
 #include <QWidget>
 #include <optional>
 
+class QAction;
 class QComboBox;
 class QLabel;
 class QStackedWidget;
@@ -36,6 +37,8 @@ public:
     bool isComparing() const { return m_task.isRunning(); }
     int revision() const { return m_revision; }
     QTreeWidget* list() const { return m_list; }
+    // The Sync button's choices: copy what's missing either way, both ways, mirror either way.
+    QList<QAction*> syncActions() const;
 
     // Confirms (unless `confirmed`) and runs one sync.
     void sync(FolderDiff::SyncMode mode, bool confirmed = false);
