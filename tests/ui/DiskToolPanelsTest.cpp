@@ -73,6 +73,36 @@ TEST_F(DiskToolPanelsTest, DuplicatesPanelListsGroupsAndTicksExtraCopies)
     EXPECT_TRUE(waitUntil([&] { return deleted(guard.data()); })) << "Esc closes the sheet";
 }
 
+TEST_F(DiskToolPanelsTest, AskingAgainForTheShownPanelKeepsItsResultsAndTicks)
+{
+    const QByteArray big(150000, 'x');
+    tree.file(QStringLiteral("a.bin"), big);
+    tree.file(QStringLiteral("a copy.bin"), big);
+    open();
+    DiskToolKeys::follow(*state, window.get());
+    state->showPanel(WindowState::Panel::duplicates, pane()->url());
+    auto* panel = shown<DuplicatesPanel>();
+    ASSERT_TRUE(panel);
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    panel->tickExtraCopies();
+    auto* list = panel->findChild<QTreeWidget*>();
+    list->setCurrentItem(list->topLevelItem(list->topLevelItemCount() - 1));
+    QTreeWidgetItem* current = list->currentItem();
+
+    QPointer<DuplicatesPanel> guard(panel);
+    state->showPanel(WindowState::Panel::duplicates, pane()->url()); // the key pressed again
+    EXPECT_FALSE(deleted(guard.data())) << "the sheet was made again and its results dropped";
+    ASSERT_TRUE(guard);
+    EXPECT_FALSE(panel->isSearching()) << "no second walk";
+    EXPECT_EQ(panel->choice().toTrash(), std::vector{tree.path(QStringLiteral("a copy.bin"))});
+    EXPECT_EQ(list->currentItem(), current);
+    EXPECT_EQ(state->panel(), WindowState::Panel::duplicates);
+
+    pressKey(panel, Qt::Key_Escape);
+    EXPECT_TRUE(waitUntil([&] { return deleted(guard.data()); }));
+    EXPECT_EQ(state->panel(), WindowState::Panel::none) << "closing the kept sheet still closes the panel";
+}
+
 TEST_F(DiskToolPanelsTest, ActivatingADuplicateShowsItInItsFolder)
 {
     const QByteArray big(150000, 'x');

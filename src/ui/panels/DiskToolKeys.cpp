@@ -22,13 +22,35 @@ namespace {
 
 bool showsFolder(PaneState* pane) { return pane && !pane->url().isEmpty() && !pane->listing(); }
 
+// The folder a disk-tool sheet was opened on (its walk may have gone below it since).
+constexpr char kOpenedFor[] = "orwickOpenedFor";
+
+// The sheet of this kind already shown for `folder`, if any.
+template <class Panel>
+Panel* shownFor(QMainWindow* window, const FilePath& folder)
+{
+    for (Panel* sheet : window->findChildren<Panel*>(Qt::FindDirectChildrenOnly))
+        if (!sheet->isHidden() && sheet->property(kOpenedFor).toByteArray() == folder.native())
+            return sheet;
+    return nullptr;
+}
+
+// Opens the panel on the pane's folder. Asked again for the folder it shows, the open sheet stays
+// as it is — its results, scroll position and ticks — instead of walking the folder again.
 template <class Panel>
 PanelSheet* open(QMainWindow* window, PaneState* pane)
 {
     if (!showsFolder(pane))
         return nullptr;
+    if (Panel* shown = shownFor<Panel>(window, pane->url())) {
+        shown->raise();
+        shown->setFocus();
+        return shown;
+    }
     PanelSheet::closeOpenSheet(window);
-    return new Panel(pane, window);
+    auto* sheet = new Panel(pane, window);
+    sheet->setProperty(kOpenedFor, pane->url().native());
+    return sheet;
 }
 
 } // namespace
@@ -37,13 +59,19 @@ void follow(WindowState& state, QMainWindow* window)
 {
     QObject::connect(&state, &WindowState::panelChanged, window, [&state, window] {
         const WindowState::Panel shown = state.panel();
+        if (shown == WindowState::Panel::settings)
+            return; // SettingsPanel::follow draws it
+        // A sheet that closes because another takes its place leaves the new panel standing; the
+        // sheet shown (new, or kept) is connected again below.
+        for (PanelSheet* open : window->findChildren<PanelSheet*>(Qt::FindDirectChildrenOnly))
+            QObject::disconnect(open, &PanelSheet::closed, &state, nullptr);
         PanelSheet* sheet = nullptr;
         switch (shown) {
         case WindowState::Panel::duplicates: sheet = open<DuplicatesPanel>(window, state.activePane()); break;
         case WindowState::Panel::space: sheet = open<SpacePanel>(window, state.activePane()); break;
         case WindowState::Panel::cleanUp: sheet = open<CleanUpPanel>(window, state.activePane()); break;
         case WindowState::Panel::none: PanelSheet::closeOpenSheet(window); break;
-        case WindowState::Panel::settings: return; // SettingsPanel::follow draws it
+        case WindowState::Panel::settings: break;
         case WindowState::Panel::batchRename: sheet = BatchRenamePanel::open(state, window); break;
         case WindowState::Panel::info: sheet = InfoPanel::open(state, window); break;
         case WindowState::Panel::compare: sheet = ComparePanel::open(state, window); break;

@@ -1,7 +1,8 @@
 #pragma once
 // Opening the disk-tool panels (Find Duplicates…, Show Space Used…, Clean Up Build Folders…,
 // Find in Files…) on the active pane's folder, and Compare on the two items it names, as the
-// commands of the same names ask. Opening a panel closes the one shown before.
+// commands of the same names ask. Opening a panel closes the one shown before; asking again for
+// the disk-tool panel already shown on the same folder keeps it as it is.
 
 class QMainWindow;
 
