@@ -1,0 +1,89 @@
+// orwick-cli image strip, run as the built program on photos the test makes and tags with exiv2:
+// the location or everything goes, what was asked is counted, and a file that isn't a picture
+// is said with its name and turns the exit status to 1.
+
+#include "CliRun.h"
+#include "images/Exiv2Access.h"
+#include "images/ImageMetadata.h"
+#include "support/TempHome.h"
+
+#include <QImage>
+#include <exiv2/exiv2.hpp>
+#include <gtest/gtest.h>
+
+namespace orwick::test {
+namespace {
+
+// A small JPEG with a camera and a place.
+FilePath taggedPhoto(const TempTree& tree, const QString& name)
+{
+    const FilePath file = tree.path(name);
+    QImage image(32, 24, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    EXPECT_TRUE(image.save(file.text(), "jpeg"));
+    exiv2::prepare();
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+    auto photo = Exiv2::ImageFactory::open(file.native().toStdString());
+#pragma GCC diagnostic pop
+    photo->readMetadata();
+    photo->exifData()["Exif.Image.Make"] = "Canon";
+    photo->exifData()["Exif.Image.Model"] = "Canon EOS R5";
+    photo->exifData()["Exif.GPSInfo.GPSLatitudeRef"] = "N";
+    photo->exifData()["Exif.GPSInfo.GPSLatitude"] = "51/1 30/1 0/1";
+    photo->exifData()["Exif.GPSInfo.GPSLongitudeRef"] = "W";
+    photo->exifData()["Exif.GPSInfo.GPSLongitude"] = "0/1 7/1 0/1";
+    photo->writeMetadata();
+    return file;
+}
+
+PhotoFacts factsOf(const FilePath& file)
+{
+    const auto facts = readPhotoFacts(file);
+    EXPECT_TRUE(facts.has_value()) << facts.error().toStdString();
+    return facts.value_or(PhotoFacts{});
+}
+
+TEST(CliImageStripTest, LocationGoesAndTheCameraStays)
+{
+    TempTree tree;
+    const FilePath photo = taggedPhoto(tree, QStringLiteral("pier.jpg"));
+    ASSERT_TRUE(factsOf(photo).location.has_value());
+
+    const CliRun run = runCli({"image", "strip", photo.native(), "--location"});
+    EXPECT_EQ(run.status, 0) << run.err.toStdString();
+    EXPECT_EQ(run.out, "Removed the location from pier.jpg\n");
+    const PhotoFacts facts = factsOf(photo);
+    EXPECT_FALSE(facts.location.has_value());
+    EXPECT_EQ(facts.camera, QStringLiteral("Canon EOS R5"));
+}
+
+TEST(CliImageStripTest, EverythingGoesAndWhatIsNoPictureIsSaid)
+{
+    TempTree tree;
+    const FilePath first = taggedPhoto(tree, QStringLiteral("one.jpg"));
+    const FilePath second = taggedPhoto(tree, QStringLiteral("two.jpg"));
+    const FilePath notes = tree.file("notes.txt", "words\n");
+
+    const CliRun run = runCli({"image", "strip", first.native(), notes.native(), second.native()});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "Removed metadata from 2 of 3 pictures; 1 failed\n");
+    EXPECT_TRUE(run.err.contains("“notes.txt” isn’t a picture")) << run.err.toStdString();
+    for (const FilePath& photo : {first, second}) {
+        const PhotoFacts facts = factsOf(photo);
+        EXPECT_TRUE(facts.camera.isEmpty());
+        EXPECT_FALSE(facts.location.has_value());
+        EXPECT_FALSE(facts.groups.contains(QStringLiteral("EXIF")));
+    }
+    EXPECT_EQ(readAll(notes), "words\n");
+}
+
+TEST(CliImageStripTest, NoFileIsAUsageError)
+{
+    const CliRun run = runCli({"image", "strip", "--location"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_TRUE(run.err.contains("image strip FILE... [--location]")) << run.err.toStdString();
+}
+
+} // namespace
+} // namespace orwick::test
