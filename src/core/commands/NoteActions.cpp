@@ -6,6 +6,7 @@
 #include "notes/FileProperties.h"
 #include "notes/NewNote.h"
 #include "notes/DailyNotes.h"
+#include "highlight/SyntaxHighlighter.h"
 #include "state/FileActions.h"
 #include "state/WindowState.h"
 
@@ -59,16 +60,53 @@ void newNote(WindowState& window)
         return;
     }
     QPointer<PaneState> target = pane;
-    const bool renameInPlace = request->title.isEmpty();
+    QPointer<WindowState> editing = &window;
     window.files().operations()->createFile(plan->path, plan->bytes, QStringLiteral("New Note"), window.undoStack(),
-                                            [target, renameInPlace](const FilePath& made) {
-                                                if (!target)
-                                                    return;
-                                                target->setPendingSelection({made});
-                                                if (renameInPlace)
-                                                    target->setPendingRename(made);
-                                                target->reload();
+                                            [target, editing](const FilePath& made) {
+                                                if (target) {
+                                                    target->setPendingSelection({made});
+                                                    target->reload();
+                                                }
+                                                if (editing)
+                                                    editing->startEditing(made);
                                             });
+}
+
+namespace {
+
+// The cursor's item when it is a file that may be text.
+std::optional<FilePath> editableCursor(const WindowState& window)
+{
+    const PaneState* pane = window.activePane();
+    if (!pane || !pane->cursor())
+        return std::nullopt;
+    const FileItem* item = pane->item(*pane->cursor());
+    if (!item || item->isFolder || item->isPackage || item->brokenTarget)
+        return std::nullopt;
+    switch (item->category) {
+    case FileCategory::text:
+    case FileCategory::code:
+    case FileCategory::data: return item->url;
+    default: break;
+    }
+    if (item->url.extension().isEmpty() || SyntaxHighlighter::languageFor(item->url))
+        return item->url;
+    return std::nullopt;
+}
+
+} // namespace
+
+bool canToggleEditing(const WindowState& window)
+{
+    return window.documentMode() != DocumentMode::preview || editableCursor(window).has_value();
+}
+
+void toggleEditing(WindowState& window)
+{
+    if (window.documentMode() != DocumentMode::preview)
+        window.stopEditing();
+    else if (const auto file = editableCursor(window))
+        window.startEditing(*file);
 }
 
 } // namespace orwick::actions

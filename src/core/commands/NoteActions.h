@@ -24,9 +24,16 @@ void openTodaysNote(WindowState& window);
 
 // A new note in the shown folder, starting with the properties the folder's filters ask for and
 // those the pane's database view gives (actions::newNoteRequest): named from the title the view
-// asked for, else "untitled.md" (made unique: "untitled 2.md") in inline rename; selected; undo
-// "New Note".
+// asked for, else "untitled.md" (made unique: "untitled 2.md"); selected and opened in the
+// editor; undo "New Note".
 void newNote(WindowState& window);
+
+// "Edit File": opens the cursor's text file in the editor (WindowState::startEditing), or, while
+// editing, goes back to the preview. canToggleEditing: while editing, or with the cursor on a
+// file that may be text (a text, source or data file, or one without an extension; the editor
+// says so when it isn't).
+void toggleEditing(WindowState& window);
+bool canToggleEditing(const WindowState& window);
 
 // The daily note of `date` near `folder`: handed to `shown` once it is there (made through
 // `operations` when missing, as the undo step "Today's Note" on `undo`).

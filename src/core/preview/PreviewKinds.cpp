@@ -24,27 +24,46 @@ QString dimensions(QSize size) { return QStringLiteral("%1 × %2").arg(number(si
 
 } // namespace
 
-PreviewContent loadMarkdown(const PreviewRequest& request, const CancelFlag& cancel)
+namespace {
+
+// Renders the note text in `content` (its HTML, and its pictures decoded off the GUI thread,
+// small enough for the panel's column); false when cancelled.
+bool renderNote(PreviewContent& content, const PreviewRequest& request, const CancelFlag& cancel)
 {
-    PreviewContent content = loadText(request, cancel);
-    if (content.kind != PreviewContent::Kind::text)
-        return content; // a failure, a cancel, or a binary file named .md
     content.kind = PreviewContent::Kind::markdown;
     RenderedNote note = renderMarkdown(content.text, request.path.parent());
     content.html = std::move(note.html);
-    // Pictures are decoded here, off the GUI thread, small enough for the panel's column.
     const QSize box(std::min(request.columnWidth, 800), 800);
     int decoded = 0;
     for (const RenderedNote::Picture& picture : note.pictures) {
         if (cancel.isCancelled())
-            return {};
+            return false;
         if (picture.file.isEmpty() || decoded >= request.limits.markdownImages)
             continue;
         ++decoded;
         if (auto image = decodeImage(picture.file, box, request.limits, cancel))
             content.images.insert(picture.url, std::move(image->image));
     }
-    return content;
+    return true;
+}
+
+} // namespace
+
+PreviewContent loadMarkdown(const PreviewRequest& request, const CancelFlag& cancel)
+{
+    PreviewContent content = loadText(request, cancel);
+    if (content.kind != PreviewContent::Kind::text)
+        return content; // a failure, a cancel, or a binary file named .md
+    return renderNote(content, request, cancel) ? content : PreviewContent{};
+}
+
+PreviewContent renderNoteText(const QString& text, const PreviewRequest& request, const CancelFlag& cancel)
+{
+    PreviewContent content;
+    content.path = request.path;
+    content.title = request.path.fileName();
+    content.text = text;
+    return renderNote(content, request, cancel) ? content : PreviewContent{};
 }
 
 PreviewContent loadTable(const PreviewRequest& request, const CancelFlag& cancel)

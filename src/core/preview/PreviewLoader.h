@@ -28,6 +28,9 @@ namespace preview {
 // The loaders behind loadPreview, one per kind; each assumes the item is of its kind.
 PreviewContent loadText(const PreviewRequest& request, const CancelFlag& cancel);
 PreviewContent loadMarkdown(const PreviewRequest& request, const CancelFlag& cancel);
+// A note's text (the editor's, not yet saved) rendered as loadMarkdown renders the file at
+// `request.path`: its pictures found beside it.
+PreviewContent renderNoteText(const QString& text, const PreviewRequest& request, const CancelFlag& cancel);
 PreviewContent loadTable(const PreviewRequest& request, const CancelFlag& cancel);
 PreviewContent loadImage(const PreviewRequest& request, const CancelFlag& cancel);
 PreviewContent loadFont(const PreviewRequest& request, const CancelFlag& cancel);

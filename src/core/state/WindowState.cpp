@@ -120,8 +120,23 @@ void WindowState::setShowPreview(bool shown)
 {
     if (shown == m_showPreview)
         return;
+    if (!shown && m_documentMode != DocumentMode::preview)
+        stopEditing(); // the editor lives in the preview column
     m_showPreview = shown;
     Q_EMIT showPreviewChanged();
+}
+
+void WindowState::startEditing(const FilePath& file, DocumentMode mode)
+{
+    if (file.isEmpty())
+        mode = DocumentMode::preview;
+    if (mode == m_documentMode && file == m_editedFile)
+        return;
+    m_documentMode = mode;
+    m_editedFile = mode == DocumentMode::preview ? FilePath() : file;
+    if (mode != DocumentMode::preview)
+        setShowPreview(true);
+    Q_EMIT documentModeChanged();
 }
 
 void WindowState::moveTab(const QUuid& id, const QUuid& onto)

@@ -9,7 +9,8 @@
 // follows every change of showPreview(); workspaceNameRequested() asks the window for a name to
 // save the window's tabs under (it answers through workspaceActions::save); showSidebarChanged()
 // follows every change of showSidebar(); previewExpandedChanged() follows every change of
-// previewExpanded(); quickLookRequested() asks the window to show Quick Look.
+// previewExpanded(); quickLookRequested() asks the window to show Quick Look;
+// documentModeChanged() follows every change of documentMode() or editedFile().
 //
 // Only the shown tab's panes read their folders: a restored tab's panes load when it is first
 // selected.
@@ -23,6 +24,10 @@
 namespace orwick {
 
 class FileActions;
+
+// How the preview shows a text file: rendered (`preview`), as its source in the editor alone
+// (`edit`), or as its source beside the rendered note (`split`).
+enum class DocumentMode { preview, edit, split };
 
 // What the palette is opened for.
 enum class PaletteRequest { main, path, projects, copyDestination, moveDestination };
@@ -57,6 +62,19 @@ public:
     {
         if (std::exchange(m_previewExpanded, expanded) != expanded)
             Q_EMIT previewExpandedChanged();
+    }
+    // The file the editor holds while documentMode() isn't `preview`, else empty. Opening it
+    // shows the preview column, which then holds the editor; stopEditing() goes back to the
+    // rendered preview (the editor saves what it holds first). setDocumentMode() switches
+    // between `edit` and `split` while editing.
+    DocumentMode documentMode() const { return m_documentMode; }
+    const FilePath& editedFile() const { return m_editedFile; }
+    void startEditing(const FilePath& file, DocumentMode mode = DocumentMode::split);
+    void stopEditing() { startEditing({}, DocumentMode::preview); }
+    void setDocumentMode(DocumentMode mode)
+    {
+        if (m_documentMode != DocumentMode::preview && mode != DocumentMode::preview)
+            startEditing(m_editedFile, mode);
     }
     // Asks the window to show the cursor's item over the whole window (Quick Look).
     void requestQuickLook() { Q_EMIT quickLookRequested(); }
@@ -140,6 +158,7 @@ Q_SIGNALS:
     void sidebarFocusRequested();
     void previewExpandedChanged();
     void quickLookRequested();
+    void documentModeChanged();
     void serverConnectionRequested();
     void namePatternRequested(orwick::PaneState::Mark mark);
     void shortcutsRequested();
@@ -161,6 +180,8 @@ protected:
     bool m_showPreview = false;
     bool m_previewExpanded = false;
     bool m_showSidebar = true;
+    DocumentMode m_documentMode = DocumentMode::preview;
+    FilePath m_editedFile;
 };
 
 } // namespace orwick

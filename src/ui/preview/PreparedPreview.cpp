@@ -142,4 +142,16 @@ PreparedPreview preparePreview(const PreviewRequest& request, const PreviewStyle
     return prepared;
 }
 
+PreparedPreview prepareNoteText(const QString& text, const PreviewRequest& request, const PreviewStyle& style,
+                                const CancelFlag& cancel)
+{
+    PreparedPreview prepared;
+    prepared.content = preview::renderNoteText(text, request, cancel);
+    if (cancel.isCancelled() || prepared.content.isEmpty())
+        return {};
+    prepared.document = noteDocument(prepared.content, style);
+    prepared.document->moveToThread(QCoreApplication::instance()->thread());
+    return prepared;
+}
+
 } // namespace orwick

@@ -39,5 +39,8 @@ struct PreparedPreview {
 
 // Loads `request` and prepares it to show. A cancelled load gives kind `none`.
 PreparedPreview preparePreview(const PreviewRequest& request, const PreviewStyle& style, const CancelFlag& cancel);
+// Renders a note's `text` (the editor's) as the note at `request.path` and prepares it to show.
+PreparedPreview prepareNoteText(const QString& text, const PreviewRequest& request, const PreviewStyle& style,
+                                const CancelFlag& cancel);
 
 } // namespace orwick

@@ -1,14 +1,17 @@
 #include "ui/preview/PreviewPanel.h"
 
+#include "ui/notes/NoteEditor.h"
 #include "ui/preview/PreviewFollower.h"
 #include "ui/preview/PreviewLoad.h"
 #include "ui/preview/PreviewView.h"
 
+#include <QPlainTextEdit>
+#include <QPointer>
 #include <QVBoxLayout>
 
 namespace orwick {
 
-PreviewPanel::PreviewPanel(WindowState* window, QWidget* parent) : QFrame(parent)
+PreviewPanel::PreviewPanel(WindowState* window, QWidget* parent) : QFrame(parent), m_window(window)
 {
     setFrameShape(QFrame::NoFrame);
     setMinimumWidth(200);
@@ -18,6 +21,65 @@ PreviewPanel::PreviewPanel(WindowState* window, QWidget* parent) : QFrame(parent
     layout->addWidget(m_view);
     m_follower = new PreviewFollower(window, m_view, this);
     connect(m_view, &PreviewView::taskToggleRequested, this, &PreviewPanel::taskToggleRequested);
+    connect(window, &WindowState::documentModeChanged, this, &PreviewPanel::followEditing);
+}
+
+QWidget* PreviewPanel::focusTarget() const
+{
+    return m_editor ? static_cast<QWidget*>(m_editor->textEdit()) : m_view->focusTarget();
+}
+
+void PreviewPanel::updateActive() { m_follower->setActive(isVisible() && !m_editor); }
+
+void PreviewPanel::followEditing()
+{
+    const FilePath wanted = m_window->editedFile();
+    if (m_editor && m_editor->file() == wanted) {
+        m_editor->setMode(m_window->documentMode());
+        return;
+    }
+    if (m_editor)
+        leave(std::exchange(m_editor, nullptr));
+    if (!wanted.isEmpty()) {
+        auto* editor = new NoteEditor(m_window, wanted, this);
+        if (const Status opened = editor->open(); !opened) {
+            delete editor;
+            Q_EMIT m_window->messageRequested(opened.error());
+            m_window->stopEditing();
+            return;
+        }
+        m_editor = editor;
+        layout()->addWidget(editor);
+        m_view->hide();
+        editor->show();
+    } else {
+        m_view->show();
+    }
+    updateActive();
+}
+
+// The editor goes once what it holds is saved; a refused save brings it back to say why.
+void PreviewPanel::leave(NoteEditor* editor)
+{
+    editor->hide();
+    QPointer<NoteEditor> leaving(editor);
+    const DocumentMode mode = m_window->documentMode() == DocumentMode::preview ? DocumentMode::split : m_window->documentMode();
+    editor->saveBeforeLeaving([this, leaving, mode](bool saved) {
+        if (!leaving)
+            return;
+        if (saved) {
+            leaving->deleteLater();
+            return;
+        }
+        if (m_editor) // another file opened meanwhile: it makes way
+            leave(std::exchange(m_editor, nullptr));
+        m_editor = leaving;
+        m_view->hide();
+        leaving->show();
+        updateActive();
+        m_window->startEditing(leaving->file(), mode);
+        leaving->textEdit()->setFocus(Qt::OtherFocusReason);
+    });
 }
 
 void PreviewPanel::updateBox()
@@ -34,13 +96,13 @@ void PreviewPanel::showEvent(QShowEvent* event)
 {
     QFrame::showEvent(event);
     updateBox();
-    m_follower->setActive(true);
+    updateActive();
 }
 
 void PreviewPanel::hideEvent(QHideEvent* event)
 {
     QFrame::hideEvent(event);
-    m_follower->setActive(false);
+    updateActive();
 }
 
 void PreviewPanel::resizeEvent(QResizeEvent* event)

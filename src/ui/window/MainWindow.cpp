@@ -152,7 +152,8 @@ void MainWindow::setUpPreview(QSplitter* splitter)
     m_state->setPreviewExpanded(readSettingsBool(*openSettings(), QStringLiteral("previewExpanded"), false));
     auto place = [this] {
         const bool shown = m_state->showPreview();
-        const bool expanded = shown && m_state->previewExpanded();
+        // The editor (and its live preview) takes the whole content area too.
+        const bool expanded = shown && (m_state->previewExpanded() || m_state->documentMode() != DocumentMode::preview);
         QWidget* focus = QApplication::focusWidget();
         const bool focusInPreview = m_previewPanel->isAncestorOf(focus);
         const bool appearing = shown && m_previewPanel->isHidden();
@@ -168,11 +169,12 @@ void MainWindow::setUpPreview(QSplitter* splitter)
             splitter->setSizes(sizes);
         }
         if (expanded)
-            m_previewPanel->view()->focusTarget()->setFocus(Qt::OtherFocusReason);
+            m_previewPanel->focusTarget()->setFocus(Qt::OtherFocusReason);
         else if ((focusInPreview || !focus) && activePaneWidget())
             activePaneWidget()->takeFocus();
     };
     connect(m_state, &WindowState::showPreviewChanged, this, place);
+    connect(m_state, &WindowState::documentModeChanged, this, place);
     connect(m_state, &WindowState::previewExpandedChanged, this, [this, place] {
         openSettings()->setValue(QStringLiteral("previewExpanded"), m_state->previewExpanded());
         place();
