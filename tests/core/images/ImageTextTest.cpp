@@ -1,0 +1,137 @@
+// Text recognition on pictures the tests draw: a line of text read back, upright from a turned
+// JPEG, on a transparent background; a blank picture has no text; bad input says why.
+
+#include "images/ImageText.h"
+#include "support/TempHome.h"
+
+#include <QFile>
+#include <QFont>
+#include <QImageWriter>
+#include <QPainter>
+#include <QRegularExpression>
+#include <gtest/gtest.h>
+
+namespace orwick {
+namespace {
+
+const QString kLine = QStringLiteral("Orwick reads this line 42");
+
+// The line in large black letters on `background`.
+QImage lineOfText(const QColor& background = Qt::white, QImage::Format format = QImage::Format_RGB32)
+{
+    QImage image(1400, 180, format);
+    image.fill(background);
+    QPainter painter(&image);
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPixelSize(64);
+    painter.setFont(font);
+    painter.setPen(Qt::black);
+    painter.drawText(image.rect(), Qt::AlignCenter, kLine);
+    return image;
+}
+
+FilePath save(const test::TempTree& tree, const QString& name, const QImage& image, QImageIOHandler::Transformations turn = {})
+{
+    const FilePath file = tree.path(name);
+    QImageWriter writer(file.text());
+    writer.setTransformation(turn);
+    EXPECT_TRUE(writer.write(image)) << writer.errorString().toStdString();
+    return file;
+}
+
+// Case and runs of white space don't matter: Tesseract may read "42" after two spaces.
+QString simplified(const QString& text) { return text.simplified().toLower(); }
+
+TEST(ImageText, ListsEnglishFirstAndNeverOsd)
+{
+    const QStringList languages = recognitionLanguages();
+    ASSERT_FALSE(languages.isEmpty()) << "tesseract-ocr-eng is one of Orwick's runtime packages";
+    EXPECT_EQ(languages.first(), QStringLiteral("eng"));
+    EXPECT_FALSE(languages.contains(QStringLiteral("osd")));
+}
+
+TEST(ImageText, ReadsARenderedLineOfText)
+{
+    test::TempTree tree;
+    const auto text = recognizeText(save(tree, QStringLiteral("line.png"), lineOfText()), QStringLiteral("eng"), CancelFlag());
+    ASSERT_TRUE(text.has_value()) << text.error().toStdString();
+    EXPECT_EQ(simplified(*text), simplified(kLine));
+}
+
+TEST(ImageText, ReadsATurnedJpegUpright)
+{
+    // Stored on its side, with the EXIF orientation that turns it back.
+    test::TempTree tree;
+    const QImage sideways = lineOfText().transformed(QTransform().rotate(90));
+    const FilePath file = save(tree, QStringLiteral("turned.jpg"), sideways, QImageIOHandler::TransformationRotate270);
+    const auto text = recognizeText(file, QStringLiteral("eng"), CancelFlag());
+    ASSERT_TRUE(text.has_value()) << text.error().toStdString();
+    EXPECT_EQ(simplified(*text), simplified(kLine));
+}
+
+TEST(ImageText, ReadsBlackTextOnATransparentBackground)
+{
+    // Grey of transparent black is black: the picture must be laid on white first.
+    test::TempTree tree;
+    const QImage clear = lineOfText(Qt::transparent, QImage::Format_ARGB32);
+    const auto text = recognizeText(save(tree, QStringLiteral("clear.png"), clear), QStringLiteral("eng"), CancelFlag());
+    ASSERT_TRUE(text.has_value()) << text.error().toStdString();
+    EXPECT_EQ(simplified(*text), simplified(kLine));
+}
+
+TEST(ImageText, ABlankPictureHasNoTextAndIsNoFailure)
+{
+    test::TempTree tree;
+    QImage blank(800, 600, QImage::Format_RGB32);
+    blank.fill(Qt::white);
+    const auto text = recognizeText(save(tree, QStringLiteral("blank.png"), blank), QStringLiteral("eng"), CancelFlag());
+    ASSERT_TRUE(text.has_value()) << text.error().toStdString();
+    EXPECT_TRUE(text->isEmpty()) << text->toStdString();
+    EXPECT_EQ(noTextFoundText(tree.path(QStringLiteral("blank.png"))), QStringLiteral("No text was found in “blank.png”."));
+}
+
+TEST(ImageText, AMissingLanguageNamesItsPackage)
+{
+    test::TempTree tree;
+    const FilePath file = save(tree, QStringLiteral("line.png"), lineOfText());
+    const auto text = recognizeText(file, QStringLiteral("zzz"), CancelFlag());
+    ASSERT_FALSE(text.has_value());
+    EXPECT_EQ(text.error(), QStringLiteral("The “zzz” language for text recognition isn’t installed. Install the package tesseract-ocr-zzz."));
+    if (recognitionLanguages().contains(QStringLiteral("chi_sim")))
+        return;
+    const auto joined = recognizeText(file, QStringLiteral("eng+chi_sim"), CancelFlag());
+    ASSERT_FALSE(joined.has_value());
+    EXPECT_TRUE(joined.error().endsWith(QStringLiteral("Install the package tesseract-ocr-chi-sim."))) << joined.error().toStdString();
+}
+
+TEST(ImageText, ALanguageThatIsAPathIsNotLoaded)
+{
+    test::TempTree tree;
+    const auto text = recognizeText(save(tree, QStringLiteral("line.png"), lineOfText()), QStringLiteral("../eng"), CancelFlag());
+    ASSERT_FALSE(text.has_value());
+    EXPECT_TRUE(text.error().contains(QStringLiteral("isn’t installed"))) << text.error().toStdString();
+}
+
+TEST(ImageText, ADamagedPictureFailsWithItsName)
+{
+    test::TempTree tree;
+    QByteArray png;
+    QFile whole(save(tree, QStringLiteral("whole.png"), lineOfText()).text());
+    ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+    const FilePath cut = tree.file("cut.png", whole.readAll().left(300));
+    const auto text = recognizeText(cut, QStringLiteral("eng"), CancelFlag());
+    ASSERT_FALSE(text.has_value());
+    EXPECT_TRUE(text.error().contains(QStringLiteral("“cut.png”"))) << text.error().toStdString();
+}
+
+TEST(ImageText, ACancelledReadGivesNoText)
+{
+    test::TempTree tree;
+    CancelFlag cancel;
+    cancel.cancel();
+    const auto text = recognizeText(save(tree, QStringLiteral("line.png"), lineOfText()), QStringLiteral("eng"), cancel);
+    EXPECT_FALSE(text.has_value());
+}
+
+} // namespace
+} // namespace orwick
