@@ -418,6 +418,8 @@ TEST_F(FileOpsTest, TransformsRunWithoutAnUndoStack)
 {
     const FilePath a = file("a.txt", "a");
     ops.makeFiles({a}, shoutTexts(), shoutInto(), nullptr);
+    settle();
+    EXPECT_EQ(lastToast(), QStringLiteral("Created a.out"));
     FileOperations::TransformTexts plain = shoutTexts();
     plain.done.clear();
     ops.replaceInPlace({a}, plain, shouting(), nullptr);
