@@ -49,7 +49,7 @@ TEST_F(ShortcutsSheetTest, F1ListsEveryCommandWithAllItsKeysUnderTheMenusHeading
     awaitSheet();
     QStringList headings;
     const QHash<QString, QString> shown = rows(&headings);
-    EXPECT_EQ(headings, (QStringList{"File", "Edit", "View", "Go", "Git", "Window", "Help", "More"}));
+    EXPECT_EQ(headings, (QStringList{"File", "Edit", "View", "Go", "Git", "Image", "Window", "Help", "More"}));
     EXPECT_EQ(shown.value("trash"), "Ctrl+Del  or  Del");
     EXPECT_EQ(shown.value("back"), "Ctrl+[  or  Alt+Left");
     EXPECT_EQ(shown.value("selectByPattern"), "Ctrl++  or  Num++");

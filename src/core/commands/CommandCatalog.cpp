@@ -4,12 +4,15 @@
 #include "commands/CommandActions.h"
 #include "commands/CompareTargets.h"
 #include "commands/DatabaseViewActions.h"
+#include "commands/ExportNoteActions.h"
 #include "commands/GitCommandActions.h"
+#include "commands/ImageCommands.h"
 #include "commands/NoteActions.h"
 #include "commands/TagCommands.h"
 #include "commands/ThemeCommands.h"
 #include "commands/WorkspaceCommands.h"
 #include "files/StoredPath.h"
+#include "images/ImageActions.h"
 #include "places/FinderTags.h"
 #include "places/SidebarStore.h"
 #include "state/FileActions.h"
@@ -245,15 +248,31 @@ QList<AppCommand> buildFixed()
              test(&FileActions::canExtract)),
         make("cut", "Cut", "scissors", keys(C | Qt::Key_X), "move", [](WindowState& w) { w.files().copySelection(true); }, onSelection),
         make("copy", "Copy", "doc.on.doc", keys(C | Qt::Key_C), "", [](WindowState& w) { w.files().copySelection(false); }, onSelection),
-        later("copyImage", "Copy Image", "photo.on.rectangle", keys(C | M | Qt::Key_C), "picture clipboard figma paste pixels", kNotYet),
+        withNote(make("copyImage", "Copy Image", "photo.on.rectangle", keys(C | M | Qt::Key_C), "picture clipboard figma paste pixels",
+                      imageActions::copyImage, imageActions::canCopyImage),
+                 imageActions::kSelectPicture),
         later("removeBackground", "Remove Background", "person.crop.rectangle", none(), "cut out subject transparent png isolate lift image picture photo", kNoCounterpart),
-        later("removeLocation", "Remove Location from Photos", "location.slash", none(), "gps privacy exif strip share geotag where taken metadata", kNotYet),
-        later("removeMetadata", "Remove All Metadata from Photos", "eye.slash", none(), "exif strip privacy camera gps xmp iptc clean share", kNotYet),
-        later("exportPDF", "Export Note as PDF", "doc.richtext", none(), "markdown print save pdf share document", kNotYet),
-        later("exportHTML", "Export Note as HTML", "globe", none(), "markdown web page html save publish", kNotYet),
-        later("imageSets", "Make Image Sets (@1x @2x @3x)", "square.stack.3d.up", none(), "retina 1x 2x 3x scale export assets ios app icon svg pdf png xcode web", kNotYet),
-        later("copyText", "Copy Text from Image", "text.viewfinder", none(), "ocr recognize read scan screenshot words picture pdf", kNotYet),
-        later("combinePDF", "Combine into PDF", "doc.on.doc", none(), "merge join pdfs pages images to pdf scan", kNotYet),
+        withNote(make("removeLocation", "Remove Location from Photos", "location.slash", none(), "gps privacy exif strip share geotag where taken metadata",
+                      imageActions::removeLocation, imageActions::canChangePictures),
+                 imageActions::kSelectPictures),
+        withNote(make("removeMetadata", "Remove All Metadata from Photos", "eye.slash", none(), "exif strip privacy camera gps xmp iptc clean share",
+                      imageActions::removeMetadata, imageActions::canChangePictures),
+                 imageActions::kSelectPictures),
+        withNote(make("exportPDF", "Export Note as PDF", "doc.richtext", none(), "markdown print save pdf share document",
+                      [](WindowState& w) { actions::exportNote(w, NoteExport::Format::pdf); }, actions::canExportNote),
+                 actions::kExportNeedsNote),
+        withNote(make("exportHTML", "Export Note as HTML", "globe", none(), "markdown web page html save publish",
+                      [](WindowState& w) { actions::exportNote(w, NoteExport::Format::html); }, actions::canExportNote),
+                 actions::kExportNeedsNote),
+        withNote(make("imageSets", "Make Image Sets (@1x @2x @3x)", "square.stack.3d.up", none(), "retina 1x 2x 3x scale export assets ios app icon svg pdf png xcode web",
+                      imageActions::makeImageSets, imageActions::canChangePictures),
+                 imageActions::kSelectPictures),
+        withNote(make("copyText", "Copy Text from Image", "text.viewfinder", none(), "ocr recognize read scan screenshot words picture pdf",
+                      imageActions::copyText, imageActions::canReadText),
+                 imageActions::kSelectPictures),
+        withNote(make("combinePDF", "Combine into PDF", "doc.on.doc", none(), "merge join pdfs pages images to pdf scan",
+                      imageActions::combineIntoPdf, imageActions::canCombine),
+                 imageActions::kSelectPicturesOrPdfs),
         make("paste", "Paste", "doc.on.clipboard", keys(C | Qt::Key_V), "", [](WindowState& w) { w.files().paste(false); }, clipboardHasFiles),
         make("moveHere", "Move Item Here", "arrow.down.doc", keys(C | A | Qt::Key_V), "", [](WindowState& w) { w.files().paste(true); },
              clipboardHasFiles),
@@ -498,7 +517,7 @@ const QList<AppCommand>& fixed()
 QList<AppCommand> all(const WindowState&)
 {
     return fixed() + generated() + favorites() + savedSearches() + TagCommands::family(FinderTags::shared())
-         + WorkspaceCommands::family() + ThemeCommands::family();
+         + WorkspaceCommands::family() + ThemeCommands::family() + ImageCommands::family();
 }
 
 const AppCommand* find(const QString& id)
@@ -531,6 +550,11 @@ const AppCommand* find(const QString& id)
     static QList<AppCommand> themes;
     themes = ThemeCommands::family();
     for (const AppCommand& command : std::as_const(themes))
+        if (command.id == id)
+            return &command;
+    // The picture formats Qt writes don't change while the program runs.
+    static const QList<AppCommand> images = ImageCommands::family();
+    for (const AppCommand& command : images)
         if (command.id == id)
             return &command;
     return nullptr;

@@ -9,7 +9,7 @@ const QList<Group>& menus()
 {
     static const QList<Group> groups{
         {QStringLiteral("File"),
-         {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "-", "open", "openWith", "openInNewTab", "openInEditor",
+         {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "exportHTML", "exportPDF", "-", "open", "openWith", "openInNewTab", "openInEditor",
           "openInTerminal", "openInExternalTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress",
           "extract", "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab", "quit"}},
         {QStringLiteral("Edit"),
@@ -27,6 +27,9 @@ const QList<Group>& menus()
         {QStringLiteral("Git"),
          {"reviewChanges", "gitHistory", "-", "gitSwitchBranch", "gitNewBranch", "-", "gitStash", "gitPopStash", "gitStashes", "-",
           "gitFetch", "gitPull", "gitPush"}},
+        {QStringLiteral("Image"),
+         {"image.convert.png", "image.convert.jpeg", "image.convert.webp", "image.convert.avif", "image.resize", "imageSets", "-",
+          "removeLocation", "removeMetadata", "-", "copyImage", "copyText", "combinePDF", "removeBackground"}},
         {QStringLiteral("Window"),
          {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-", "nextTab", "previousTab", "reopenTab", "-", "saveWorkspace"}},
         {QStringLiteral("Help"), {"keyboardShortcuts", "guide", "welcome", "about"}},

@@ -1,6 +1,6 @@
 #pragma once
 // CommandGroups: how the catalogue's commands are grouped for people — the menu bar's menus
-// (File, Edit, View, Go, Git, Window, Help) with their separators, in order. The menu bar is built
+// (File, Edit, View, Go, Git, Image, Window, Help) with their separators, in order. The menu bar is built
 // from them and the Keyboard Shortcuts sheet lists commands under the same headings, so a
 // command is found in the same place in both.
 

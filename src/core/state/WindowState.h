@@ -164,6 +164,10 @@ Q_SIGNALS:
     void shortcutsRequested();
     void openWithRequested();
     void choiceRequested(const QString& message, const QStringList& choices, const std::function<void(int)>& chosen);
+    // The picture tools (imageActions) ask the window for the Resize options for `pictures`, and
+    // to show recognized `text` whole with a way to copy it.
+    void imageResizeRequested(const QList<orwick::FilePath>& pictures);
+    void textSheetRequested(const QString& title, const QString& text);
 
 protected:
     TabState* makeTab(const FilePath& folder);

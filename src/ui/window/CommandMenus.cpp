@@ -42,10 +42,20 @@ QIcon commandIcon(const QString& symbol)
         {"magnifyingglass", "edit-find"}, {"text.magnifyingglass", "edit-find"}, {"plus.magnifyingglass", "zoom-in"},
         {"minus.magnifyingglass", "zoom-out"}, {"arrow.uturn.backward", "edit-undo"}, {"network", "network-server"},
         {"arrow.right.doc.on.clipboard", "edit-copy"}, {"arrow.right.square", "go-next"}, {"archivebox.circle", "package-x-generic"},
-        {"arrow.down.doc", "edit-paste"}, {"tray.2", "view-sort-ascending"}, {"folder.badge.gearshape", "folder"}};
+        {"arrow.down.doc", "edit-paste"}, {"tray.2", "view-sort-ascending"}, {"folder.badge.gearshape", "folder"},
+        {"photo", "image-x-generic"}, {"photo.on.rectangle", "image-x-generic"}};
     const QString name = themeNames.value(symbol);
     return name.isEmpty() ? QIcon() : QIcon::fromTheme(name);
 }
+
+namespace {
+// A command's title in a menu: the image family sits in the Image menu, which says "Image:" already.
+QString menuText(const AppCommand& command)
+{
+    const QString title = command.title.startsWith(QLatin1StringView("Image: ")) ? command.title.mid(7) : command.title;
+    return literalText(title);
+}
+} // namespace
 
 CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
 {
@@ -84,7 +94,7 @@ QAction* CommandMenus::makeAction(const QString& id)
     const AppCommand* command = CommandCatalog::find(id);
     if (!command)
         return nullptr;
-    auto* action = new QAction(commandIcon(command->symbol), literalText(command->title), m_window);
+    auto* action = new QAction(commandIcon(command->symbol), menuText(*command), m_window);
     QList<QKeySequence> keys;
     if (!command->shortcut.isEmpty())
         keys.append(command->shortcut); // first: the one the menu names
@@ -135,8 +145,8 @@ void CommandMenus::refresh(QMenu* menu)
         const AppCommand* command = CommandCatalog::find(id);
         a->setProperty("fromCatalogue", true);
         a->setEnabled(command && command->enabledIn(*m_state));
-        if (command && a->text() != literalText(command->title)) // "Open in …" follows the chosen program
-            a->setText(literalText(command->title));
+        if (command && a->text() != menuText(*command)) // "Open in …" follows the chosen program
+            a->setText(menuText(*command));
         if (command && command->isChecked) { // "Hide Git-Ignored Files" shows whether they are hidden
             a->setCheckable(true);
             a->setChecked(command->isChecked(*m_state));
@@ -150,12 +160,40 @@ void CommandMenus::refresh(QMenu* menu)
     }
 }
 
+// Pictures: the picture tools that can act on the selection, in a submenu before Get Info.
+void CommandMenus::addImageMenu(QMenu& menu)
+{
+    QStringList ids;
+    for (const CommandGroups::Group& group : CommandGroups::menus())
+        if (group.title == QLatin1StringView("Image"))
+            ids = group.ids;
+    auto* images = new QMenu(QStringLiteral("Image"), &menu);
+    images->setIcon(commandIcon(QStringLiteral("photo")));
+    for (const QString& id : std::as_const(ids)) {
+        const AppCommand* command = CommandCatalog::find(id);
+        QAction* a = action(id);
+        if (id == QLatin1StringView("-"))
+            images->addSeparator();
+        else if (a && command && command->enabledIn(*m_state) && id != QLatin1StringView("copyImage")) // Copy Image is with Copy
+            images->addAction(a);
+    }
+    if (images->isEmpty() || std::ranges::all_of(images->actions(), &QAction::isSeparator)) {
+        delete images;
+        return;
+    }
+    QAction* before = action(QStringLiteral("getInfo"));
+    if (!menu.actions().contains(before))
+        before = nullptr;
+    menu.insertMenu(before, images);
+    menu.insertSeparator(before);
+}
+
 void CommandMenus::showContextMenu(const QPoint& globalPosition)
 {
     const bool hasSelection = !m_state->activePane()->selection().isEmpty();
     const QStringList ids = hasSelection
         ? QStringList{"open", "openWith", "openInNewTab", "openInEditor", "-", "rename", "duplicate", "compress", "extract", "-", "cut", "copy",
-                      "copyPath", "copyRelativePath", "copyToOther", "moveToOther", "linkToOther", "-", "getInfo", "putBack", "trash"}
+                      "copyImage", "copyPath", "copyRelativePath", "copyToOther", "moveToOther", "linkToOther", "-", "getInfo", "putBack", "trash"}
         : QStringList{"newFolder", "newFile", "paste", "moveHere", "-", "openInTerminal", "showInFinder", "tidyUp", "-", "selectAll",
                       "reload"};
     QMenu menu(m_window);
@@ -168,11 +206,13 @@ void CommandMenus::showContextMenu(const QPoint& globalPosition)
             const AppCommand* command = CommandCatalog::find(id);
             if (command && !command->enabledIn(*m_state))
                 continue; // a context menu lists what can be done here
-            if (command && a->text() != literalText(command->title))
-                a->setText(literalText(command->title));
+            if (command && a->text() != menuText(*command))
+                a->setText(menuText(*command));
             menu.addAction(a);
         }
     }
+    if (hasSelection)
+        addImageMenu(menu);
     if (hasSelection && m_state->files().canChangeSelection()) {
         // "Tags" comes before the last group (Put Back, Move to Trash).
         QAction* before = nullptr;

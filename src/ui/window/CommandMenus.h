@@ -30,6 +30,7 @@ private:
     QAction* makeAction(const QString& id);
     QMenu* addMenu(const QString& title, const QStringList& ids);
     void refresh(QMenu* menu);
+    void addImageMenu(QMenu& menu);
 
     QMainWindow* m_window;
     WindowState* m_state;

@@ -22,6 +22,8 @@
 #include "ui/panels/ShortcutsSheet.h"
 #include "ui/dialogs/OpenWithChooser.h"
 #include "ui/servers/ServerSheet.h"
+#include "ui/images/RecognizedTextSheet.h"
+#include "ui/images/ResizeDialog.h"
 #include "ui/sidebar/Sidebar.h"
 #include "ui/preview/PreviewFollower.h"
 #include "ui/preview/PreviewPanel.h"
@@ -104,6 +106,8 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     ShortcutsSheet::follow(*state, this);     // "Keyboard Shortcuts"
     OpenWithChooser::follow(state, this);     // "Open With…"
     ServerSheet::follow(state, this);         // "Connect to Server…"
+    ResizeDialog::follow(state, this);        // "Image: Resize…"
+    RecognizedTextSheet::follow(*state, this); // "Copy Text from Image", its toast's Show
 
     connect(state, &WindowState::tabsChanged, this, &MainWindow::syncTabs);
     connect(state, &WindowState::selectedTabChanged, this, &MainWindow::showSelectedTab);

@@ -1,0 +1,299 @@
+// The picture tools in a real window, on pictures the tests draw with QImage: the commands are
+// on for pictures and dimmed with a reason for other files; converting makes a file beside the
+// picture and undo moves it to the Trash; image sets, Combine into PDF, Copy Image, the Resize
+// dialog driven by keys, the picture context menu and the recognized text shown whole.
+
+#include "WindowFixture.h"
+
+#include "commands/CommandCatalog.h"
+#include "images/ImageFormats.h"
+#include "images/ImageText.h"
+#include "platform/XdgPaths.h"
+#include "ui/images/RecognizedTextSheet.h"
+#include "ui/images/ResizeDialog.h"
+#include "ui/window/CommandMenus.h"
+
+#include <QBuffer>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QDir>
+#include <QImage>
+#include <QMenu>
+#include <QMimeData>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTimer>
+
+namespace orwick::test {
+namespace {
+
+const QStringList kPictureCommands{"copyImage", "imageSets", "removeLocation", "removeMetadata", "copyText", "combinePDF",
+                                   "image.convert.png", "image.resize"};
+
+struct ImageWindowTest : WindowTest {
+    // A picture of `size` in `format`, a colour gradient so that its pixels tell where they came from.
+    FilePath picture(const QString& name, QSize size, const char* format)
+    {
+        QImage image(size, QImage::Format_RGB32);
+        for (int y = 0; y < size.height(); ++y)
+            for (int x = 0; x < size.width(); ++x)
+                image.setPixel(x, y, qRgb(x * 255 / size.width(), y * 255 / size.height(), 128));
+        const FilePath path = tree.path(name);
+        EXPECT_TRUE(image.save(path.text(), format)) << name.toStdString();
+        return path;
+    }
+    bool enabled(const QString& id) { return CommandCatalog::find(id)->enabledIn(*state); }
+    QStringList names()
+    {
+        QStringList listed = QDir(tree.root().text()).entryList(QDir::Files, QDir::Name);
+        return listed;
+    }
+    ResizeDialog* resizeDialog() { return window->findChild<ResizeDialog*>(); }
+    // Runs "Image: Resize…" and waits until its dialog has the keyboard.
+    void openResize()
+    {
+        ASSERT_TRUE(CommandCatalog::run(QStringLiteral("image.resize"), *state));
+        ASSERT_TRUE(waitUntil([&] { return resizeDialog() && resizeDialog()->isAncestorOf(QApplication::focusWidget()); }));
+    }
+    QStringList trashed() { return QDir(xdg::dataHome().text() + QStringLiteral("/Trash/files")).entryList(QDir::Files); }
+};
+
+TEST_F(ImageWindowTest, PictureCommandsAreOnForAPictureAndSayWhyForATextFile)
+{
+    const FilePath photo = picture("photo.jpg", {64, 48}, "JPEG");
+    const FilePath notes = tree.file("notes.txt", "not a picture");
+    open(tree.root());
+    for (const QString& id : kPictureCommands)
+        EXPECT_FALSE(enabled(id)) << "nothing selected: " << id.toStdString();
+
+    select(photo);
+    for (const QString& id : kPictureCommands)
+        EXPECT_TRUE(enabled(id)) << id.toStdString();
+    EXPECT_FALSE(enabled("removeBackground")) << "no counterpart on Linux";
+
+    select(notes);
+    for (const QString& id : kPictureCommands) {
+        EXPECT_FALSE(enabled(id)) << id.toStdString();
+        EXPECT_TRUE(CommandCatalog::find(id)->disabledNote.startsWith(QStringLiteral("Select "))) << id.toStdString();
+    }
+    // From the menu (or its key), a dimmed command says why.
+    window->menus()->action(QStringLiteral("imageSets"))->trigger();
+    EXPECT_EQ(toast(), QStringLiteral("Make Image Sets (@1x @2x @3x): Select pictures"));
+    EXPECT_EQ(names(), (QStringList{"notes.txt", "photo.jpg"})) << "nothing was made";
+
+    // A picture and a text file together: not every item is a picture.
+    pane()->click(photo, Qt::ControlModifier);
+    EXPECT_EQ(pane()->selection().size(), 2);
+    EXPECT_FALSE(enabled("image.convert.png"));
+}
+
+TEST_F(ImageWindowTest, TheImageFamilyOffersOnlyTheFormatsQtWritesHere)
+{
+    open(tree.root());
+    QStringList titles;
+    for (const AppCommand& command : CommandCatalog::all(*state))
+        if (command.title.startsWith(QStringLiteral("Image: ")))
+            titles.append(command.title);
+    QStringList expected;
+    for (const QByteArray& format : writableImageFormats())
+        expected.append(QStringLiteral("Image: Convert to ") + formatTitle(format));
+    expected.append(QStringLiteral("Image: Resize…"));
+    EXPECT_EQ(titles, expected);
+    EXPECT_TRUE(titles.contains(QStringLiteral("Image: Convert to PNG")));
+}
+
+TEST_F(ImageWindowTest, ConvertToPngMakesThePngBesideTheJpegAndUndoMovesItToTheTrash)
+{
+    const FilePath photo = picture("photo.jpg", {64, 48}, "JPEG");
+    open(tree.root());
+    select(photo);
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("image.convert.png"), *state));
+    settle();
+    ASSERT_EQ(names(), (QStringList{"photo.jpg", "photo.png"}));
+    QImage made(tree.path("photo.png").text(), "PNG");
+    EXPECT_EQ(made.size(), QSize(64, 48));
+    EXPECT_EQ(state->undoStack()->count(), 1) << "one undo step";
+
+    state->undoStack()->undo();
+    settle();
+    EXPECT_EQ(names(), QStringList{"photo.jpg"});
+    EXPECT_TRUE(trashed().contains(QStringLiteral("photo.png"))) << trashed().join(u',').toStdString();
+}
+
+TEST_F(ImageWindowTest, MakeImageSetsMakesThreeFiles)
+{
+    const FilePath icon = picture("icon.png", {90, 60}, "PNG");
+    open(tree.root());
+    select(icon);
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("imageSets"), *state));
+    settle();
+    EXPECT_EQ(names(), (QStringList{"icon.png", "icon@1x.png", "icon@2x.png", "icon@3x.png"}));
+    EXPECT_EQ(QImage(tree.path("icon@1x.png").text()).size(), QSize(30, 20));
+    EXPECT_EQ(QImage(tree.path("icon@2x.png").text()).size(), QSize(60, 40));
+    state->undoStack()->undo();
+    settle();
+    EXPECT_EQ(names(), QStringList{"icon.png"}) << "one undo step takes all three";
+}
+
+TEST_F(ImageWindowTest, CombineIntoPdfMakesOnePdfNamedForTheFolder)
+{
+    const FilePath folder = tree.folder("Receipts");
+    const FilePath first = folder.child(QStringLiteral("a.png"));
+    const FilePath second = folder.child(QStringLiteral("b.jpg"));
+    QImage(40, 30, QImage::Format_RGB32).save(first.text(), "PNG");
+    QImage(30, 40, QImage::Format_RGB32).save(second.text(), "JPEG");
+    open(folder);
+    select(first);
+    pane()->click(second, Qt::ControlModifier);
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("combinePDF"), *state));
+    settle();
+    const QByteArray pdf = readAll(folder.child(QStringLiteral("Receipts.pdf")));
+    EXPECT_TRUE(pdf.startsWith("%PDF")) << "made beside the pictures, named for their folder";
+}
+
+TEST_F(ImageWindowTest, CopyImagePutsThePicturesPixelsOnTheClipboard)
+{
+    const FilePath photo = picture("photo.png", {50, 20}, "PNG");
+    open(tree.root());
+    QGuiApplication::clipboard()->clear();
+    select(photo);
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("copyImage"), *state));
+    ASSERT_TRUE(waitUntil([] {
+        const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+        return data && data->hasFormat(QStringLiteral("image/png"));
+    }));
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    EXPECT_EQ(QImage::fromData(data->data(QStringLiteral("image/png")), "PNG").size(), QSize(50, 20));
+    EXPECT_EQ(QGuiApplication::clipboard()->image().size(), QSize(50, 20));
+
+    // "Copy as Data URI" of a small picture: its bytes, typed.
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("copyDataURI"), *state));
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("data:image/png;base64,") + QString::fromLatin1(readAll(photo).toBase64()));
+}
+
+TEST_F(ImageWindowTest, TheResizeDialogRunsOnReturnAndCancelsOnEsc)
+{
+    const FilePath photo = picture("photo.jpg", {200, 100}, "JPEG");
+    open(tree.root());
+    select(photo);
+    openResize();
+    EXPECT_FALSE(resizeDialog()->qualityField()->isHidden()) << "a JPEG is saved lossily";
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return !resizeDialog(); }));
+    settle();
+    EXPECT_EQ(names(), QStringList{"photo.jpg"}) << "Esc changes nothing";
+
+    // Longest side, typed over the field that has the keyboard; Return resizes beside.
+    openResize();
+    ASSERT_TRUE(resizeDialog()->longestField()->hasFocus());
+    type(QStringLiteral("50"));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return !resizeDialog(); }));
+    settle();
+    const QStringList made = names();
+    ASSERT_EQ(made.size(), 2) << made.join(u',').toStdString();
+    const QString resized = made.at(made.at(0) == QStringLiteral("photo.jpg") ? 1 : 0);
+    EXPECT_EQ(QImage(tree.path(resized).text()).size(), QSize(50, 25)) << resized.toStdString();
+    EXPECT_EQ(QImage(photo.text()).size(), QSize(200, 100)) << "the original stays";
+
+    // Percentage (Alt+P) and Replace originals (Alt+R): the picture itself, one undo step back.
+    state->undoStack()->undo();
+    settle();
+    const QByteArray original = readAll(photo);
+    select(photo);
+    openResize();
+    press(Qt::Key_P, Qt::AltModifier);
+    EXPECT_TRUE(waitUntil([&] { return resizeDialog()->percentChoice()->isChecked(); }));
+    press(Qt::Key_Tab);
+    resizeDialog()->percentField()->selectAll();
+    type(QStringLiteral("25"));
+    press(Qt::Key_R, Qt::AltModifier);
+    EXPECT_TRUE(waitUntil([&] { return resizeDialog()->replaceOriginals()->isChecked(); }));
+    press(Qt::Key_Return);
+    ASSERT_TRUE(waitUntil([&] { return !resizeDialog(); }));
+    settle();
+    EXPECT_EQ(names(), QStringList{"photo.jpg"});
+    EXPECT_EQ(QImage(photo.text()).size(), QSize(50, 25));
+    state->undoStack()->undo();
+    settle();
+    EXPECT_EQ(readAll(photo), original) << "undo gives the original bytes back";
+}
+
+TEST_F(ImageWindowTest, TheContextMenuOfAPictureHasTheImageTools)
+{
+    const FilePath photo = picture("photo.png", {20, 20}, "PNG");
+    const FilePath notes = tree.file("notes.txt", "text");
+    open(tree.root());
+    const auto menuTitles = [&] {
+        QStringList titles;
+        QTimer::singleShot(0, [&titles] {
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (!menu)
+                return;
+            for (QAction* action : menu->actions()) {
+                titles.append(action->text());
+                if (action->menu())
+                    for (QAction* inner : action->menu()->actions())
+                        if (!inner->isSeparator())
+                            titles.append(QStringLiteral("  ") + inner->text());
+            }
+            menu->close();
+        });
+        window->menus()->showContextMenu(window->mapToGlobal(QPoint(200, 200)));
+        return titles;
+    };
+    select(photo);
+    const QStringList onPicture = menuTitles();
+    EXPECT_TRUE(onPicture.contains(QStringLiteral("Copy Image"))) << onPicture.join(u'|').toStdString();
+    EXPECT_TRUE(onPicture.contains(QStringLiteral("Image"))) << onPicture.join(u'|').toStdString();
+    EXPECT_TRUE(onPicture.contains(QStringLiteral("  Convert to PNG")));
+    EXPECT_TRUE(onPicture.contains(QStringLiteral("  Resize…")));
+    EXPECT_TRUE(onPicture.contains(QStringLiteral("  Make Image Sets (@1x @2x @3x)")));
+    select(notes);
+    const QStringList onText = menuTitles();
+    EXPECT_FALSE(onText.isEmpty());
+    EXPECT_FALSE(onText.contains(QStringLiteral("Image")) || onText.contains(QStringLiteral("Copy Image"))) << onText.join(u'|').toStdString();
+}
+
+TEST_F(ImageWindowTest, CopyTextPutsTheTextOnTheClipboardAndShowsItWhole)
+{
+    if (!recognitionLanguages().contains(QStringLiteral("eng")))
+        GTEST_SKIP() << "Tesseract's English data (tesseract-ocr-eng) isn't installed";
+    QImage image(900, 140, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    {
+        QPainter painter(&image);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(64);
+        painter.setFont(font);
+        painter.setPen(Qt::black);
+        painter.drawText(image.rect(), Qt::AlignCenter, QStringLiteral("HELLO ORWICK"));
+    }
+    const FilePath scan = tree.path("scan.png");
+    ASSERT_TRUE(image.save(scan.text(), "PNG"));
+    open(tree.root());
+    QGuiApplication::clipboard()->clear();
+    select(scan);
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("copyText"), *state));
+    ASSERT_TRUE(waitUntil([&] { return toast().startsWith(QStringLiteral("Copied the text of “scan.png”")); }, 30000)) << toast().toStdString();
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().contains(QStringLiteral("HELLO"))) << QGuiApplication::clipboard()->text().toStdString();
+
+    QPushButton* show = nullptr;
+    for (QPushButton* button : window->toasts()->findChildren<QPushButton*>())
+        if (button->isVisible() && button->text() == QStringLiteral("Show"))
+            show = button;
+    ASSERT_NE(show, nullptr);
+    show->click();
+    auto* sheet = window->findChild<RecognizedTextSheet*>();
+    ASSERT_NE(sheet, nullptr);
+    EXPECT_TRUE(sheet->textView()->toPlainText().contains(QStringLiteral("ORWICK")));
+    ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() == sheet->textView(); }));
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(waitUntil([&] { return window->findChild<RecognizedTextSheet*>() == nullptr; }));
+}
+
+} // namespace
+} // namespace orwick::test
