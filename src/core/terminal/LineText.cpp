@@ -4,7 +4,7 @@
 
 namespace orwick {
 
-QString lineText(const TerminalLine& line, int from, int to)
+QString lineText(const TerminalLine& line, int from, int to, TrailingBlanks trailing)
 {
     const int end = to < 0 ? int(line.size()) : std::min(to, int(line.size()));
     QString text;
@@ -18,7 +18,7 @@ QString lineText(const TerminalLine& line, int from, int to)
             if (c)
                 text += QString::fromUcs4(&c, 1);
     }
-    while (text.endsWith(QLatin1Char(' ')))
+    while (trailing == TrailingBlanks::drop && text.endsWith(QLatin1Char(' ')))
         text.chop(1);
     return text;
 }

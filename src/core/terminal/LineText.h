@@ -9,8 +9,10 @@
 
 namespace orwick {
 
+enum class TrailingBlanks { drop, keep };
+
 // The text of one line's cells from `from` up to `to` (exclusive; -1: to the line's end),
-// without trailing blanks.
-QString lineText(const TerminalLine& line, int from = 0, int to = -1);
+// without trailing blanks unless asked to keep them (a wrapped line's blanks are its text's).
+QString lineText(const TerminalLine& line, int from = 0, int to = -1, TrailingBlanks trailing = TrailingBlanks::drop);
 
 } // namespace orwick

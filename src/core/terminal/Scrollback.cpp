@@ -2,9 +2,9 @@
 
 namespace orwick {
 
-void Scrollback::push(const TerminalCell* cells, int count)
+void Scrollback::push(const TerminalCell* cells, int count, bool wrapped)
 {
-    while (count > 0 && cells[count - 1].isPlainBlank())
+    while (!wrapped && count > 0 && cells[count - 1].isPlainBlank())
         --count;
     if (m_capacity <= 0)
         return;
@@ -14,6 +14,7 @@ void Scrollback::push(const TerminalCell* cells, int count)
         ++m_count;
     } else if (m_lines.size() < size_t(m_capacity)) { // still filling: the ring has not turned
         m_lines.emplace_back();
+        m_wrapped.push_back(0);
         slot = &m_lines.back();
         ++m_count;
     } else {
@@ -21,6 +22,7 @@ void Scrollback::push(const TerminalCell* cells, int count)
         m_start = (m_start + 1) % m_lines.size();
     }
     slot->assign(cells, cells + count);
+    m_wrapped[size_t(slot - m_lines.data())] = wrapped;
     ++m_pushed;
 }
 
@@ -37,6 +39,7 @@ bool Scrollback::popNewest(TerminalLine& into)
 void Scrollback::clear()
 {
     m_lines.clear();
+    m_wrapped.clear();
     m_start = 0;
     m_pushed -= int64_t(m_count);
     m_count = 0;

@@ -1,7 +1,8 @@
 #pragma once
 // Scrollback: the lines that scrolled off the top of a terminal screen, oldest first, at most
 // `capacity` of them; a line pushed to a full scrollback drops the oldest. Lines are kept
-// without their trailing plain blanks. Lines are numbered for good: the oldest line ever
+// without their trailing plain blanks, except a line the terminal wrapped at the right edge
+// (isWrapped: its text goes on in the next line), whose blanks are part of that text. Lines are numbered for good: the oldest line ever
 // pushed is number 0, so a number keeps meaning the same line while newer lines arrive (a
 // selection holds numbers); firstNumber() tells which numbers are still kept.
 //
@@ -29,8 +30,10 @@ public:
     // The line at `index`, 0 being the oldest kept.
     const TerminalLine& at(int index) const { return m_lines[(m_start + size_t(index)) % m_lines.size()]; }
     const TerminalLine& newest() const { return at(size() - 1); }
+    // The line at `index` was wrapped by the terminal: the next line continues it.
+    bool isWrapped(int index) const { return m_wrapped[(m_start + size_t(index)) % m_lines.size()]; }
 
-    void push(const TerminalCell* cells, int count);
+    void push(const TerminalCell* cells, int count, bool wrapped = false);
     // Takes the newest line back (a screen that grew taller); false when there is none.
     bool popNewest(TerminalLine& into);
     void clear();
@@ -38,6 +41,7 @@ public:
 private:
     int m_capacity;
     std::vector<TerminalLine> m_lines;
+    std::vector<char> m_wrapped; // beside m_lines, slot for slot
     size_t m_start = 0;
     size_t m_count = 0;
     int64_t m_pushed = 0;

@@ -104,6 +104,13 @@ struct TerminalScreen::Callbacks {
         self(user)->m_bell = true;
         return 1;
     }
+    static int moveRect(VTermRect dest, VTermRect src, void* user)
+    {
+        TerminalScreen* screen = self(user);
+        screen->moveRows(dest.start_row, src.start_row, dest.end_row - dest.start_row,
+                         dest.start_col == 0 && dest.end_col == screen->m_cols);
+        return 1; // nothing else to do: the view draws the whole screen
+    }
     static int pushLine(int cols, const VTermScreenCell* cells, void* user)
     {
         self(user)->pushLine(cols, cells);
@@ -119,7 +126,7 @@ struct TerminalScreen::Callbacks {
 namespace {
 const VTermScreenCallbacks kScreenCallbacks = {
     nullptr, // damage: the view draws the whole screen once per frame
-    nullptr, // moverect
+    &TerminalScreen::Callbacks::moveRect, // rows that scroll carry their wrap marks along
     &TerminalScreen::Callbacks::moveCursor,
     &TerminalScreen::Callbacks::setProperty,
     &TerminalScreen::Callbacks::bell,
@@ -143,6 +150,8 @@ TerminalScreen::TerminalScreen(int rows, int cols, Output output, int scrollback
     vterm_screen_set_callbacks(m_screen, &kScreenCallbacks, this);
     vterm_screen_enable_altscreen(m_screen, 1);
     vterm_screen_reset(m_screen, 1);
+    for (std::vector<char>& wraps : m_rowWraps)
+        wraps.assign(size_t(m_rows), 0);
 }
 
 TerminalScreen::~TerminalScreen() = default;
@@ -150,8 +159,53 @@ TerminalScreen::~TerminalScreen() = default;
 void TerminalScreen::feed(QByteArrayView bytes)
 {
     const QByteArrayView safe = m_guard.filter(bytes, m_guarded);
-    if (!safe.isEmpty())
-        vterm_input_write(m_vt.get(), safe.data(), size_t(safe.size()));
+    if (safe.isEmpty())
+        return;
+    // libvterm 0.1.4 keeps no mark of a wrapped line, so the screen watches for one: a piece of
+    // text that leaves the cursor on a later line has wrapped the line it started on (a text
+    // piece holds no line feed, and at most half a row, so it wraps at most once); a line feed
+    // ends the cursor's line for good.
+    m_pieces.split(safe, m_cols / 2, [this](QByteArrayView piece, OutputPieces::Kind kind) {
+        if (kind == OutputPieces::Kind::lineFeed) {
+            rowWraps()[size_t(cursorRowNow())] = 0;
+            write(piece);
+            return;
+        }
+        if (kind == OutputPieces::Kind::other || m_alternate) {
+            write(piece);
+            return;
+        }
+        const int64_t before = screenTopLine() + cursorRowNow();
+        write(piece);
+        if (screenTopLine() + cursorRowNow() <= before || m_alternate)
+            return;
+        if (before >= screenTopLine())
+            rowWraps()[size_t(before - screenTopLine())] = 1;
+        // else: a one-row screen pushed the line away already, unmarked
+    });
+}
+
+void TerminalScreen::write(QByteArrayView bytes) { vterm_input_write(m_vt.get(), bytes.data(), size_t(bytes.size())); }
+
+int TerminalScreen::cursorRowNow() const
+{
+    VTermPos cursor;
+    vterm_state_get_cursorpos(vterm_obtain_state(m_vt.get()), &cursor);
+    return std::clamp(cursor.row, 0, m_rows - 1);
+}
+
+void TerminalScreen::moveRows(int destTop, int srcTop, int count, bool fullWidth)
+{
+    m_pushRow = 0; // lines pushed before a scroll came from the top rows, in order
+    std::vector<char>& wraps = rowWraps();
+    if (!fullWidth || count <= 0 || destTop == srcTop)
+        return; // columns moved within rows: where the rows end is unchanged
+    if (std::min(destTop, srcTop) < 0 || std::max(destTop, srcTop) + count > int(wraps.size()))
+        return; // a move outside the rows known (mid-resize): nothing to carry
+    const auto first = wraps.begin();
+    std::vector<char> moving(first + srcTop, first + srcTop + count);
+    std::fill(first + srcTop, first + srcTop + count, 0); // what is left behind is new, blank rows
+    std::copy(moving.begin(), moving.end(), first + destTop);
 }
 
 void TerminalScreen::resize(int rows, int cols)
@@ -162,7 +216,10 @@ void TerminalScreen::resize(int rows, int cols)
         return;
     m_rows = rows;
     m_cols = cols;
+    for (std::vector<char>& wraps : m_rowWraps)
+        wraps.resize(size_t(rows), 0);
     vterm_set_size(m_vt.get(), rows, cols);
+    m_pushRow = 0;
     VTermPos cursor;
     vterm_state_get_cursorpos(vterm_obtain_state(m_vt.get()), &cursor);
     m_cursorRow = std::clamp(cursor.row, 0, rows - 1);
@@ -195,6 +252,15 @@ TerminalLine TerminalScreen::lineAt(int64_t number) const
     return {};
 }
 
+bool TerminalScreen::isWrapped(int64_t number) const
+{
+    if (number >= firstLine() && number < screenTopLine())
+        return m_scrollback.isWrapped(int(number - firstLine()));
+    if (number >= screenTopLine() && number < endLine())
+        return m_rowWraps[m_alternate ? 1 : 0][size_t(number - screenTopLine())];
+    return false;
+}
+
 QString TerminalScreen::screenText() const
 {
     QStringList rows;
@@ -211,7 +277,9 @@ void TerminalScreen::pushLine(int cols, const void* cells)
     m_lineBuffer.resize(size_t(cols));
     for (int i = 0; i < cols; ++i)
         m_lineBuffer[size_t(i)] = cellOf(in[i]);
-    m_scrollback.push(m_lineBuffer.data(), cols);
+    const std::vector<char>& wraps = m_rowWraps[0]; // only the main screen keeps its history
+    const bool wrapped = !wraps.empty() && wraps[size_t(std::min<int>(m_pushRow++, int(wraps.size()) - 1))];
+    m_scrollback.push(m_lineBuffer.data(), cols, wrapped);
 }
 
 void TerminalScreen::sendText(const QString& text, int modifiers)

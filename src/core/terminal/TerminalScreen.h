@@ -5,9 +5,12 @@
 // bytes the program expects, handed to `output`.
 //
 // Lines are numbered as in the Scrollback: the kept history is firstLine()..scrollback end,
-// followed by the screen's rows; lineAt() reads any of them. Not thread-safe; one owner.
+// followed by the screen's rows; lineAt() reads any of them. isWrapped() tells a line the
+// terminal wrapped at the right edge (its text goes on in the next line) from one the program
+// ended with a line feed. Not thread-safe; one owner.
 
 #include "terminal/CsiGuard.h"
+#include "terminal/OutputPieces.h"
 #include "terminal/Scrollback.h"
 #include "terminal/TerminalCell.h"
 
@@ -53,6 +56,8 @@ public:
     int64_t screenTopLine() const { return m_scrollback.endNumber(); }
     int64_t endLine() const { return screenTopLine() + m_rows; }
     TerminalLine lineAt(int64_t number) const;
+    // The terminal wrapped line `number` at the right edge: the next line continues its text.
+    bool isWrapped(int64_t number) const;
 
     int cursorRow() const { return m_cursorRow; }
     int cursorCol() const { return m_cursorCol; }
@@ -77,6 +82,10 @@ public:
 
 private:
     void pushLine(int cols, const void* cells);
+    void write(QByteArrayView bytes);
+    int cursorRowNow() const;
+    void moveRows(int destTop, int srcTop, int count, bool fullWidth);
+    std::vector<char>& rowWraps() { return m_rowWraps[m_alternate ? 1 : 0]; }
 
     struct VTermDeleter {
         void operator()(::VTerm* vt) const;
@@ -87,6 +96,10 @@ private:
     Scrollback m_scrollback;
     CsiGuard m_guard;
     QByteArray m_guarded;
+    OutputPieces m_pieces;
+    // Per screen row, of the main screen and the alternate one: the terminal wrapped that row.
+    std::vector<char> m_rowWraps[2];
+    int m_pushRow = 0; // the row the next line pushed to the scrollback comes from
     TerminalLine m_lineBuffer;
     int m_rows, m_cols;
     int m_cursorRow = 0, m_cursorCol = 0;

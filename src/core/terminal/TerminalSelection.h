@@ -26,7 +26,8 @@ public:
     bool contains(int64_t line, int col) const;
 
     // The selected text: each line's trailing blanks dropped, lines joined by "\n", the second
-    // half of a wide character not repeated. Lines no longer kept give nothing.
+    // half of a wide character not repeated; a line the terminal wrapped runs on into the next
+    // without a break, its blanks kept. Lines no longer kept give nothing.
     QString text(const TerminalScreen& screen) const;
 
 private:
