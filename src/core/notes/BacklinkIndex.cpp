@@ -9,7 +9,7 @@
 #include <QLoggingCategory>
 #include <sys/stat.h>
 
-Q_LOGGING_CATEGORY(lcBacklinks, "orwick.backlinks")
+Q_LOGGING_CATEGORY(lcBacklinks, "orwick.backlinks", QtInfoMsg)
 
 namespace orwick {
 
