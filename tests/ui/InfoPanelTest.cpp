@@ -1,13 +1,19 @@
 // Get Info in a real window: Ctrl+I opens the panel on the cursor's file, a permission box
 // toggled with Space changes the file's mode through one undoable step, and Ctrl+Z restores it.
+// A photo shows its camera and place, and the place goes from the panel once it is removed.
 
 #include "WindowFixture.h"
 
 #include "ui/panels/AccessEditor.h"
 #include "ui/panels/DiskToolKeys.h"
 #include "ui/panels/InfoPanel.h"
+#include "images/Exiv2Access.h"
+#include "images/ImageMetadata.h"
+#include "state/FileActions.h"
 
 #include <QCheckBox>
+#include <QImage>
+#include <exiv2/exiv2.hpp>
 #include <sys/stat.h>
 
 namespace orwick::test {
@@ -82,6 +88,52 @@ TEST_F(InfoPanelTest, AFolderIsMeasuredAndThePanelFollowsTheCursor)
     select(other);
     ASSERT_TRUE(waitUntil([&] { return panel->info().path == other; }));
     EXPECT_EQ(panel->rowText(QStringLiteral("Size")), QStringLiteral("1 byte"));
+}
+
+// A small JPEG that says which camera took it and where.
+FilePath taggedPhoto(const TempTree& tree)
+{
+    const FilePath file = tree.path(QStringLiteral("pier.jpg"));
+    QImage image(32, 24, QImage::Format_RGB32);
+    image.fill(Qt::darkCyan);
+    EXPECT_TRUE(image.save(file.text(), "jpeg"));
+    exiv2::prepare();
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+    auto photo = Exiv2::ImageFactory::open(file.native().toStdString());
+#pragma GCC diagnostic pop
+    photo->readMetadata();
+    photo->exifData()["Exif.Image.Model"] = "Canon EOS R5";
+    photo->exifData()["Exif.GPSInfo.GPSLatitudeRef"] = "N";
+    photo->exifData()["Exif.GPSInfo.GPSLatitude"] = "51/1 30/1 0/1";
+    photo->exifData()["Exif.GPSInfo.GPSLongitudeRef"] = "W";
+    photo->exifData()["Exif.GPSInfo.GPSLongitude"] = "0/1 7/1 30/1";
+    photo->writeMetadata();
+    return file;
+}
+
+TEST_F(InfoPanelTest, APhotoShowsItsCameraAndPlaceUntilThePlaceIsRemoved)
+{
+    const FilePath photo = taggedPhoto(tree);
+    openWithPanels(tree.root());
+    select(photo);
+    press(Qt::Key_I, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return infoPanel(window.get()) && infoPanel(window.get())->info().path == photo; }));
+    InfoPanel* panel = infoPanel(window.get());
+    EXPECT_EQ(panel->rowText(QStringLiteral("Camera")), QStringLiteral("Canon EOS R5"));
+    EXPECT_EQ(panel->rowText(QStringLiteral("Location")), QStringLiteral("51.50000° N, 0.12500° W"));
+    EXPECT_EQ(panel->rowText(QStringLiteral("Metadata")), QStringLiteral("EXIF"));
+
+    state->files().operations()->replaceInPlace(
+        {photo}, {QStringLiteral("Remove Location"), QStringLiteral("Removing the location"), QStringLiteral("Remove Location")},
+        [](const FilePath& file, const CancelFlag& cancel) { return strippedBytes(file, MetadataStrip::location, cancel); },
+        state->undoStack());
+    ASSERT_TRUE(waitUntil([&] { return panel->rowText(QStringLiteral("Location")).isEmpty(); }))
+        << panel->rowText(QStringLiteral("Location")).toStdString();
+    EXPECT_EQ(panel->rowText(QStringLiteral("Camera")), QStringLiteral("Canon EOS R5"));
+
+    press(Qt::Key_Z, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return !panel->rowText(QStringLiteral("Location")).isEmpty(); })) << "undo gives the place back";
 }
 
 } // namespace

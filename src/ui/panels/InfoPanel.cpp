@@ -2,6 +2,7 @@
 
 #include "app/Services.h"
 #include "files/Formatting.h"
+#include "images/PhotoFactsText.h"
 #include "notes/FileProperties.h"
 #include "platform/DesktopApps.h"
 #include "state/FileActions.h"
@@ -121,18 +122,23 @@ void InfoPanel::reload()
     const QList<FilePath> subject = m_subject;
     const TaskSlot::Ticket ticket = m_load.start();
     runInBackground(this, [subject] {
-        QList<FileInfo> infos;
+        Loaded loaded;
         for (const FilePath& path : subject)
-            infos.append(loadFileInfo(path));
-        return infos;
-    }, [this, ticket](QList<FileInfo> infos) {
+            loaded.infos.append(loadFileInfo(path));
+        // A picture's camera, date and place, read again after every operation (a strip among them).
+        if (loaded.infos.size() == 1 && !loaded.infos.first().isFolder && loaded.infos.first().mimeType.startsWith(u"image/"))
+            if (auto facts = readPhotoFacts(loaded.infos.first().path))
+                loaded.photo = std::move(*facts);
+        return loaded;
+    }, [this, ticket](Loaded loaded) {
         if (!m_load.isCurrent(ticket))
             return;
         m_load.finish(ticket);
-        if (infos.size() == 1)
-            showOne(infos.first());
+        m_photo = std::move(loaded.photo);
+        if (loaded.infos.size() == 1)
+            showOne(loaded.infos.first());
         else
-            showSummary(infos);
+            showSummary(loaded.infos);
     });
 }
 
@@ -225,6 +231,9 @@ void InfoPanel::showOne(FileInfo info)
     addRow(QStringLiteral("Mode"), FileAccess::permissionText(i.access.mode)
                                        + QStringLiteral("  (%1)").arg(i.access.mode, 4, 8, QLatin1Char('0')));
     addRow(QStringLiteral("MIME type"), i.mimeType);
+    if (m_photo)
+        for (const FactRow& row : photoFactRows(*m_photo))
+            addRow(row.label, row.text);
     addRow(QStringLiteral("Tags"), i.tags.isEmpty() ? QStringLiteral("None") : i.tags.join(QStringLiteral(", ")));
     if (const FileProperties* store = services().properties) {
         const PropertyMap properties = store->values().value(i.path);

@@ -6,9 +6,12 @@
 // (loadFileInfo); a folder is measured in the background with a live count and stops with the
 // Stop button or when the sheet closes. Permission and owner changes go to FileOperations as
 // one undoable step each; the panel reads the item again after every finished operation.
+// A picture also shows its camera, date taken, place and the metadata groups it carries
+// (PhotoFacts, read in the same background load, so a metadata strip shows at once).
 
 #include "async/Background.h"
 #include "files/FileInfo.h"
+#include "images/ImageMetadata.h"
 #include "ui/panels/PanelSheet.h"
 
 #include <QMetaObject>
@@ -44,6 +47,12 @@ protected:
     void stopWork() override;
 
 private:
+    // What one background read hands back.
+    struct Loaded {
+        QList<FileInfo> infos;
+        std::optional<PhotoFacts> photo; // for one picture whose metadata could be read
+    };
+
     void followPane();
     void reload();
     void showOne(FileInfo info);
@@ -57,6 +66,7 @@ private:
     WindowState& m_window;
     QList<FilePath> m_subject; // the items shown
     FileInfo m_info;
+    std::optional<PhotoFacts> m_photo; // m_info's, when it is a picture
     TaskSlot m_load;
     TaskSlot m_measure;
     struct Counts {
