@@ -12,6 +12,7 @@
 #include "ui/terminal/TerminalView.h"
 
 #include <QElapsedTimer>
+#include <QMouseEvent>
 #include <QMimeData>
 
 namespace orwick {
@@ -144,6 +145,40 @@ TEST_F(TerminalPanelTest, DroppedFilesAreTypedAsQuotedPaths)
     EXPECT_TRUE(drop.isAccepted());
     EXPECT_TRUE(shows(QStringLiteral("'") + tree.root().text() + QStringLiteral("/a '\\''quoted'\\'' name.txt'")))
         << shown()->screen().screenText().toStdString();
+}
+
+TEST_F(TerminalPanelTest, AProgramGetsTheClickedCellEvenAtItsEdges)
+{
+    // A program that asks for mouse clicks and prints the bytes of the first two (press and
+    // release each: ESC [ M, the button, then column and row, each plus 33).
+    TerminalSession::Options options;
+    options.folder = tree.root();
+    options.command = QList<QByteArray>{"/bin/sh", "-c",
+                                        "printf '\\033[?1000h'; stty raw -echo; head -c 24 | od -An -tu1 | tr -s ' \\n' '  '; "
+                                        "printf '|done'; sleep 5"};
+    TerminalSession session(options);
+    TerminalView view(&session);
+    view.resize(400, 240);
+    view.show();
+    ASSERT_TRUE(test::waitUntil([&] { return session.screen().wantsMouse() && session.screen().cols() > 6; }));
+    const auto click = [&](const QPoint& at) {
+        const QPointF global = view.viewport()->mapToGlobal(QPointF(at));
+        QMouseEvent press(QEvent::MouseButtonPress, QPointF(at), global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(view.viewport(), &press);
+        QMouseEvent release(QEvent::MouseButtonRelease, QPointF(at), global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(view.viewport(), &release);
+    };
+    const QRect cell = view.cellRect(2, 5);
+    EXPECT_EQ(view.cellAt(cell.topLeft()), QPoint(5, 2));
+    EXPECT_EQ(view.cellAt(cell.bottomRight()), QPoint(5, 2));
+    click(cell.topLeft());
+    click(cell.bottomRight());
+    ASSERT_TRUE(test::waitUntil([&] { return session.screen().screenText().contains(QStringLiteral("|done")); }))
+        << session.screen().screenText().toStdString();
+    // Column 5 and row 2 travel as 38 and 35, for both clicks.
+    const QString press = QStringLiteral("27 91 77 32 38 35 27 91 77 35 38 35");
+    EXPECT_TRUE(session.screen().screenText().simplified().contains(press + u' ' + press))
+        << session.screen().screenText().toStdString();
 }
 
 TEST_F(TerminalPanelTest, AFloodOfOutputPaintsAtMostOncePerFrame)

@@ -24,6 +24,7 @@ namespace {
 constexpr int kFrameMs = 16;     // one repaint per frame at most
 constexpr int kWheelLines = 3;
 constexpr int kInset = 4;        // room between the cells and the panel's edges
+const QPoint kCellsOrigin(kInset, kInset / 2); // the top-left cell's corner in the viewport
 
 int modifiersOf(Qt::KeyboardModifiers modifiers)
 {
@@ -187,7 +188,7 @@ void TerminalView::paintEvent(QPaintEvent*)
     painter.fillRect(viewport()->rect(), m_colors.defaultBackground());
     if (!m_session)
         return;
-    painter.translate(kInset, kInset / 2);
+    painter.translate(kCellsOrigin);
     const TerminalScreen& screen = m_session->screen();
     const int64_t top = topLine();
     const int64_t cursorLine = screen.screenTopLine() + screen.cursorRow();
@@ -367,9 +368,25 @@ void TerminalView::pasteClipboard()
         m_session->paste(text); // written as the program reads it
 }
 
+QRect TerminalView::cellRect(int row, int col) const
+{
+    return QRect(kCellsOrigin + QPoint(col * m_cell.width(), row * m_cell.height()), m_cell);
+}
+
+QPoint TerminalView::cellAt(const QPoint& viewportPosition) const
+{
+    const QPoint position = viewportPosition - kCellsOrigin;
+    const int rows = m_session ? m_session->screen().rows() : 1;
+    const int cols = m_session ? m_session->screen().cols() : 1;
+    // Positions in the inset before the first cell belong to it (division alone rounds them up).
+    const int col = position.x() < 0 ? 0 : position.x() / m_cell.width();
+    const int row = position.y() < 0 ? 0 : position.y() / m_cell.height();
+    return {std::min(col, cols - 1), std::min(row, rows - 1)};
+}
+
 TerminalPoint TerminalView::pointAt(const QPoint& viewportPosition) const
 {
-    const QPoint position = viewportPosition - QPoint(kInset, kInset / 2);
+    const QPoint position = viewportPosition - kCellsOrigin;
     const int cols = m_session ? m_session->screen().cols() : 1;
     const int col = std::clamp((position.x() + m_cell.width() / 2) / m_cell.width(), 0, cols);
     const int row = std::max(0, position.y() / m_cell.height());
@@ -386,8 +403,8 @@ void TerminalView::mousePressEvent(QMouseEvent* event)
     setFocus(Qt::MouseFocusReason);
     if (mouseGoesToProgram(event)) {
         const int button = event->button() == Qt::LeftButton ? 1 : event->button() == Qt::MiddleButton ? 2 : 3;
-        m_session->screen().mouseMove(event->position().toPoint().y() / m_cell.height(), event->position().toPoint().x() / m_cell.width(),
-                                      modifiersOf(event->modifiers()));
+        const QPoint cell = cellAt(event->position().toPoint());
+        m_session->screen().mouseMove(cell.y(), cell.x(), modifiersOf(event->modifiers()));
         m_session->screen().mouseButton(button, true, modifiersOf(event->modifiers()));
         return;
     }
@@ -406,8 +423,8 @@ void TerminalView::mousePressEvent(QMouseEvent* event)
 void TerminalView::mouseMoveEvent(QMouseEvent* event)
 {
     if (mouseGoesToProgram(event) && !m_selecting) {
-        m_session->screen().mouseMove(event->position().toPoint().y() / m_cell.height(), event->position().toPoint().x() / m_cell.width(),
-                                      modifiersOf(event->modifiers()));
+        const QPoint cell = cellAt(event->position().toPoint());
+        m_session->screen().mouseMove(cell.y(), cell.x(), modifiersOf(event->modifiers()));
         return;
     }
     if (!m_selecting)
@@ -457,8 +474,8 @@ void TerminalView::wheelEvent(QWheelEvent* event)
         return;
     const TerminalScreen& screen = m_session->screen();
     if (m_session->isRunning() && screen.wantsMouse() && !(event->modifiers() & Qt::ShiftModifier)) {
-        const QPoint at = event->position().toPoint();
-        m_session->screen().mouseMove(at.y() / m_cell.height(), at.x() / m_cell.width(), 0);
+        const QPoint cell = cellAt(event->position().toPoint());
+        m_session->screen().mouseMove(cell.y(), cell.x(), 0);
         for (int i = 0; i < std::abs(notches); ++i)
             m_session->screen().mouseButton(notches > 0 ? 4 : 5, true, 0);
     } else if (m_session->isRunning() && screen.isAlternateScreen()) {

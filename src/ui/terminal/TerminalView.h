@@ -29,6 +29,10 @@ public:
 
     TerminalSession* session() const { return m_session; }
     QSize cellSize() const { return m_cell; }
+    // Where the screen's cell at `row`, `col` is drawn in the viewport (the cells sit a small
+    // inset from the edges), and the cell under a viewport position, kept on the screen.
+    QRect cellRect(int row, int col) const;
+    QPoint cellAt(const QPoint& viewportPosition) const; // x: the column, y: the row
     // Lines scrolled back from the live screen (0: the screen is shown).
     int scrollOffset() const { return m_offset; }
     void scrollLines(int delta);
