@@ -1,10 +1,9 @@
-// fileversions: made files placed under free names, files replaced with their old versions kept
-// in the Trash, and the swap that undo and redo make between the two versions.
+// fileversions: made files placed under free names, and files replaced with their old versions
+// kept in the Trash (the swap that undo and redo make is in FileVersionsSwap.cpp).
 
 #include "fileops/FileVersions.h"
+#include "fileops/FileVersionsIo.h"
 
-#include "fileops/CopyProgress.h"
-#include "fileops/FileDataCopy.h"
 #include "fileops/ItemCopier.h"
 #include "fileops/OperationTexts.h"
 #include "fileops/UniqueName.h"
@@ -24,9 +23,9 @@
 
 namespace orwick::fileversions {
 
-namespace {
+using namespace io;
 
-constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY;
+namespace {
 
 QString changeRefusal(const FilePath& file, const QString& reason)
 {
@@ -37,74 +36,6 @@ QString changeRefusal(const FilePath& file, const QString& reason)
 QString notMade(const FilePath& wanted, const QString& reason)
 {
     return QStringLiteral("%1 couldn’t be made (%2)").arg(quoted(wanted.fileName()), reason);
-}
-
-QString writeReason(int error)
-{
-    if (error == ENOSPC || error == EDQUOT)
-        return QStringLiteral("there’s no room left on the disk");
-    if (error == EACCES || error == EPERM)
-        return QStringLiteral("it is read-only");
-    return errorReason(error);
-}
-
-bool writeAll(int fd, QByteArrayView bytes, int* error)
-{
-    for (qsizetype written = 0; written < bytes.size();) {
-        const ssize_t n = ::pwrite(fd, bytes.data() + written, size_t(bytes.size() - written), off_t(written));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            *error = n < 0 ? errno : ENOSPC;
-            return false;
-        }
-        written += n;
-    }
-    return true;
-}
-
-// A new file at a temporary name beside `path`, made exclusively with `mode` (less the umask).
-std::pair<UniqueFd, FilePath> makeTemporary(const FilePath& path, QByteArrayView purpose, mode_t mode)
-{
-    for (int attempt = 0; attempt < 8; ++attempt) {
-        const FilePath temporary = temporarySibling(path, purpose);
-        UniqueFd fd(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | kOpenFlags, mode));
-        if (fd.ok() || errno != EEXIST)
-            return {std::move(fd), temporary};
-    }
-    return {UniqueFd(), FilePath()};
-}
-
-// Writes `size` bytes of `from` (open for reading, from its start) over the open file `to` from
-// its start, then cuts `to` to that length and syncs it. 0 or the errno of the failure.
-int copyOver(int from, qint64 size, int to)
-{
-    struct stat st {};
-    if (::fstat(from, &st) != 0 || ::lseek(from, 0, SEEK_SET) < 0 || ::lseek(to, 0, SEEK_SET) < 0)
-        return errno;
-    CopyProgress progress;
-    const FileDataResult copied = copyFileData(from, to, size, qint64(st.st_blocks) * 512, progress);
-    if (copied.outcome != FileDataResult::Outcome::done)
-        return copied.error ? copied.error : EIO;
-    if (::ftruncate(to, off_t(size)) != 0 || ::fsync(to) != 0)
-        return errno;
-    return 0;
-}
-
-// A copy of the open file `from` at a temporary name beside `near`, with its mode and
-// extended attributes, synced. Nothing is left on failure.
-Result<FilePath> copyAside(int from, const struct stat& st, const FilePath& near, QByteArrayView purpose)
-{
-    auto [fd, temporary] = makeTemporary(near, purpose, 0600);
-    if (!fd.ok())
-        return failure(writeReason(errno));
-    if (const int error = copyOver(from, qint64(st.st_size), fd.get())) {
-        ::unlink(temporary.c_str());
-        return failure(writeReason(error));
-    }
-    (void)::fchmod(fd.get(), st.st_mode & 07777);
-    xattr::copyAll(from, fd.get());
-    return temporary;
 }
 
 // Removes an item this code put in the Trash, with its record.
@@ -182,9 +113,12 @@ Result<FilePath> keepOld(const FilePath& target, int fd, const struct stat& st, 
     return *kept;
 }
 
-// Writes `bytes` into the target's own inode; on failure the kept old version is copied back.
-Status writeThrough(const FilePath& target, const struct stat& st, const QByteArray& bytes, const FilePath& kept)
+// Writes `bytes` into the target's own inode; on failure the kept old version is copied back,
+// and `restored` says whether that worked (if not, the Trash holds the only whole old version).
+Status writeThrough(const FilePath& target, const struct stat& st, const QByteArray& bytes, const FilePath& kept,
+                    bool* restored)
 {
+    *restored = true;
     UniqueFd out(::open(target.c_str(), O_WRONLY | kOpenFlags));
     if (!out.ok())
         return failure(changeRefusal(target, writeReason(errno)));
@@ -199,8 +133,9 @@ Status writeThrough(const FilePath& target, const struct stat& st, const QByteAr
     if (error == 0)
         error = errno;
     const UniqueFd old(::open(kept.c_str(), O_RDONLY | kOpenFlags));
-    if (old.ok())
-        (void)copyOver(old.get(), qint64(st.st_size), out.get());
+    *restored = old.ok() && copyOver(old.get(), qint64(st.st_size), out.get()) == 0;
+    if (!*restored)
+        return failure(changeRefusal(target, writeReason(error) + QStringLiteral("; its old version is in the Trash")));
     return failure(changeRefusal(target, writeReason(error)));
 }
 
@@ -318,8 +253,10 @@ Result<Replaced> replaceKeepingOld(const Found& found, const QByteArray& bytes)
         return failure(notefile::changedOnDiskMessage(target));
     }
     if (prepared.needsInPlace) {
-        if (Status written = writeThrough(target, st, bytes, *kept); !written) {
-            dropFromTrash(*kept);
+        bool restored = true;
+        if (Status written = writeThrough(target, st, bytes, *kept, &restored); !written) {
+            if (restored)
+                dropFromTrash(*kept);
             return failure(written.error());
         }
         return replaced;
@@ -331,74 +268,6 @@ Result<Replaced> replaceKeepingOld(const Found& found, const QByteArray& bytes)
         return failure(changeRefusal(target, writeReason(error)));
     }
     return replaced;
-}
-
-Status swapWithKept(const FilePath& target, const FilePath& kept, const QByteArray& expected)
-{
-    auto refused = [&target](const QString& reason) {
-        return failure(QStringLiteral("Couldn’t put back %1: %2.").arg(quoted(target.fileName()), reason));
-    };
-    struct stat keptStat {};
-    if (::lstat(kept.c_str(), &keptStat) != 0)
-        return refused(QStringLiteral("its other version is no longer in the Trash"));
-    const UniqueFd fd(::open(target.c_str(), O_RDONLY | O_NONBLOCK | kOpenFlags));
-    struct stat st {};
-    if (!fd.ok() || ::fstat(fd.get(), &st) != 0)
-        return refused(errno == ENOENT ? QStringLiteral("it is no longer there") : errorReason(errno));
-    const auto holds = digestOfFile(fd.get());
-    if (!holds)
-        return refused(errorReason(errno));
-    if (*holds != expected)
-        return refused(QStringLiteral("it was changed after it was rewritten, so it was left as it is"));
-
-    if (st.st_nlink <= 1 && st.st_dev == keptStat.st_dev) {
-        // The two names trade places in one step; what went to the Trash is checked to be the
-        // file that was read, and traded back if another program put a file there meanwhile.
-        if (::renameat2(AT_FDCWD, kept.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE) == 0) {
-            struct stat swapped {};
-            if (::lstat(kept.c_str(), &swapped) == 0 && swapped.st_ino == st.st_ino)
-                return {};
-            (void)::renameat2(AT_FDCWD, kept.c_str(), AT_FDCWD, target.c_str(), RENAME_EXCHANGE);
-            return refused(QStringLiteral("it was changed after it was rewritten, so it was left as it is"));
-        }
-        // A disk without that exchange: the version in place is kept by a second name first.
-        const FilePath aside = temporarySibling(target, "swap");
-        if (::link(target.c_str(), aside.c_str()) == 0) {
-            struct stat linked {};
-            if (::lstat(aside.c_str(), &linked) != 0 || linked.st_ino != st.st_ino) {
-                ::unlink(aside.c_str());
-                return refused(QStringLiteral("it was changed after it was rewritten, so it was left as it is"));
-            }
-            if (::rename(kept.c_str(), target.c_str()) == 0) {
-                if (::rename(aside.c_str(), kept.c_str()) != 0)
-                    return refused(errorReason(errno));
-                return {};
-            }
-            ::unlink(aside.c_str());
-        }
-        // Neither (another mount of the disk): through the file's own inode, below.
-    }
-    // Several names (or another disk): the bytes go through the file's own inode, and what it
-    // held goes to the Trash in place of the version put back.
-    auto aside = copyAside(fd.get(), st, kept, "swap");
-    if (!aside)
-        return refused(aside.error());
-    const UniqueFd keptFd(::open(kept.c_str(), O_RDONLY | kOpenFlags));
-    UniqueFd out(::open(target.c_str(), O_WRONLY | kOpenFlags));
-    if (!keptFd.ok() || !out.ok()) {
-        ::unlink(aside->c_str());
-        return refused(writeReason(errno));
-    }
-    if (const int error = copyOver(keptFd.get(), qint64(keptStat.st_size), out.get())) {
-        const UniqueFd back(::open(aside->c_str(), O_RDONLY | kOpenFlags));
-        if (back.ok())
-            (void)copyOver(back.get(), qint64(st.st_size), out.get());
-        ::unlink(aside->c_str());
-        return refused(writeReason(error));
-    }
-    if (::rename(aside->c_str(), kept.c_str()) != 0)
-        return refused(errorReason(errno));
-    return {};
 }
 
 } // namespace orwick::fileversions
