@@ -10,6 +10,7 @@
 #include "state/TabState.h"
 #include "state/WindowState.h"
 #include "ui/panels/AccessEditor.h"
+#include "ui/panels/BacklinksView.h"
 #include "ui/text/LiteralText.h"
 
 #include <QFormLayout>
@@ -67,6 +68,8 @@ InfoPanel::InfoPanel(WindowState& window, QWidget* parent)
     m_access = new AccessEditor(content);
     permissions->addRow(QStringLiteral("Permissions"), m_access);
     column->addLayout(permissions);
+    m_backlinks = new BacklinksView(content);
+    column->addWidget(m_backlinks);
     column->addStretch(1);
     scroll->setWidget(content);
     body()->addWidget(scroll);
@@ -77,6 +80,10 @@ InfoPanel::InfoPanel(WindowState& window, QWidget* parent)
         m_window.files().operations()->changeAccess(m_info.path, wanted, m_window.undoStack());
     });
     connect(m_window.files().operations(), &FileOperations::operationFinished, this, &InfoPanel::reload);
+    connect(m_backlinks, &BacklinksView::noteActivated, this, [this](const FilePath& note) {
+        if (PaneState* pane = m_window.activePane())
+            pane->reveal({note}); // the panel follows the cursor there
+    });
     connect(&m_window, &WindowState::selectedTabChanged, this, &InfoPanel::followPane);
     m_ticker.setInterval(kTickMs);
     connect(&m_ticker, &QTimer::timeout, this, [this] { showMeasured(false, true); });
@@ -215,6 +222,7 @@ void InfoPanel::showOne(FileInfo info)
         addRow(QStringLiteral("Name"), i.name);
         addRow(QStringLiteral("Error"), QStringLiteral("Couldn’t read it: %1.").arg(i.error));
         m_access->setEnabled(false);
+        m_backlinks->showNote({});
         return;
     }
     addRow(QStringLiteral("Name"), i.name);
@@ -250,6 +258,7 @@ void InfoPanel::showOne(FileInfo info)
         addOpenWithRow(i);
     m_access->setEnabled(true);
     m_access->show(i.access, i.ownerName, i.groupName, !i.isLink);
+    m_backlinks->showNote(i.isFolder ? FilePath() : i.path);
     if (i.isFolder) {
         if (!sameItem || !m_counts)
             startMeasuring({i.path}, 0, 0);
@@ -266,6 +275,7 @@ void InfoPanel::showSummary(const QList<FileInfo>& infos)
 {
     m_info = {};
     clearRows();
+    m_backlinks->showNote({});
     m_access->setEnabled(false);
     setFooter(QString());
     addRow(QStringLiteral("Name"), formatCount(infos.size(), QStringLiteral("item")));

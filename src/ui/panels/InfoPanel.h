@@ -1,10 +1,11 @@
 #pragma once
 // InfoPanel: "Get Info" — a sheet that shows the active pane's cursor item (or, with several
 // items selected, a summary of them): name, kind, size, dates, owner, group and permissions, a
-// link's target, the MIME type, tags, a note's properties, extended attributes and the
-// applications that open it. It follows the cursor while open. Reading runs off the GUI thread
-// (loadFileInfo); a folder is measured in the background with a live count and stops with the
-// Stop button or when the sheet closes. Permission and owner changes go to FileOperations as
+// link's target, the MIME type, tags, a note's properties, extended attributes, the
+// applications that open it and, for a note, the notes that link to it (BacklinksView). It
+// follows the cursor while open. Reading runs off the GUI thread (loadFileInfo); a folder is
+// measured in the background with a live count and stops with the Stop button or when the sheet
+// closes. Permission and owner changes go to FileOperations as
 // one undoable step each; the panel reads the item again after every finished operation.
 // A picture also shows its camera, date taken, place and the metadata groups it carries
 // (PhotoFacts, read in the same background load, so a metadata strip shows at once).
@@ -26,6 +27,7 @@ class QPushButton;
 namespace orwick {
 
 class AccessEditor;
+class BacklinksView;
 class WindowState;
 
 class InfoPanel : public PanelSheet {
@@ -39,6 +41,7 @@ public:
     // What is shown: one item's facts (empty path while reading or with several items).
     const FileInfo& info() const { return m_info; }
     AccessEditor* accessEditor() const { return m_access; }
+    BacklinksView* backlinks() const { return m_backlinks; }
     bool isMeasuring() const { return m_measure.isRunning(); }
     // The text of a row by its label ("Size"), for tests and screen readers.
     QString rowText(const QString& label) const;
@@ -81,6 +84,7 @@ private:
     QLabel* m_sizeLabel = nullptr;
     QPushButton* m_stop;
     AccessEditor* m_access;
+    BacklinksView* m_backlinks; // a note's "Linked From" list
     QMetaObject::Connection m_paneSelection;
     QMetaObject::Connection m_tabPane;
 };
