@@ -260,6 +260,8 @@ TEST_F(FileOpsTest, ReplacingKeepsAttributesAndTheOldVersionIsInTheTrash)
     EXPECT_EQ(names(homeTrashFiles()), QList<QByteArray>{"photo.txt"});
     EXPECT_EQ(readAll(homeTrashFiles().child(QStringLiteral("photo.txt"))), "pixels");
     EXPECT_EQ(lastToast(), QStringLiteral("Shouted photo.txt"));
+    // The Trash listing knows where the old version came from.
+    EXPECT_EQ(ops.trashLog().formerPath(homeTrashFiles().child(QStringLiteral("photo.txt"))), std::optional(photo));
     undo();
     EXPECT_EQ(readAll(photo), "pixels");
     EXPECT_EQ(xattr::get(photo, "user.test"), std::optional<QByteArray>("kept"));
@@ -411,6 +413,34 @@ TEST_F(FileOpsTest, CancellingARewriteKeepsWhatWasDoneAndLeavesNoTemporaryFile)
     EXPECT_TRUE(leftovers(tree.root()).isEmpty());
     undo();
     EXPECT_EQ(readAll(files[0]), "text");
+}
+
+TEST_F(FileOpsTest, ALargeFileWithHardLinksIsStreamedBothWays)
+{
+    QByteArray original(20 << 20, Qt::Uninitialized);
+    for (qsizetype i = 0; i < original.size(); ++i)
+        original[i] = char('a' + (i * 31) % 26);
+    const FilePath big = file("big.txt", original);
+    ASSERT_EQ(::link(big.c_str(), tree.path("big link.txt").c_str()), 0);
+    ops.replaceInPlace({big}, shoutTexts(), shouting(), &stack);
+    settle();
+    EXPECT_EQ(readAll(tree.path("big link.txt")), original.toUpper());
+    undo();
+    EXPECT_EQ(readAll(tree.path("big link.txt")), original);
+    redo();
+    EXPECT_EQ(readAll(big), original.toUpper());
+    EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
+}
+
+TEST_F(FileOpsTest, AFileGoneBeforeItsTurnIsSkippedAndCounted)
+{
+    const FilePath here = file("here.txt", "here");
+    ops.replaceInPlace({tree.path("gone.txt"), here}, shoutTexts(), shouting(), &stack);
+    settle();
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_EQ(reports.first().skipped, 1);
+    EXPECT_EQ(reports.first().done, 1);
+    EXPECT_EQ(outcomeText(reports.first()), QStringLiteral("Shouted here.txt; 1 item was no longer there"));
 }
 
 // orwick-cli runs the engine without a window or an undo stack.

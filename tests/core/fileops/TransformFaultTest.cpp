@@ -132,5 +132,26 @@ TEST_F(TransformFault, AFileTheUserMayNotWriteIsRefused)
     EXPECT_EQ(errors, QStringList{QStringLiteral("Couldn’t change “photo.jpg”: it is read-only.")});
 }
 
+TEST_F(TransformFault, AnotherUsersFileKeepsItsOwnerAndGroup)
+{
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "giving a file to another user needs root";
+    const FilePath theirs = file("theirs.txt", "theirs");
+    ASSERT_EQ(::chown(theirs.c_str(), 65534, 65534), 0);
+    ASSERT_EQ(::chmod(theirs.c_str(), 0664), 0);
+    ops.replaceInPlace({theirs}, texts(), [](const FilePath&, const CancelFlag&) -> Result<QByteArray> {
+        return QByteArray("THEIRS");
+    }, &stack);
+    settle();
+    EXPECT_EQ(readAll(theirs), "THEIRS");
+    EXPECT_EQ(statOf(theirs).st_uid, 65534u);
+    EXPECT_EQ(statOf(theirs).st_gid, 65534u);
+    EXPECT_EQ(statOf(theirs).st_mode & 07777, 0664u);
+    undo();
+    EXPECT_EQ(readAll(theirs), "theirs");
+    EXPECT_EQ(statOf(theirs).st_uid, 65534u);
+    EXPECT_TRUE(errors.isEmpty()) << errors.join('\n').toStdString();
+}
+
 } // namespace
 } // namespace orwick::test
