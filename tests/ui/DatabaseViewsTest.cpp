@@ -105,6 +105,28 @@ TEST_F(DatabaseViewsTest, BoardWithoutAGroupOffersTheChoices)
     EXPECT_EQ(store.columns(folder).groupBy, QString("status"));
 }
 
+TEST_F(DatabaseViewsTest, BoardOverFreeTextOffersToMakeItASelect)
+{
+    FolderColumns columns = store.columns(folder);
+    columns.types.insert("status", PropertyType::text); // written as free text, no select to group by
+    columns.options.remove("status");
+    ASSERT_TRUE(store.setColumns(folder, columns));
+    actions::chooseDatabaseLayout(*state, "board");
+    BoardWidget* board = views()->board();
+    ASSERT_TRUE(waitUntil([&] { return board->board().convertible.has_value(); }));
+    EXPECT_EQ(board->board().problem, "The board groups by “status”, which is a text property, not a select or list.");
+    EXPECT_TRUE(board->board().choices.isEmpty());
+    board->setFocus();
+    test::pressKey(board, Qt::Key_Return); // "Make “status” a select", the first row
+    ASSERT_TRUE(waitUntil([&] { return board->board().problem.isEmpty(); }));
+    EXPECT_EQ(store.columns(folder).types.value("status"), PropertyType::select);
+    EXPECT_EQ(store.columns(folder).options.value("status"), (QStringList{"todo", "done"}));
+    ASSERT_EQ(board->board().lanes.size(), 3);
+    EXPECT_EQ(board->board().lanes[1].cards.size(), 1);
+    EXPECT_EQ(board->board().lanes[2].cards.size(), 1);
+    EXPECT_EQ(readAll(alpha), "---\nstatus: todo\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n") << "no note changes";
+}
+
 TEST_F(DatabaseViewsTest, CalendarMovesAnItemToTheNextDay)
 {
     actions::chooseDatabaseLayout(*state, "calendar");

@@ -25,6 +25,13 @@ BoardView BoardView::make(const DatabaseColumns& database, const FileItems& item
     if (column->type != PropertyType::select && column->type != PropertyType::list) {
         board.problem = QStringLiteral("The board groups by “%1”, which is a %2 property, not a select or list.")
                             .arg(*groupBy, propertyTypeName(column->type));
+        if (column->type == PropertyType::text) { // free text: its values can become the options
+            board.convertible = *groupBy;
+            for (const FileItem& item : items)
+                if (const auto value = database.value(item.url, *groupBy))
+                    if (const QString text = value->text().trimmed(); !text.isEmpty() && !board.foundValues.contains(text))
+                        board.foundValues.append(text);
+        }
         return board;
     }
     board.type = column->type;

@@ -5,7 +5,8 @@
 // in each of their lanes. Moving a card works out the one value the item gets (movedValue);
 // a card added to a lane starts with that lane's option (newItemValues). A `groupBy` that is
 // missing, gone or of another type gives no lanes but a problem sentence and the keys that
-// could be chosen instead. Pure; safe on any thread.
+// could be chosen instead; a text property also names the values found in it, the options it
+// would have as a select (FolderColumns::makeSelect). Pure; safe on any thread.
 
 #include "notes/DatabaseColumns.h"
 
@@ -25,6 +26,8 @@ struct BoardView {
     QList<BoardLane> lanes;
     QString problem;      // empty when the board can be drawn
     QStringList choices;  // the select and list keys a board could group by
+    std::optional<QString> convertible; // the text key grouped by, which could become a select
+    QStringList foundValues;            // its distinct values in the items, in the order met
     QStringList shown;    // the properties a card shows besides its title
 
     static BoardView make(const DatabaseColumns& database, const FileItems& items);

@@ -184,4 +184,13 @@ void FolderColumns::renameOption(const QString& key, const QString& from, const 
     }
 }
 
+void FolderColumns::makeSelect(const QString& key, const QStringList& values)
+{
+    types.insert(key, PropertyType::select);
+    QStringList& list = options[key];
+    for (const QString& value : values)
+        if (!list.contains(value))
+            list.append(value);
+}
+
 } // namespace orwick

@@ -48,6 +48,8 @@ struct FolderColumns {
     void removeKey(const QString& key);
     // An option renamed (or dropped when `to` is absent) in the key's options and colours.
     void renameOption(const QString& key, const QString& from, const std::optional<QString>& to);
+    // The key typed select, its options those it listed already followed by `values` it didn't.
+    void makeSelect(const QString& key, const QStringList& values);
 
     bool operator==(const FolderColumns&) const = default;
 };

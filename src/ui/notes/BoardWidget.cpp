@@ -33,7 +33,7 @@ void BoardWidget::setBoard(BoardView board, FileItems items, DatabaseColumns dat
             if (m_items.at(cards.at(position)).url == *keep)
                 m_position = position;
     }
-    m_choice = std::clamp(m_choice, 0, std::max(0, int(m_board.choices.size()) - 1));
+    m_choice = std::clamp(m_choice, 0, std::max(0, int(choiceRows().size()) - 1));
     updateSize();
     update();
 }
@@ -60,7 +60,9 @@ QSize BoardWidget::sizeHint() const
 
 void BoardWidget::updateSize()
 {
-    const QSize wanted = m_board.problem.isEmpty() ? sizeHint() : QSize(400, 200);
+    const QSize wanted = m_board.problem.isEmpty()
+        ? sizeHint()
+        : QSize(400, std::max(200, choiceRect(int(choiceRows().size()) - 1).bottom() + 24));
     auto* area = qobject_cast<QScrollArea*>(parentWidget() ? parentWidget()->parentWidget() : nullptr);
     const QSize viewport = area ? area->viewport()->size() : QSize();
     resize(std::max(wanted.width(), viewport.width()), std::max(wanted.height(), viewport.height()));
@@ -136,17 +138,16 @@ void BoardWidget::paintEvent(QPaintEvent* event)
         const int line = fontMetrics().height();
         painter.setPen(palette.color(QPalette::Text));
         painter.drawText(QRect(24, 24, width() - 48, line * 2), Qt::TextWordWrap, m_board.problem);
-        int y = 24 + line * 2 + 8;
+        const QStringList rows = choiceRows();
+        const int firstKey = m_board.convertible ? 1 : 0;
         if (!m_board.choices.isEmpty()) {
             painter.setPen(palette.color(QPalette::PlaceholderText));
-            painter.drawText(QRect(24, y, width() - 48, line), QStringLiteral("Group by:"));
-            y += line + 6;
+            const QRect above = choiceRect(firstKey).translated(0, -(line + 6));
+            painter.drawText(QRect(24, above.top(), width() - 48, line), m_board.convertible ? QStringLiteral("Or group by:")
+                                                                                            : QStringLiteral("Group by:"));
         }
-        for (int i = 0; i < m_board.choices.size(); ++i) {
-            const QRect row(24, y, 240, line + 8);
-            drawCard(painter, this, row, m_board.choices.at(i), {}, {i == m_choice, i == m_choice, focused});
-            y += line + 14;
-        }
+        for (int i = 0; i < rows.size(); ++i)
+            drawCard(painter, this, choiceRect(i), rows.at(i), {}, {i == m_choice, i == m_choice, focused});
         return;
     }
     const int header = fontMetrics().height();
@@ -195,12 +196,9 @@ void BoardWidget::keyPressEvent(QKeyEvent* event)
     if (!m_board.problem.isEmpty()) {
         switch (event->key()) {
         case Qt::Key_Up: m_choice = std::max(0, m_choice - 1); update(); return;
-        case Qt::Key_Down: m_choice = std::min(int(m_board.choices.size()) - 1, m_choice + 1); update(); return;
+        case Qt::Key_Down: m_choice = std::min(int(choiceRows().size()) - 1, m_choice + 1); update(); return;
         case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (m_choice >= 0 && m_choice < m_board.choices.size())
-                Q_EMIT groupByChosen(m_board.choices.at(m_choice));
-            return;
+        case Qt::Key_Enter: choose(m_choice); return;
         default: QWidget::keyPressEvent(event); return;
         }
     }
@@ -224,8 +222,46 @@ void BoardWidget::keyPressEvent(QKeyEvent* event)
     QWidget::keyPressEvent(event);
 }
 
+QStringList BoardWidget::choiceRows() const
+{
+    QStringList rows;
+    if (m_board.convertible)
+        rows.append(QStringLiteral("Make “%1” a select").arg(*m_board.convertible));
+    return rows + m_board.choices;
+}
+
+QRect BoardWidget::choiceRect(int row) const
+{
+    const int line = fontMetrics().height();
+    // Under the sentence (two lines); the keys to group by under a heading of their own.
+    int y = 24 + line * 2 + 8 + row * (line + 14);
+    if (!m_board.choices.isEmpty() && row >= (m_board.convertible ? 1 : 0))
+        y += line + 6;
+    return QRect(24, y, 240, line + 8);
+}
+
+void BoardWidget::choose(int row)
+{
+    if (row < 0 || row >= choiceRows().size())
+        return;
+    if (m_board.convertible && row == 0)
+        Q_EMIT makeSelectRequested(*m_board.convertible, m_board.foundValues);
+    else
+        Q_EMIT groupByChosen(m_board.choices.at(row - (m_board.convertible ? 1 : 0)));
+}
+
 void BoardWidget::mousePressEvent(QMouseEvent* event)
 {
+    if (!m_board.problem.isEmpty()) {
+        setFocus(Qt::MouseFocusReason);
+        for (int row = 0; row < choiceRows().size(); ++row)
+            if (choiceRect(row).contains(event->position().toPoint())) {
+                m_choice = row;
+                update();
+                choose(row);
+            }
+        return;
+    }
     const auto [lane, position] = hit(event->position().toPoint());
     if (lane >= 0) {
         moveCursorTo(lane, position < 0 ? m_position : position);

@@ -4,7 +4,8 @@
 // Ctrl+Shift+Left/Right moves the card to the neighbouring lane, Return opens it, dragging a
 // card onto another lane moves it there. A moved card is drawn in its new lane at once; the
 // change itself is the owner's (moveRequested). When the board can't be drawn it shows its
-// sentence and the properties it could group by, one chosen with the arrows and Return.
+// sentence and what can be done, one chosen with the arrows and Return or a click: group by a
+// free-text property made a select (makeSelectRequested), or by another select or list property.
 
 #include "notes/BoardView.h"
 
@@ -33,6 +34,8 @@ Q_SIGNALS:
     void openRequested(const orwick::FilePath& item);
     void moveRequested(const orwick::FilePath& item, int fromLane, int toLane);
     void groupByChosen(const QString& key);
+    // Make the text property `key` a select whose options are the values found in it.
+    void makeSelectRequested(const QString& key, const QStringList& values);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -52,6 +55,11 @@ private:
     // The lane and card position at a point (position -1: the lane's free space).
     std::pair<int, int> hit(QPoint point) const;
     void moveCursorTo(int lane, int position);
+    // The rows offered when the board can't be drawn: "Make “status” a select" first when it can
+    // be, then the keys to group by; where each is drawn; what choosing one does.
+    QStringList choiceRows() const;
+    QRect choiceRect(int row) const;
+    void choose(int row);
     void updateSize();
 
     BoardView m_board;

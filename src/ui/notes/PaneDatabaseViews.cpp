@@ -80,6 +80,7 @@ PaneDatabaseViews::PaneDatabaseViews(PaneWidget* widget, FileProperties* store, 
         rebuild();
     });
     connect(m_board, &BoardWidget::groupByChosen, this, [this](const QString& key) { chooseSetting(QStringLiteral("groupBy"), key); });
+    connect(m_board, &BoardWidget::makeSelectRequested, this, &PaneDatabaseViews::makeSelect);
     connect(m_calendar, &CalendarWidget::calendarByChosen, this,
             [this](const QString& key) { chooseSetting(QStringLiteral("calendarBy"), key); });
     connect(m_tasks, &TasksWidget::toggleRequested, this, &PaneDatabaseViews::toggle);
@@ -286,6 +287,18 @@ void PaneDatabaseViews::chooseSetting(const QString& field, const QString& key)
     const FilePath folder = m_widget->pane()->url();
     FolderColumns settings = m_store->columns(folder);
     (field == QLatin1String("groupBy") ? settings.groupBy : settings.calendarBy) = key;
+    if (const Status saved = m_store->setColumns(folder, settings); !saved && m_toast)
+        m_toast(saved.error());
+}
+
+void PaneDatabaseViews::makeSelect(const QString& key, const QStringList& values)
+{
+    // As the table header's Type menu does: the folder's settings change, no note is touched.
+    if (!m_widget || !m_store)
+        return;
+    const FilePath folder = m_widget->pane()->url();
+    FolderColumns settings = m_store->columns(folder);
+    settings.makeSelect(key, values);
     if (const Status saved = m_store->setColumns(folder, settings); !saved && m_toast)
         m_toast(saved.error());
 }

@@ -60,6 +60,8 @@ private:
     void open(const FilePath& item);
     void setProperty(const QString& key, const std::optional<PropertyValue>& value, const FilePath& item);
     void chooseSetting(const QString& field, const QString& key);
+    // The board's text property made a select whose options are `values`.
+    void makeSelect(const QString& key, const QStringList& values);
     void toggle(const ListedTask& task);
 
     QPointer<PaneWidget> m_widget;

@@ -1,7 +1,8 @@
 // The board over real notes: lanes from a select or list property's options in the folder's
 // order (after "No value"), cards of notes with several list options in each lane, moving a card
 // through the store and the engine as one undoable change, a lane's option for a new card, and
-// the board's sentence when the property it groups by is gone or of another type.
+// the board's sentence when the property it groups by is gone or of another type, and a free-text
+// property's values offered as the options of a select.
 
 #include "fileops/FileOperations.h"
 #include "notes/BoardView.h"
@@ -145,6 +146,42 @@ TEST_F(BoardViewTest, AGoneOrUnsuitablePropertyIsSaidAndTheChoicesOffered)
     board = BoardView::make(DatabaseColumns::of(m_store, folder(), items), items);
     EXPECT_EQ(board.problem, "The board groups by “count”, which is a number property, not a select or list.");
     EXPECT_TRUE(board.lanes.isEmpty());
+}
+
+TEST_F(BoardViewTest, AFreeTextPropertyOffersItsValuesAsTheOptionsOfASelect)
+{
+    const FileItems items = load({m_tree.file(QString("n/a.md"), "---\nstate: waiting\n---\n"),
+                                  m_tree.file(QString("n/b.md"), "---\nstate: done\n---\n"),
+                                  m_tree.file(QString("n/c.md"), "---\nstate: waiting\n---\n"),
+                                  m_tree.file(QString("n/d.md"), "---\ntitle: none\n---\n")});
+    FolderColumns settings = m_store.columns(folder());
+    settings.types.insert("state", PropertyType::text);
+    settings.options.insert("state", {"started"});
+    ASSERT_TRUE(m_store.setColumns(folder(), settings));
+    groupBy("state");
+    BoardView board = BoardView::make(DatabaseColumns::of(m_store, folder(), items), items);
+    EXPECT_EQ(board.problem, "The board groups by “state”, which is a text property, not a select or list.");
+    EXPECT_EQ(board.convertible, QString("state"));
+    EXPECT_EQ(board.foundValues, (QStringList{"waiting", "done"})) << "each value once, in the order met";
+    EXPECT_TRUE(board.choices.isEmpty());
+
+    settings = m_store.columns(folder());
+    settings.makeSelect("state", board.foundValues);
+    EXPECT_EQ(settings.options.value("state"), (QStringList{"started", "waiting", "done"})) << "options it listed come first";
+    ASSERT_TRUE(m_store.setColumns(folder(), settings));
+    board = BoardView::make(DatabaseColumns::of(m_store, folder(), items), items);
+    EXPECT_TRUE(board.problem.isEmpty()) << board.problem.toStdString();
+    EXPECT_FALSE(board.convertible);
+    EXPECT_EQ(laneTitles(board, items), (QList<QStringList>{{"No value", "d.md"}, {"started"}, {"waiting", "a.md", "c.md"}, {"done", "b.md"}}));
+}
+
+TEST_F(BoardViewTest, OnlyATextPropertyIsOfferedToBecomeASelect)
+{
+    const FileItems items = load({m_tree.file(QString("n/a.md"), "---\ncount: 3\n---\n")});
+    groupBy("count");
+    const BoardView board = BoardView::make(DatabaseColumns::of(m_store, folder(), items), items);
+    EXPECT_FALSE(board.convertible);
+    EXPECT_TRUE(board.foundValues.isEmpty());
 }
 
 TEST_F(BoardViewTest, DamagedFrontMatterLandsInNoValueAndIsNotChanged)
