@@ -1,11 +1,9 @@
 #include "preview/ImageDecode.h"
 
-#include "platform/UniqueFd.h"
+#include "images/ImageRead.h"
 
 #include <QFile>
 #include <QImageReader>
-#include <fcntl.h>
-#include <sys/stat.h>
 
 namespace orwick::preview {
 
@@ -16,40 +14,20 @@ QString damaged(const FilePath& path)
     return QStringLiteral("“%1” can’t be shown: the picture is damaged or in a format Orwick can’t read.").arg(path.fileName());
 }
 
-// Opens the file by its bytes (names needn't be UTF-8) for a QImageReader.
-bool openFile(QFile& file, const FilePath& path, qint64* size)
-{
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK);
-    if (fd < 0)
-        return false;
-    struct stat st {};
-    if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || !file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
-        ::close(fd);
-        return false;
-    }
-    *size = st.st_size;
-    return true;
-}
-
-QSize upright(QSize size, QImageIOHandler::Transformations transformation)
-{
-    return transformation & QImageIOHandler::TransformationRotate90 ? size.transposed() : size;
-}
-
 } // namespace
 
 std::optional<std::pair<QSize, QString>> imageSize(const FilePath& path)
 {
     QFile file;
     qint64 bytes = 0;
-    if (!openFile(file, path, &bytes))
+    if (!openPictureFile(file, path, &bytes))
         return std::nullopt;
     QImageReader reader(&file);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
     if (!size.isValid())
         return std::nullopt;
-    return std::pair{upright(size, reader.transformation()), QString::fromLatin1(reader.format())};
+    return std::pair{uprightSize(size, reader.transformation()), QString::fromLatin1(reader.format())};
 }
 
 std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSize box, const PreviewLimits& limits,
@@ -57,7 +35,7 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
 {
     QFile file;
     qint64 bytes = 0;
-    if (!openFile(file, path, &bytes))
+    if (!openPictureFile(file, path, &bytes))
         return std::unexpected(ImageFailure{QStringLiteral("Can’t read “%1”.").arg(path.fileName()), {}, {}});
     QImageReader reader(&file);
     reader.setAutoTransform(true);
@@ -65,12 +43,12 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
     const QString format = QString::fromLatin1(reader.format());
     if (!stored.isValid() || stored.isEmpty())
         return std::unexpected(ImageFailure{damaged(path), {}, format});
-    const QSize size = upright(stored, reader.transformation());
+    const QSize size = uprightSize(stored, reader.transformation());
     if (bytes > limits.imageFileBytes)
         return std::unexpected(ImageFailure{QStringLiteral("Too large to preview"), size, format});
     // The size to decode at, before the reader turns the picture upright.
     QSize target = stored;
-    const QSize storedBox = upright(box, reader.transformation());
+    const QSize storedBox = uprightSize(box, reader.transformation());
     if (stored.width() > storedBox.width() || stored.height() > storedBox.height())
         target = stored.scaled(storedBox, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
     // JPEG and SVG really decode at the smaller size; other formats decode whole, then scale.
@@ -85,7 +63,7 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
     if (image.isNull())
         return std::unexpected(ImageFailure{damaged(path), size, format});
     // Formats that ignore the scaled size hand the whole picture back: fit it now.
-    const QSize fitted = upright(target, reader.transformation());
+    const QSize fitted = uprightSize(target, reader.transformation());
     if (image.width() > fitted.width() || image.height() > fitted.height())
         image = image.scaled(fitted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     return DecodedImage{std::move(image), size, format};
