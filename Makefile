@@ -11,6 +11,8 @@ SANITIZE ?=
 # ASan and UBSan stop at the first error and say where.
 export ASAN_OPTIONS ?= detect_leaks=1:detect_stack_use_after_return=1
 export UBSAN_OPTIONS ?= print_stacktrace=1:halt_on_error=1
+# Leaks of libraries, not Orwick's, that LeakSanitizer passes over (each one says why).
+export LSAN_OPTIONS ?= suppressions=$(CURDIR)/tests/lsan-suppressions.txt:print_suppressions=0
 
 .PHONY: deps build run test sanitize bench fuzz install clean
 
