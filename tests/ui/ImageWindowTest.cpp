@@ -17,6 +17,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QMenu>
 #include <QMimeData>
@@ -50,6 +51,22 @@ struct ImageWindowTest : WindowTest {
     {
         QStringList listed = QDir(tree.root().text()).entryList(QDir::Files, QDir::Name);
         return listed;
+    }
+    // A line of text drawn large and black on white, for the text recognition.
+    FilePath scanOfText()
+    {
+        QImage image(900, 140, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPixelSize(64);
+        painter.setFont(font);
+        painter.setPen(Qt::black);
+        painter.drawText(image.rect(), Qt::AlignCenter, QStringLiteral("HELLO ORWICK"));
+        painter.end();
+        const FilePath scan = tree.path("scan.png");
+        EXPECT_TRUE(image.save(scan.text(), "PNG"));
+        return scan;
     }
     ResizeDialog* resizeDialog() { return window->findChild<ResizeDialog*>(); }
     // Runs "Image: Resize…" and waits until its dialog has the keyboard.
@@ -95,7 +112,7 @@ TEST_F(ImageWindowTest, TheImageFamilyOffersOnlyTheFormatsQtWritesHere)
     open(tree.root());
     QStringList titles;
     for (const AppCommand& command : CommandCatalog::all(*state))
-        if (command.title.startsWith(QStringLiteral("Image: ")))
+        if (command.title.startsWith(QStringLiteral("Image: Convert")) || command.title.startsWith(QStringLiteral("Image: Resize")))
             titles.append(command.title);
     QStringList expected;
     for (const QByteArray& format : writableImageFormats())
@@ -262,18 +279,7 @@ TEST_F(ImageWindowTest, CopyTextPutsTheTextOnTheClipboardAndShowsItWhole)
 {
     if (!recognitionLanguages().contains(QStringLiteral("eng")))
         GTEST_SKIP() << "Tesseract's English data (tesseract-ocr-eng) isn't installed";
-    QImage image(900, 140, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    {
-        QPainter painter(&image);
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPixelSize(64);
-        painter.setFont(font);
-        painter.setPen(Qt::black);
-        painter.drawText(image.rect(), Qt::AlignCenter, QStringLiteral("HELLO ORWICK"));
-    }
-    const FilePath scan = tree.path("scan.png");
-    ASSERT_TRUE(image.save(scan.text(), "PNG"));
+    const FilePath scan = scanOfText();
     open(tree.root());
     QGuiApplication::clipboard()->clear();
     select(scan);
@@ -293,6 +299,44 @@ TEST_F(ImageWindowTest, CopyTextPutsTheTextOnTheClipboardAndShowsItWhole)
     ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() == sheet->textView(); }));
     press(Qt::Key_Escape);
     EXPECT_TRUE(waitUntil([&] { return window->findChild<RecognizedTextSheet*>() == nullptr; }));
+}
+
+TEST_F(ImageWindowTest, EachFurtherInstalledLanguageHasItsOwnCopyTextCommand)
+{
+    // Two languages installed: German (the first, whose data here is damaged) and French (the
+    // English model standing in), so only the language the command names reads the line.
+    QString english;
+    QDir debian(QStringLiteral("/usr/share/tesseract-ocr"));
+    for (const QString& version : debian.entryList(QDir::Dirs | QDir::NoDotAndDotDot))
+        if (QFile::exists(debian.filePath(version + QStringLiteral("/tessdata/eng.traineddata"))))
+            english = debian.filePath(version + QStringLiteral("/tessdata/eng.traineddata"));
+    if (english.isEmpty())
+        GTEST_SKIP() << "Tesseract's English data (tesseract-ocr-eng) isn't in /usr/share/tesseract-ocr";
+    test::TempTree data;
+    data.file("tessdata/deu.traineddata", "not a model");
+    data.link(QStringLiteral("tessdata/fra.traineddata"), english.toUtf8());
+    const QByteArray savedPrefix = qgetenv("TESSDATA_PREFIX");
+    qputenv("TESSDATA_PREFIX", data.root().native());
+    const FilePath scan = scanOfText();
+    open(tree.root());
+    const AppCommand* french = CommandCatalog::find(QStringLiteral("image.text.fra"));
+    ASSERT_NE(french, nullptr);
+    EXPECT_EQ(french->title, QStringLiteral("Image: Copy Text in French"));
+    EXPECT_EQ(CommandCatalog::find(QStringLiteral("image.text.deu")), nullptr) << "the first language is Copy Text from Image's own";
+    EXPECT_FALSE(french->enabledIn(*state)) << "nothing selected";
+    select(scan);
+    QGuiApplication::clipboard()->clear();
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("image.text.fra"), *state));
+    EXPECT_TRUE(waitUntil([&] { return toast().startsWith(QStringLiteral("Copied the text of “scan.png”")); }, 30000)) << toast().toStdString();
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().contains(QStringLiteral("ORWICK")));
+    // Copy Text from Image reads in the first language, whose data is damaged: it says so.
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("copyText"), *state));
+    EXPECT_TRUE(waitUntil([&] { return !toast().startsWith(QStringLiteral("Copied the text")) && !toast().startsWith(QStringLiteral("Reading")); }, 30000));
+    EXPECT_TRUE(toast().contains(QStringLiteral("“deu”"))) << toast().toStdString();
+    if (savedPrefix.isNull())
+        qunsetenv("TESSDATA_PREFIX");
+    else
+        qputenv("TESSDATA_PREFIX", savedPrefix);
 }
 
 } // namespace

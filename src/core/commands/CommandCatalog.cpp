@@ -268,7 +268,7 @@ QList<AppCommand> buildFixed()
                       imageActions::makeImageSets, imageActions::canChangePictures),
                  imageActions::kSelectPictures),
         withNote(make("copyText", "Copy Text from Image", "text.viewfinder", none(), "ocr recognize read scan screenshot words picture pdf",
-                      imageActions::copyText, imageActions::canReadText),
+                      [](WindowState& w) { imageActions::copyText(w); }, imageActions::canReadText),
                  imageActions::kSelectPictures),
         withNote(make("combinePDF", "Combine into PDF", "doc.on.doc", none(), "merge join pdfs pages images to pdf scan",
                       imageActions::combineIntoPdf, imageActions::canCombine),
@@ -552,9 +552,10 @@ const AppCommand* find(const QString& id)
     for (const AppCommand& command : std::as_const(themes))
         if (command.id == id)
             return &command;
-    // The picture formats Qt writes don't change while the program runs.
-    static const QList<AppCommand> images = ImageCommands::family();
-    for (const AppCommand& command : images)
+    // The image family follows the installed text recognition languages: made afresh too.
+    static QList<AppCommand> images;
+    images = ImageCommands::family();
+    for (const AppCommand& command : std::as_const(images))
         if (command.id == id)
             return &command;
     return nullptr;

@@ -2,6 +2,9 @@
 
 #include "images/ImageActions.h"
 #include "images/ImageFormats.h"
+#include "images/ImageText.h"
+
+#include <QLocale>
 
 namespace orwick::ImageCommands {
 
@@ -19,7 +22,8 @@ QString formatWords(const QByteArray& format)
     return QString::fromLatin1(format) + QStringLiteral(" lossless transparent");
 }
 
-AppCommand pictureCommand(QString id, QString title, QString symbol, QString keywords, std::function<void(WindowState&)> run)
+AppCommand pictureCommand(QString id, QString title, QString symbol, QString keywords, std::function<void(WindowState&)> run,
+                          bool (*enabled)(const WindowState&) = imageActions::canChangePictures)
 {
     AppCommand command;
     command.id = std::move(id);
@@ -27,12 +31,22 @@ AppCommand pictureCommand(QString id, QString title, QString symbol, QString key
     command.symbol = std::move(symbol);
     command.keywords = std::move(keywords);
     command.run = std::move(run);
-    command.isEnabled = imageActions::canChangePictures;
+    command.isEnabled = enabled;
     command.disabledNote = QString::fromUtf8(imageActions::kSelectPictures);
     return command;
 }
 
 } // namespace
+
+QString languageName(const QString& code)
+{
+    const QString base = code.section(QLatin1Char('_'), 0, 0);
+    const QLocale::Language language = QLocale::codeToLanguage(base, QLocale::ISO639Part2);
+    if (language == QLocale::AnyLanguage || language == QLocale::C)
+        return code;
+    const QString name = QLocale::languageToString(language);
+    return base == code ? name : name + QStringLiteral(" (") + code + QLatin1Char(')');
+}
 
 QList<AppCommand> family()
 {
@@ -44,6 +58,12 @@ QList<AppCommand> family()
     list.append(pictureCommand(kResizeId, QStringLiteral("Image: Resize…"), QStringLiteral("arrow.down.right.and.arrow.up.left"),
                                QStringLiteral("image picture scale smaller shrink dimensions pixels width height quality"),
                                imageActions::requestResize));
+    for (const QString& code : recognitionLanguages().mid(1)) {
+        const QString name = languageName(code);
+        list.append(pictureCommand(kTextPrefix + code, QStringLiteral("Image: Copy Text in ") + name, QStringLiteral("text.viewfinder"),
+                                   QStringLiteral("ocr recognize read scan language ") + code + QLatin1Char(' ') + name,
+                                   [code](WindowState& w) { imageActions::copyText(w, code); }, imageActions::canReadText));
+    }
     return list;
 }
 

@@ -3,8 +3,11 @@
 //   "image.convert." + format   "Image: Convert to PNG"   (only the formats Qt can write here:
 //                               writableImageFormats(); a new file beside each picture)
 //   "image.resize"              "Image: Resize…"          (asks for the size, beside or in place)
-// Each is enabled when every selected item is a picture outside the Trash, and says
-// "Select pictures" when dimmed. The fixed picture commands (Copy Image, Make Image Sets, Remove
+//   "image.text." + code        "Image: Copy Text in German" (each installed text recognition
+//                               language after the first, which Copy Text from Image uses)
+// Each is enabled when every selected item is a picture (outside the Trash for those that make
+// or change files), and says "Select pictures" when dimmed. Rebuilt on each call: languages
+// may be installed while Orwick runs. The fixed picture commands (Copy Image, Make Image Sets, Remove
 // Location, Copy Text from Image, Combine into PDF…) live with the other fixed commands.
 
 #include "commands/AppCommand.h"
@@ -15,6 +18,11 @@ namespace orwick::ImageCommands {
 
 inline constexpr QLatin1StringView kConvertPrefix("image.convert.");
 inline constexpr QLatin1StringView kResizeId("image.resize");
+inline constexpr QLatin1StringView kTextPrefix("image.text.");
+
+// A Tesseract language code as people name it: "deu" → "German", "chi_sim" → "Chinese (chi_sim)";
+// the code itself when Qt doesn't know it.
+QString languageName(const QString& code);
 
 QList<AppCommand> family();
 

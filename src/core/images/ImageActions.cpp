@@ -108,9 +108,9 @@ struct ReadText {
     int read = 0;         // files whose text was read (some may hold none)
 };
 
-ReadText readText(const QList<FilePath>& pictures, const CancelFlag& cancel)
+ReadText readText(const QList<FilePath>& pictures, const QString& chosenLanguage, const CancelFlag& cancel)
 {
-    const QString language = recognitionLanguages().value(0, QStringLiteral("eng"));
+    const QString language = !chosenLanguage.isEmpty() ? chosenLanguage : recognitionLanguages().value(0, QStringLiteral("eng"));
     ReadText result;
     QStringList parts;
     for (const FilePath& picture : pictures) {
@@ -118,7 +118,8 @@ ReadText readText(const QList<FilePath>& pictures, const CancelFlag& cancel)
             break;
         const Result<QString> text = recognizeText(picture, language, cancel);
         if (!text) {
-            result.failures.append(text.error());
+            if (!text.error().isEmpty()) // empty: cancelled
+                result.failures.append(text.error());
             continue;
         }
         ++result.read;
@@ -249,7 +250,7 @@ void removeMetadata(WindowState& window)
                      QStringLiteral("Remove Metadata"), QStringLiteral("eye.slash")});
 }
 
-void copyText(WindowState& window)
+void copyText(WindowState& window, const QString& language)
 {
     if (!canReadText(window))
         return;
@@ -259,7 +260,7 @@ void copyText(WindowState& window)
     Q_EMIT window.messageRequested(QStringLiteral("Reading the text in ") + fileCount(pictures.size()) + QStringLiteral("…"));
     QPointer<WindowState> target(&window);
     const CancelToken token = ticket.token;
-    runInBackground(&reading, [pictures, token] { return readText(pictures, *token); },
+    runInBackground(&reading, [pictures, language, token] { return readText(pictures, language, *token); },
                     [target, pictures, ticket, readingObject = &reading](const ReadText& result) {
                         if (!target || !readingObject->slot.isCurrent(ticket))
                             return;

@@ -48,9 +48,10 @@ void resize(WindowState& window, const QList<FilePath>& pictures, const ConvertO
 void makeImageSets(WindowState& window);
 void removeLocation(WindowState& window);
 void removeMetadata(WindowState& window);
-// Recognizes the text of the selected pictures in the background; the text goes on the clipboard
-// and a toast offers to show it whole. A newer run cancels an older one in the same window.
-void copyText(WindowState& window);
+// Recognizes the text of the selected pictures in the background, in `language` (a Tesseract
+// code; empty: the first installed, English when it is); the text goes on the clipboard and a
+// toast offers to show it whole. A newer run cancels an older one in the same window.
+void copyText(WindowState& window, const QString& language = {});
 // The selected pictures and PDFs, in shown order, as one PDF in the folder of the first.
 void combineIntoPdf(WindowState& window);
 // The file name the combined PDF asks for: the one item's name, else its folder's.
