@@ -97,6 +97,19 @@ TEST(OneWriter, OnlyTheEngineWritesUsersFiles)
         EXPECT_TRUE(found.contains(it.key())) << it.key().toStdString() << " no longer writes; take it off the list";
 }
 
+// The command line and the window change files only by asking the engine (orwick-cli's image
+// forms run makeFiles and replaceInPlace through EngineRun).
+TEST(OneWriter, TheCommandLineAndTheWindowWriteOnlyThroughTheEngine)
+{
+    for (const QString& front : {QStringLiteral("/../cli"), QStringLiteral("/../ui")}) {
+        const QString root = QDir::cleanPath(coreSources() + front);
+        ASSERT_TRUE(QFileInfo(root).isDir()) << root.toStdString();
+        const QMap<QString, QString> found = writers(root);
+        EXPECT_TRUE(found.isEmpty()) << "writes outside the file operations engine (make them FileOperations jobs):\n"
+                                     << QStringList(found.values()).join(u'\n').toStdString();
+    }
+}
+
 TEST(OneWriter, TheScanFindsEveryKindOfWrite)
 {
     orwick::test::TempTree tree;
