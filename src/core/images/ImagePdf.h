@@ -11,6 +11,10 @@
 // PDF page at its size); `a4` and `letter` fit the item inside the page with a margin, the page
 // turned the way the item is (landscape for a wide picture).
 //
+// Qt's writer stores each picture JPEG-compressed (about quality 94), PNG screenshots included,
+// which keeps a PDF of photos near the photos' own size. The PDF is built in memory and handed
+// back whole, for the engine to write.
+//
 // The first item that can't be used (a damaged picture, a PDF that needs a password) fails the
 // whole combine with a sentence naming it: no PDF with pages missing is made. Safe on any thread;
 // the CancelFlag is polled between pages.
