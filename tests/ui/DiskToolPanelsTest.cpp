@@ -192,6 +192,19 @@ TEST_F(DiskToolPanelsTest, TheWindowsPanelFollowsTheSheets)
     EXPECT_TRUE(shown<CleanUpPanel>());
     state->closePanel();
     EXPECT_TRUE(waitUntil([&] { return deleted(nullptr) && !shown<PanelSheet>(); }));
+
+    // The same panel on another folder replaces the sheet, and the window still shows that panel.
+    const FilePath sub = tree.folder(QStringLiteral("sub"));
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("findDuplicates"), *state));
+    QPointer<DuplicatesPanel> first(shown<DuplicatesPanel>());
+    ASSERT_TRUE(first);
+    pane()->navigate(sub);
+    ASSERT_TRUE(waitUntil([&] { return pane()->url() == sub && !pane()->isLoading(); }));
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("findDuplicates"), *state));
+    EXPECT_TRUE(waitUntil([&] { return deleted(first.data()); }));
+    ASSERT_TRUE(shown<DuplicatesPanel>());
+    EXPECT_EQ(shown<DuplicatesPanel>()->folder(), sub);
+    EXPECT_EQ(state->panel(), WindowState::Panel::duplicates) << "the replaced sheet's close leaves the new panel";
 }
 
 } // namespace
