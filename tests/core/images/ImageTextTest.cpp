@@ -1,6 +1,7 @@
 // Text recognition on pictures the tests draw: a line of text read back, upright from a turned
 // JPEG, on a transparent background; a blank picture has no text; bad input says why.
 
+#include "TestPictures.h"
 #include "images/ImageText.h"
 #include "support/TempHome.h"
 
@@ -30,17 +31,16 @@ QImage lineOfText(const QColor& background = Qt::white, QImage::Format format = 
     return image;
 }
 
-FilePath save(const test::TempTree& tree, const QString& name, const QImage& image, QImageIOHandler::Transformations turn = {})
+FilePath save(const test::TempTree& tree, const QString& name, const QImage& image)
 {
     const FilePath file = tree.path(name);
     QImageWriter writer(file.text());
-    writer.setTransformation(turn);
     EXPECT_TRUE(writer.write(image)) << writer.errorString().toStdString();
     return file;
 }
 
 // Case and runs of white space don't matter: Tesseract may read "42" after two spaces.
-QString simplified(const QString& text) { return text.simplified().toLower(); }
+std::string simplified(const QString& text) { return text.simplified().toLower().toStdString(); }
 
 TEST(ImageText, ListsEnglishFirstAndNeverOsd)
 {
@@ -60,10 +60,10 @@ TEST(ImageText, ReadsARenderedLineOfText)
 
 TEST(ImageText, ReadsATurnedJpegUpright)
 {
-    // Stored on its side, with the EXIF orientation that turns it back.
+    // Stored on its side, with the EXIF orientation (6: a quarter turn clockwise) that turns it back.
     test::TempTree tree;
-    const QImage sideways = lineOfText().transformed(QTransform().rotate(90));
-    const FilePath file = save(tree, QStringLiteral("turned.jpg"), sideways, QImageIOHandler::TransformationRotate270);
+    const QImage sideways = lineOfText().transformed(QTransform().rotate(-90));
+    const FilePath file = tree.file("turned.jpg", test::withExifOrientation(test::encoded(sideways, "jpeg", 95), 6));
     const auto text = recognizeText(file, QStringLiteral("eng"), CancelFlag());
     ASSERT_TRUE(text.has_value()) << text.error().toStdString();
     EXPECT_EQ(simplified(*text), simplified(kLine));
