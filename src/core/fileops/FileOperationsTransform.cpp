@@ -105,6 +105,7 @@ void FileOperations::makeFiles(const QList<FilePath>& sources, const TransformTe
                 return MadeFromSource{Ending::cancelled, {}, {}};
             if (!pathExists(source))
                 return MadeFromSource{Ending::skipped, {}, {}};
+            progress.startFile(source.fileNameBytes(), 0); // shown as the file being worked on
             auto files = transform(source, cancel);
             if (!files) {
                 if (cancel.isCancelled())
@@ -205,6 +206,7 @@ void FileOperations::replaceInPlace(const QList<FilePath>& asked, const Transfor
                 return ReplacedFile{Ending::skipped, {}, {}};
             if (!*found)
                 return ReplacedFile{Ending::failed, found->error(), {}};
+            progress.startFile(file.fileNameBytes(), 0);
             auto bytes = transform(file, cancel);
             if (!bytes) {
                 if (cancel.isCancelled())
