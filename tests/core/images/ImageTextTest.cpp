@@ -1,6 +1,7 @@
 // Text recognition on pictures the tests draw: a line of text read back, upright from a turned
 // JPEG, on a transparent background; a blank picture has no text; bad input says why.
 
+#include "HugePng.h"
 #include "TestPictures.h"
 #include "images/ImageText.h"
 #include "support/TempHome.h"
@@ -48,6 +49,28 @@ TEST(ImageText, ListsEnglishFirstAndNeverOsd)
     ASSERT_FALSE(languages.isEmpty()) << "tesseract-ocr-eng is one of Orwick's runtime packages";
     EXPECT_EQ(languages.first(), QStringLiteral("eng"));
     EXPECT_FALSE(languages.contains(QStringLiteral("osd")));
+}
+
+TEST(ImageText, ListsTheLanguagesOfTheDataFolderTesseractIsPointedAt)
+{
+    // TESSDATA_PREFIX names the folder; "fra" here is English's data under another name.
+    const QString installed = QStringLiteral("/usr/share/tesseract-ocr/5/tessdata/eng.traineddata");
+    if (!QFile::exists(installed))
+        GTEST_SKIP() << "Tesseract's English data isn't at " << installed.toStdString();
+    test::TempTree tree;
+    for (const char* name : {"osd.traineddata", "fra.traineddata", "eng.traineddata", "notes.txt"})
+        ASSERT_TRUE(QFile::link(installed, tree.path(QString::fromLatin1(name)).text()));
+    const QByteArray before = qgetenv("TESSDATA_PREFIX");
+    qputenv("TESSDATA_PREFIX", tree.root().native());
+    const QStringList languages = recognitionLanguages();
+    const auto french = recognizeText(save(tree, QStringLiteral("line.png"), lineOfText()), QStringLiteral("fra"), CancelFlag());
+    if (before.isNull())
+        qunsetenv("TESSDATA_PREFIX");
+    else
+        qputenv("TESSDATA_PREFIX", before);
+    EXPECT_EQ(languages, (QStringList{QStringLiteral("eng"), QStringLiteral("fra")}));
+    ASSERT_TRUE(french.has_value()) << french.error().toStdString();
+    EXPECT_EQ(simplified(*french), simplified(kLine));
 }
 
 TEST(ImageText, ReadsARenderedLineOfText)
@@ -122,6 +145,14 @@ TEST(ImageText, ADamagedPictureFailsWithItsName)
     const auto text = recognizeText(cut, QStringLiteral("eng"), CancelFlag());
     ASSERT_FALSE(text.has_value());
     EXPECT_TRUE(text.error().contains(QStringLiteral("“cut.png”"))) << text.error().toStdString();
+}
+
+TEST(ImageText, AHugePictureIsRefusedWithItsSize)
+{
+    test::TempTree tree;
+    const auto text = recognizeText(tree.file("huge.png", test::hugeWhitePng(30000)), QStringLiteral("eng"), CancelFlag());
+    ASSERT_FALSE(text.has_value());
+    EXPECT_TRUE(text.error().startsWith(QStringLiteral("“huge.png” is too large"))) << text.error().toStdString();
 }
 
 TEST(ImageText, ACancelledReadGivesNoText)
