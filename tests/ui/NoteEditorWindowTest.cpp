@@ -11,6 +11,7 @@
 #include "ui/notes/NoteEditor.h"
 #include "ui/preview/PreviewPanel.h"
 #include "ui/preview/PreviewView.h"
+#include "ui/sidebar/Sidebar.h"
 
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -103,7 +104,9 @@ TEST_F(NoteEditorWindowTest, CtrlESavesWithCtrlSAndTheWindowsUndoTakesTheSaveBac
 
 TEST_F(NoteEditorWindowTest, LeavingSavesWhatWasTyped)
 {
+    const int sidebarWidth = window->sidebar()->width();
     startEditing(note);
+    EXPECT_EQ(window->sidebar()->width(), sidebarWidth) << "the editor takes the panes' room, not the sidebar's";
     typeAtEnd(QStringLiteral("More"));
     press(Qt::Key_Escape);
     EXPECT_EQ(state->documentMode(), DocumentMode::preview);
@@ -111,6 +114,8 @@ TEST_F(NoteEditorWindowTest, LeavingSavesWhatWasTyped)
     EXPECT_EQ(test::readAll(note), QByteArray(kNote) + "More");
     EXPECT_EQ(toast(), QStringLiteral("Saved “note.md”"));
     EXPECT_TRUE(test::waitUntil([&] { return editor() == nullptr && window->activePaneWidget()->isVisible(); }));
+    EXPECT_EQ(window->sidebar()->width(), sidebarWidth);
+    EXPECT_GE(window->activePaneWidget()->width(), 400) << "the panes get their room back";
 
     // Ctrl+E goes back too; with nothing typed nothing is written.
     startEditing(note);

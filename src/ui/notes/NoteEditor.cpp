@@ -97,6 +97,7 @@ NoteEditor::NoteEditor(WindowState* window, const FilePath& file, QWidget* paren
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_text->setLineWrapMode(QPlainTextEdit::WidgetWidth);
     m_text->setTabChangesFocus(false);
+    m_text->document()->setDocumentMargin(10);
     m_text->installEventFilter(this);
     if (m_isNote)
         new MarkdownHighlighter(m_text->document());

@@ -154,17 +154,39 @@ void MainWindow::setUpPreview(QSplitter* splitter)
     splitter->setStretchFactor(2, 0);
     m_quickLook = new QuickLook(m_state, this);
     m_state->setPreviewExpanded(readSettingsBool(*openSettings(), QStringLiteral("previewExpanded"), false));
-    auto place = [this] {
+    // The splitter's sizes before the preview covered the content, given back when it stops.
+    auto uncovered = std::make_shared<QList<int>>();
+    auto place = [this, uncovered] {
         const bool shown = m_state->showPreview();
         // The editor (and its live preview) takes the whole content area too.
         const bool expanded = shown && (m_state->previewExpanded() || m_state->documentMode() != DocumentMode::preview);
         QWidget* focus = QApplication::focusWidget();
         const bool focusInPreview = m_previewPanel->isAncestorOf(focus);
         const bool appearing = shown && m_previewPanel->isHidden();
+        const bool covering = expanded && m_content->isVisible();
+        const bool uncovering = !expanded && m_content->isHidden() && uncovered->size() == 3;
+        auto* splitter = qobject_cast<QSplitter*>(m_previewPanel->parentWidget());
+        const QList<int> before = splitter ? splitter->sizes() : QList<int>{};
         m_previewPanel->setVisible(shown);
         m_content->setVisible(!expanded);
+        // The sidebar keeps its width when the preview takes the content's room, and the
+        // panes get theirs back after.
+        if (covering && before.size() == 3) {
+            *uncovered = before;
+            splitter->setSizes({before[0], 0, before[1] + before[2]});
+        } else if (uncovering && splitter) {
+            QList<int> sizes = *uncovered;
+            if (!shown) {
+                sizes[1] += sizes[2];
+                sizes[2] = 0;
+            } else if (sizes[2] < kPreviewWidth) { // the column wasn't open before
+                sizes[1] = std::max(200, sizes[1] + sizes[2] - kPreviewWidth);
+                sizes[2] = kPreviewWidth;
+            }
+            splitter->setSizes(sizes);
+            uncovered->clear();
+        }
         // The column opens at a readable width, taken from the panes.
-        auto* splitter = qobject_cast<QSplitter*>(m_previewPanel->parentWidget());
         if (appearing && splitter && !expanded) {
             QList<int> sizes = splitter->sizes();
             const int wanted = std::max(kPreviewWidth, sizes.value(2));
