@@ -133,12 +133,17 @@ TEST(ImageConvert, AnAnimationGivesItsFirstFrameAndSaysSo)
     const FilePath gif = tree.file("moving.gif", twoFrameGif());
     const FilePath still = tree.file("still.png", encoded(halves({4, 4}, Qt::red, Qt::red), "png"));
     EXPECT_TRUE(isAnimated(gif));
+    EXPECT_TRUE(isAnimated(tree.file("moving.webp", twoFrameWebp())));
     EXPECT_FALSE(isAnimated(still));
+    EXPECT_FALSE(isAnimated(tree.file("still.webp", encoded(halves({4, 4}, Qt::red, Qt::red), "webp"))));
     CancelFlag cancel;
     auto made = convertImage(gif, to("png"), cancel);
     ASSERT_TRUE(made) << made.error().toStdString();
     EXPECT_EQ(made->first().wanted, tree.path("moving.png"));
     EXPECT_TRUE(near(decoded(made->first().contents).pixelColor(1, 1), Qt::red, 0));
+    auto webp = convertImage(tree.path("moving.webp"), to("png"), cancel);
+    ASSERT_TRUE(webp) << webp.error().toStdString();
+    EXPECT_TRUE(near(decoded(webp->first().contents).pixelColor(1, 1), Qt::red, 0));
     // Resizing a GIF keeps what Qt can write: PNG.
     auto resized = convertImage(gif, resizedTo(longest(2)), cancel);
     ASSERT_TRUE(resized);

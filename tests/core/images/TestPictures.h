@@ -1,6 +1,6 @@
 #pragma once
 // Pictures the image tests make: real files written by Qt's writers in a temporary folder, a
-// JPEG given an EXIF orientation, a PNG that only claims a huge size, a two-frame GIF.
+// JPEG given an EXIF orientation, a PNG that only claims a huge size, a two-frame GIF and WebP.
 
 #include "files/FilePath.h"
 #include "support/TempHome.h"
@@ -26,6 +26,9 @@ QByteArray pngClaiming(QSize size);
 
 // A 4 × 4 GIF of two frames, red then blue.
 QByteArray twoFrameGif();
+
+// A 4 × 4 animated WebP of two frames, red then blue (lossless).
+QByteArray twoFrameWebp();
 
 // The picture in `bytes`, decoded (upright by its EXIF orientation).
 QImage decoded(const QByteArray& bytes);
