@@ -6,6 +6,8 @@
 
 #include "support/TempHome.h"
 
+#include <algorithm>
+
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
@@ -54,16 +56,20 @@ QString withoutMemoryBuffers(QString code)
     return code;
 }
 
-// Every source under `root` outside fileops/ and platform/ that writes, with its first writing
-// line ("notes/X.cpp:12: ::rename(").
-QMap<QString, QString> writers(const QString& root)
+// The core's folders that may write: the engine and the thin wrappers it calls. Only the core's
+// own: the window's fileops/ folder (dialogs, the progress card) is scanned like any other.
+const QStringList kCoreWriters{QStringLiteral("fileops/"), QStringLiteral("platform/")};
+
+// Every source under `root` outside the folders `skipped` (relative to it) that writes, with its
+// first writing line ("notes/X.cpp:12: ::rename(").
+QMap<QString, QString> writers(const QString& root, const QStringList& skipped = {})
 {
     QMap<QString, QString> found;
     QDirIterator it(root, {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files, QDirIterator::Subdirectories);
     while (it.hasNext()) {
         const QString path = it.next();
         const QString relative = QDir(root).relativeFilePath(path);
-        if (relative.startsWith(QLatin1String("fileops/")) || relative.startsWith(QLatin1String("platform/")))
+        if (std::any_of(skipped.begin(), skipped.end(), [&](const QString& folder) { return relative.startsWith(folder); }))
             continue;
         QFile file(path);
         if (!file.open(QIODevice::ReadOnly))
@@ -85,7 +91,7 @@ TEST(OneWriter, OnlyTheEngineWritesUsersFiles)
 {
     const QString root = coreSources();
     ASSERT_TRUE(QFileInfo(root + QStringLiteral("/fileops/FileOperations.h")).exists()) << root.toStdString();
-    const QMap<QString, QString> found = writers(root);
+    const QMap<QString, QString> found = writers(root, kCoreWriters);
     QStringList outside;
     for (auto it = found.begin(); it != found.end(); ++it)
         if (!kAllowed.contains(it.key()))
@@ -134,11 +140,22 @@ TEST(OneWriter, TheScanFindsEveryKindOfWrite)
     tree.file(QString("fileops/Engine.cpp"), "::rename(a, b);\n");
     tree.file(QString("images/Encode.cpp"), "QByteArray bytes;\nQBuffer buffer(&bytes);\nbuffer.open(QIODevice::WriteOnly);\n"
                                             "class P { QBuffer m_buffer; void f() { m_buffer.open(QIODevice::WriteOnly); } };\n");
-    const QMap<QString, QString> found = writers(tree.root().text());
+    const QMap<QString, QString> found = writers(tree.root().text(), kCoreWriters);
     EXPECT_EQ(found.size(), qsizetype(std::size(kinds))) << QStringList(found.values()).join(u'\n').toStdString();
     for (int i = 0; i < index; ++i)
         EXPECT_TRUE(found.contains(QStringLiteral("notes/Writer%1.cpp").arg(i))) << kinds[i].toStdString();
     EXPECT_EQ(found.value(QStringLiteral("notes/Writer4.cpp")), QStringLiteral("notes/Writer4.cpp:2: ::rename("));
+}
+
+// The window's own fileops/ folder is not the engine: a write there is found like anywhere else.
+TEST(OneWriter, TheWindowsFileopsFolderIsScanned)
+{
+    orwick::test::TempTree tree;
+    tree.file(QString("fileops/ConflictDialog.cpp"), "void f() {\n    ::unlink(p);\n}\n");
+    tree.file(QString("platform/Helper.cpp"), "void f() {\n    ::rename(a, b);\n}\n");
+    const QMap<QString, QString> found = writers(tree.root().text());
+    EXPECT_EQ(found.keys(), (QStringList{QStringLiteral("fileops/ConflictDialog.cpp"), QStringLiteral("platform/Helper.cpp")}));
+    EXPECT_TRUE(writers(tree.root().text(), kCoreWriters).isEmpty());
 }
 
 } // namespace
