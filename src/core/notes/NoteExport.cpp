@@ -38,6 +38,8 @@ blockquote { color: #57606a; border-left: 3px solid #d0d7de; margin-left: 0; pad
 table { border-collapse: collapse; }
 th, td { border: 1px solid #d0d7de; padding: 4px 10px; }
 th { background: #f6f8fa; }
+table.code td { border: none; }
+table.code pre { margin: 0; padding: 0; }
 img { max-width: 100%; }
 table.properties { font-size: 13px; color: #57606a; margin-bottom: 1.5em; }
 table.properties th { text-align: left; font-weight: normal; }
@@ -85,6 +87,18 @@ QString plainTaskBoxes(const QString& html)
 QString ruledTables(QString html)
 {
     return html.replace(QStringLiteral("<table>"), QStringLiteral("<table border=\"1\" cellspacing=\"0\" cellpadding=\"4\">"));
+}
+
+// Qt's rich text draws a <pre>'s background line by line, with gaps; in a one-cell table the
+// cell's background holds the whole block. The closing line break cmark-gfm leaves would be an
+// empty line.
+QString boxedCode(const QString& html)
+{
+    static const QRegularExpression block(QStringLiteral(R"re(<pre><code([^>]*)>(.*?)\n?</code></pre>)re"),
+                                          QRegularExpression::DotMatchesEverythingOption);
+    QString out = html;
+    return out.replace(block, QStringLiteral("<table class=\"code\" width=\"100%\" cellspacing=\"0\" cellpadding=\"10\" bgcolor=\"#f6f8fa\">"
+                                             "<tr><td><pre><code\\1>\\2</code></pre></td></tr></table>"));
 }
 
 QString placeholder(const preview::RenderedNote::Picture& picture)
@@ -186,10 +200,11 @@ Exported pdfOf(const QString& text, const FilePath& folder, const QString& title
         const int width = std::min(image.width(), kPdfPictureWidth);
         return QStringLiteral("<img src=\"%1\" width=\"%2\" />").arg(picture.url).arg(width);
     });
-    layout.setHtml(document(title, html));
+    layout.setHtml(document(title, boxedCode(html)));
     QBuffer buffer(&out.bytes);
     buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
+    writer.setResolution(96); // the style sheet's pixels are screen pixels (the default, 1200 dpi, makes them specks)
     writer.setTitle(title);
     writer.setCreator(QStringLiteral("Orwick"));
     writer.setPageSize(QPageSize(QPageSize::A4));
