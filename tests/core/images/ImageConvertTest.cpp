@@ -164,8 +164,15 @@ TEST(ImageConvert, DamagedPicturesFailWithTheirNames)
         ASSERT_FALSE(made) << file.fileName().toStdString();
         EXPECT_TRUE(made.error().startsWith("“" + file.fileName() + "” can’t be read: ")) << made.error().toStdString();
     }
-    // The whole file still converts.
-    EXPECT_TRUE(convertImage(tree.file("whole.jpg", jpeg), to("png"), cancel));
+    // A comment holding the end marker (as an EXIF thumbnail does) doesn't make a cut file whole.
+    const QByteArray comment = QByteArray("\xFF\xFE\x00\x06\xFF\xD9\xFF\xD9", 8);
+    const QByteArray commented = jpeg.left(2) + comment + jpeg.mid(2);
+    auto cutWithComment = convertImage(tree.file("comment.jpg", commented.left(commented.size() * 2 / 3)), to("png"), cancel);
+    ASSERT_FALSE(cutWithComment);
+    EXPECT_EQ(cutWithComment.error(), u"“comment.jpg” can’t be read: the picture is cut short.");
+    // The whole file still converts, and so does one with bytes after its end (some cameras').
+    EXPECT_TRUE(convertImage(tree.file("whole.jpg", commented), to("png"), cancel));
+    EXPECT_TRUE(convertImage(tree.file("trailing.jpg", jpeg + QByteArray(5000, 'z')), to("png"), cancel));
     auto missing = convertImage(tree.path("gone.png"), to("png"), cancel);
     ASSERT_FALSE(missing);
     EXPECT_EQ(missing.error(), u"“gone.png” can’t be read: it isn’t there any more.");
