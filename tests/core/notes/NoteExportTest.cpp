@@ -13,6 +13,7 @@
 #include <QBuffer>
 #include <QImage>
 #include <QPdfDocument>
+#include <QPdfSelection>
 #include <QUndoStack>
 #include <gtest/gtest.h>
 
@@ -88,6 +89,12 @@ TEST_F(NoteExportTest, PdfHasPagesAndCountsTheMissingPicture)
     const QString text = document.getAllText(0).text();
     EXPECT_TRUE(text.contains("The Plan")) << text.toStdString();
     EXPECT_TRUE(text.contains("Missing picture")) << text.toStdString();
+    // Body text is of reading size on the page (points), not specks.
+    const qsizetype at = text.indexOf("write it");
+    ASSERT_GE(at, 0);
+    const QRectF words = document.getSelectionAtIndex(0, int(at), 8).boundingRectangle();
+    EXPECT_GE(words.height(), 8.0) << words.height();
+    EXPECT_LE(words.height(), 20.0) << words.height();
     EXPECT_EQ(document.metaData(QPdfDocument::MetaDataField::Title).toString(), "Plan");
 }
 
