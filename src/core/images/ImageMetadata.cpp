@@ -91,10 +91,9 @@ void removeLocation(Exiv2::Image& image)
     image.writeXmpFromPacket(false);
 }
 
-// What is still there that should have gone, for the check after writing; empty when nothing.
+// What is there that `what` removes, in words; empty when nothing (the metadata already read).
 QString leftOver(Exiv2::Image& image, MetadataStrip what)
 {
-    image.readMetadata();
     if (what == MetadataStrip::location) {
         if (holdsLocation(image.exifData()) || holdsLocation(image.iptcData()) || holdsLocation(image.xmpData()))
             return QStringLiteral("the location is still there after writing");
@@ -102,7 +101,9 @@ QString leftOver(Exiv2::Image& image, MetadataStrip what)
     }
     const auto& exif = image.exifData();
     const bool onlyOrientation = exif.empty() || (exif.count() == 1 && orientationOf(exif) > 1);
-    if (!onlyOrientation || !image.iptcData().empty() || !image.xmpData().empty() || !image.comment().empty())
+    // An XMP packet counts even when it doesn't parse.
+    if (!onlyOrientation || !image.iptcData().empty() || !image.xmpData().empty() || !image.xmpPacket().empty()
+        || !image.comment().empty())
         return QStringLiteral("some metadata is still there after writing");
     return {};
 }
@@ -157,6 +158,8 @@ Result<QByteArray> strippedBytesOf(const QByteArray& bytes, MetadataStrip what, 
         image->readMetadata();
         if (cancel.isCancelled())
             return failure(QString());
+        if (leftOver(*image, what).isEmpty())
+            return bytes; // nothing to remove: the file stays as it is
         if (what == MetadataStrip::everything)
             removeEverything(*image);
         else
@@ -165,7 +168,9 @@ Result<QByteArray> strippedBytesOf(const QByteArray& bytes, MetadataStrip what, 
         QByteArray written = exiv2::contentsOf(*image);
         if (cancel.isCancelled())
             return failure(QString());
-        if (const QString left = leftOver(*exiv2::openBytes(written), what); !left.isEmpty())
+        const auto check = exiv2::openBytes(written);
+        check->readMetadata();
+        if (const QString left = leftOver(*check, what); !left.isEmpty())
             return failure(QStringLiteral("Couldn’t %1 “%2”: %3.").arg(stripVerb(what), name, left));
         return written;
     });

@@ -247,6 +247,26 @@ TEST(ImageMetadata, UprightPhotoLosesEveryExifTag)
     EXPECT_EQ(facts->groups, QStringList{QStringLiteral("ICC")});
 }
 
+TEST(ImageMetadata, NothingToRemoveLeavesTheBytesAsTheyAre)
+{
+    test::TempTree tree;
+    const FilePath photo = savePicture(tree, QStringLiteral("bare.jpg"), "jpeg");
+    const QByteArray before = test::readAll(photo);
+    for (const MetadataStrip what : {MetadataStrip::location, MetadataStrip::everything}) {
+        const auto stripped = strippedBytes(photo, what, CancelFlag());
+        ASSERT_TRUE(stripped.has_value()) << stripped.error().toStdString();
+        EXPECT_EQ(*stripped, before);
+    }
+    {
+        const auto image = openWithExiv2(photo);
+        image->exifData()["Exif.Image.Make"] = "Canon";
+        image->writeMetadata();
+    }
+    const auto located = strippedBytes(photo, MetadataStrip::location, CancelFlag());
+    ASSERT_TRUE(located.has_value()) << located.error().toStdString();
+    EXPECT_EQ(*located, test::readAll(photo)) << "no place, so nothing to rewrite";
+}
+
 // PNG and WebP keep their pixels in their own chunks; exiv2 rewrites the others.
 class OtherFormats : public testing::TestWithParam<const char*> {};
 
