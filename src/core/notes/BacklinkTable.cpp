@@ -38,8 +38,8 @@ BacklinkTable::Walk BacklinkTable::walk(const FilePath& folder, const CancelFlag
             break;
         const FilePath current = pending.takeLast();
         if (!forEachEntry(current, cancel, [&](QByteArrayView name, unsigned char givenType) {
-                if (name.startsWith('.'))
-                    return;
+                if (name.startsWith('.') || name == "node_modules")
+                    return; // hidden folders and packages' read-me files are no one's notes
                 const FilePath path = current.child(name);
                 const unsigned char type = entryType(path, givenType);
                 if (type == DT_DIR)

@@ -6,9 +6,9 @@
 // renamed changes what "[[its name]]" reaches without reading any other note again.
 //
 // build() reads a whole vault — every Markdown note under it, hidden folders (".obsidian",
-// ".git", ".trash") left out — on a bounded pool of threads. Notes that aren't UTF-8 or are
-// larger than kLargestNote are still notes (they can be linked to) but give no links; they are
-// counted in skipped().
+// ".git", ".trash") and "node_modules" left out — on a bounded pool of threads. Notes that
+// aren't UTF-8 or are larger than kLargestNote are still notes (they can be linked to) but give
+// no links; they are counted in skipped().
 //
 // A plain value: built off the interface thread, then handed over whole; never shared while
 // changed.
@@ -41,8 +41,8 @@ public:
     // The notes under `vault`, read and indexed; nothing when cancelled. `threads` 0: one per core.
     static std::optional<BacklinkTable> build(const FilePath& vault, const CancelFlag* cancel = nullptr, int threads = 0);
 
-    // The Markdown notes and the folders under `folder` (itself included), hidden entries left
-    // out, at most kMostNotes notes.
+    // The Markdown notes and the folders under `folder` (itself included), hidden entries and
+    // "node_modules" left out, at most kMostNotes notes.
     struct Walk {
         QList<FilePath> notes;
         QList<FilePath> folders;

@@ -74,7 +74,7 @@ void VaultWatcher::addTree(const FilePath& folder)
         if (!add(current))
             return;
         forEachEntry(current, nullptr, [&](QByteArrayView name, unsigned char type) {
-            if (!name.startsWith('.') && type == DT_DIR)
+            if (!name.startsWith('.') && name != "node_modules" && type == DT_DIR)
                 pending.append(current.child(name));
         });
     }

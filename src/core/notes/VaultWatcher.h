@@ -21,7 +21,9 @@ namespace orwick {
 class VaultWatcher : public QObject {
     Q_OBJECT
 public:
-    static constexpr qsizetype kMostFolders = 20'000;
+    // Vaults are small trees (10,000 notes in a few hundred folders); the rest of the user's
+    // inotify watches stay for the folder views and the name index.
+    static constexpr qsizetype kMostFolders = 4'000;
 
     explicit VaultWatcher(QObject* parent = nullptr);
     ~VaultWatcher() override;

@@ -1,5 +1,5 @@
 // Backlinks over a vault of real notes in a temporary folder: found by Markdown links and
-// wikilinks (alias and heading too), not by links in code or in hidden folders; a note that
+// wikilinks (alias and heading too), not by links in code, in hidden folders or in node_modules; a note that
 // isn't UTF-8 is skipped without harm; and the table follows a target that moves (with the link
 // updater's rewrite) or is renamed without one, and a linking note that is deleted.
 
@@ -26,6 +26,7 @@ protected:
         tree.file("c.md", "```\n[[Target]]\n```\nand `[t](Projects/Target.md)`\n");
         bad = tree.file(QByteArray("bad\xff.md"), QByteArray("[[Target]] \xff\xfe\n"));
         tree.file(".obsidian/templates/t.md", "[[Target]]\n");
+        tree.file("node_modules/pkg/README.md", "[[Target]]\n");
         tree.file("Projects/self.md", "[[self]] and [Target](Target.md)\n");
     }
     // QTemporaryDir can't remove a name that isn't UTF-8.
@@ -57,7 +58,7 @@ protected:
 TEST_F(BacklinkTableTest, FindsMarkdownLinksAndWikilinksOutsideCode)
 {
     const BacklinkTable table = build();
-    EXPECT_EQ(table.noteCount(), 6); // the hidden folder's note is not one of them
+    EXPECT_EQ(table.noteCount(), 6); // the hidden folder's and the package's notes are not among them
     EXPECT_EQ(table.skipped(), 1);   // not UTF-8: a note, without links
     const QList<Backlink> links = table.backlinksOf(target);
     // In path order: "Journal/b.md", "Projects/self.md", "a.md".
