@@ -197,7 +197,8 @@ public:
     // `texts.actionName`. The transform runs on workers, one source per core at once
     // (setTransformWorkers), so it must be safe to run so; it polls `cancel` between steps and,
     // when cancelled, may answer an empty sentence. It answers what it made of one source, or the
-    // sentence why it couldn't, which the report gives as "Couldn’t do “VERB” on “NAME”: …". Few
+    // sentence why it couldn't, which the report gives as "Couldn’t do “VERB” on “NAME”: …" (a
+    // sentence that names the source itself, "“a.png” can’t be read: …", is given as it is). Few
     // results are held at once, whatever the number of sources. A source that is gone by its turn
     // is skipped and counted; a cancel stops before the next source, keeps what was done and the
     // undo step covers it; a failed or skipped source is never counted done (`finished` gets the

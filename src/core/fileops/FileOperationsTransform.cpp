@@ -26,16 +26,27 @@ QString continuing(QString text)
     return text;
 }
 
-// "Couldn’t do “Resize” on “a.jpg”: it is damaged." — or without the "on" part when the reason
-// names the file itself.
+// Makes `text` a sentence of its own: a capital first letter and a full stop.
+QString asSentence(QString text)
+{
+    if (!text.isEmpty() && text.front().isLower())
+        text.front() = text.front().toUpper();
+    if (!text.endsWith(u'.'))
+        text += u'.';
+    return text;
+}
+
+// "Couldn’t do “Resize” on “a.jpg”: it is damaged." A reason that names the file is a sentence
+// of its own ("“a.jpg” can’t be read: it isn’t a picture.") and is given as it is, rather than
+// behind a second colon.
 QString transformFailure(const QString& verb, const FilePath& source, const QString& reason)
 {
     const QString name = quoted(source.fileName());
-    QString text = QStringLiteral("Couldn’t do ") + quoted(verb);
+    if (!reason.isEmpty() && reason.contains(name))
+        return asSentence(reason);
+    const QString text = QStringLiteral("Couldn’t do ") + quoted(verb) + QStringLiteral(" on ") + name;
     if (reason.isEmpty())
-        return text + QStringLiteral(" on ") + name + u'.';
-    if (!reason.contains(name))
-        text += QStringLiteral(" on ") + name;
+        return text + u'.';
     return text + QStringLiteral(": ") + continuing(reason) + u'.';
 }
 

@@ -5,6 +5,7 @@
 
 #include "FileOpsFixture.h"
 
+#include "images/ImageRead.h"
 #include "platform/Xattr.h"
 
 #include <QMutex>
@@ -134,8 +135,31 @@ TEST_F(FileOpsTest, OneFailingSourceSaysItsOwnSentence)
     }, &stack);
     settle();
     ASSERT_EQ(reports.size(), 1);
-    EXPECT_EQ(outcomeText(reports.first()), QStringLiteral("Couldn’t do “Shout”: can’t read “bad.txt”."));
+    EXPECT_EQ(outcomeText(reports.first()), QStringLiteral("Can’t read “bad.txt”."));
     EXPECT_EQ(stack.count(), 0);
+}
+
+// The picture reader's refusal names the file and gives its reason after a colon; the report is
+// that one sentence, not wrapped behind a second colon.
+TEST_F(FileOpsTest, APictureThatCantBeReadIsOneSentence)
+{
+    const FilePath bad = file("bad.png", "this is not a picture");
+    const auto header = readPictureHeader(bad);
+    ASSERT_FALSE(header);
+    ASSERT_TRUE(header.error().startsWith(QStringLiteral("“bad.png” can’t be read: "))) << header.error().toStdString();
+    ops.makeFiles({bad}, {QStringLiteral("Convert to JPEG"), QStringLiteral("Converting"), QStringLiteral("Convert to JPEG")},
+                  [](const FilePath& source, const CancelFlag&) -> Result<QList<FileOperations::MadeFile>> {
+                      const auto read = readPictureHeader(source);
+                      if (!read)
+                          return failure(read.error());
+                      return QList<FileOperations::MadeFile>{};
+                  }, &stack);
+    settle();
+    ASSERT_EQ(reports.size(), 1);
+    const QString text = outcomeText(reports.first());
+    EXPECT_EQ(text, header.error());
+    EXPECT_EQ(text.count(u':'), 1) << text.toStdString();
+    EXPECT_FALSE(text.contains(QStringLiteral("Couldn’t do"))) << text.toStdString();
 }
 
 TEST_F(FileOpsTest, AVanishedSourceIsSkippedAndCounted)
