@@ -48,6 +48,7 @@ bool ChangeRunner::copy(const FilePath& from, const FilePath& to)
     switch (result.outcome) {
     case CopyResult::Outcome::done:
         m_report.changes.push_back({FileChange::Kind::copied, from, to, {}});
+        rememberMadeState(m_report.changes.back());
         return true;
     case CopyResult::Outcome::vanished:
         ++m_report.skipped;
@@ -81,8 +82,10 @@ bool ChangeRunner::move(const FilePath& from, const FilePath& to, const QString&
         return false;
     }
     // A copy across volumes whose original could not be removed is still a copy to undo.
-    if (how == MoveKind::copied && pathExists(to) && pathExists(from))
+    if (how == MoveKind::copied && pathExists(to) && pathExists(from)) {
         m_report.changes.push_back({FileChange::Kind::copied, from, to, {}});
+        rememberMadeState(m_report.changes.back());
+    }
     fail(sentence(verb, from, result.reason));
     return false;
 }
@@ -187,6 +190,7 @@ void ChangeRunner::removeLink(const FileChange& change)
 void ChangeRunner::recordCreated(const FilePath& path)
 {
     m_report.changes.push_back({FileChange::Kind::created, {}, path, {}});
+    rememberMadeState(m_report.changes.back());
 }
 
 void ChangeRunner::moveInTwoPhases(const std::vector<FileChange*>& run, bool forward)
@@ -231,10 +235,14 @@ void ChangeRunner::undo(std::vector<FileChange>& changes)
         }
         case FileChange::Kind::copied:
         case FileChange::Kind::created:
-            if (!stillAsMade(change))
+            // One changed since stays, as does one the Trash refused; redo then leaves it be.
+            change.leftByUndo = !stillAsMade(change);
+            if (change.leftByUndo)
                 break;
             if (const auto place = parkInTrash(change.to))
                 change.parked = *place;
+            else
+                change.leftByUndo = pathExists(change.to);
             break;
         case FileChange::Kind::madeFolder:
             ::rmdir(change.to.c_str()); // a folder that gained other items stays
@@ -285,23 +293,35 @@ void ChangeRunner::redo(std::vector<FileChange>& changes)
             break;
         }
         case FileChange::Kind::copied:
+            if (std::exchange(change.leftByUndo, false))
+                break; // undo left the copy where it was: it is still there
             // The copy undo put in the Trash comes back; when the Trash was emptied, copy again.
             change.to = freePath(change.to);
             if (!change.parked.isEmpty() && pathExists(change.parked)) {
-                if (takeFromTrash(change.parked, change.to, false))
+                if (takeFromTrash(change.parked, change.to, false)) {
                     change.parked = {};
+                    rememberMadeState(change);
+                }
             } else {
                 const CopyResult result = copyItem(change.from, change.to, m_progress);
-                if (!result.ok())
+                if (result.ok())
+                    rememberMadeState(change);
+                else
                     fail(sentence(QStringLiteral("copy"), change.from, result.reason));
             }
             break;
         case FileChange::Kind::created:
-            if (change.parked.isEmpty() && !change.digestAfter.isEmpty())
-                break; // undo left it where it was: changed after it was made
+            if (std::exchange(change.leftByUndo, false))
+                break; // undo left it where it was
+            if (change.parked.isEmpty()) {
+                ++m_report.skipped; // it was gone before undo: nothing to bring back
+                break;
+            }
             change.to = freePath(change.to);
-            if (takeFromTrash(change.parked, change.to, false))
+            if (takeFromTrash(change.parked, change.to, false)) {
                 change.parked = {};
+                rememberMadeState(change);
+            }
             break;
         case FileChange::Kind::madeFolder:
             ::mkdir(change.to.c_str(), 0755);

@@ -32,8 +32,9 @@ struct FileMove {
 struct FileChange {
     enum class Kind {
         moved,      // from → to, by rename or across volumes; undo moves back
-        copied,     // to is a new copy of from; undo puts it in the Trash
-        created,    // to was made (new folder, archive, extracted item); undo puts it in the Trash
+        copied,     // to is a new copy of from; undo puts it in the Trash while it is as made (madeStamp)
+        created,    // to was made (new folder or file, archive, extracted item); undo puts it in the Trash
+                    // while it is as made (madeStamp, digestAfter: see MadeState.h), else leaves it and says so
         madeFolder, // to was made as a holder (tidy up); undo removes it when empty
         trashed,    // from was moved to the Trash, where it lies at to; undo puts it back
         restored,   // from (in the Trash) was put back at to; undo trashes it again
@@ -62,11 +63,22 @@ struct FileChange {
     // accessChanged: the file's access before and after.
     FileAccess accessBefore = {};
     FileAccess accessAfter = {};
-    // replaced: digests (fileversions::digestOf) of the file's contents before and after. created: when
-    // set, undo moves the item to the Trash only while it still holds contents of this digest.
+    // replaced: digests (fileversions::digestOf) of the file's contents before and after. created,
+    // copied: digestAfter is the made file's contents, when read (madestate::State::digest).
     QByteArray digestBefore = {};
     QByteArray digestAfter = {};
+    // created, copied: the item's madestate stamp when it was made (or last taken back by redo).
+    // Undo moves it to the Trash only while it is unchanged by that stamp or digestAfter; with
+    // neither, always.
+    QByteArray madeStamp = {};
+    // created, copied: undo left the item where it was made (changed since, or the Trash
+    // refused it), so redo has nothing to bring back.
+    bool leftByUndo = false;
 };
+
+// Notes in `change` how its made item (`to`) looks now (madeStamp, digestAfter), for undo to
+// compare with; both are cleared when it can't be read.
+void rememberMadeState(FileChange& change);
 
 // Every path the changes made, removed or replaced, outside the Trash's own places (a change's
 // `from` and `to`; for the Trash only the place the item left or came back to).
@@ -159,7 +171,7 @@ private:
     void rewriteAttributeBack(const FileChange& change, bool forward);
     void rewriteAccess(const FileChange& change, bool forward);
     void swapVersions(const FileChange& change, bool forward);
-    // created: false (and the refusal recorded) when the item no longer holds what was made.
+    // created, copied: false (and the refusal recorded) when the item is no longer as made.
     bool stillAsMade(const FileChange& change);
     void keepNotes(const CopyResult& result);
     std::optional<FilePath> parkInTrash(const FilePath& item);

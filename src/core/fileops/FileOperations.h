@@ -11,6 +11,11 @@
 // went well, or hands reportErrors the whole outcome (every failure, the items skipped, a cancel).
 // Nothing throws; an item that vanished before its turn is skipped and counted; a cancelled job
 // keeps what it finished and its undo step covers it.
+// What an operation made (a copy or duplicate, a new file, folder or note, an archive or what
+// came out of one) goes to the Trash on undo only while it is as it was made (MadeState.h): one
+// the user wrote into, or a folder they filled, since is left where it is and the report says so
+// ("Couldn’t move “a.txt” to the Trash: it was changed after it was made, so it was left as it
+// is."); redo then leaves it be.
 // Lives on the interface thread; all members must be called there.
 
 #include "async/CancelFlag.h"
@@ -227,7 +232,8 @@ public:
     using ReplaceTransform = std::function<Result<QByteArray>(const FilePath& file, const CancelFlag& cancel)>;
     void replaceInPlace(const QList<FilePath>& files, const TransformTexts& texts, ReplaceTransform transform,
                         QUndoStack* undo, Finished finished = {});
-    // Items made by other code; undo moves them to the Trash.
+    // Items made by other code; undo moves them to the Trash while they are as they are now (their
+    // state is taken here, on the calling thread: a folder is walked).
     void registerCreated(const QList<FilePath>& items, const QString& actionName, QUndoStack* undo);
 
     static FilePath uniqueURL(const FilePath& wanted, bool copySuffix) { return orwick::uniqueURL(wanted, copySuffix); }

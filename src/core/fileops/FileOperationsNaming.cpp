@@ -212,8 +212,10 @@ void FileOperations::registerCreated(const QList<FilePath>& items, const QString
     if (!undo || items.isEmpty())
         return;
     std::vector<FileChange> changes;
-    for (const FilePath& item : items)
+    for (const FilePath& item : items) {
         changes.push_back({FileChange::Kind::created, {}, item, {}});
+        rememberMadeState(changes.back());
+    }
     undo->push(new FileOperationCommand(this, actionName, std::move(changes), undo));
 }
 
