@@ -1,7 +1,8 @@
 // Backlinks over a vault of real notes in a temporary folder: found by Markdown links and
-// wikilinks (alias and heading too), not by links in code, in hidden folders or in node_modules; a note that
-// isn't UTF-8 is skipped without harm; and the table follows a target that moves (with the link
-// updater's rewrite) or is renamed without one, and a linking note that is deleted.
+// wikilinks (alias and heading too), not by links in code, in hidden folders or in
+// node_modules; a note that isn't UTF-8 is skipped without harm; and the table follows a target
+// that moves (with the link updater's rewrite) or is renamed without one, and a linking note
+// that is deleted.
 
 #include "fileops/LinkUpdater.h"
 #include "notes/BacklinkTable.h"
