@@ -14,6 +14,7 @@
 #include "ui/views/FileGridView.h"
 #include "ui/views/FileListView.h"
 #include "ui/views/FileTableView.h"
+#include "ui/views/ViewContextMenu.h"
 #include "ui/views/ViewDragDrop.h"
 
 #include <QApplication>
@@ -80,6 +81,10 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
                                       new ViewDragDrop(m_message, pane)};
     for (ViewDragDrop* dragDrop : dragDrops)
         connect(dragDrop, &ViewDragDrop::dropped, this, &PaneWidget::filesDropped);
+    // Every view asks for the context menu the same ways.
+    for (QAbstractItemView* view : {static_cast<QAbstractItemView*>(m_listView), static_cast<QAbstractItemView*>(m_tableView),
+                                    static_cast<QAbstractItemView*>(m_gridView), static_cast<QAbstractItemView*>(m_columnsView->currentColumn())})
+        connect(new ViewContextMenu(view, pane), &ViewContextMenu::requested, this, &PaneWidget::contextMenuRequested);
 
     connect(pane, &PaneState::itemsChanged, this, &PaneWidget::showState);
     connect(pane, &PaneState::locationChanged, this, &PaneWidget::showState);

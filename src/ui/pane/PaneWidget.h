@@ -49,6 +49,10 @@ Q_SIGNALS:
     void activated(); // the pane got the keyboard or a click
     // Files were dropped on one of the pane's views, into `folder` (see ViewDragDrop).
     void filesDropped(const QList<QUrl>& urls, const orwick::FilePath& folder, Qt::KeyboardModifiers modifiers);
+    // One of the pane's views wants the context menu at `globalPosition`: a right click, the Menu
+    // key or Shift+F10 (see ViewContextMenu). It is for the pane's selection, or for its folder
+    // when nothing is selected.
+    void contextMenuRequested(const QPoint& globalPosition);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -35,7 +35,6 @@ public:
         setModel(model);
         setModelColumn(FileListModel::NameColumn);
         styleColumn(this);
-        setContextMenuPolicy(Qt::CustomContextMenu);
         // Day headings make their rows taller: uniform sizes would lay the heading over the row.
         PaneState* pane = model->pane();
         auto followGrouping = [this, pane] { setUniformItemSizes(!pane->groupByDate()); };

@@ -102,7 +102,6 @@ FileGridView::FileGridView(FileListModel* model, QWidget* parent) : QListView(pa
     setFrameShape(QFrame::NoFrame);
     setWordWrap(true);
     setItemDelegate(new TileDelegate(this, m_thumbnails));
-    setContextMenuPolicy(Qt::CustomContextMenu);
     PaneState* pane = model->pane();
     followTileSize();
     connect(pane, &PaneState::iconSizeChanged, this, &FileGridView::followTileSize);

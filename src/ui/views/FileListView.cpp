@@ -24,9 +24,6 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
     // The pane's cursor is drawn by the delegate; the view's own focus frame would be a second one.
     setAllColumnsShowFocus(false);
     setTextElideMode(Qt::ElideMiddle);
-    setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(this, &QWidget::customContextMenuRequested, this,
-            [this](const QPoint& at) { Q_EMIT contextMenuRequestedAt(viewport()->mapToGlobal(at)); });
 
     QHeaderView* head = header();
     head->setStretchLastSection(false);

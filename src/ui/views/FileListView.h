@@ -16,9 +16,6 @@ public:
     // Brings the cursor's row into view and redraws the selection.
     void followSelection();
 
-Q_SIGNALS:
-    void contextMenuRequestedAt(const QPoint& globalPosition);
-
 protected:
     void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

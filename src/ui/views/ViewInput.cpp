@@ -14,7 +14,9 @@ void pressOnView(QAbstractItemView* view, PaneState& pane, QMouseEvent* event)
     view->setFocus(Qt::MouseFocusReason);
     const QModelIndex index = view->indexAt(event->position().toPoint());
     if (!index.isValid()) {
-        if (event->button() == Qt::LeftButton && !(event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)))
+        // A right click there too: its menu is then the folder's (New Folder, Paste…).
+        if ((event->button() == Qt::LeftButton || event->button() == Qt::RightButton)
+            && !(event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)))
             pane.clearSelection();
         return;
     }

@@ -12,7 +12,8 @@ class QWidget;
 
 namespace orwick {
 
-// A press on `view`: selects (plain, Ctrl toggles, Shift extends); on empty space clears.
+// A press on `view`: selects (plain, Ctrl toggles, Shift extends); a right press on a selected row
+// keeps the selection (its menu is for all of it); a plain press on empty space, left or right, clears.
 void pressOnView(QAbstractItemView* view, PaneState& pane, QMouseEvent* event);
 // A double click on a row opens the selection.
 void doubleClickOnView(QAbstractItemView* view, PaneState& pane, QMouseEvent* event);

@@ -235,7 +235,7 @@ void MainWindow::addPaneDecorator(std::function<void(PaneWidget*)> decorator)
 
 void MainWindow::decorate(PaneWidget* widget)
 {
-    connect(widget->listView(), &FileListView::contextMenuRequestedAt, m_menus, &CommandMenus::showContextMenu);
+    connect(widget, &PaneWidget::contextMenuRequested, m_menus, &CommandMenus::showContextMenu);
     connect(widget->pane(), &PaneState::locationChanged, this, &MainWindow::updateTitles);
     // Every folder shown counts as a visit for the palette's ranking.
     PaneState* pane = widget->pane();
