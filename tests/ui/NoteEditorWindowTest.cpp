@@ -66,6 +66,13 @@ TEST_F(NoteEditorWindowTest, CtrlESavesWithCtrlSAndTheWindowsUndoTakesTheSaveBac
     EXPECT_EQ(editorText()->toPlainText(), QString::fromUtf8(kNote));
     EXPECT_TRUE(editor()->livePreview()->isVisible());
     ASSERT_TRUE(test::waitUntil([&] { return editor()->livePreview()->noteView()->toPlainText().contains("Plan"); }));
+    // Ctrl+Shift+E shows the source alone, and the rendered note beside it again.
+    press(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(state->documentMode(), DocumentMode::edit);
+    EXPECT_FALSE(editor()->livePreview()->isVisible());
+    press(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(state->documentMode(), DocumentMode::split);
+    EXPECT_TRUE(editor()->livePreview()->isVisible());
 
     typeAtEnd(QStringLiteral("Done"));
     EXPECT_TRUE(editor()->isModified());

@@ -2,6 +2,8 @@
 
 #include "files/FilePath.h"
 
+#include <QStringDecoder>
+
 namespace orwick::editing {
 
 namespace {
@@ -38,7 +40,9 @@ Result<EditableText> decodeForEditing(const QByteArray& bytes, const QString& fi
         out.text = QString::fromLatin1(body);
         out.readOnlyReason = QStringLiteral("“%1” isn’t UTF-8 text, so it is open read-only: saving it here would change its bytes.").arg(fileName);
     } else {
-        out.text = QString::fromUtf8(body);
+        // Another mark right after the first is text: fromUtf8 would drop it.
+        QStringDecoder decoder(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
+        out.text = decoder(body);
         if (loneCr || out.text.contains(QChar::ParagraphSeparator))
             out.readOnlyReason = QStringLiteral("“%1” has line breaks the editor would change, so it is open read-only.").arg(fileName);
     }

@@ -231,8 +231,8 @@ private:
             const int paren = closingParen(m_line, close);
             if (paren > 0) {
                 add(at, close, Kind::link);
-                add(close, paren, Kind::linkTarget);
                 scan(bracket + 1, close - 1);
+                add(close, paren, Kind::linkTarget);
                 return paren;
             }
         }
@@ -404,7 +404,9 @@ Line colourLine(QStringView line, const LineState& before)
             return {{{0, length, Kind::frontMatter}}, {Block::frontMatter}};
         return textLine(line, before);
     case Block::frontMatter: {
-        Line out{{{0, length, Kind::frontMatter}}, before};
+        Line out{{}, before};
+        if (length > 0)
+            out.spans.push_back({0, length, Kind::frontMatter});
         const QStringView trimmed = line.trimmed();
         if (trimmed == u"---" || trimmed == u"...") {
             out.next = {Block::text};
@@ -421,7 +423,9 @@ Line colourLine(QStringView line, const LineState& before)
     case Block::fence: {
         if (closesFence(line, before))
             return {{{0, length, Kind::fence}}, {Block::text}};
-        Line out{{{0, length, Kind::fencedCode}}, before};
+        Line out{{}, before};
+        if (length > 0)
+            out.spans.push_back({0, length, Kind::fencedCode});
         if (before.language)
             for (const SyntaxHighlighter::Token& token : SyntaxHighlighter::tokens(line, *before.language))
                 out.spans.push_back({token.start, token.length, Kind::codeToken, token.kind});

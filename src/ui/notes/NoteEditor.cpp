@@ -110,6 +110,10 @@ NoteEditor::NoteEditor(WindowState* window, const FilePath& file, QWidget* paren
     m_live = new LivePreview(file, m_preview, this);
     connect(m_preview, &PreviewView::taskToggleRequested, this, [this](const FilePath&, int line) { toggleTask(line); });
 
+    // The rendered note beside the text comes and goes with the button or Ctrl+Shift+E.
+    auto* previewKey = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E), this, m_previewButton, &QPushButton::click,
+                                     Qt::WidgetWithChildrenShortcut);
+    m_previewButton->setToolTip(previewKey->key().toString(QKeySequence::NativeText));
     auto* saveKey = new QShortcut(QKeySequence::Save, this, this, &NoteEditor::save, Qt::WidgetWithChildrenShortcut);
     saveKey->setObjectName(QStringLiteral("saveShortcut"));
     connect(m_text->document(), &QTextDocument::modificationChanged, this, [this](bool modified) {

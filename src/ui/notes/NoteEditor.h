@@ -1,7 +1,8 @@
 #pragma once
 // NoteEditor: a text file's source in a plain-text editor — Markdown coloured by the core's
 // MarkdownSyntax — with, for a note, the rendered note beside it following each pause in the
-// typing (the window's documentMode: `split`, or `edit` for the source alone). It holds one
+// typing (the window's documentMode: `split`, or `edit` for the source alone; the header's
+// button or Ctrl+Shift+E switches). It holds one
 // EditSession and draws what the session says; the decisions are the session's.
 //
 // Saving: Ctrl+S saves through the engine (one undo step "Save" on the window's stack, the

@@ -18,6 +18,8 @@ TEST(EditableText, UnchangedTextGivesBackTheSameBytes)
         "",
         "caf\xC3\xA9 \xE2\x80\x94 \xF0\x9F\x93\x9D\n",
         "non\xC2\xA0" "breaking space\n",
+        "\xEF\xBB\xBF\xEF\xBB\xBF" "two marks",
+        "\xEF\xBB\xBF" "mark only at the start",
     };
     for (const QByteArray& bytes : files) {
         const Result<EditableText> text = decodeForEditing(bytes, QStringLiteral("a.md"));

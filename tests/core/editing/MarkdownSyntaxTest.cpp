@@ -78,7 +78,8 @@ TEST(MarkdownSyntax, LinksWikilinksAndAddresses)
     // Emphasis inside a link's text is coloured inside it, after it.
     const auto spans = colourLine(u"[*a*](b)", {LineState::Block::text}).spans;
     ASSERT_EQ(spans.size(), 3u);
-    EXPECT_EQ(spans[2].kind, Kind::emphasis);
+    EXPECT_EQ(spans[1].kind, Kind::emphasis);
+    EXPECT_EQ(spans[2].kind, Kind::linkTarget);
 }
 
 TEST(MarkdownSyntax, ListMarkersAndTaskBoxes)
@@ -128,7 +129,10 @@ TEST(MarkdownSyntax, StateSurvivesTheEditorsBlockState)
 TEST(MarkdownSyntax, SpansStayInsideTheirLineAndAscend)
 {
     const QString lines[] = {QStringLiteral("**"), QStringLiteral("[["), QStringLiteral("[a](b"), QStringLiteral("`"), QStringLiteral("- [x]"), QStringLiteral("~~a~~~"), QStringLiteral("<https://x"), QStringLiteral("# "),
-                             QStringLiteral("***bold slanted***"), QStringLiteral("\\*escaped*"), QStringLiteral("1)"), QStringLiteral("#"), QStringLiteral("* * *")};
+                             QStringLiteral("***bold slanted***"), QStringLiteral("\\*escaped*"), QStringLiteral("1)"), QStringLiteral("#"), QStringLiteral("* * *"), QStringLiteral("[**a** `b`](c) _d_")};
+    // Empty lines inside front matter and fences make no empty spans.
+    for (const Span& span : colourText(QStringLiteral("---\n\ntitle: x\n---\n```\n\n```\n")))
+        EXPECT_GT(span.length, 0);
     for (const QString& line : lines) {
         int last = 0;
         for (const Span& span : colourLine(line, {LineState::Block::text}).spans) {
