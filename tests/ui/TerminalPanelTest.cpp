@@ -14,6 +14,7 @@
 #include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QMimeData>
+#include <QTimer>
 
 namespace orwick {
 namespace {
@@ -179,6 +180,34 @@ TEST_F(TerminalPanelTest, AProgramGetsTheClickedCellEvenAtItsEdges)
     const QString press = QStringLiteral("27 91 77 32 38 35 27 91 77 35 38 35");
     EXPECT_TRUE(session.screen().screenText().simplified().contains(press + u' ' + press))
         << session.screen().screenText().toStdString();
+}
+
+TEST_F(TerminalPanelTest, AnEchoAfterAQuietFrameIsDrawnWithoutWaitingForTheNextFrame)
+{
+    TerminalSession::Options options;
+    options.folder = tree.root();
+    options.command = QList<QByteArray>{"/bin/sh", "-c", "cat >/dev/null"}; // the terminal echoes what is typed
+    TerminalSession session(options);
+    TerminalView view(&session);
+    view.resize(400, 240);
+    view.show();
+    // The view's frame timer: a frame waiting on it is drawn up to a frame late.
+    const auto frameWaits = [&] {
+        for (const QTimer* timer : view.findChildren<QTimer*>(Qt::FindDirectChildrenOnly))
+            if (timer->isActive())
+                return true;
+        return false;
+    };
+    ASSERT_TRUE(test::waitUntil([&] { return view.paintCount() > 0 && !frameWaits(); }));
+    for (int i = 0; i < 3; ++i) {
+        test::waitUntil([] { return false; }, 50); // the view is quiet for a few frames
+        const int paintsBefore = view.paintCount();
+        const QString typed = QStringLiteral("echoed%1").arg(i);
+        session.write(typed.toUtf8());
+        ASSERT_TRUE(test::waitUntil([&] { return session.screen().screenText().contains(typed); }));
+        EXPECT_FALSE(frameWaits()) << i;
+        EXPECT_TRUE(test::waitUntil([&] { return view.paintCount() > paintsBefore; })) << i;
+    }
 }
 
 TEST_F(TerminalPanelTest, AFloodOfOutputPaintsAtMostOncePerFrame)

@@ -80,7 +80,6 @@ TerminalView::TerminalView(TerminalSession* session, QWidget* parent) : QAbstrac
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
     m_frameTimer = new QTimer(this);
     m_frameTimer->setSingleShot(true);
-    m_frameTimer->setInterval(kFrameMs);
     connect(m_frameTimer, &QTimer::timeout, this, &TerminalView::frame);
     theme::whenChanged(this, [this] {
         m_colors = TerminalColors::fromTheme();
@@ -114,14 +113,22 @@ void TerminalView::updateFont()
 void TerminalView::outputArrived()
 {
     m_dirty = true;
-    if (!m_frameTimer->isActive())
-        m_frameTimer->start();
+    if (m_frameTimer->isActive())
+        return;
+    // Output after a quiet frame (a key's echo) is drawn at once; more within the frame waits
+    // for the frame's end, so a flood still paints once per frame.
+    const qint64 since = m_lastFrame.isValid() ? m_lastFrame.elapsed() : kFrameMs;
+    if (since >= kFrameMs)
+        frame();
+    else
+        m_frameTimer->start(int(kFrameMs - since));
 }
 
 void TerminalView::frame()
 {
     if (!m_session)
         return;
+    m_lastFrame.start();
     // Lines arriving while the history is read keep the reader's place.
     const int64_t top = m_session->screen().screenTopLine();
     if (m_offset > 0)

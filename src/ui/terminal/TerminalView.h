@@ -1,7 +1,8 @@
 #pragma once
 // TerminalView: draws one TerminalSession's screen and scrollback and forwards keys, pastes,
 // drops and mouse events to it. The screen is painted at most once per frame however fast
-// output arrives; the cell grid follows the widget's size and the session is told (SIGWINCH).
+// output arrives, and at once for output after a quiet frame (a key's echo); the cell grid
+// follows the widget's size and the session is told (SIGWINCH).
 //
 // Keys: every key goes to the program except F4 and Ctrl+` (the window's terminal keys), the
 // palette's key, Ctrl+Shift+C and Ctrl+Shift+V (copy the selection, paste), Shift+PageUp and
@@ -14,6 +15,7 @@
 #include "ui/terminal/TerminalColors.h"
 
 #include <QAbstractScrollArea>
+#include <QElapsedTimer>
 #include <QPointer>
 
 class QTimer;
@@ -86,6 +88,7 @@ private:
     bool m_syncingScrollBar = false;
     TerminalSelection m_selection;
     QTimer* m_frameTimer;
+    QElapsedTimer m_lastFrame; // since the last frame was asked for
 };
 
 } // namespace orwick
