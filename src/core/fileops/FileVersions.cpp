@@ -12,14 +12,13 @@
 #include "platform/UniqueFd.h"
 #include "platform/Xattr.h"
 
-#include <QCryptographicHash>
-
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <xxhash.h>
 
 namespace orwick::fileversions {
 
@@ -141,14 +140,51 @@ Status writeThrough(const FilePath& target, const struct stat& st, const QByteAr
 
 } // namespace
 
+// XXH3-128: the digests only tell, within this process, whether a file still holds what was
+// there or what was written; nothing adversarial and nothing stored, so a fast hash serves.
+namespace {
+
+QByteArray bytesOf(XXH128_hash_t hash)
+{
+    XXH128_canonical_t canonical;
+    XXH128_canonicalFromHash(&canonical, hash);
+    return QByteArray(reinterpret_cast<const char*>(canonical.digest), sizeof canonical.digest);
+}
+
+} // namespace
+
 QByteArray digestOf(QByteArrayView bytes)
 {
-    return QCryptographicHash::hash(bytes, QCryptographicHash::Blake2b_256);
+    return bytesOf(XXH3_128bits(bytes.data(), size_t(bytes.size())));
+}
+
+void Digester::FreeState::operator()(XXH3_state_s* state) const
+{
+    XXH3_freeState(state);
+}
+
+Digester::Digester()
+    : m_state(XXH3_createState())
+{
+    if (!m_state || XXH3_128bits_reset(m_state.get()) != XXH_OK)
+        qFatal("fileversions: no memory for a digest");
+}
+
+Digester::~Digester() = default;
+
+void Digester::add(QByteArrayView bytes)
+{
+    XXH3_128bits_update(m_state.get(), bytes.data(), size_t(bytes.size()));
+}
+
+QByteArray Digester::result() const
+{
+    return bytesOf(XXH3_128bits_digest(m_state.get()));
 }
 
 std::optional<QByteArray> digestOfFile(int fd)
 {
-    QCryptographicHash hash(QCryptographicHash::Blake2b_256);
+    Digester digest;
     QByteArray chunk(1 << 20, Qt::Uninitialized);
     for (off_t offset = 0;;) {
         const ssize_t n = ::pread(fd, chunk.data(), size_t(chunk.size()), offset);
@@ -157,8 +193,8 @@ std::optional<QByteArray> digestOfFile(int fd)
         if (n < 0)
             return std::nullopt;
         if (n == 0)
-            return hash.result();
-        hash.addData(QByteArrayView(chunk.constData(), n));
+            return digest.result();
+        digest.add(QByteArrayView(chunk.constData(), n));
         offset += n;
     }
 }

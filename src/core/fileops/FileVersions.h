@@ -21,14 +21,34 @@
 #include "notes/NoteFile.h"
 
 #include <QByteArray>
+#include <memory>
 #include <optional>
+
+struct XXH3_state_s;
 
 namespace orwick::fileversions {
 
-// A digest of contents, to know later whether a file still holds them.
+// A digest of contents, to know later, in this process, whether a file still holds them
+// (XXH3-128: fast, not for adversaries, never stored).
 QByteArray digestOf(QByteArrayView bytes);
 // The digest of what the open file holds, read from its start; nothing when it can't be read.
 std::optional<QByteArray> digestOfFile(int fd);
+// A digest built piece by piece; the same bytes in any pieces give digestOf's digest.
+class Digester {
+public:
+    Digester();
+    ~Digester();
+    Digester(const Digester&) = delete;
+    Digester& operator=(const Digester&) = delete;
+    void add(QByteArrayView bytes);
+    [[nodiscard]] QByteArray result() const;
+
+private:
+    struct FreeState {
+        void operator()(XXH3_state_s* state) const;
+    };
+    std::unique_ptr<XXH3_state_s, FreeState> m_state;
+};
 
 // Writes `bytes` under a hidden temporary name in the folder of `wanted`, with the mode a new
 // file gets, synced to the disk. Returns the temporary path; nothing is left on failure.

@@ -4,7 +4,6 @@
 #include "platform/DirectoryReader.h"
 #include "platform/UniqueFd.h"
 
-#include <QCryptographicHash>
 #include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -16,12 +15,12 @@ namespace {
 // Deeper than any real tree; what lies below is summed up as one mark, not walked.
 constexpr int kDeepest = 256;
 
-void addNumber(QCryptographicHash& hash, qint64 value)
+void addNumber(fileversions::Digester& hash, qint64 value)
 {
-    hash.addData(QByteArrayView(reinterpret_cast<const char*>(&value), sizeof value));
+    hash.add(QByteArrayView(reinterpret_cast<const char*>(&value), sizeof value));
 }
 
-void addEntryStamp(QCryptographicHash& hash, const EntryStat& st, bool withInode)
+void addEntryStamp(fileversions::Digester& hash, const EntryStat& st, bool withInode)
 {
     addNumber(hash, st.mode & S_IFMT);
     if (st.isDirectory())
@@ -33,39 +32,39 @@ void addEntryStamp(QCryptographicHash& hash, const EntryStat& st, bool withInode
 }
 
 // Adds every entry below `folder`, by name so that the order of the disk doesn't count.
-void addTree(QCryptographicHash& hash, const DirectoryHandle& folder, int depth)
+void addTree(fileversions::Digester& hash, const DirectoryHandle& folder, int depth)
 {
     std::vector<DirEntry> entries;
     if (depth > kDeepest || !folder.readEntries(entries)) {
-        hash.addData("\x01unread");
+        hash.add("\x01unread");
         return;
     }
     std::sort(entries.begin(), entries.end(), [](const DirEntry& a, const DirEntry& b) { return a.name < b.name; });
     for (const DirEntry& entry : entries) {
-        hash.addData(entry.name);
-        hash.addData(QByteArrayView("\0", 1));
+        hash.add(entry.name);
+        hash.add(QByteArrayView("\0", 1));
         const auto st = statForWalk(folder.fd(), entry.name.constData());
         if (!st) {
-            hash.addData("\x01gone");
+            hash.add("\x01gone");
             continue;
         }
         // Inside a folder the inode is left out: a copy taken back from the Trash across disks
         // gets new ones without anyone having changed it.
         addEntryStamp(hash, *st, false);
         if (st->isDirectory()) {
-            hash.addData("\x02");
+            hash.add("\x02");
             if (const auto child = DirectoryHandle::openChild(folder.fd(), entry.name.constData()))
                 addTree(hash, *child, depth + 1);
             else
-                hash.addData("\x01unopened");
-            hash.addData("\x03");
+                hash.add("\x01unopened");
+            hash.add("\x03");
         }
     }
 }
 
 std::optional<QByteArray> stampOf(const FilePath& item, const EntryStat& st)
 {
-    QCryptographicHash hash(QCryptographicHash::Blake2b_256);
+    fileversions::Digester hash;
     addEntryStamp(hash, st, true);
     if (st.isDirectory()) {
         const auto folder = DirectoryHandle::open(item, FollowLinks::no);
