@@ -14,6 +14,7 @@
 #include "ui/sidebar/Sidebar.h"
 
 #include <QPlainTextEdit>
+#include <QFileInfo>
 #include <QPushButton>
 #include <QTextBrowser>
 #include <cstdio>
@@ -224,4 +225,104 @@ TEST_F(NoteEditorWindowTest, NewNoteOpensInTheEditor)
     press(Qt::Key_S, Qt::ControlModifier);
     settle();
     EXPECT_EQ(test::readAll(tree.path("untitled.md")), "# Idea");
+}
+
+namespace {
+
+// What the offer bar's button named `text` is, or nothing.
+QPushButton* offerButton(NoteEditor* editor, const QString& text)
+{
+    for (QPushButton* button : editor->offerBar()->findChildren<QPushButton*>())
+        if (button->text() == text && button->isVisible())
+            return button;
+    return nullptr;
+}
+
+} // namespace
+
+TEST_F(NoteEditorWindowTest, ClosingWhenTheSaveIsRefusedKeepsTheWindowAndWhatWasTyped)
+{
+    startEditing(note);
+    typeAtEnd(QStringLiteral("Mine"));
+    writeElsewhere(note, "theirs\n");
+
+    window->close();
+    settle();
+    // The close waits for the save, which is refused: the window stays, and says why.
+    ASSERT_TRUE(test::waitUntil([&] { return editor() && !editor()->offerText().isEmpty(); }));
+    QApplication::processEvents();
+    EXPECT_TRUE(window->isVisible());
+    ASSERT_NE(editor(), nullptr);
+    EXPECT_TRUE(editor()->isVisible());
+    EXPECT_EQ(editor()->offerText(), QStringLiteral("“note.md” was changed by another program."));
+    EXPECT_TRUE(editorText()->toPlainText().endsWith("Mine")) << "what was typed stays";
+    EXPECT_EQ(test::readAll(note), "theirs\n") << "their text is never written over unasked";
+
+    // Keep Mine saves; closing then works.
+    QPushButton* keepMine = offerButton(editor(), QStringLiteral("Keep Mine"));
+    ASSERT_NE(keepMine, nullptr);
+    keepMine->click();
+    settle();
+    EXPECT_EQ(test::readAll(note), QByteArray(kNote) + "Mine");
+    ASSERT_TRUE(test::waitUntil([&] { return !editor()->isModified(); }));
+    window->close();
+    EXPECT_TRUE(test::waitUntil([&] { return !window->isVisible(); }));
+}
+
+TEST_F(NoteEditorWindowTest, ClosingWhenTheFileWasDeletedKeepsTheWindowAndWhatWasTyped)
+{
+    startEditing(note);
+    typeAtEnd(QStringLiteral("Mine"));
+    ASSERT_EQ(std::remove(note.c_str()), 0);
+
+    window->close();
+    settle();
+    ASSERT_TRUE(test::waitUntil([&] { return editor() && !editor()->offerText().isEmpty(); }));
+    QApplication::processEvents();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_EQ(editor()->offerText(), QStringLiteral("“note.md” was deleted or moved by another program."));
+    EXPECT_TRUE(editorText()->toPlainText().endsWith("Mine"));
+    EXPECT_FALSE(QFileInfo::exists(note.text())) << "nothing is written back unasked";
+
+    QPushButton* keepMine = offerButton(editor(), QStringLiteral("Keep Mine"));
+    ASSERT_NE(keepMine, nullptr);
+    keepMine->click();
+    settle();
+    ASSERT_TRUE(test::waitUntil([&] { return QFileInfo::exists(note.text()) && !editor()->isModified(); }));
+    EXPECT_EQ(test::readAll(note), QByteArray(kNote) + "Mine");
+    window->close();
+    EXPECT_TRUE(test::waitUntil([&] { return !window->isVisible(); }));
+}
+
+TEST_F(NoteEditorWindowTest, ClosingWhileTheEditorIsLeavingWaitsForItsSave)
+{
+    startEditing(note);
+    typeAtEnd(QStringLiteral("Mine"));
+    writeElsewhere(note, "theirs\n");
+    ASSERT_TRUE(test::waitUntil([&] { return !editor()->offerText().isEmpty(); }));
+    // Esc starts leaving (the save is refused and the editor comes back); the close in the
+    // same moment must not drop it.
+    press(Qt::Key_Escape);
+    window->close();
+    settle();
+    ASSERT_TRUE(test::waitUntil([&] { return editor() && editor()->isVisible(); }));
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(editorText()->toPlainText().endsWith("Mine"));
+    EXPECT_EQ(test::readAll(note), "theirs\n");
+}
+
+TEST_F(NoteEditorWindowTest, QuittingWhenTheSaveIsRefusedIsCancelled)
+{
+    startEditing(note);
+    typeAtEnd(QStringLiteral("Mine"));
+    writeElsewhere(note, "theirs\n");
+    // The Quit command asks the application to quit; the window refuses while its text is unsaved.
+    QEvent quit(QEvent::Quit);
+    QCoreApplication::sendEvent(qApp, &quit);
+    settle();
+    ASSERT_TRUE(test::waitUntil([&] { return editor() && !editor()->offerText().isEmpty(); }));
+    QApplication::processEvents();
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(editorText()->toPlainText().endsWith("Mine"));
+    EXPECT_EQ(test::readAll(note), "theirs\n");
 }

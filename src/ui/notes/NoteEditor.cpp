@@ -9,7 +9,6 @@
 #include "ui/theme/Theme.h"
 
 #include <QApplication>
-#include <QCloseEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -126,13 +125,6 @@ NoteEditor::NoteEditor(WindowState* window, const FilePath& file, QWidget* paren
     });
     connect(m_session, &EditSession::changedOnDisk, this, &NoteEditor::diskChanged);
     connect(m_session, &EditSession::saveFinished, this, &NoteEditor::saveFinished);
-    // Closing or quitting the window saves first: the close waits for the save.
-    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] {
-        bool finished = !isModified();
-        saveBeforeLeaving([&finished](bool) { finished = true; });
-        for (int i = 0; i < 500 && !finished; ++i)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    });
 }
 
 NoteEditor::~NoteEditor() = default;
@@ -148,8 +140,6 @@ Status NoteEditor::open()
         m_live->setText(m_session->loaded().text, true);
     setMode(m_window->documentMode());
     updateHeader();
-    if (QWidget* top = window())
-        top->installEventFilter(this);
     return {};
 }
 
@@ -172,6 +162,8 @@ QString NoteEditor::currentText() const
 }
 
 bool NoteEditor::isModified() const { return m_text->document()->isModified(); }
+
+bool NoteEditor::holdsUnsaved() const { return (isModified() && !m_session->isReadOnly()) || m_session->isSaving(); }
 
 QString NoteEditor::offerText() const { return m_offer->isHidden() ? QString() : m_offerText->text(); }
 
@@ -311,16 +303,6 @@ bool NoteEditor::eventFilter(QObject* watched, QEvent* event)
             m_window->stopEditing();
             return true;
         }
-    }
-    if (watched == window() && event->type() == QEvent::Close && isModified() && !m_session->isReadOnly()) {
-        // The window closes once what the editor holds is saved; a refused save keeps it open.
-        event->ignore();
-        QPointer<QWidget> top = window();
-        saveBeforeLeaving([top](bool saved) {
-            if (saved && top)
-                QMetaObject::invokeMethod(top, &QWidget::close, Qt::QueuedConnection);
-        });
-        return true;
     }
     return QWidget::eventFilter(watched, event);
 }

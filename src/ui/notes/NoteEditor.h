@@ -9,6 +9,8 @@
 // toast "Saved “note.md”" with Undo). Leaving (Ctrl+E, Esc, F3, closing or quitting the window)
 // saves what the editor holds first, so nothing typed is ever dropped; a save that is refused
 // (another program changed the file, it is read-only) keeps the editor open with the reason.
+// The window asks holdsUnsaved() before it closes (MainWindow::closeEvent, through the preview
+// panel) and waits for saveBeforeLeaving(): the close is tried again only once the save ended.
 // Inside the editor Ctrl+Z undoes typing; the window's undo (outside it) undoes a save.
 //
 // Another program's change: with nothing typed since the last save the editor takes the new
@@ -47,6 +49,8 @@ public:
     void setMode(DocumentMode mode);
 
     bool isModified() const;
+    // Whether closing now would drop text: typed and not yet on disk, or a save still running.
+    bool holdsUnsaved() const;
     // Ctrl+S.
     void save();
     // Saves what the editor holds when it differs from the disk, then calls `done(true)`;

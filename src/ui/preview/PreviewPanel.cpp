@@ -8,6 +8,7 @@
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QVBoxLayout>
+#include <memory>
 
 namespace orwick {
 
@@ -27,6 +28,35 @@ PreviewPanel::PreviewPanel(WindowState* window, QWidget* parent) : QFrame(parent
 QWidget* PreviewPanel::focusTarget() const
 {
     return m_editor ? static_cast<QWidget*>(m_editor->textEdit()) : m_view->focusTarget();
+}
+
+bool PreviewPanel::readyToClose(std::function<void()> whenSaved)
+{
+    QList<QPointer<NoteEditor>> unsaved;
+    for (NoteEditor* editor : findChildren<NoteEditor*>(Qt::FindDirectChildrenOnly))
+        if (editor->holdsUnsaved())
+            unsaved.append(editor);
+    if (unsaved.isEmpty())
+        return true;
+    // Answered once every editor's save has ended; a refusal answers nothing.
+    struct Waiting {
+        qsizetype left;
+        bool refused = false;
+        std::function<void()> whenSaved;
+    };
+    auto waiting = std::make_shared<Waiting>(Waiting{unsaved.size(), false, std::move(whenSaved)});
+    for (const QPointer<NoteEditor>& editor : unsaved) {
+        if (!editor) { // went while an earlier one answered at once
+            --waiting->left;
+            continue;
+        }
+        editor->saveBeforeLeaving([waiting](bool saved) {
+            waiting->refused = waiting->refused || !saved;
+            if (--waiting->left == 0 && !waiting->refused)
+                waiting->whenSaved();
+        });
+    }
+    return false;
 }
 
 void PreviewPanel::updateActive() { m_follower->setActive(isVisible() && !m_editor); }

@@ -37,6 +37,7 @@
 #include <QPushButton>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QPointer>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTabBar>
@@ -305,6 +306,17 @@ void MainWindow::showSelectedTab()
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
+    // Every close — the close button, Close Window, quitting, the session's end — asks here
+    // first. Text the editor holds is saved before the window goes: the close is tried again
+    // once the engine says it saved; a refused save keeps the window and shows why.
+    QPointer<MainWindow> self(this);
+    if (!m_previewPanel->readyToClose([self] {
+            if (self)
+                QMetaObject::invokeMethod(self, &QWidget::close, Qt::QueuedConnection);
+        })) {
+        event->ignore();
+        return;
+    }
     if (m_state->tabs().size() > 1 && !m_closeConfirmed && isVisible()) {
         event->ignore();
         askToClose();

@@ -48,7 +48,9 @@ public:
     void addPaneDecorator(std::function<void(PaneWidget*)> decorate);
 
 protected:
-    // A window of several tabs asks before it closes (a window-modal question; the close waits).
+    // The one check every close and quit passes: unsaved editor text is saved first (the close
+    // waits for it; a refused save cancels the close, and so a quit), then a window of several
+    // tabs asks (a window-modal question; the close waits).
     void closeEvent(QCloseEvent* event) override;
 
 private:
