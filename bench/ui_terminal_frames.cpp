@@ -9,6 +9,8 @@
 //   ended. Target: within one frame (16.7 ms).
 // - key during the flood: a key posted to the view while cat floods, timed until the view has
 //   received it and painted a frame after it (the echo itself is lost in the flood).
+// Beside them it prints the longest single event of each type in the flood (where a long turn
+// went: 50 is a socket notifier, the terminal reading output; 77 a window repaint).
 //   bench_ui_terminal_frames [MEGABYTES] [KEYS]   (needs a display; bench/terminal-frames.sh
 //   runs it under Xvfb). The shell is $SHELL.
 
@@ -32,6 +34,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <map>
 #include <vector>
 
 using namespace orwick;
@@ -50,11 +53,21 @@ public:
     std::function<void(qint64 start, qint64 end)> painted;
     std::function<void(QObject* receiver, QEvent* event)> delivered;
     std::vector<double> paintMs, windowFrameMs;
+    std::map<int, double> longestEventMs; // by event type, outermost events only
     bool recording = false;
 
     bool notify(QObject* receiver, QEvent* event) override
     {
         const QEvent::Type type = event->type();
+        if (recording && m_depth == 0) {
+            const qint64 start = nowNs();
+            ++m_depth;
+            const bool result = notify(receiver, event);
+            --m_depth;
+            double& longest = longestEventMs[int(type)];
+            longest = std::max(longest, double(nowNs() - start) / 1e6);
+            return result;
+        }
         const bool paint = type == QEvent::Paint && receiver == paintTarget;
         const bool windowFrame = type == QEvent::UpdateRequest && receiver->isWidgetType()
                                  && static_cast<QWidget*>(receiver)->isWindow();
@@ -71,6 +84,9 @@ public:
             painted(start, end);
         return result;
     }
+
+private:
+    int m_depth = 0;
 };
 
 // The GUI thread's turns: a timer asking to run every millisecond; a gap between two runs is
@@ -242,6 +258,7 @@ int main(int argc, char** argv)
         Heartbeat heartbeat;
         app.paintMs.clear();
         app.windowFrameMs.clear();
+        app.longestEventMs.clear();
         std::vector<double> paintEnds;
         qint64 keyPosted = -1, keyReceived = -1;
         app.painted = [&](qint64 start, qint64 end) {
@@ -294,6 +311,11 @@ int main(int argc, char** argv)
                     quantile(app.windowFrameMs, 0.99), maximum(app.windowFrameMs));
         std::printf("  between view paints: median %.1f ms, 99th %.1f ms, longest %.1f ms; over 50 ms: %d\n", quantile(intervals, 0.5),
                     quantile(intervals, 0.99), maximum(intervals), countOver(intervals, 50));
+        std::printf("  longest events by type (QEvent::Type: ms):");
+        for (const auto& [type, ms] : app.longestEventMs)
+            if (ms >= 1)
+                std::printf(" %d: %.1f;", type, ms);
+        std::printf("\n");
         return countOver(gaps, 50) == 0;
     };
     bool pass = flood(false, nullptr);
