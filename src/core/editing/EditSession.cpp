@@ -33,13 +33,13 @@ EditSession::EditSession(const FilePath& file, FileOperations& operations, QUndo
 {
     m_settle.setSingleShot(true);
     m_settle.setInterval(50);
-    connect(&m_settle, &QTimer::timeout, this, [this] { check(); });
+    connect(&m_settle, &QTimer::timeout, this, &EditSession::checkInBackground);
     m_watcher = new DirectoryWatcher(file.parent(), this);
     connect(m_watcher, &DirectoryWatcher::changed, &m_settle, qOverload<>(&QTimer::start));
     connect(m_watcher, &DirectoryWatcher::overflowed, &m_settle, qOverload<>(&QTimer::start));
     connect(&operations, &FileOperations::contentsChanged, this, [this](const QList<FilePath>& files) {
         if (files.contains(m_file))
-            check();
+            checkInBackground();
     });
 }
 
@@ -47,6 +47,7 @@ EditSession::~EditSession() = default;
 
 Status EditSession::load()
 {
+    m_checking.cancel(); // a look started before is about the text before
     const auto st = statPath(m_file, FollowLinks::yes);
     if (!st)
         return failure(QStringLiteral("“%1” is no longer there.").arg(m_file.fileName()));
@@ -70,9 +71,9 @@ Status EditSession::load()
     return {};
 }
 
-std::optional<EditSession::Version> EditSession::versionNow(const Version& known) const
+std::optional<EditSession::Version> EditSession::versionOf(const FilePath& file, const Version& known)
 {
-    const auto st = statPath(m_file, FollowLinks::yes);
+    const auto st = statPath(file, FollowLinks::yes);
     if (!st || !st->isRegular())
         return std::nullopt;
     Version now{st->size, st->modifiedNs, st->inode, st->device, {}};
@@ -80,14 +81,39 @@ std::optional<EditSession::Version> EditSession::versionNow(const Version& known
         now.hash = known.hash;
         return now;
     }
-    Result<QByteArray> bytes = readWhole(m_file);
+    Result<QByteArray> bytes = readWhole(file);
     now.hash = bytes ? hashOf(*bytes) : QByteArray();
     return now;
 }
 
 EditSession::Disk EditSession::check()
 {
-    const std::optional<Version> now = versionNow(m_version);
+    m_checking.cancel(); // this look is newer
+    return apply(versionNow(m_version));
+}
+
+void EditSession::checkInBackground()
+{
+    // The stat is cheap; only a moved stamp needs the bytes read and hashed.
+    const auto st = statPath(m_file, FollowLinks::yes);
+    if (!st || !st->isRegular() || Version{st->size, st->modifiedNs, st->inode, st->device, {}}.sameStamp(m_version)) {
+        m_checking.cancel();
+        apply(versionNow(m_version));
+        return;
+    }
+    const TaskSlot::Ticket ticket = m_checking.start();
+    runInBackground(
+        this, [file = m_file, known = m_version] { return versionOf(file, known); },
+        [this, ticket](std::optional<Version> now) {
+            if (!m_checking.isCurrent(ticket))
+                return; // a newer look, a save or a load came first
+            m_checking.finish(ticket);
+            apply(now);
+        });
+}
+
+EditSession::Disk EditSession::apply(const std::optional<Version>& now)
+{
     if (now && now->hash == m_version.hash) {
         m_version = *now; // touched, or rewritten with the same bytes
         m_disk = Disk::same;
@@ -140,6 +166,7 @@ void EditSession::overwrite(const QString& text)
 
 void EditSession::write(const QByteArray& bytes, bool overwriting)
 {
+    m_checking.cancel();
     m_saving = true;
     m_savingHash = hashOf(bytes);
     const QByteArray hash = m_savingHash;
@@ -177,13 +204,14 @@ void EditSession::finishSave(bool ok, const QByteArray& hash, const QString& ref
         check(); // a change that beat the save is offered
         return refuse(m_disk == Disk::same ? refusal : changeText());
     }
-    const std::optional<Version> now = versionNow({});
-    m_version = now && now->hash == hash ? *now : Version{-1, 0, 0, 0, hash};
+    // The bytes are ours; their stamp is taken by the next look, which hashes them in the
+    // background and so also sees another program's write right after ours.
+    m_version = Version{-1, 0, 0, 0, hash};
     m_disk = Disk::same;
     m_reportedHash.clear();
     m_refusal.clear();
     Q_EMIT saveFinished(true);
-    check(); // another program's write right after ours
+    checkInBackground();
 }
 
 void EditSession::refuse(const QString& sentence)

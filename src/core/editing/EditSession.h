@@ -12,13 +12,17 @@
 // over whatever the disk holds; the other program's version is then what undo gives back.
 //
 // The disk is checked when the file's folder changes (inotify), when the engine says it
-// rewrote the file (an undo of a save, a task ticked elsewhere), and before every save.
+// rewrote the file (an undo of a save, a task ticked elsewhere), after every save, and before
+// every save. The first three look in the background: a stat on the GUI thread, and when the
+// file's stamp moved, the read and hash (up to 16 MB) on the thread pool, its answer dropped
+// when a newer look, a save or a load came first. check() (before a save) looks at once.
 //
 // Signals: changedOnDisk() follows each check that finds a version of the file (or its
 // absence) that is neither the one the text came from nor the one being saved, once per
 // version; saveFinished(ok) follows every save() and overwrite() that reached the engine or
 // was refused (with refusal(), the sentence, set when not ok). Lives on the GUI thread.
 
+#include "async/Background.h"
 #include "editing/EditableText.h"
 #include "files/FilePath.h"
 
@@ -87,7 +91,11 @@ private:
     };
     // The file's version now, hashing its bytes only when its stamp differs from `known`;
     // nothing when it is gone.
-    std::optional<Version> versionNow(const Version& known) const;
+    std::optional<Version> versionNow(const Version& known) const { return versionOf(m_file, known); }
+    static std::optional<Version> versionOf(const FilePath& file, const Version& known);
+    // What a look at the disk found, compared with the text's version; emits changedOnDisk().
+    Disk apply(const std::optional<Version>& now);
+    void checkInBackground();
     void write(const QByteArray& bytes, bool overwriting);
     void finishSave(bool ok, const QByteArray& hash, const QString& refusal);
     void refuse(const QString& sentence);
@@ -105,6 +113,7 @@ private:
     QString m_refusal;
     DirectoryWatcher* m_watcher = nullptr;
     QTimer m_settle; // folder events come in bursts: one check after them
+    TaskSlot m_checking; // the background look at the disk
 };
 
 } // namespace orwick
