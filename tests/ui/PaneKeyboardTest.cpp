@@ -1,9 +1,11 @@
 // A new user's keyboard session in a real window: moving to another folder while keys keep
 // coming, the filter field and Esc, renaming in place in every view, the conflict question
-// cancelled, the cursor after rows go away, Ctrl+L, and what the window says instead of nothing.
+// cancelled, the cursor after rows go away, Ctrl+L, F8 to the other pane, and what the window
+// says instead of nothing.
 
 #include "WindowFixture.h"
 #include "files/DirectoryLoader.h"
+#include "state/TabState.h"
 #include "ui/fileops/FileOpsController.h"
 #include "ui/pane/FilterBar.h"
 #include "ui/pane/StatusLine.h"
@@ -72,6 +74,34 @@ TEST_F(PaneKeyboardTest, CtrlFReachesTheFilterFieldAfterMovingIntoTheList)
     press(Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(QApplication::focusWidget(), filter);
     EXPECT_TRUE(filter->isVisible());
+}
+
+TEST_F(PaneKeyboardTest, F8MovesTheActivePaneAndTheKeyboardToTheOtherPane)
+{
+    tree.folder("Inbox");
+    open(tree.root());
+    PaneState* left = pane();
+    press(Qt::Key_Backslash, Qt::ControlModifier);
+    ASSERT_TRUE(state->selectedTab()->isSplit());
+    PaneState* right = pane();
+    ASSERT_NE(right, left);
+    const auto keyboardIsIn = [&](PaneState* expected) {
+        PaneWidget* widget = window->activePaneWidget();
+        return widget && widget->pane() == expected && QApplication::focusWidget() == widget->focusTarget();
+    };
+    ASSERT_TRUE(waitUntil([&] { return keyboardIsIn(right); }));
+    press(Qt::Key_F8);
+    EXPECT_EQ(pane(), left);
+    EXPECT_TRUE(waitUntil([&] { return keyboardIsIn(left); }));
+    press(Qt::Key_F8);
+    EXPECT_EQ(pane(), right);
+    EXPECT_TRUE(waitUntil([&] { return keyboardIsIn(right); }));
+    // From the filter field too: the key isn't one a text field takes.
+    press(Qt::Key_F, Qt::ControlModifier);
+    ASSERT_EQ(QApplication::focusWidget(), window->activePaneWidget()->filterBar());
+    press(Qt::Key_F8);
+    EXPECT_EQ(pane(), left);
+    EXPECT_TRUE(waitUntil([&] { return keyboardIsIn(left); }));
 }
 
 TEST_F(PaneKeyboardTest, EscInTheListClearsTheSelectionThenClosesTheFilter)

@@ -312,7 +312,8 @@ QList<AppCommand> buildFixed()
              [](WindowState& w) { w.selectedTab()->split(w.activePane(), PaneEdge::bottom, w.activePane()->url()); },
              [](const WindowState& w) { return w.selectedTab()->canSplit(w.activePane(), PaneEdge::bottom); }),
         make("closePane", "Close Pane", "xmark.rectangle", none(), "split remove", [](WindowState& w) { w.selectedTab()->close(w.activePane()); }, isSplit),
-        make("nextPane", "Focus Next Pane", "rectangle.2.swap", none(), "switch pane split", [](WindowState& w) { w.selectedTab()->activateNext(1); }, isSplit),
+        // F8 sits beside F5 and F6, which act on the other pane; Tab stays with text fields and the terminal.
+        make("nextPane", "Focus Next Pane", "rectangle.2.swap", keys(Qt::Key_F8), "switch pane split", [](WindowState& w) { w.selectedTab()->activateNext(1); }, isSplit),
         make("nextTab", "Show Next Tab", "arrow.right", keys(C | Qt::Key_Tab), "", [](WindowState& w) { w.selectTab(1); }),
         make("previousTab", "Show Previous Tab", "arrow.left", keys(C | S | Qt::Key_Backtab), "", [](WindowState& w) { w.selectTab(-1); }),
         make("hiddenFiles", "Toggle Hidden Files", "", keys(C | S | Qt::Key_Period), "dotfiles show hidden",

@@ -1,11 +1,13 @@
 #include "commands/CommandCatalog.h"
 #include "state/FileActions.h"
+#include "state/TabState.h"
 #include "state/WindowState.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QHash>
 #include <QSet>
 #include <gtest/gtest.h>
 
@@ -236,6 +238,37 @@ TEST_F(FileCommandsFixture, CopyAndMoveToTheOtherPaneAskForTheDestinationInASing
     EXPECT_TRUE(CommandCatalog::run("moveToOther", *window));
     EXPECT_EQ(asked, (QList<PaletteRequest>{PaletteRequest::copyDestination, PaletteRequest::moveDestination}));
     EXPECT_TRUE(FileOperations::shared().isIdle()) << "nothing was copied or moved yet";
+}
+
+// A key runs one command: two commands on one key would leave the window to pick one.
+TEST_F(CatalogFixture, NoTwoCommandsShareAKey)
+{
+    QHash<QKeySequence, QString> owner;
+    for (const AppCommand& command : CommandCatalog::all(*window)) {
+        QList<QKeySequence> keys = command.otherShortcuts;
+        if (!command.shortcut.isEmpty())
+            keys.prepend(command.shortcut);
+        for (const QKeySequence& key : keys) {
+            const auto taken = owner.constFind(key);
+            EXPECT_TRUE(taken == owner.cend()) << key.toString().toStdString() << " runs both " << taken->toStdString() << " and "
+                                               << command.id.toStdString();
+            owner.insert(key, command.id);
+        }
+    }
+    EXPECT_GT(owner.size(), 50) << "the catalogue's keys were all looked at";
+}
+
+// In a split tab F8 moves to the other pane; Tab stays with the text fields (filter, palette,
+// editor) and the terminal, which use it themselves.
+TEST_F(CatalogFixture, FocusNextPaneIsF8)
+{
+    const AppCommand* next = CommandCatalog::find("nextPane");
+    ASSERT_NE(next, nullptr);
+    EXPECT_EQ(next->shortcut, QKeySequence(Qt::Key_F8));
+    EXPECT_EQ(next->shortcutText(), "F8");
+    EXPECT_FALSE(next->enabledIn(*window)) << "one pane: there is no next one";
+    window->selectedTab()->toggleSplit();
+    EXPECT_TRUE(next->enabledIn(*window));
 }
 
 TEST_F(CatalogFixture, QuitIsControlQ)
