@@ -79,18 +79,6 @@ qint64 decodedPixels(const QByteArray& format, QSize stored, QSize target)
     return qint64(stored.width()) * stored.height();
 }
 
-// Qt refuses to allocate more than its allocation limit (128 MiB by default) for one read;
-// a bounded read needs up to kMaxDecodedPixels of 4 bytes. Raised once, never lowered.
-void allowBoundedReads()
-{
-    static std::once_flag once;
-    std::call_once(once, [] {
-        const int megabytes = int(kMaxDecodedPixels * 4 / (1024 * 1024));
-        if (QImageReader::allocationLimit() != 0 && QImageReader::allocationLimit() < megabytes)
-            QImageReader::setAllocationLimit(megabytes);
-    });
-}
-
 // "30,000": counts as the messages write them, whatever the locale.
 QString grouped(qint64 number) { return QLocale(QLocale::English, QLocale::UnitedStates).toString(number); }
 
@@ -138,8 +126,7 @@ Result<ReadPicture> readPicture(const FilePath& path, const std::function<QSize(
     QImageReader reader;
     if (auto opened = openReader(file, reader, path); !opened)
         return failure(opened.error());
-    // Before the reader starts on the file: its JPEG reader keeps its place in it.
-    const bool cutShort = file.peek(2) == QByteArrayView("\xFF\xD8", 2) && !jpegLooksComplete(file);
+    const bool cutShort = isCutShortJpeg(file); // before the reader starts on the file
     const QSize stored = reader.size();
     const QByteArray format = reader.format();
     if (!stored.isValid() || stored.isEmpty())
@@ -160,7 +147,7 @@ Result<ReadPicture> readPicture(const FilePath& path, const std::function<QSize(
         return failure(unreadable(path, QStringLiteral("the picture is cut short")));
     if (cancel.isCancelled())
         return failure(QString());
-    allowBoundedReads();
+    allowBoundedPictureReads();
     if (storedTarget != stored)
         reader.setScaledSize(storedTarget);
     QImage image = reader.read();
@@ -170,6 +157,23 @@ Result<ReadPicture> readPicture(const FilePath& path, const std::function<QSize(
     if (image.size() != target)
         image = image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     return ReadPicture{std::move(image), format, upright};
+}
+
+bool isCutShortJpeg(QIODevice& device)
+{
+    return device.peek(2) == QByteArrayView("\xFF\xD8", 2) && !jpegLooksComplete(device);
+}
+
+void allowBoundedPictureReads()
+{
+    // Compared under a lock so that two first reads on two threads set it once; once raised,
+    // calls only read it.
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
+    const int megabytes = int(kMaxDecodedPixels * 4 / (1024 * 1024));
+    const int limit = QImageReader::allocationLimit();
+    if (limit != 0 && limit < megabytes)
+        QImageReader::setAllocationLimit(megabytes);
 }
 
 bool jpegLooksComplete(QIODevice& device)

@@ -5,7 +5,8 @@
 // formats decode whole and are scaled after. What one read may decode is bounded
 // (kMaxDecodedPixels), so a 30,000 × 30,000 picture is refused in plain words, never decoded
 // whole. A truncated JPEG, which Qt would show with a grey bottom, counts as damaged.
-// The preview's decoder (preview/ImageDecode) opens files through openPictureFile too.
+// The preview's decoder (preview/ImageDecode) opens files, checks JPEGs and raises Qt's limit
+// through the same functions.
 // Every function is safe on any thread.
 
 #include "async/CancelFlag.h"
@@ -55,5 +56,15 @@ Result<ReadPicture> readPicture(const FilePath& path, const std::function<QSize(
 // A JPEG ends with its end-of-image marker after the first scan; one cut short doesn't.
 // Reads `device` from its start (streamed, bounded memory) and leaves it at its start.
 bool jpegLooksComplete(QIODevice& device);
+
+// True for a JPEG (by its first bytes) that jpegLooksComplete finds cut short; false for whole
+// JPEGs and other formats. Call it before a QImageReader starts on `device`: Qt's JPEG reader
+// keeps its place in the file.
+bool isCutShortJpeg(QIODevice& device);
+
+// Qt refuses to allocate more than its allocation limit (128 MiB by default) for one read; a
+// read of up to kMaxDecodedPixels needs 256 MiB. Every decoder of pictures calls this before
+// reading. Raises the limit when it is lower, never lowers it.
+void allowBoundedPictureReads();
 
 } // namespace orwick

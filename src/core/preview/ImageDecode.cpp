@@ -14,6 +14,9 @@ QString damaged(const FilePath& path)
     return QStringLiteral("“%1” can’t be shown: the picture is damaged or in a format Orwick can’t read.").arg(path.fileName());
 }
 
+// A picture the preview allows decodes within the bounded read the limit is raised for.
+static_assert(PreviewLimits{}.maxPixels <= kMaxDecodedPixels);
+
 } // namespace
 
 std::optional<std::pair<QSize, QString>> imageSize(const FilePath& path)
@@ -37,6 +40,8 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
     qint64 bytes = 0;
     if (!openPictureFile(file, path, &bytes))
         return std::unexpected(ImageFailure{QStringLiteral("Can’t read “%1”.").arg(path.fileName()), {}, {}});
+    // Qt would show a JPEG cut short with a grey bottom.
+    const bool cutShort = bytes <= limits.imageFileBytes && isCutShortJpeg(file);
     QImageReader reader(&file);
     reader.setAutoTransform(true);
     const QSize stored = reader.size();
@@ -55,8 +60,11 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
     const bool scalesWhileReading = format == u"jpeg" || format == u"jpg" || format == u"svg" || format == u"svgz";
     if (!scalesWhileReading && qint64(stored.width()) * stored.height() > limits.maxPixels)
         return std::unexpected(ImageFailure{QStringLiteral("Too large to preview"), size, format});
+    if (cutShort)
+        return std::unexpected(ImageFailure{damaged(path), size, format});
     if (cancel.isCancelled())
         return DecodedImage{{}, size, format};
+    allowBoundedPictureReads();
     if (target != stored)
         reader.setScaledSize(target);
     QImage image = reader.read();

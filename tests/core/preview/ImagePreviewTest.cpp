@@ -6,6 +6,7 @@
 
 #include <QBuffer>
 #include <QImage>
+#include <QImageReader>
 #include <QImageWriter>
 #include <gtest/gtest.h>
 
@@ -110,6 +111,38 @@ TEST(ImagePreview, ATruncatedPictureGivesAMessage)
     const PreviewContent content = load(tree.file("cut.png", bytes.left(60)));
     EXPECT_EQ(content.kind, Kind::message);
     EXPECT_EQ(content.message, "“cut.png” can’t be shown: the picture is damaged or in a format Orwick can’t read.");
+}
+
+// 36 megapixels decode to 144 MB, over Qt's own 128 MiB limit for one read but within the
+// preview's 40 megapixels. WebP decodes whole before it is scaled (PNG and JPEG scale while
+// reading), so the preview raises the limit itself, as the picture tools do.
+TEST(ImagePreview, APictureJustUnderThePreviewsLimitIsShown)
+{
+    if (!QImageReader::supportedImageFormats().contains("webp"))
+        GTEST_SKIP() << "Qt's WebP plugin isn't installed (qt6-image-formats-plugins)";
+    test::TempTree tree;
+    ASSERT_LE(qint64(8000) * 4500, PreviewLimits{}.maxPixels);
+    const FilePath path = savedImage(tree, "panorama.webp", {8000, 4500}, "webp"); // one colour: a small file
+    QImageReader::setAllocationLimit(128); // Qt's default, as a process starts with it
+    const PreviewContent content = load(path, {800, 800});
+    ASSERT_EQ(content.kind, Kind::image) << content.message.toStdString();
+    EXPECT_EQ(content.pixelSize, QSize(8000, 4500));
+    EXPECT_EQ(content.image.size(), QSize(800, 450));
+    EXPECT_EQ(content.image.pixelColor(400, 225).blue(), 255);
+}
+
+// Qt shows a JPEG cut short with a grey bottom; the preview says it is damaged instead.
+TEST(ImagePreview, AJpegCutShortIsDamagedNotGrey)
+{
+    test::TempTree tree;
+    const FilePath whole = savedImage(tree, "whole.jpg", {300, 200}, "jpeg");
+    const QByteArray bytes = test::readAll(whole);
+    ASSERT_EQ(load(whole).kind, Kind::image);
+    const PreviewContent content = load(tree.file("cut.jpg", bytes.left(bytes.size() * 2 / 3)));
+    EXPECT_EQ(content.kind, Kind::message);
+    EXPECT_EQ(content.message, "“cut.jpg” can’t be shown: the picture is damaged or in a format Orwick can’t read.");
+    // Bytes after the end marker (some cameras write them) leave a whole picture whole.
+    EXPECT_EQ(load(tree.file("trailing.jpg", bytes + QByteArray(3000, 'z'))).kind, Kind::image);
 }
 
 TEST(ImagePreview, TextNamedLikeAPictureGivesAMessage)
