@@ -2,14 +2,13 @@
 
 #include "images/ImageRead.h"
 #include "images/LongestSide.h"
+#include "images/TesseractLibrary.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QPainter>
 #include <QRegularExpression>
 #include <memory>
-#include <tesseract/baseapi.h>
-#include <tesseract/ocrclass.h>
 
 namespace orwick {
 
@@ -69,10 +68,6 @@ QImage greyPixels(const QImage& picture)
 
 bool cancelRequested(void* flag, int /*words*/) { return static_cast<const CancelFlag*>(flag)->isCancelled(); }
 
-struct TextDeleter {
-    void operator()(char* text) const { delete[] text; }
-};
-
 } // namespace
 
 QStringList recognitionLanguages()
@@ -111,23 +106,27 @@ Result<QString> recognizeText(const FilePath& file, const QString& language, con
     if (cancel.isCancelled())
         return failure(QString());
 
-    tesseract::TessBaseAPI tesseract;
+    const auto& loaded = tesseractLibrary();
+    if (!loaded)
+        return failure(loaded.error());
+    const TesseractLibrary& tess = **loaded;
+    const std::unique_ptr<TessBaseAPI, decltype(tess.destroy)> api(tess.create(), tess.destroy);
     // Before Init too: what Init itself says goes the same way.
-    tesseract.SetVariable("debug_file", "/dev/null");
-    if (tesseract.Init(QFile::encodeName(folder).constData(), language.toUtf8().constData(), tesseract::OEM_DEFAULT) != 0)
+    tess.setVariable(api.get(), "debug_file", "/dev/null");
+    if (tess.init(api.get(), QFile::encodeName(folder).constData(), language.toUtf8().constData(), tesseract::OEM_DEFAULT) != 0)
         return failure(QStringLiteral("Text recognition couldn’t start: the “%1” language data can’t be loaded.").arg(language));
-    tesseract.SetVariable("debug_file", "/dev/null");
-    tesseract.SetImage(grey.constBits(), grey.width(), grey.height(), 1, int(grey.bytesPerLine()));
-    tesseract::ETEXT_DESC monitor;
-    monitor.cancel = &cancelRequested;
-    monitor.cancel_this = const_cast<CancelFlag*>(&cancel);
-    const int recognized = tesseract.Recognize(&monitor);
+    tess.setVariable(api.get(), "debug_file", "/dev/null");
+    tess.setImage(api.get(), grey.constBits(), grey.width(), grey.height(), 1, int(grey.bytesPerLine()));
+    const std::unique_ptr<ETEXT_DESC, decltype(tess.deleteMonitor)> monitor(tess.createMonitor(), tess.deleteMonitor);
+    tess.setCancelFunc(monitor.get(), &cancelRequested);
+    tess.setCancelThis(monitor.get(), const_cast<CancelFlag*>(&cancel));
+    const int recognized = tess.recognize(api.get(), monitor.get());
     if (cancel.isCancelled())
         return failure(QString());
     if (recognized != 0)
         return failure(QStringLiteral("The text in “%1” couldn’t be read.").arg(file.fileName()));
-    const std::unique_ptr<char[], TextDeleter> text(tesseract.GetUTF8Text());
-    tesseract.End();
+    const std::unique_ptr<char, decltype(tess.deleteText)> text(tess.getUTF8Text(api.get()), tess.deleteText);
+    tess.end(api.get());
     return text ? QString::fromUtf8(text.get()).trimmed() : QString();
 }
 
