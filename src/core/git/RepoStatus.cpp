@@ -137,6 +137,9 @@ RepoStatus parseStatus(const QByteArray& output, const FilePath& root)
         }
         return list;
     }();
+    // Sized once: a QHash computes every key's hash again each time it grows.
+    status.files.reserve(records.size());
+    status.changedPaths.reserve(records.size());
     for (qsizetype i = 0; i < records.size(); ++i) {
         const QByteArrayView record = records[i];
         if (record.startsWith("## ")) {
