@@ -7,6 +7,7 @@
 #include "fileops/FileVersions.h"
 #include "fileops/OperationTexts.h"
 #include "fileops/ParallelInOrder.h"
+#include "fileops/RewriteRequest.h"
 
 #include <QThread>
 
@@ -92,6 +93,43 @@ void removeTemporaries(const QList<Pending>& files, qsizetype from = 0)
         ::unlink(files[i].temporary.c_str());
 }
 
+// How many sources are transformed at once: the engine's setting, else one per core.
+int transformWorkers(int configured)
+{
+    return configured > 0 ? configured : std::max(1, QThread::idealThreadCount());
+}
+
+// Counts a source that didn't end in a change on the report; true when it did end in one.
+bool recordEnding(ChangeRunner& runner, Ending ending, const QString& error)
+{
+    switch (ending) {
+    case Ending::skipped:
+        ++runner.report().skipped;
+        return false;
+    case Ending::cancelled:
+        runner.report().cancelled = true;
+        return false;
+    case Ending::failed:
+        runner.fail(error);
+        return false;
+    case Ending::done:
+        break;
+    }
+    return true;
+}
+
+// runInOrder's stop test: a cancelled job tells the running transforms, and its report says so.
+auto stopWhenCancelled(ChangeRunner& runner, CancelFlag& cancel)
+{
+    return [&runner, &cancel] {
+        if (!runner.progress().isCancelled())
+            return false;
+        cancel.cancel();
+        runner.report().cancelled = true;
+        return true;
+    };
+}
+
 } // namespace
 
 void FileOperations::makeFiles(const QList<FilePath>& sources, const TransformTexts& texts, MakeTransform transform,
@@ -99,12 +137,8 @@ void FileOperations::makeFiles(const QList<FilePath>& sources, const TransformTe
 {
     if (sources.isEmpty())
         return;
-    JobRequest request;
-    request.title = texts.title;
-    request.actionName = texts.actionName;
-    request.undo = undo;
-    request.finished = std::move(finished);
-    const int workers = m_transformWorkers > 0 ? m_transformWorkers : std::max(1, QThread::idealThreadCount());
+    JobRequest request = rewriteRequest<JobRequest>(texts, undo, std::move(finished));
+    const int workers = transformWorkers(m_transformWorkers);
     request.work = [sources, texts, transform = std::move(transform), workers](ChangeRunner& runner, JobOutput& output) {
         runner.progress().setTotalItems(sources.size());
         CancelFlag cancel;
@@ -140,19 +174,8 @@ void FileOperations::makeFiles(const QList<FilePath>& sources, const TransformTe
         auto consume = [&](qsizetype index, MadeFromSource&& made) {
             runner.progress().addFinished(1);
             const FilePath& source = sources[index];
-            switch (made.ending) {
-            case Ending::skipped:
-                ++runner.report().skipped;
+            if (!recordEnding(runner, made.ending, made.error))
                 return;
-            case Ending::cancelled:
-                runner.report().cancelled = true;
-                return;
-            case Ending::failed:
-                runner.fail(made.error);
-                return;
-            case Ending::done:
-                break;
-            }
             // Names are taken here, in the order of the sources, at the moment of each rename.
             for (qsizetype i = 0; i < made.files.size(); ++i) {
                 const Pending& file = made.files[i];
@@ -169,13 +192,8 @@ void FileOperations::makeFiles(const QList<FilePath>& sources, const TransformTe
             }
             done.append(source);
         };
-        runInOrder<MadeFromSource>(sources.size(), workers, 2 * qsizetype(workers), produce, consume, [&] {
-            if (!runner.progress().isCancelled())
-                return false;
-            cancel.cancel();
-            runner.report().cancelled = true;
-            return true;
-        });
+        runInOrder<MadeFromSource>(sources.size(), workers, 2 * qsizetype(workers), produce, consume,
+                                   stopWhenCancelled(runner, cancel));
         if (!madeFiles.isEmpty())
             output.toast = QStringLiteral("Created ") + fileCountOrName(madeFiles);
         output.icon = texts.icon;
@@ -197,12 +215,8 @@ void FileOperations::replaceInPlace(const QList<FilePath>& asked, const Transfor
             files.append(file);
     if (files.isEmpty())
         return;
-    JobRequest request;
-    request.title = texts.title;
-    request.actionName = texts.actionName;
-    request.undo = undo;
-    request.finished = std::move(finished);
-    const int workers = m_transformWorkers > 0 ? m_transformWorkers : std::max(1, QThread::idealThreadCount());
+    JobRequest request = rewriteRequest<JobRequest>(texts, undo, std::move(finished));
+    const int workers = transformWorkers(m_transformWorkers);
     request.work = [files, texts, transform = std::move(transform), workers](ChangeRunner& runner, JobOutput& output) {
         runner.progress().setTotalItems(files.size());
         CancelFlag cancel;
@@ -232,19 +246,8 @@ void FileOperations::replaceInPlace(const QList<FilePath>& asked, const Transfor
         QList<FilePath> done;
         auto consume = [&](qsizetype index, ReplacedFile&& result) {
             runner.progress().addFinished(1);
-            switch (result.ending) {
-            case Ending::skipped:
-                ++runner.report().skipped;
+            if (!recordEnding(runner, result.ending, result.error))
                 return;
-            case Ending::cancelled:
-                runner.report().cancelled = true;
-                return;
-            case Ending::failed:
-                runner.fail(result.error);
-                return;
-            case Ending::done:
-                break;
-            }
             done.append(files[index]);
             const fileversions::Replaced& replaced = result.replaced;
             if (replaced.kept.isEmpty())
@@ -255,13 +258,8 @@ void FileOperations::replaceInPlace(const QList<FilePath>& asked, const Transfor
             runner.report().changes.push_back(std::move(change));
             runner.report().trashLogAdded.append({replaced.kept, replaced.target});
         };
-        runInOrder<ReplacedFile>(files.size(), workers, 2 * qsizetype(workers), produce, consume, [&] {
-            if (!runner.progress().isCancelled())
-                return false;
-            cancel.cancel();
-            runner.report().cancelled = true;
-            return true;
-        });
+        runInOrder<ReplacedFile>(files.size(), workers, 2 * qsizetype(workers), produce, consume,
+                                 stopWhenCancelled(runner, cancel));
         if (!done.isEmpty())
             output.toast = (texts.done.isEmpty() ? QStringLiteral("Changed") : texts.done) + u' ' + fileCountOrName(done);
         output.icon = texts.icon;

@@ -1,6 +1,7 @@
 #pragma once
-// rewriteRequest: how a batch rewrite's job request starts (FileOperations::rewriteFiles and
-// keepAndReplace): named by its RewriteTexts (the job's title, the undo step's name), its step
+// rewriteRequest: how a batch rewrite's job request starts (FileOperations::rewriteFiles,
+// keepAndReplace, makeFiles and replaceInPlace): named by its texts (RewriteTexts or
+// TransformTexts: the job's title, the undo step's name), its step
 // on the caller's undo stack, and the caller's Finished callback; the caller adds the work.
 // A template over FileOperations' own request type, which only its members can name.
 
@@ -8,8 +9,8 @@
 
 namespace orwick {
 
-template <class JobRequest>
-JobRequest rewriteRequest(const FileOperations::RewriteTexts& texts, QUndoStack* undo, FileOperations::Finished finished)
+template <class JobRequest, class Texts>
+JobRequest rewriteRequest(const Texts& texts, QUndoStack* undo, FileOperations::Finished finished)
 {
     JobRequest request;
     request.title = texts.title;
