@@ -19,17 +19,6 @@ namespace orwick {
 
 namespace {
 
-// The type of an entry read from a folder, looked up when the file system doesn't say.
-unsigned char entryType(const FilePath& path, unsigned char type)
-{
-    if (type != DT_UNKNOWN)
-        return type;
-    struct stat st {};
-    if (::lstat(path.c_str(), &st) != 0)
-        return DT_UNKNOWN;
-    return S_ISDIR(st.st_mode) ? DT_DIR : S_ISREG(st.st_mode) ? DT_REG : DT_LNK;
-}
-
 // One folder's own entries, read once however many moved items it held: its notes (the first
 // `limit`) and the names of its sub-folders (all of them, hidden ones too: a moved item may be).
 struct FolderEntries {

@@ -14,16 +14,6 @@ namespace orwick {
 
 namespace {
 
-unsigned char entryType(const FilePath& path, unsigned char type)
-{
-    if (type != DT_UNKNOWN)
-        return type;
-    struct stat st {};
-    if (::lstat(path.c_str(), &st) != 0)
-        return DT_UNKNOWN;
-    return S_ISDIR(st.st_mode) ? DT_DIR : S_ISREG(st.st_mode) ? DT_REG : DT_LNK;
-}
-
 // A Markdown link without an extension ("[a](Plan)") reaches "Plan.md" too, as Obsidian's do.
 bool hasExtension(const FilePath& path) { return path.fileName().lastIndexOf(u'.') > 0; }
 

@@ -1,6 +1,7 @@
 #include "platform/ForEachEntry.h"
 
 #include <dirent.h>
+#include <sys/stat.h>
 
 namespace orwick {
 
@@ -20,6 +21,16 @@ bool forEachEntry(const FilePath& folder, const CancelFlag* cancel,
     }
     ::closedir(dir);
     return true;
+}
+
+unsigned char entryType(const FilePath& path, unsigned char type)
+{
+    if (type != DT_UNKNOWN)
+        return type;
+    struct stat st {};
+    if (::lstat(path.c_str(), &st) != 0)
+        return DT_UNKNOWN;
+    return S_ISDIR(st.st_mode) ? DT_DIR : S_ISREG(st.st_mode) ? DT_REG : DT_LNK;
 }
 
 } // namespace orwick

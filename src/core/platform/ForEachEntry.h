@@ -17,4 +17,9 @@ namespace orwick {
 bool forEachEntry(const FilePath& folder, const CancelFlag* cancel,
                   const std::function<void(QByteArrayView name, unsigned char type)>& visit);
 
+// The type of the entry at `path` that forEachEntry gave as `type`: that type itself, or, where
+// the file system didn't say, DT_DIR, DT_REG or DT_LNK (anything else) as lstat finds it, and
+// DT_UNKNOWN when it is gone.
+unsigned char entryType(const FilePath& path, unsigned char type);
+
 } // namespace orwick
