@@ -7,6 +7,7 @@
 
 #include "fileops/FileReplace.h"
 
+#include "fileops/FileVersionsIo.h"
 #include "fileops/OperationTexts.h"
 #include "platform/ErrorText.h"
 #include "platform/UniqueFd.h"
@@ -22,6 +23,8 @@
 #include <unistd.h>
 
 namespace orwick::filereplace {
+
+namespace io = fileversions::io;
 
 using notefile::Fingerprint;
 using notefile::readFile;
@@ -39,29 +42,7 @@ QString readOnlyMessage(const FilePath& path) { return refusal(path, QStringLite
 QString changedOnDiskMessage(const FilePath& path) { return notefile::changedOnDiskMessage(path); }
 
 // The sentence for a write that failed with `error` (an errno value).
-QString writeFailure(const FilePath& path, int error)
-{
-    if (error == ENOSPC || error == EDQUOT)
-        return refusal(path, QStringLiteral("there’s no room left on the disk"));
-    if (error == EACCES || error == EPERM)
-        return readOnlyMessage(path);
-    return refusal(path, errorReason(error));
-}
-
-bool writeAll(int fd, const QByteArray& bytes, off_t offset, int* error)
-{
-    for (qsizetype written = 0; written < bytes.size();) {
-        const ssize_t n = ::pwrite(fd, bytes.constData() + written, size_t(bytes.size() - written), offset + written);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            *error = n < 0 ? errno : ENOSPC;
-            return false;
-        }
-        written += n;
-    }
-    return true;
-}
+QString writeFailure(const FilePath& path, int error) { return refusal(path, io::writeReason(error)); }
 
 // The file still holds what the caller read, in the same version.
 bool unchangedSinceRead(const FilePath& path, const QByteArray& original, const Fingerprint& originalVersion)
@@ -92,12 +73,12 @@ Result<Fingerprint> rewriteInPlace(const FilePath& path, const struct stat& befo
     if (!unchangedSinceRead(path, original, originalVersion))
         return failure(changedOnDiskMessage(path));
     int error = 0;
-    if (!writeAll(fd.get(), bytes, 0, &error) || ::ftruncate(fd.get(), off_t(bytes.size())) != 0
+    if (!io::writeAll(fd.get(), bytes, &error) || ::ftruncate(fd.get(), off_t(bytes.size())) != 0
         || ::fsync(fd.get()) != 0) {
         if (error == 0)
             error = errno;
         int ignored = 0;
-        if (writeAll(fd.get(), original, 0, &ignored))
+        if (io::writeAll(fd.get(), original, &ignored))
             (void)::ftruncate(fd.get(), off_t(original.size()));
         ::fsync(fd.get());
         return failure(writeFailure(path, error));
@@ -140,7 +121,7 @@ Prepared prepareTemporary(const FilePath& path, int noteFd, const struct stat& b
         return {outcome, {}, {}, failure(writeFailure(path, error))};
     };
     int error = 0;
-    if (!writeAll(fd.get(), bytes, 0, &error))
+    if (!io::writeAll(fd.get(), bytes, &error))
         return discard(Swap::refused, error);
     struct stat made;
     if (::fstat(fd.get(), &made) != 0)
