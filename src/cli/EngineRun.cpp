@@ -58,6 +58,22 @@ void EngineRun::sayLinks() const
               << " alone (not UTF-8, too large or read-only)" << Qt::endl;
 }
 
+void EngineRun::sayReports(std::function<void(const OperationOutcome&)> seen)
+{
+    m_operations.setReportErrors([seen = std::move(seen)](const OperationOutcome& outcome) {
+        for (const QString& error : outcome.errors)
+            err() << error << Qt::endl;
+        if (outcome.skipped > 0)
+            err() << skippedText(outcome.skipped) << "." << Qt::endl;
+        if (seen)
+            seen(outcome);
+    });
+    QObject::connect(&m_operations, &FileOperations::announced, [this](const Toast& toast) {
+        if (m_announcement.isEmpty())
+            m_announcement = toast.text;
+    });
+}
+
 bool EngineRun::followsLinks(Arguments& arguments)
 {
     return arguments.removeAll("--no-links") == 0 && LinkUpdater::isEnabled();

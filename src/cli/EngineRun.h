@@ -6,12 +6,14 @@
 //
 // The command starts its jobs on operations(), then wait() runs the event loop until every job
 // has ended and every link update that followed a move has written its notes (or found none to
-// change). Reports, toasts and conflict questions are the command's own to hook up.
+// change). sayReports() prints the reports' errors and keeps the job's announcement; conflict
+// questions are the command's own to hook up.
 
 #include "cli/CliCommand.h"
 #include "fileops/FileOperations.h"
 #include "fileops/LinkUpdater.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -31,6 +33,13 @@ public:
     // nothing when no note changed or was left alone.
     void sayLinks() const;
 
+    // From now on each report's errors and skipped count go to standard error, and the first
+    // toast announced (the job's own, not a link update's after it) is kept as announcement().
+    // `seen`, when given, is shown each report too.
+    void sayReports(std::function<void(const OperationOutcome&)> seen = {});
+    // The first toast's text since sayReports(); empty when none came.
+    const QString& announcement() const { return m_announcement; }
+
     // Takes "--no-links" out of `arguments`: true when links are to be followed (it wasn't
     // given, and the setting "updateLinksOnMove" is on).
     static bool followsLinks(Arguments& arguments);
@@ -43,6 +52,7 @@ private:
     int m_relocations = 0;   // moves the updater was told of
     int m_linkUpdates = 0;   // link updates finished
     std::optional<LinkUpdateCount> m_linkCount;
+    QString m_announcement;
 };
 
 } // namespace orwick::cli

@@ -43,25 +43,17 @@ int runToEnd(const Verb& verb, qsizetype asked, const QList<FilePath>& items,
 {
     EngineRun run(updateLinks);
     FileOperations& operations = run.operations();
-    QString announcement;
     bool reported = false;
     qsizetype doneInReports = 0;
-    operations.setReportErrors([&](const OperationOutcome& outcome) {
+    run.sayReports([&](const OperationOutcome& outcome) {
         reported = true;
         doneInReports += outcome.done;
-        for (const QString& error : outcome.errors)
-            err() << error << Qt::endl;
-        if (outcome.skipped > 0)
-            err() << skippedText(outcome.skipped) << "." << Qt::endl;
-    });
-    QObject::connect(&operations, &FileOperations::announced, [&](const Toast& toast) {
-        if (announcement.isEmpty())
-            announcement = toast.text;
     });
     if (!items.isEmpty()) {
         start(operations, items);
         run.wait();
     }
+    const QString& announcement = run.announcement();
     if (!reported && items.size() == asked) {
         if (!announcement.isEmpty())
             out() << announcement << Qt::endl;

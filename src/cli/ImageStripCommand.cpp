@@ -43,18 +43,8 @@ int strip(const Arguments& given)
 
     EngineRun run(/*followLinks=*/false);
     FileOperations& operations = run.operations();
-    QString announcement;
     qsizetype done = 0;
-    operations.setReportErrors([](const OperationOutcome& outcome) {
-        for (const QString& error : outcome.errors)
-            err() << error << Qt::endl;
-        if (outcome.skipped > 0)
-            err() << skippedText(outcome.skipped) << "." << Qt::endl;
-    });
-    QObject::connect(&operations, &FileOperations::announced, [&](const Toast& toast) {
-        if (announcement.isEmpty())
-            announcement = toast.text;
-    });
+    run.sayReports();
     if (!files.isEmpty()) {
         const auto transform = [what](const FilePath& file, const CancelFlag& cancel) { return strippedBytes(file, what, cancel); };
         operations.replaceInPlace(files, textsFor(what, files.size()), transform, nullptr,
@@ -63,6 +53,7 @@ int strip(const Arguments& given)
     }
 
     const qsizetype asked = arguments.size();
+    const QString& announcement = run.announcement();
     if (done == asked) {
         out() << (announcement.isEmpty() ? textsFor(what, asked).done + u' ' + counted(asked, "picture") : announcement)
               << Qt::endl;
