@@ -7,13 +7,11 @@
 #include "ui/panels/AccessEditor.h"
 #include "ui/panels/DiskToolKeys.h"
 #include "ui/panels/InfoPanel.h"
-#include "images/Exiv2Access.h"
 #include "images/ImageMetadata.h"
 #include "state/FileActions.h"
+#include "support/TaggedJpeg.h"
 
 #include <QCheckBox>
-#include <QImage>
-#include <exiv2/exiv2.hpp>
 #include <sys/stat.h>
 
 namespace orwick::test {
@@ -93,23 +91,11 @@ TEST_F(InfoPanelTest, AFolderIsMeasuredAndThePanelFollowsTheCursor)
 // A small JPEG that says which camera took it and where.
 FilePath taggedPhoto(const TempTree& tree)
 {
-    const FilePath file = tree.path(QStringLiteral("pier.jpg"));
-    QImage image(32, 24, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
-    EXPECT_TRUE(image.save(file.text(), "jpeg"));
-    exiv2::prepare();
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-    auto photo = Exiv2::ImageFactory::open(file.native().toStdString());
-#pragma GCC diagnostic pop
-    photo->readMetadata();
-    photo->exifData()["Exif.Image.Model"] = "Canon EOS R5";
-    photo->exifData()["Exif.GPSInfo.GPSLatitudeRef"] = "N";
-    photo->exifData()["Exif.GPSInfo.GPSLatitude"] = "51/1 30/1 0/1";
-    photo->exifData()["Exif.GPSInfo.GPSLongitudeRef"] = "W";
-    photo->exifData()["Exif.GPSInfo.GPSLongitude"] = "0/1 7/1 30/1";
-    photo->writeMetadata();
-    return file;
+    return taggedJpeg(tree.path(QStringLiteral("pier.jpg")), {{"Exif.Image.Model", "Canon EOS R5"},
+                                                              {"Exif.GPSInfo.GPSLatitudeRef", "N"},
+                                                              {"Exif.GPSInfo.GPSLatitude", "51/1 30/1 0/1"},
+                                                              {"Exif.GPSInfo.GPSLongitudeRef", "W"},
+                                                              {"Exif.GPSInfo.GPSLongitude", "0/1 7/1 30/1"}});
 }
 
 TEST_F(InfoPanelTest, APhotoShowsItsCameraAndPlaceUntilThePlaceIsRemoved)

@@ -3,12 +3,10 @@
 // is said with its name and turns the exit status to 1.
 
 #include "CliRun.h"
-#include "images/Exiv2Access.h"
 #include "images/ImageMetadata.h"
+#include "support/TaggedJpeg.h"
 #include "support/TempHome.h"
 
-#include <QImage>
-#include <exiv2/exiv2.hpp>
 #include <gtest/gtest.h>
 
 namespace orwick::test {
@@ -17,24 +15,12 @@ namespace {
 // A small JPEG with a camera and a place.
 FilePath taggedPhoto(const TempTree& tree, const QString& name)
 {
-    const FilePath file = tree.path(name);
-    QImage image(32, 24, QImage::Format_RGB32);
-    image.fill(Qt::darkCyan);
-    EXPECT_TRUE(image.save(file.text(), "jpeg"));
-    exiv2::prepare();
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-    auto photo = Exiv2::ImageFactory::open(file.native().toStdString());
-#pragma GCC diagnostic pop
-    photo->readMetadata();
-    photo->exifData()["Exif.Image.Make"] = "Canon";
-    photo->exifData()["Exif.Image.Model"] = "Canon EOS R5";
-    photo->exifData()["Exif.GPSInfo.GPSLatitudeRef"] = "N";
-    photo->exifData()["Exif.GPSInfo.GPSLatitude"] = "51/1 30/1 0/1";
-    photo->exifData()["Exif.GPSInfo.GPSLongitudeRef"] = "W";
-    photo->exifData()["Exif.GPSInfo.GPSLongitude"] = "0/1 7/1 0/1";
-    photo->writeMetadata();
-    return file;
+    return taggedJpeg(tree.path(name), {{"Exif.Image.Make", "Canon"},
+                                        {"Exif.Image.Model", "Canon EOS R5"},
+                                        {"Exif.GPSInfo.GPSLatitudeRef", "N"},
+                                        {"Exif.GPSInfo.GPSLatitude", "51/1 30/1 0/1"},
+                                        {"Exif.GPSInfo.GPSLongitudeRef", "W"},
+                                        {"Exif.GPSInfo.GPSLongitude", "0/1 7/1 0/1"}});
 }
 
 PhotoFacts factsOf(const FilePath& file)

@@ -1,0 +1,16 @@
+#pragma once
+// taggedJpeg: a small real JPEG (32 × 24, written by Qt) given EXIF tags with exiv2, for the
+// tests of what the program reads from or strips off a photo's metadata.
+
+#include "files/FilePath.h"
+
+#include <initializer_list>
+#include <utility>
+
+namespace orwick::test {
+
+// Writes the JPEG at `file` with each (key, value) of `tags` set ("Exif.Image.Model", "Canon
+// EOS R5"), and returns `file`. A picture that can't be written fails the test.
+FilePath taggedJpeg(const FilePath& file, std::initializer_list<std::pair<const char*, const char*>> tags);
+
+} // namespace orwick::test
