@@ -62,6 +62,15 @@ protected:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return shown<Panel>();
     }
+    // Opens the window with the folders "left" and "right" compared in its panel: their view,
+    // or nullptr when no folder comparison is shown.
+    FolderComparisonView* compareLeftAndRight()
+    {
+        open();
+        state->showPanel(WindowState::Panel::compare, tree.path("left"), {tree.path("left"), tree.path("right")});
+        auto* panel = shown<ComparePanel>();
+        return panel ? qobject_cast<FolderComparisonView*>(panel->view()) : nullptr;
+    }
 };
 
 TEST_F(CompareFindPanelsTest, FindInFilesStreamsGroupedResultsAndArrowsMove)
@@ -134,11 +143,7 @@ TEST_F(CompareFindPanelsTest, CompareTwoFoldersSyncsAsOneStepAndComparesAgain)
     tree.file("right/extra.txt", "e");
     tree.file("left/changed.txt", "one");
     tree.file("right/changed.txt", "two");
-    open();
-    state->showPanel(WindowState::Panel::compare, tree.path("left"), {tree.path("left"), tree.path("right")});
-    auto* panel = shown<ComparePanel>();
-    ASSERT_TRUE(panel);
-    auto* view = qobject_cast<FolderComparisonView*>(panel->view());
+    auto* view = compareLeftAndRight();
     ASSERT_TRUE(view);
     ASSERT_TRUE(waitUntil([&] { return view->result().has_value() && !view->isComparing(); }));
     EXPECT_EQ(view->heading(), "1 only on the left · 1 only on the right · 1 changed");
@@ -170,11 +175,7 @@ TEST_F(CompareFindPanelsTest, MirrorGoesRightToLeftTooAsOneUndoStep)
     tree.file("right/new.txt", "only right");
     tree.file("left/changed.txt", "left version");
     tree.file("right/changed.txt", "right version");
-    open();
-    state->showPanel(WindowState::Panel::compare, tree.path("left"), {tree.path("left"), tree.path("right")});
-    auto* panel = shown<ComparePanel>();
-    ASSERT_TRUE(panel);
-    auto* view = qobject_cast<FolderComparisonView*>(panel->view());
+    auto* view = compareLeftAndRight();
     ASSERT_TRUE(view);
     ASSERT_TRUE(waitUntil([&] { return view->result().has_value() && !view->isComparing(); }));
     QStringList offered;
