@@ -29,6 +29,14 @@ QList<QByteArray> leftovers(const FilePath& folder)
     return found;
 }
 
+// Writes `bytes` into a new file at `path`.
+void writeFile(const FilePath& path, const QByteArray& bytes)
+{
+    QFile out(path.text());
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
+    ASSERT_EQ(out.write(bytes), bytes.size());
+}
+
 QByteArray pattern(qsizetype size, char seed)
 {
     QByteArray bytes(size, Qt::Uninitialized);
@@ -61,11 +69,8 @@ TEST_F(TransformFault, AFullDiskLeavesTheOriginalAsItWas)
     const QByteArray original = pattern(300 << 10, 'o');
     const FilePath one = small.root().child(QStringLiteral("one.bin"));
     const FilePath linked = small.root().child(QStringLiteral("linked.bin"));
-    for (const FilePath& path : {one, linked}) {
-        QFile out(path.text());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        ASSERT_EQ(out.write(original), original.size());
-    }
+    for (const FilePath& path : {one, linked})
+        ASSERT_NO_FATAL_FAILURE(writeFile(path, original));
     // The second one has another name: it is written through its own inode, room reserved first.
     ASSERT_EQ(::link(linked.c_str(), small.root().child(QStringLiteral("other.bin")).c_str()), 0);
     ops.setTransformWorkers(1);
@@ -91,11 +96,7 @@ TEST_F(TransformFault, FilesOnAReadOnlyDiskAreRefusedBeforeTheirTransform)
     if (!disk.ok())
         GTEST_SKIP() << disk.why().toStdString();
     const FilePath photo = disk.root().child(QStringLiteral("photo.jpg"));
-    {
-        QFile out(photo.text());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write("pixels");
-    }
+    ASSERT_NO_FATAL_FAILURE(writeFile(photo, "pixels"));
     ASSERT_TRUE(disk.makeReadOnly());
     std::atomic<int> calls = 0;
     ops.replaceInPlace({photo}, texts(), [&](const FilePath&, const CancelFlag&) -> Result<QByteArray> {
@@ -114,11 +115,7 @@ TEST_F(TransformFault, AFileTheUserMayNotWriteIsRefused)
     if (!disk.ok())
         GTEST_SKIP() << disk.why().toStdString();
     const FilePath photo = disk.root().child(QStringLiteral("photo.jpg"));
-    {
-        QFile out(photo.text());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write("pixels");
-    }
+    ASSERT_NO_FATAL_FAILURE(writeFile(photo, "pixels"));
     ASSERT_EQ(::chmod(photo.c_str(), 0644), 0); // writable by its owner, root, only
     {
         const Unprivileged user;
