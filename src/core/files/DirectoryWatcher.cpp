@@ -1,64 +1,33 @@
 #include "files/DirectoryWatcher.h"
 
 #include <QSet>
-#include <QSocketNotifier>
 #include <sys/inotify.h>
 #include <unistd.h>
 
 namespace orwick {
 
-DirectoryWatcher::DirectoryWatcher(const FilePath& folder, QObject* parent) : QObject(parent), m_folder(folder)
+DirectoryWatcher::DirectoryWatcher(const FilePath& folder, QObject* parent)
+    : QObject(parent), m_folder(folder), m_inotify(this, [this] { drain(); })
 {
-    m_fd = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (m_fd < 0)
+    if (!m_inotify.isOpen())
         return;
     const uint32_t events = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_CLOSE_WRITE | IN_MODIFY | IN_ATTRIB
                           | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
-    if (inotify_add_watch(m_fd, folder.c_str(), events) < 0) {
-        ::close(m_fd);
-        m_fd = -1;
-        return;
-    }
-    open();
+    if (inotify_add_watch(m_inotify.fd(), folder.c_str(), events) < 0)
+        m_inotify.close();
 }
 
-DirectoryWatcher::DirectoryWatcher(QObject* parent) : QObject(parent)
-{
-    m_fd = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (m_fd >= 0)
-        open();
-}
+DirectoryWatcher::DirectoryWatcher(QObject* parent) : QObject(parent), m_inotify(this, [this] { drain(); }) {}
 
-void DirectoryWatcher::open()
-{
-    m_notifier = new QSocketNotifier(m_fd, QSocketNotifier::Read, this);
-    connect(m_notifier, &QSocketNotifier::activated, this, &DirectoryWatcher::drain);
-}
-
-DirectoryWatcher::~DirectoryWatcher()
-{
-    if (m_notifier)
-        m_notifier->setEnabled(false);
-    if (m_fd >= 0)
-        ::close(m_fd);
-}
+DirectoryWatcher::~DirectoryWatcher() = default;
 
 bool DirectoryWatcher::watchNames(const FilePath& folder)
 {
-    if (m_fd < 0)
+    if (!m_inotify.isOpen())
         return false;
-    if (m_watches.contains(folder))
-        return true;
     const uint32_t events = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF
                           | IN_ONLYDIR | IN_DONT_FOLLOW;
-    const int wd = inotify_add_watch(m_fd, folder.c_str(), events);
-    if (wd < 0)
-        return false;
-    if (const auto old = m_folders.constFind(wd); old != m_folders.constEnd())
-        m_watches.remove(*old); // the same folder under an older path
-    m_folders.insert(wd, folder);
-    m_watches.insert(folder, wd);
-    return true;
+    return m_inotify.add(folder, events);
 }
 
 void DirectoryWatcher::drain()
@@ -75,9 +44,9 @@ void DirectoryWatcher::drain()
     };
     QList<Moved> moved;
     ssize_t got;
-    while ((got = ::read(m_fd, buffer, sizeof buffer)) > 0) {
+    while ((got = ::read(m_inotify.fd(), buffer, sizeof buffer)) > 0) {
         any = true;
-        if (m_folders.isEmpty()) {
+        if (m_inotify.count() == 0) {
             for (ssize_t at = 0; at < got && !m_folder.isEmpty();) {
                 const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
                 at += ssize_t(sizeof(inotify_event) + event->len);
@@ -94,16 +63,12 @@ void DirectoryWatcher::drain()
                 overflow = true;
                 continue;
             }
-            const auto folder = m_folders.constFind(event->wd);
-            if (folder == m_folders.constEnd())
+            const FilePath* folder = m_inotify.folderOf(event->wd);
+            if (!folder)
                 continue;
             const FilePath path = *folder;
             if (event->mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
-                // Gone or moved: its path no longer names it.
-                if (!(event->mask & IN_IGNORED))
-                    inotify_rm_watch(m_fd, event->wd);
-                m_folders.remove(event->wd);
-                m_watches.remove(path);
+                m_inotify.forget(event->wd, event->mask & IN_IGNORED); // gone or moved: its path no longer names it
                 continue;
             }
             if (!seen.contains(path)) {

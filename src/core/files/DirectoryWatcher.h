@@ -8,11 +8,10 @@
 // that goes or is renamed is forgotten (whoever watches it learns that through its parent).
 
 #include "files/FilePath.h"
+#include "platform/InotifyFolders.h"
 
 #include <QHash>
 #include <QObject>
-
-class QSocketNotifier;
 
 namespace orwick {
 
@@ -24,12 +23,12 @@ public:
     explicit DirectoryWatcher(QObject* parent = nullptr);
     ~DirectoryWatcher() override;
 
-    bool isWatching() const { return m_fd >= 0; }
+    bool isWatching() const { return m_inotify.isOpen(); }
 
     // Watches the names in `folder` too; false when the kernel refuses (gone, or its limit).
     bool watchNames(const FilePath& folder);
-    bool isWatching(const FilePath& folder) const { return m_watches.contains(folder); }
-    qsizetype watchCount() const { return m_watches.size(); }
+    bool isWatching(const FilePath& folder) const { return m_inotify.contains(folder); }
+    qsizetype watchCount() const { return m_inotify.count(); }
 
 Q_SIGNALS:
     // Emitted at most once per batch of kernel events.
@@ -44,14 +43,10 @@ Q_SIGNALS:
     void itemMoved(quint32 cookie, const orwick::FilePath& path, bool arrived);
 
 private:
-    void open();
     void drain();
 
-    int m_fd = -1;
     FilePath m_folder; // the one-folder form's folder
-    QSocketNotifier* m_notifier = nullptr;
-    QHash<int, FilePath> m_folders;  // watch descriptor → folder (watchNames)
-    QHash<FilePath, int> m_watches;
+    InotifyFolders m_inotify; // the folders of watchNames(); the one-folder form's watch isn't among them
 };
 
 } // namespace orwick

@@ -3,7 +3,7 @@
 #include "platform/ForEachEntry.h"
 
 #include <QSet>
-#include <QSocketNotifier>
+#include <cerrno>
 #include <dirent.h>
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -17,29 +17,13 @@ constexpr uint32_t kEvents = IN_CLOSE_WRITE | IN_CREATE | IN_DELETE | IN_MOVED_F
 
 } // namespace
 
-VaultWatcher::VaultWatcher(QObject* parent) : QObject(parent)
-{
-    m_fd = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    if (m_fd < 0)
-        return;
-    m_notifier = new QSocketNotifier(m_fd, QSocketNotifier::Read, this);
-    connect(m_notifier, &QSocketNotifier::activated, this, &VaultWatcher::drain);
-}
+VaultWatcher::VaultWatcher(QObject* parent) : QObject(parent), m_inotify(this, [this] { drain(); }) {}
 
-VaultWatcher::~VaultWatcher()
-{
-    if (m_notifier)
-        m_notifier->setEnabled(false);
-    if (m_fd >= 0)
-        ::close(m_fd);
-}
+VaultWatcher::~VaultWatcher() = default;
 
 void VaultWatcher::clear()
 {
-    for (auto it = m_folders.cbegin(); it != m_folders.cend(); ++it)
-        inotify_rm_watch(m_fd, it.key());
-    m_folders.clear();
-    m_watches.clear();
+    m_inotify.clear();
 }
 
 void VaultWatcher::watch(const QList<FilePath>& folders)
@@ -52,17 +36,10 @@ void VaultWatcher::watch(const QList<FilePath>& folders)
 
 bool VaultWatcher::add(const FilePath& folder)
 {
-    if (m_fd < 0 || m_watches.size() >= kMostFolders)
+    if (!m_inotify.isOpen() || m_inotify.count() >= kMostFolders)
         return false;
-    if (m_watches.contains(folder))
-        return true;
-    const int wd = inotify_add_watch(m_fd, folder.c_str(), kEvents);
-    if (wd < 0)
+    if (!m_inotify.add(folder, kEvents))
         return errno != ENOSPC; // the system's limit ends the watching; a folder gone meanwhile doesn't
-    if (const auto old = m_folders.constFind(wd); old != m_folders.cend())
-        m_watches.remove(*old); // the same folder under an older path
-    m_folders.insert(wd, folder);
-    m_watches.insert(folder, wd);
     return true;
 }
 
@@ -88,7 +65,7 @@ void VaultWatcher::drain()
     QList<FilePath> newFolders;
     bool overflow = false;
     ssize_t got;
-    while ((got = ::read(m_fd, buffer, sizeof buffer)) > 0) {
+    while ((got = ::read(m_inotify.fd(), buffer, sizeof buffer)) > 0) {
         for (ssize_t at = 0; at < got;) {
             const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
             at += ssize_t(sizeof(inotify_event) + event->len);
@@ -96,15 +73,11 @@ void VaultWatcher::drain()
                 overflow = true;
                 continue;
             }
-            const auto folder = m_folders.constFind(event->wd);
-            if (folder == m_folders.cend())
+            const FilePath* folder = m_inotify.folderOf(event->wd);
+            if (!folder)
                 continue;
             if (event->mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
-                const FilePath gone = *folder;
-                if (!(event->mask & IN_IGNORED))
-                    inotify_rm_watch(m_fd, event->wd);
-                m_folders.remove(event->wd);
-                m_watches.remove(gone);
+                m_inotify.forget(event->wd, event->mask & IN_IGNORED);
                 continue;
             }
             if (event->len == 0)

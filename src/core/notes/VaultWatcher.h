@@ -10,11 +10,10 @@
 // have changed.
 
 #include "files/FilePath.h"
+#include "platform/InotifyFolders.h"
 
 #include <QHash>
 #include <QObject>
-
-class QSocketNotifier;
 
 namespace orwick {
 
@@ -31,8 +30,8 @@ public:
     // Watches `folders` (and forgets the ones watched before).
     void watch(const QList<FilePath>& folders);
     void clear();
-    qsizetype watchCount() const { return m_watches.size(); }
-    bool isWatching(const FilePath& folder) const { return m_watches.contains(folder); }
+    qsizetype watchCount() const { return m_inotify.count(); }
+    bool isWatching(const FilePath& folder) const { return m_inotify.contains(folder); }
 
 Q_SIGNALS:
     void pathsChanged(const QList<orwick::FilePath>& paths);
@@ -43,10 +42,7 @@ private:
     void addTree(const FilePath& folder);
     void drain();
 
-    int m_fd = -1;
-    QSocketNotifier* m_notifier = nullptr;
-    QHash<int, FilePath> m_folders; // watch descriptor → folder
-    QHash<FilePath, int> m_watches;
+    InotifyFolders m_inotify;
 };
 
 } // namespace orwick
