@@ -6,6 +6,7 @@
 // within 50 ms of its key.
 //   bench_ui_preview_frames [FILES]   (needs a display; bench/preview-frames.sh runs it under Xvfb)
 
+#include "UiBenchHome.h"
 #include "app/Settings.h"
 #include "state/ViewPreferences.h"
 #include "state/WindowState.h"
@@ -156,10 +157,7 @@ private:
 int main(int argc, char** argv)
 {
     QTemporaryDir home;
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", (home.path() + "/.config").toUtf8());
-    qputenv("XDG_DATA_HOME", (home.path() + "/.local/share").toUtf8());
-    qputenv("XDG_CACHE_HOME", (home.path() + "/.cache").toUtf8());
+    pointHomeAt(home.path());
     TimedApplication app(argc, argv);
     const int count = argc > 1 ? atoi(argv[1]) : 1000;
     const QString folder = home.path() + "/mixed";

@@ -14,6 +14,7 @@
 //   bench_ui_terminal_frames [MEGABYTES] [KEYS]   (needs a display; bench/terminal-frames.sh
 //   runs it under Xvfb). The shell is $SHELL.
 
+#include "UiBenchHome.h"
 #include "state/WindowState.h"
 #include "state/ViewPreferences.h"
 #include "terminal/TabTerminals.h"
@@ -181,10 +182,7 @@ void postKey(QWidget* target, int key, const QString& text)
 int main(int argc, char** argv)
 {
     QTemporaryDir home;
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", (home.path() + "/.config").toUtf8());
-    qputenv("XDG_DATA_HOME", (home.path() + "/.local/share").toUtf8());
-    qputenv("XDG_CACHE_HOME", (home.path() + "/.cache").toUtf8());
+    pointHomeAt(home.path());
     TimedApplication app(argc, argv);
     g_clock.start();
     const int megabytes = argc > 1 ? atoi(argv[1]) : 50;
