@@ -1,5 +1,7 @@
 #include "disktools/ImageDiff.h"
 
+#include "images/ImageRead.h"
+
 #include <QImageReader>
 #include <QPainter>
 #include <algorithm>
@@ -12,11 +14,11 @@ QImage load(const FilePath& file, int maxPixels)
     QImageReader reader(file.text());
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (size.isValid() && std::max(size.width(), size.height()) > maxPixels)
+    if (size.isValid() && std::max(size.width(), size.height()) > maxPixels && readsScaled(reader.format()))
         reader.setScaledSize(size.scaled(maxPixels, maxPixels, Qt::KeepAspectRatio));
     QImage image = reader.read();
     if (!image.isNull() && std::max(image.width(), image.height()) > maxPixels)
-        image = image.scaled(maxPixels, maxPixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        image = smoothlyScaled(std::move(image), QSize(maxPixels, maxPixels), Qt::KeepAspectRatio);
     return image;
 }
 

@@ -148,15 +148,34 @@ Result<ReadPicture> readPicture(const FilePath& path, const std::function<QSize(
     if (cancel.isCancelled())
         return failure(QString());
     allowBoundedPictureReads();
-    if (storedTarget != stored)
+    if (storedTarget != stored && readsScaled(format))
         reader.setScaledSize(storedTarget);
     QImage image = reader.read();
     if (image.isNull())
         return failure(unreadable(path, reasonOf(reader)));
     // Formats that ignore the scaled size hand the whole picture back: scale it now.
     if (image.size() != target)
-        image = image.scaled(target, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        image = smoothlyScaled(std::move(image), target, Qt::IgnoreAspectRatio);
     return ReadPicture{std::move(image), format, upright};
+}
+
+bool readsScaled(QByteArrayView format)
+{
+    return format == "jpeg" || format == "jpg" || format == "svg" || format == "svgz";
+}
+
+QImage smoothlyScaled(QImage image, QSize size, Qt::AspectRatioMode mode)
+{
+    switch (image.format()) {
+    case QImage::Format_Mono:
+    case QImage::Format_MonoLSB:
+    case QImage::Format_Indexed8:
+        image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32 : QImage::Format_RGB32);
+        break;
+    default:
+        break;
+    }
+    return image.scaled(size, mode, Qt::SmoothTransformation);
 }
 
 bool isCutShortJpeg(QIODevice& device)

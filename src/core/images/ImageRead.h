@@ -62,6 +62,15 @@ bool jpegLooksComplete(QIODevice& device);
 // keeps its place in the file.
 bool isCutShortJpeg(QIODevice& device);
 
+// Whether a reader of `format` may be asked for a smaller size (QImageReader::setScaledSize):
+// JPEG and SVG decode straight at it. Qt 6.4's other readers decode whole and then scale, which
+// turns a two-colour or palette picture into noise (see smoothlyScaled), so they aren't asked.
+bool readsScaled(QByteArrayView format);
+
+// `image` scaled smoothly to `size`. Qt 6.4 loses the colour table when it smoothly scales a
+// two-colour (1-bit) picture, so such pictures, and palette ones, become 32-bit first.
+QImage smoothlyScaled(QImage image, QSize size, Qt::AspectRatioMode mode);
+
 // Qt refuses to allocate more than its allocation limit (128 MiB by default) for one read; a
 // read of up to kMaxDecodedPixels needs 256 MiB. Every decoder of pictures calls this before
 // reading. Raises the limit when it is lower, never lowers it.

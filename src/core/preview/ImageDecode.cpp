@@ -57,7 +57,7 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
     if (stored.width() > storedBox.width() || stored.height() > storedBox.height())
         target = stored.scaled(storedBox, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
     // JPEG and SVG really decode at the smaller size; other formats decode whole, then scale.
-    const bool scalesWhileReading = format == u"jpeg" || format == u"jpg" || format == u"svg" || format == u"svgz";
+    const bool scalesWhileReading = readsScaled(format.toLatin1());
     if (!scalesWhileReading && qint64(stored.width()) * stored.height() > limits.maxPixels)
         return std::unexpected(ImageFailure{QStringLiteral("Too large to preview"), size, format});
     if (cutShort)
@@ -65,7 +65,7 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
     if (cancel.isCancelled())
         return DecodedImage{{}, size, format};
     allowBoundedPictureReads();
-    if (target != stored)
+    if (target != stored && scalesWhileReading)
         reader.setScaledSize(target);
     QImage image = reader.read();
     if (image.isNull())
@@ -73,7 +73,7 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
     // Formats that ignore the scaled size hand the whole picture back: fit it now.
     const QSize fitted = uprightSize(target, reader.transformation());
     if (image.width() > fitted.width() || image.height() > fitted.height())
-        image = image.scaled(fitted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        image = smoothlyScaled(std::move(image), fitted, Qt::KeepAspectRatio);
     return DecodedImage{std::move(image), size, format};
 }
 

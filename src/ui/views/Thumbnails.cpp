@@ -1,9 +1,9 @@
 #include "ui/views/Thumbnails.h"
 
+#include "images/ImageRead.h"
 #include "platform/MountTable.h"
 
 #include <QCoreApplication>
-#include <QImageReader>
 #include <QPointer>
 
 namespace orwick {
@@ -17,16 +17,19 @@ QByteArray keyOf(const FileItem& item, int edge)
     return item.url.native() + '\0' + QByteArray::number(item.modified) + '\0' + QByteArray::number(edge);
 }
 
+// Through the picture tools' reader: opened by the path's bytes, upright, a damaged or cut-short
+// picture refused, a large one decoded scaled (JPEG, SVG) or refused past the bounded size.
 QImage readScaled(const FilePath& path, int edge)
 {
-    QImageReader reader(path.text());
-    reader.setAutoTransform(true);
-    const QSize full = reader.size();
-    if (full.isValid() && (full.width() > edge || full.height() > edge))
-        reader.setScaledSize(full.scaled(edge, edge, Qt::KeepAspectRatio));
-    QImage image = reader.read();
-    if (!image.isNull() && (image.width() > edge || image.height() > edge))
-        image = image.scaled(edge, edge, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const CancelFlag never;
+    auto picture = readPicture(path, [edge](QSize full) {
+        return full.width() > edge || full.height() > edge ? full.scaled(edge, edge, Qt::KeepAspectRatio) : full;
+    }, never);
+    if (!picture)
+        return {};
+    QImage image = std::move(picture->image);
+    if (image.width() > edge || image.height() > edge)
+        image = smoothlyScaled(std::move(image), QSize(edge, edge), Qt::KeepAspectRatio);
     return image;
 }
 

@@ -100,6 +100,29 @@ TEST(ImageConvert, ResizesByLongestSidePercentOrExactSize)
     EXPECT_EQ(converted->first().wanted, tree.path("wide (100 px).jpg"));
 }
 
+// Qt's PNG reader, asked for a smaller size, turns a two-colour (1-bit) picture into noise; the
+// reader decodes such a picture whole and scales it after.
+TEST(ImageConvert, ATwoColourPngKeepsItsColoursWhenResized)
+{
+    TempTree tree;
+    QImage mono(300, 300, QImage::Format_Mono);
+    mono.setColorTable({qRgb(255, 0, 0), qRgb(255, 255, 255)});
+    mono.fill(0);
+    for (int y = 0; y < 300; ++y)
+        for (int x = 250; x < 300; ++x)
+            mono.setPixel(x, y, 1);
+    const FilePath source = tree.file("label.png", encoded(mono, "png"));
+    CancelFlag cancel;
+    auto made = convertImage(source, resizedTo(longest(96)), cancel);
+    ASSERT_TRUE(made) << made.error().toStdString();
+    const QImage small = decoded(made->first().contents);
+    ASSERT_EQ(small.size(), QSize(96, 96));
+    for (int y = 0; y < 96; y += 5)
+        for (int x = 0; x < 70; x += 5)
+            ASSERT_EQ(QColor(small.pixel(x, y)), QColor(Qt::red)) << x << "," << y;
+    EXPECT_EQ(QColor(small.pixel(94, 48)), QColor(Qt::white));
+}
+
 TEST(ImageConvert, QualityIsTheWritersQuality)
 {
     TempTree tree;
