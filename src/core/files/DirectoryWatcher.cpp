@@ -32,8 +32,6 @@ bool DirectoryWatcher::watchNames(const FilePath& folder)
 
 void DirectoryWatcher::drain()
 {
-    alignas(inotify_event) char buffer[16384];
-    bool any = false;
     bool overflow = false;
     QList<FilePath> changedFolders;
     QSet<FilePath> seen;
@@ -43,40 +41,19 @@ void DirectoryWatcher::drain()
         bool arrived;
     };
     QList<Moved> moved;
-    ssize_t got;
-    while ((got = ::read(m_inotify.fd(), buffer, sizeof buffer)) > 0) {
-        any = true;
+    const bool any = m_inotify.readEvents([&](const inotify_event& event) {
         if (m_inotify.count() == 0) {
-            for (ssize_t at = 0; at < got && !m_folder.isEmpty();) {
-                const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
-                at += ssize_t(sizeof(inotify_event) + event->len);
-                if ((event->mask & (IN_MOVED_FROM | IN_MOVED_TO)) && event->len > 0)
-                    moved.append({event->cookie, m_folder.child(QByteArrayView(static_cast<const char*>(event->name))),
-                                  (event->mask & IN_MOVED_TO) != 0});
-            }
-            continue;
+            if (!m_folder.isEmpty() && (event.mask & (IN_MOVED_FROM | IN_MOVED_TO)) && event.len > 0)
+                moved.append({event.cookie, m_folder.child(QByteArrayView(static_cast<const char*>(event.name))),
+                              (event.mask & IN_MOVED_TO) != 0});
+            return;
         }
-        for (ssize_t at = 0; at < got;) {
-            const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
-            at += ssize_t(sizeof(inotify_event) + event->len);
-            if (event->mask & IN_Q_OVERFLOW) {
-                overflow = true;
-                continue;
-            }
-            const FilePath* folder = m_inotify.folderOf(event->wd);
-            if (!folder)
-                continue;
-            const FilePath path = *folder;
-            if (event->mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
-                m_inotify.forget(event->wd, event->mask & IN_IGNORED); // gone or moved: its path no longer names it
-                continue;
-            }
-            if (!seen.contains(path)) {
-                seen.insert(path);
-                changedFolders.append(path);
-            }
+        const auto folder = m_inotify.folderOf(event, overflow);
+        if (folder && !seen.contains(*folder)) {
+            seen.insert(*folder);
+            changedFolders.append(*folder);
         }
-    }
+    });
     if (!any)
         return;
     Q_EMIT changed();

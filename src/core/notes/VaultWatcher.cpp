@@ -59,41 +59,25 @@ void VaultWatcher::addTree(const FilePath& folder)
 
 void VaultWatcher::drain()
 {
-    alignas(inotify_event) char buffer[16384];
     QList<FilePath> changed;
     QSet<FilePath> seen;
     QList<FilePath> newFolders;
     bool overflow = false;
-    ssize_t got;
-    while ((got = ::read(m_inotify.fd(), buffer, sizeof buffer)) > 0) {
-        for (ssize_t at = 0; at < got;) {
-            const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
-            at += ssize_t(sizeof(inotify_event) + event->len);
-            if (event->mask & IN_Q_OVERFLOW) {
-                overflow = true;
-                continue;
-            }
-            const FilePath* folder = m_inotify.folderOf(event->wd);
-            if (!folder)
-                continue;
-            if (event->mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
-                m_inotify.forget(event->wd, event->mask & IN_IGNORED);
-                continue;
-            }
-            if (event->len == 0)
-                continue;
-            const QByteArrayView name(static_cast<const char*>(event->name));
-            if (name.startsWith('.'))
-                continue; // an editor's hidden temporary file: its rename into place is seen
-            const FilePath path = folder->child(name);
-            if ((event->mask & IN_ISDIR) && (event->mask & (IN_CREATE | IN_MOVED_TO)))
-                newFolders.append(path);
-            if (!seen.contains(path)) {
-                seen.insert(path);
-                changed.append(path);
-            }
+    m_inotify.readEvents([&](const inotify_event& event) {
+        const auto folder = m_inotify.folderOf(event, overflow);
+        if (!folder || event.len == 0)
+            return;
+        const QByteArrayView name(static_cast<const char*>(event.name));
+        if (name.startsWith('.'))
+            return; // an editor's hidden temporary file: its rename into place is seen
+        const FilePath path = folder->child(name);
+        if ((event.mask & IN_ISDIR) && (event.mask & (IN_CREATE | IN_MOVED_TO)))
+            newFolders.append(path);
+        if (!seen.contains(path)) {
+            seen.insert(path);
+            changed.append(path);
         }
-    }
+    });
     for (const FilePath& folder : std::as_const(newFolders))
         addTree(folder);
     if (overflow)

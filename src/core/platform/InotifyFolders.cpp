@@ -48,10 +48,36 @@ bool InotifyFolders::add(const FilePath& folder, uint32_t events)
     return true;
 }
 
-const FilePath* InotifyFolders::folderOf(int wd) const
+bool InotifyFolders::readEvents(const std::function<void(const inotify_event& event)>& each)
 {
-    const auto found = m_folders.constFind(wd);
-    return found == m_folders.constEnd() ? nullptr : &*found;
+    alignas(inotify_event) char buffer[16384];
+    bool any = false;
+    ssize_t got;
+    while ((got = ::read(m_fd, buffer, sizeof buffer)) > 0) {
+        any = true;
+        for (ssize_t at = 0; at < got;) {
+            const auto* event = reinterpret_cast<const inotify_event*>(buffer + at);
+            at += ssize_t(sizeof(inotify_event) + event->len);
+            each(*event);
+        }
+    }
+    return any;
+}
+
+std::optional<FilePath> InotifyFolders::folderOf(const inotify_event& event, bool& overflowed)
+{
+    if (event.mask & IN_Q_OVERFLOW) {
+        overflowed = true;
+        return std::nullopt;
+    }
+    const auto found = m_folders.constFind(event.wd);
+    if (found == m_folders.constEnd())
+        return std::nullopt;
+    if (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_IGNORED)) {
+        forget(event.wd, event.mask & IN_IGNORED);
+        return std::nullopt;
+    }
+    return *found;
 }
 
 void InotifyFolders::forget(int wd, bool kernelDropped)

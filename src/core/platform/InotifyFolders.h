@@ -12,9 +12,11 @@
 #include <QHash>
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 class QObject;
 class QSocketNotifier;
+struct inotify_event;
 
 namespace orwick {
 
@@ -35,18 +37,24 @@ public:
     // Watches `folder` for `events` (true when it already was); false with errno set when the
     // kernel refuses (the folder is gone, or the user's watch limit is reached).
     bool add(const FilePath& folder, uint32_t events);
-    // The folder watched as `wd`; nullptr for a descriptor that isn't (or no longer is) one.
-    const FilePath* folderOf(int wd) const;
-    // Forgets the watch `wd`, whose folder went; `kernelDropped` when the kernel already
-    // removed the watch (IN_IGNORED), so it isn't removed twice.
-    void forget(int wd, bool kernelDropped);
     // Removes every watch.
     void clear();
+
+    // Reads every event waiting, giving each to `each` in the kernel's order; false when there
+    // was none.
+    bool readEvents(const std::function<void(const inotify_event& event)>& each);
+    // The watched folder `event` tells of, or nothing: for an overflow (`overflowed` is then
+    // set), a folder that isn't watched, and one that went or was renamed (forgotten here: its
+    // path no longer names it).
+    std::optional<FilePath> folderOf(const inotify_event& event, bool& overflowed);
 
     qsizetype count() const { return m_watches.size(); }
     bool contains(const FilePath& folder) const { return m_watches.contains(folder); }
 
 private:
+    // Forgets the watch `wd`; `kernelDropped` when the kernel already removed it (IN_IGNORED).
+    void forget(int wd, bool kernelDropped);
+
     int m_fd = -1;
     QSocketNotifier* m_notifier = nullptr;
     QHash<int, FilePath> m_folders; // watch descriptor → folder
