@@ -326,6 +326,7 @@ void copyImage(WindowState& window)
                             return std::unexpected(image.error());
                         ClipboardPicture made{std::move(*image), {}};
                         QBuffer buffer(&made.png);
+                        // A buffer in memory, not a file: the bytes go to disk through the engine (or the clipboard).
                         buffer.open(QIODevice::WriteOnly);
                         if (!made.image.save(&buffer, "PNG"))
                             return failure(QStringLiteral("Couldn’t copy %1 as a picture").arg(quoted(picture.fileName())));

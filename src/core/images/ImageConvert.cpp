@@ -123,6 +123,7 @@ Result<QByteArray> encodeImage(const QImage& image, const QByteArray& format, in
     }
     QByteArray bytes;
     QBuffer buffer(&bytes);
+    // A buffer in memory, not a file: the bytes go to disk through the engine (or the clipboard).
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, format);
     if (quality >= 0)

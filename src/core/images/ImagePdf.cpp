@@ -39,6 +39,7 @@ class PdfPages {
 public:
     explicit PdfPages(PdfPageSize size) : m_size(size), m_writer(&m_buffer)
     {
+        // A buffer in memory, not a file: the bytes go to disk through the engine (or the clipboard).
         m_buffer.open(QIODevice::WriteOnly);
         m_writer.setCreator(QStringLiteral("Orwick"));
         m_writer.setResolution(72); // painter units are points

@@ -202,6 +202,7 @@ Exported pdfOf(const QString& text, const FilePath& folder, const QString& title
     });
     layout.setHtml(document(title, boxedCode(html)));
     QBuffer buffer(&out.bytes);
+    // A buffer in memory, not a file: the bytes go to disk through the engine (or the clipboard).
     buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
     writer.setResolution(96); // the style sheet's pixels are screen pixels (the default, 1200 dpi, makes them specks)
