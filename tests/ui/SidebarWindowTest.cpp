@@ -8,6 +8,7 @@
 #include "ui/sidebar/SidebarModel.h"
 #include "ui/sidebar/SidebarView.h"
 
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QDropEvent>
 #include <QLineEdit>
@@ -195,6 +196,21 @@ TEST_F(SidebarWindowTest, ASavedSearchRunsInThePane)
     ASSERT_TRUE(pane()->listing().has_value());
     EXPECT_EQ(pane()->listing()->kind, Listing::Kind::search);
     SidebarStore::shared().removeSearch(saved.id);
+}
+
+TEST_F(SidebarWindowTest, TheMenuKeyAsksForOneMenu)
+{
+    // X11 sends a keyboard context event beside the Menu key's press: the two together ask once.
+    press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
+    ASSERT_EQ(QApplication::focusWidget(), view());
+    QObject::disconnect(view(), &SidebarView::menuRequested, nullptr, nullptr); // no modal menu in the test
+    int asked = 0;
+    QObject::connect(view(), &SidebarView::menuRequested, [&asked] { ++asked; });
+    const QPoint row = view()->visualRect(view()->currentIndex()).center();
+    QContextMenuEvent keyboard(QContextMenuEvent::Keyboard, row, view()->viewport()->mapToGlobal(row));
+    QApplication::sendEvent(view()->viewport(), &keyboard);
+    press(Qt::Key_Menu);
+    EXPECT_EQ(asked, 1);
 }
 
 } // namespace

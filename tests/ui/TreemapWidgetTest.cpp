@@ -8,6 +8,7 @@
 #include "ui/theme/ThemeApplier.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <gtest/gtest.h>
 
 using namespace orwick;
@@ -61,6 +62,21 @@ TEST_F(TreemapWidgetTest, TheLegendNamesTheCategoriesShownLargestFirst)
     const qreal legendTop = map.height() - (map.fontMetrics().height() + 8);
     for (const TreemapWidget::Block& block : map.blocks())
         EXPECT_LE(block.rect.bottom(), legendTop) << "the legend has its own line";
+}
+
+TEST_F(TreemapWidgetTest, OnlyTheMouseOpensAMenuThroughTheContextEvent)
+{
+    // X11 sends a keyboard context event at the pointer beside the Menu key's press, and the press
+    // opens the current block's menu: the event must not open a second one for the block below.
+    int asked = 0;
+    QObject::connect(&map, &TreemapWidget::menuRequested, [&asked] { ++asked; });
+    const QPoint onBlock = map.blocks().front().rect.center().toPoint();
+    QContextMenuEvent keyboard(QContextMenuEvent::Keyboard, onBlock, map.mapToGlobal(onBlock));
+    QApplication::sendEvent(&map, &keyboard);
+    EXPECT_EQ(asked, 0);
+    QContextMenuEvent mouse(QContextMenuEvent::Mouse, onBlock, map.mapToGlobal(onBlock));
+    QApplication::sendEvent(&map, &mouse);
+    EXPECT_EQ(asked, 1);
 }
 
 TEST_F(TreemapWidgetTest, BlocksTakeTheirCategorysTintAndFollowTheTheme)

@@ -301,6 +301,10 @@ void TreemapWidget::mouseReleaseEvent(QMouseEvent* event)
 
 void TreemapWidget::contextMenuEvent(QContextMenuEvent* event)
 {
+    // The Menu key's press opens the current block's menu; X11's keyboard context event beside it
+    // would open a second one for the block under the pointer.
+    if (event->reason() != QContextMenuEvent::Mouse)
+        return event->accept();
     if (const Block* block = blockAt(event->pos()); block && block->node)
         Q_EMIT menuRequested(block->node, event->globalPos());
 }

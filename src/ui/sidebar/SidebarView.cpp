@@ -175,12 +175,15 @@ void SidebarView::mouseReleaseEvent(QMouseEvent* event)
 
 void SidebarView::contextMenuEvent(QContextMenuEvent* event)
 {
-    const QModelIndex index = event->reason() == QContextMenuEvent::Mouse ? indexAt(event->pos()) : currentIndex();
+    // X11 sends a keyboard context event beside the Menu key's press, which opens the menu above:
+    // answering both would open it twice.
+    if (event->reason() != QContextMenuEvent::Mouse)
+        return event->accept();
+    const QModelIndex index = indexAt(event->pos());
     if (!index.isValid())
         return;
     setCurrentIndex(index);
-    const QPoint at = event->reason() == QContextMenuEvent::Mouse ? event->globalPos() : viewport()->mapToGlobal(visualRect(index).center());
-    Q_EMIT menuRequested(index.row(), at);
+    Q_EMIT menuRequested(index.row(), event->globalPos());
 }
 
 void SidebarView::dragEnterEvent(QDragEnterEvent* event)
