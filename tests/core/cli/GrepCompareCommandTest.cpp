@@ -4,6 +4,7 @@
 #include "support/TempHome.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace orwick::test {
 
@@ -66,6 +67,55 @@ TEST(CompareCommand, SameFoldersAndRefusals)
     EXPECT_TRUE(itself.out.isEmpty());
     EXPECT_FALSE(itself.err.isEmpty());
     EXPECT_EQ(runCli({"compare", tree.path("l").native()}).status, 2);
+}
+
+TEST(CompareCommand, MirrorSyncCopiesReplacesAndTrashesThroughTheEngine)
+{
+    TempTree tree;
+    tree.file("l/same.txt", "s");
+    tree.file("r/same.txt", "s");
+    tree.file("l/mirror-changed.txt", "new");
+    tree.file("r/mirror-changed.txt", "old!");
+    tree.file("l/sub/missing.txt", "m");
+    tree.file("r/mirror-extra.txt", "x");
+    const CliRun run = runCli({"compare", tree.path("l").native(), tree.path("r").native(), "--sync", "mirror"});
+    EXPECT_EQ(run.status, 0) << run.err.constData();
+    EXPECT_EQ(run.outLines(), QList<QByteArray>{"Copied 2 items, moved mirror-extra.txt to the Trash"});
+    EXPECT_EQ(readAll(tree.path("r/mirror-changed.txt")), "new");
+    EXPECT_EQ(readAll(tree.path("r/sub/missing.txt")), "m");
+    struct stat info {};
+    EXPECT_NE(lstat(tree.path("r/mirror-extra.txt").c_str(), &info), 0);
+    // What the mirror replaced or removed lies in the Trash, not deleted.
+    const FilePath trash = tempHome().child(QStringLiteral(".local/share/Trash/files"));
+    EXPECT_EQ(readAll(trash.child(QStringLiteral("mirror-extra.txt"))), "x");
+    EXPECT_EQ(readAll(trash.child(QStringLiteral("mirror-changed.txt"))), "old!");
+    EXPECT_EQ(readAll(tree.path("l/mirror-changed.txt")), "new") << "the source side is left as it was";
+
+    const CliRun again = runCli({"compare", tree.path("l").native(), tree.path("r").native(), "--sync", "mirror"});
+    EXPECT_EQ(again.status, 0);
+    EXPECT_EQ(again.outLines(), QList<QByteArray>{"Nothing to do for “Mirror (extra files go to the Trash)”"});
+    EXPECT_EQ(runCli({"compare", tree.path("l").native(), tree.path("r").native()}).status, 0);
+}
+
+TEST(CompareCommand, MissingSyncTowardTheLeftAndABadMode)
+{
+    TempTree tree;
+    tree.file("l/both.txt", "left");
+    tree.file("r/both.txt", "right");
+    tree.file("r/only-right.txt", "r");
+    tree.file("l/only-left.txt", "l");
+    const CliRun run = runCli({"compare", tree.path("l").native(), tree.path("r").native(), "--sync", "missing", "--to-left"});
+    EXPECT_EQ(run.status, 0) << run.err.constData();
+    EXPECT_EQ(readAll(tree.path("l/only-right.txt")), "r");
+    EXPECT_EQ(readAll(tree.path("l/both.txt")), "left") << "nothing is overwritten";
+    struct stat info {};
+    EXPECT_NE(lstat(tree.path("r/only-left.txt").c_str(), &info), 0) << "the other side is left alone";
+
+    const CliRun bad = runCli({"compare", tree.path("l").native(), tree.path("r").native(), "--sync", "everything"});
+    EXPECT_EQ(bad.status, 2);
+    EXPECT_TRUE(bad.out.isEmpty());
+    EXPECT_FALSE(bad.err.isEmpty());
+    EXPECT_EQ(readAll(tree.path("l/both.txt")), "left");
 }
 
 } // namespace orwick::test
