@@ -51,13 +51,8 @@ FilePath TempTree::file(const QString& relative, const QByteArray& content) cons
 FilePath TempTree::file(const QByteArray& relativeBytes, const QByteArray& content) const
 {
     const FilePath path = m_root.child(QByteArrayView(relativeBytes));
-    makeParents(path);
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
-    if (fd >= 0) {
-        if (!content.isEmpty() && ::write(fd, content.constData(), content.size()) != content.size())
-            perror("TempTree::file");
-        ::close(fd);
-    }
+    if (!writeFile(path, content))
+        perror("TempTree::file");
     return path;
 }
 
@@ -81,6 +76,16 @@ void TempTree::touch(const FilePath& path, qint64 seconds) const
 {
     struct timespec times[2] = {{seconds, 0}, {seconds, 0}};
     utimensat(AT_FDCWD, path.c_str(), times, AT_SYMLINK_NOFOLLOW);
+}
+
+bool writeFile(const FilePath& path, const QByteArray& content)
+{
+    makeParents(path);
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    if (fd < 0)
+        return false;
+    const bool written = content.isEmpty() || ::write(fd, content.constData(), content.size()) == content.size();
+    return ::close(fd) == 0 && written;
 }
 
 QByteArray readAll(const FilePath& path)

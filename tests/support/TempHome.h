@@ -37,6 +37,9 @@ private:
     FilePath m_root;
 };
 
+// Writes `content` to `path`, wherever it is (its parent folders made), over what was there;
+// false when it couldn't.
+bool writeFile(const FilePath& path, const QByteArray& content);
 // Reads a whole file; empty when unreadable.
 QByteArray readAll(const FilePath& path);
 bool exists(const FilePath& path);

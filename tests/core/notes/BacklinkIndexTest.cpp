@@ -8,7 +8,6 @@
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 
-#include <QFile>
 #include <QUndoStack>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -29,10 +28,7 @@ void save(const FilePath& path, const QByteArray& bytes)
 {
     // As an editor saves: a temporary file beside it, renamed into place.
     const FilePath temporary = path.parent().child(QByteArrayView(QByteArray(".") + path.fileNameBytes() + ".tmp"));
-    QFile file(QString::fromLocal8Bit(temporary.native()));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    file.close();
+    ASSERT_TRUE(test::writeFile(temporary, bytes));
     ASSERT_EQ(::rename(temporary.c_str(), path.c_str()), 0);
 }
 

@@ -8,7 +8,6 @@
 #include "notes/BacklinkTable.h"
 #include "support/TempHome.h"
 
-#include <QFile>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -45,12 +44,6 @@ protected:
             out.append(link.note.fileName() + u':' + QString::number(link.line));
         return out;
     }
-    void write(const FilePath& path, const QByteArray& bytes)
-    {
-        QFile file(QString::fromLocal8Bit(path.native()));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(bytes);
-    }
 
     test::TempTree tree;
     FilePath target, a, b, bad;
@@ -81,7 +74,7 @@ TEST_F(BacklinkTableTest, FollowsATargetMovedWithItsLinksRewritten)
     const QList<FileMove> moves{{target, moved}};
     const std::optional<QByteArray> rewritten = LinkUpdater::rewriteBytes(test::readAll(a), a, a, moves, tree.root());
     ASSERT_TRUE(rewritten.has_value());
-    write(a, *rewritten);
+    ASSERT_TRUE(test::writeFile(a, *rewritten));
 
     table.remove(target);
     table.setNote(moved, BacklinkTable::readLinks(moved));
@@ -110,7 +103,7 @@ TEST_F(BacklinkTableTest, ADeletedOrChangedNoteTakesItsLinksAlong)
     BacklinkTable table = build();
     ASSERT_EQ(::unlink(a.c_str()), 0);
     table.remove(a);
-    write(b, "nothing now\n");
+    ASSERT_TRUE(test::writeFile(b, "nothing now\n"));
     table.setNote(b, BacklinkTable::readLinks(b));
     EXPECT_EQ(places(table.backlinksOf(target)), QList<QString>{"self.md:1"});
     table.remove(tree.path("Projects")); // a folder that went takes its notes along

@@ -2,42 +2,26 @@
 // malformed dates counted, a moved date keeping its time, a wrong `calendarBy` said), and the
 // gallery's layout and covers (a picture itself, a note's first local image).
 
-#include "fileops/FileOperations.h"
+#include "PropertyStoreFixture.h"
 #include "notes/CalendarView.h"
-#include "notes/FileProperties.h"
 #include "notes/GalleryView.h"
 #include "support/TempHome.h"
-#include "support/TestMain.h"
 
-#include <QUndoStack>
 #include <unistd.h>
 #include <gtest/gtest.h>
 
 using namespace orwick;
 using orwick::test::readAll;
 using orwick::test::TempTree;
-using orwick::test::waitUntil;
 
 namespace {
 
-FileItems loaded(FileProperties& store, const QList<FilePath>& paths)
-{
-    FileItems items;
-    for (const FilePath& path : paths)
-        items.append(FileItem::make(path));
-    const int revision = store.revision();
-    store.load(items);
-    EXPECT_TRUE(waitUntil([&] { return store.revision() > revision; }));
-    return items;
-}
+using CalendarViewTest = test::PropertyStoreTest;
 
-TEST(CalendarView, PlacesItemsOnTheirDayAndCountsTheUndated)
+TEST_F(CalendarViewTest, PlacesItemsOnTheirDayAndCountsTheUndated)
 {
-    TempTree tree;
-    FileOperations ops;
-    FileProperties store(nullptr, tree.path("data/columns.json"), &ops);
     const FilePath a = tree.file(QString("n/a.md"), "---\ndue: 2024-05-17\n---\n");
-    const FileItems items = loaded(store, {a, tree.file(QString("n/b.md"), "---\ndue: 2024-05-17T09:30\n---\n"),
+    const FileItems items = load({a, tree.file(QString("n/b.md"), "---\ndue: 2024-05-17T09:30\n---\n"),
                                            tree.file(QString("n/c.md"), "---\ndue: 2024-5-3\n---\n"),
                                            tree.file(QString("n/d.md"), "plain\n"),
                                            tree.file(QString("n/e.md"), "---\ndue: 2024-06-02\n---\n")});
@@ -59,21 +43,17 @@ TEST(CalendarView, PlacesItemsOnTheirDayAndCountsTheUndated)
     // Moving an item to another day: one undoable change that keeps a time after the date.
     EXPECT_EQ(CalendarView::movedValue(PropertyValue::ofText("2024-05-17T09:30"), QDate(2024, 5, 18)),
               PropertyValue::ofText("2024-05-18T09:30"));
-    QUndoStack undo;
-    ASSERT_TRUE(store.set(view.key, CalendarView::movedValue(store.value(a, "due"), QDate(2024, 5, 24)), {a}, &undo));
-    ASSERT_TRUE(waitUntil([&] { return ops.isIdle() && store.isSettled(); }, 30000));
+    QUndoStack stack;
+    ASSERT_TRUE(store.set(view.key, CalendarView::movedValue(store.value(a, "due"), QDate(2024, 5, 24)), {a}, &stack));
+    settle();
     EXPECT_EQ(readAll(a), "---\ndue: 2024-05-24\n---\n");
-    undo.undo();
-    ASSERT_TRUE(waitUntil([&] { return ops.isIdle() && store.isSettled(); }, 30000));
+    undo(stack);
     EXPECT_EQ(readAll(a), "---\ndue: 2024-05-17\n---\n");
 }
 
-TEST(CalendarView, AWrongPropertyIsSaidWithTheChoices)
+TEST_F(CalendarViewTest, AWrongPropertyIsSaidWithTheChoices)
 {
-    TempTree tree;
-    FileOperations ops;
-    FileProperties store(nullptr, tree.path("data/columns.json"), &ops);
-    const FileItems items = loaded(store, {tree.file(QString("n/a.md"), "---\ndue: 2024-05-17\nstart: 2024-05-01\nowner: me\n---\n")});
+    const FileItems items = load({tree.file(QString("n/a.md"), "---\ndue: 2024-05-17\nstart: 2024-05-01\nowner: me\n---\n")});
     const FilePath folder = tree.path("n");
     CalendarView view = CalendarView::make(DatabaseColumns::of(store, folder, items), items, QDate(2024, 5, 1));
     EXPECT_EQ(view.problem, "Choose the date property the calendar places items by.");

@@ -2,94 +2,39 @@
 // file operations engine with one undo step per change, renaming keys and options across a
 // folder, settings in columns.json, filtering and sorting.
 
-#include "fileops/FileOperations.h"
 #include "files/Arrangement.h"
-#include "notes/FileProperties.h"
+#include "PropertyStoreFixture.h"
 #include "platform/StoreNotices.h"
 #include "platform/Xattr.h"
-#include "support/TempHome.h"
-#include "support/TestMain.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QUndoStack>
 #include <sys/xattr.h>
 #include <gtest/gtest.h>
 
 using namespace orwick;
 using orwick::test::readAll;
-using orwick::test::TempTree;
+using orwick::test::itemsOf;
 using orwick::test::waitUntil;
 
 namespace {
 
-FileItems itemsOf(const QList<FilePath>& paths)
-{
-    FileItems items;
-    for (const FilePath& path : paths)
-        items.append(FileItem::make(path));
-    return items;
-}
-
-// Counts a signal's emissions.
-struct Counter {
-    template <class Signal>
-    Counter(FileProperties* store, Signal signal)
-    {
-        QObject::connect(store, signal, [this] { ++count; });
-    }
-    int count = 0;
-};
-
-class FilePropertiesTest : public testing::Test {
-protected:
-    FilePropertiesTest()
-    {
-        m_ops.setReportErrors([this](const OperationOutcome& outcome) { m_reports.append(outcome); });
-        QObject::connect(&m_ops, &FileOperations::announced, [this](const Toast& toast) { m_toasts.append(toast.text); });
-    }
-    FilePath columnsFile() const { return m_tree.path("data/columns.json"); }
-    // Waits until the engine's jobs ended and the store read what they wrote.
-    void settle(const FileProperties& store)
-    {
-        ASSERT_TRUE(waitUntil([&] { return m_ops.isIdle() && store.isSettled(); }, 30000));
-    }
-    void undo(QUndoStack& stack, const FileProperties& store)
-    {
-        stack.undo();
-        settle(store);
-    }
-    void redo(QUndoStack& stack, const FileProperties& store)
-    {
-        stack.redo();
-        settle(store);
-    }
-    void loadAll(FileProperties& store, const FileItems& items)
-    {
-        const int revision = store.revision();
-        store.load(items);
-        ASSERT_TRUE(waitUntil([&] { return store.revision() > revision; }));
-    }
-    TempTree m_tree;
-    FileOperations m_ops;
-    QList<OperationOutcome> m_reports;
-    QStringList m_toasts;
-};
+using FilePropertiesTest = test::PropertyStoreTest;
 
 TEST_F(FilePropertiesTest, LoadsNotesAndAttributesInTheBackground)
 {
-    const FilePath a = m_tree.file(QString("notes/a.md"), "---\nstatus: done\ncount: 2\n---\n");
-    const FilePath b = m_tree.file(QString("notes/b.md"), "no front matter");
-    const FilePath c = m_tree.file(QString("notes/c.png"), "png");
+    const FilePath a = tree.file(QString("notes/a.md"), "---\nstatus: done\ncount: 2\n---\n");
+    const FilePath b = tree.file(QString("notes/b.md"), "no front matter");
+    const FilePath c = tree.file(QString("notes/c.png"), "png");
     ASSERT_EQ(::setxattr(c.c_str(), xattr::properties, "{\"rating\":5}", 12, 0), 0);
-    FileProperties store(nullptr, columnsFile(), &m_ops);
-    Counter changed(&store, &FileProperties::valuesChanged);
-    loadAll(store, itemsOf({a, b, c}));
+    int changed = 0;
+    QObject::connect(&store, &FileProperties::valuesChanged, [&] { ++changed; });
+    load({a, b, c});
     EXPECT_EQ(store.value(a, "status"), PropertyValue::ofText("done"));
     EXPECT_EQ(store.value(a, "count"), PropertyValue::ofNumber(2));
     EXPECT_EQ(store.value(c, "rating"), PropertyValue::ofNumber(5));
     EXPECT_FALSE(store.values().contains(b)); // only files with properties have an entry
-    EXPECT_EQ(changed.count, 1);
+    EXPECT_EQ(changed, 1);
     EXPECT_FALSE(store.isLoading());
 }
 
@@ -97,11 +42,10 @@ TEST_F(FilePropertiesTest, ANewerLoadOfTheFolderReplacesTheOlder)
 {
     QList<FilePath> paths;
     for (int i = 0; i < 300; ++i)
-        paths.append(m_tree.file(QString("f/n%1.md").arg(i), "---\nold: 1\n---\n"));
-    FileProperties store(nullptr, columnsFile(), &m_ops);
+        paths.append(tree.file(QString("f/n%1.md").arg(i), "---\nold: 1\n---\n"));
     store.load(itemsOf(paths)); // superseded at once: publishes nothing
-    m_tree.file(QString("f/n0.md"), "---\nnew: 1\n---\n");
-    loadAll(store, itemsOf({paths.first()}));
+    tree.file(QString("f/n0.md"), "---\nnew: 1\n---\n");
+    load({paths.first()});
     ASSERT_TRUE(waitUntil([&] { return !store.isLoading(); }));
     QCoreApplication::processEvents();
     EXPECT_EQ(store.value(paths.first(), "new"), PropertyValue::ofNumber(1));
@@ -111,74 +55,71 @@ TEST_F(FilePropertiesTest, ANewerLoadOfTheFolderReplacesTheOlder)
 TEST_F(FilePropertiesTest, SetIsOneUndoStep)
 {
     const QByteArray aBefore = "---\nstatus: open\n---\nA body\n";
-    const FilePath a = m_tree.file(QString("n/a.md"), aBefore);
-    const FilePath b = m_tree.file(QString("n/b.md"), "B body\n");
-    const FilePath c = m_tree.file(QString("n/c.txt"), "C");
-    FileProperties store(nullptr, columnsFile(), &m_ops);
+    const FilePath a = tree.file(QString("n/a.md"), aBefore);
+    const FilePath b = tree.file(QString("n/b.md"), "B body\n");
+    const FilePath c = tree.file(QString("n/c.txt"), "C");
     QUndoStack stack;
     ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a, b, c}, &stack));
-    settle(store);
+    settle();
     EXPECT_EQ(stack.count(), 1);
     EXPECT_EQ(stack.undoText(), "Set status");
     EXPECT_EQ(readAll(a), "---\nstatus: done\n---\nA body\n");
     EXPECT_EQ(readAll(b), "---\nstatus: done\n---\nB body\n");
     EXPECT_EQ(store.value(c, "status"), PropertyValue::ofText("done"));
-    undo(stack, store);
+    undo(stack);
     EXPECT_EQ(readAll(a), aBefore);
     EXPECT_EQ(readAll(b), "B body\n");
     EXPECT_FALSE(store.values().contains(c));
-    redo(stack, store);
+    stack.redo();
+    settle();
     EXPECT_EQ(store.value(b, "status"), PropertyValue::ofText("done"));
 }
 
 TEST_F(FilePropertiesTest, NoteChangedSinceLoadIsRefusedAndKept)
 {
-    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: open\n---\n");
-    FileProperties store(nullptr, columnsFile(), &m_ops);
-    loadAll(store, itemsOf({a}));
+    const FilePath a = tree.file(QString("n/a.md"), "---\nstatus: open\n---\n");
+    load({a});
     const QByteArray theirs = "---\nstatus: open\n---\nTheir new paragraph.\n";
-    m_tree.file(QString("n/a.md"), theirs);
+    tree.file(QString("n/a.md"), theirs);
     QUndoStack stack;
     ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &stack));
-    settle(store);
-    ASSERT_EQ(m_reports.size(), 1);
-    EXPECT_EQ(m_reports[0].errors, QStringList{"Couldn’t change “a.md”: it changed on disk since it was read."});
-    EXPECT_EQ(m_reports[0].done, 0);
+    settle();
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_EQ(reports[0].errors, QStringList{"Couldn’t change “a.md”: it changed on disk since it was read."});
+    EXPECT_EQ(reports[0].done, 0);
     EXPECT_EQ(readAll(a), theirs);
     EXPECT_EQ(stack.count(), 0);
     // Trying again, once the note was read again, works and keeps their paragraph.
-    loadAll(store, itemsOf({a}));
+    load({a});
     ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &stack));
-    settle(store);
+    settle();
     EXPECT_EQ(readAll(a), "---\nstatus: done\n---\nTheir new paragraph.\n");
-    EXPECT_EQ(m_toasts.last(), "Set status on a.md");
+    EXPECT_EQ(toasts.last(), "Set status on a.md");
 }
 
 TEST_F(FilePropertiesTest, UndoAfterAnotherChangeIsRefusedNotForced)
 {
-    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: open\n---\n");
-    FileProperties store(nullptr, columnsFile(), &m_ops);
+    const FilePath a = tree.file(QString("n/a.md"), "---\nstatus: open\n---\n");
     QUndoStack stack;
     ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {a}, &stack));
-    settle(store);
+    settle();
     ASSERT_EQ(readAll(a), "---\nstatus: done\n---\n");
     const QByteArray theirs = "---\nstatus: done\n---\nedited elsewhere\n";
-    m_tree.file(QString("n/a.md"), theirs);
-    undo(stack, store);
-    ASSERT_EQ(m_reports.size(), 1);
-    EXPECT_EQ(m_reports[0].errors, QStringList{"Couldn’t change “a.md”: it changed on disk since it was read."});
+    tree.file(QString("n/a.md"), theirs);
+    undo(stack);
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_EQ(reports[0].errors, QStringList{"Couldn’t change “a.md”: it changed on disk since it was read."});
     EXPECT_EQ(readAll(a), theirs);
 }
 
 TEST_F(FilePropertiesTest, RenameAcrossTheFolder)
 {
-    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: open\nx: 1\n---\n");
-    const FilePath b = m_tree.file(QString("n/b.md"), "---\nother: 1\n---\n");
-    const FilePath c = m_tree.file(QString("n/c.txt"), "C");
+    const FilePath a = tree.file(QString("n/a.md"), "---\nstatus: open\nx: 1\n---\n");
+    const FilePath b = tree.file(QString("n/b.md"), "---\nother: 1\n---\n");
+    const FilePath c = tree.file(QString("n/c.txt"), "C");
     const FilePath folder = a.parent();
-    FileProperties store(nullptr, columnsFile(), &m_ops);
     ASSERT_TRUE(store.set("status", PropertyValue::ofText("open"), {c}));
-    settle(store);
+    settle();
     FolderColumns columns;
     columns.shown = {"status"};
     columns.widths.insert("status", 120);
@@ -186,14 +127,14 @@ TEST_F(FilePropertiesTest, RenameAcrossTheFolder)
     const FileItems items = itemsOf({a, b, c});
     QUndoStack stack;
     ASSERT_TRUE(store.rename("status", "state", folder, items, &stack));
-    settle(store);
+    settle();
     EXPECT_EQ(stack.undoText(), "Rename status");
     EXPECT_EQ(readAll(a), "---\nstate: open\nx: 1\n---\n");
     EXPECT_EQ(readAll(b), "---\nother: 1\n---\n");
     EXPECT_EQ(store.value(c, "state"), PropertyValue::ofText("open"));
     EXPECT_EQ(store.columns(folder).shown, QStringList{"state"});
     EXPECT_EQ(store.columns(folder).widths.value("state"), 120);
-    undo(stack, store);
+    undo(stack);
     EXPECT_EQ(readAll(a), "---\nstatus: open\nx: 1\n---\n");
     EXPECT_EQ(store.value(c, "status"), PropertyValue::ofText("open"));
     EXPECT_EQ(store.columns(folder).shown, QStringList{"status"});
@@ -201,39 +142,37 @@ TEST_F(FilePropertiesTest, RenameAcrossTheFolder)
 
 TEST_F(FilePropertiesTest, RenameAndDeleteOptions)
 {
-    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: done\ntags: [done, x]\n---\n");
-    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstatus: open\n---\n");
+    const FilePath a = tree.file(QString("n/a.md"), "---\nstatus: done\ntags: [done, x]\n---\n");
+    const FilePath b = tree.file(QString("n/b.md"), "---\nstatus: open\n---\n");
     const FilePath folder = a.parent();
     const FileItems items = itemsOf({a, b});
-    FileProperties store(nullptr, columnsFile(), &m_ops);
-    loadAll(store, items);
+    loadItems(items, store);
     store.setColor(3, "done", "status", folder);
     QUndoStack stack;
     ASSERT_TRUE(store.renameOption("status", "done", "finished", folder, items, &stack));
-    settle(store);
+    settle();
     EXPECT_EQ(stack.undoText(), "Rename done");
     EXPECT_EQ(store.value(a, "status"), PropertyValue::ofText("finished"));
     EXPECT_EQ(store.value(a, "tags"), PropertyValue::ofList({"done", "x"})); // other keys untouched
     EXPECT_EQ(store.columns(folder).optionColors.value("status").value("finished"), 3);
     ASSERT_TRUE(store.deleteOption("done", "tags", folder, items, &stack));
-    settle(store);
+    settle();
     EXPECT_EQ(stack.undoText(), "Delete done");
     EXPECT_EQ(readAll(a), "---\nstatus: finished\ntags: [x]\n---\n");
-    undo(stack, store);
-    undo(stack, store);
+    undo(stack);
+    undo(stack);
     EXPECT_EQ(readAll(a), "---\nstatus: done\ntags: [done, x]\n---\n");
     EXPECT_EQ(store.columns(folder).optionColors.value("status").value("done"), 3);
 }
 
 TEST_F(FilePropertiesTest, TypesOptionsAndOrder)
 {
-    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstage: b\nn: 1\n---\n");
-    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstage: a\nn: 2\n---\n");
-    const FilePath c = m_tree.file(QString("n/c.md"), "---\nstage: b\nn: x\n---\n");
+    const FilePath a = tree.file(QString("n/a.md"), "---\nstage: b\nn: 1\n---\n");
+    const FilePath b = tree.file(QString("n/b.md"), "---\nstage: a\nn: 2\n---\n");
+    const FilePath c = tree.file(QString("n/c.md"), "---\nstage: b\nn: x\n---\n");
     const FilePath folder = a.parent();
     const FileItems items = itemsOf({a, b, c});
-    FileProperties store(nullptr, columnsFile(), &m_ops);
-    loadAll(store, items);
+    loadItems(items, store);
     EXPECT_EQ(store.type("stage", folder, items), PropertyType::select);
     EXPECT_EQ(store.type("n", folder, items), PropertyType::text);
     EXPECT_EQ(store.options("stage", folder, items), (QStringList{"b", "a"}));
@@ -248,13 +187,12 @@ TEST_F(FilePropertiesTest, TypesOptionsAndOrder)
 
 TEST_F(FilePropertiesTest, FilteredKeepsOrderAndJoinsWithAnd)
 {
-    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstatus: done\ntags: [x, y]\n---\n");
-    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstatus: open\ntags: [y]\n---\n");
-    const FilePath c = m_tree.file(QString("n/c.md"), "---\nstatus: done\n---\n");
+    const FilePath a = tree.file(QString("n/a.md"), "---\nstatus: done\ntags: [x, y]\n---\n");
+    const FilePath b = tree.file(QString("n/b.md"), "---\nstatus: open\ntags: [y]\n---\n");
+    const FilePath c = tree.file(QString("n/c.md"), "---\nstatus: done\n---\n");
     const FilePath folder = a.parent();
     const FileItems items = itemsOf({a, b, c});
-    FileProperties store(nullptr, columnsFile(), &m_ops);
-    loadAll(store, items);
+    loadItems(items, store);
     EXPECT_EQ(store.filtered(items, folder), items);
     FolderColumns columns;
     columns.filters = {{QUuid::createUuid(), "status", PropertyFilter::Condition::equals, "DONE"},
@@ -265,33 +203,30 @@ TEST_F(FilePropertiesTest, FilteredKeepsOrderAndJoinsWithAnd)
 
 TEST_F(FilePropertiesTest, SettingsPersistAndDamagedEntriesSurvive)
 {
-    const FilePath folder = m_tree.folder("n");
-    {
-        FileProperties store(nullptr, columnsFile(), &m_ops);
-        FolderColumns columns;
-        columns.shown = {"a"};
-        columns.layout = "board";
-        columns.filters = {{QUuid::createUuid(), "a", PropertyFilter::Condition::filled, ""}};
-        ASSERT_TRUE(store.setColumns(folder, columns));
-    }
+    const FilePath folder = tree.folder("n");
+    FolderColumns columns;
+    columns.shown = {"a"};
+    columns.layout = "board";
+    columns.filters = {{QUuid::createUuid(), "a", PropertyFilter::Condition::filled, ""}};
+    ASSERT_TRUE(store.setColumns(folder, columns));
     // Another folder's entry lacks required fields: kept as it was.
     QJsonObject json = QJsonDocument::fromJson(readAll(columnsFile())).object();
     json.insert("/elsewhere", QJsonObject{{"shown", 3}});
-    m_tree.file(QString("data/columns.json"), QJsonDocument(json).toJson());
-    FileProperties store(nullptr, columnsFile(), &m_ops);
+    tree.file(QString("data/columns.json"), QJsonDocument(json).toJson());
+    FileProperties store(nullptr, columnsFile(), &ops);
     EXPECT_EQ(store.columns(folder).layout, QString("board"));
     EXPECT_EQ(store.columns(folder).filters.size(), 1);
     store.setColor(1, "x", "a", folder);
     EXPECT_TRUE(readAll(columnsFile()).contains("\"/elsewhere\""));
-    EXPECT_EQ(store.columns(m_tree.folder("other")), FolderColumns());
+    EXPECT_EQ(store.columns(tree.folder("other")), FolderColumns());
 }
 
 TEST_F(FilePropertiesTest, DamagedColumnsFileGivesDefaultsAMessageAndIsKept)
 {
-    m_tree.file(QString("data/columns.json"), "{ damaged");
+    tree.file(QString("data/columns.json"), "{ damaged");
     StoreNotices::takePending();
-    FileProperties store(nullptr, columnsFile(), &m_ops);
-    EXPECT_EQ(store.columns(m_tree.root()), FolderColumns());
+    FileProperties store(nullptr, columnsFile(), &ops);
+    EXPECT_EQ(store.columns(tree.root()), FolderColumns());
     const QStringList messages = StoreNotices::takePending();
     ASSERT_EQ(messages.size(), 1); // said once
     EXPECT_TRUE(messages[0].contains("couldn’t read its column settings")) << messages[0].toStdString();
@@ -299,24 +234,23 @@ TEST_F(FilePropertiesTest, DamagedColumnsFileGivesDefaultsAMessageAndIsKept)
     // The next save starts a new file; the damaged one stays where the message says.
     FolderColumns columns;
     columns.shown = {"a"};
-    ASSERT_TRUE(store.setColumns(m_tree.folder("n"), columns));
-    EXPECT_EQ(readAll(m_tree.path("data/columns.damaged.json")), "{ damaged");
-    EXPECT_EQ(FileProperties(nullptr, columnsFile()).columns(m_tree.folder("n")).shown, QStringList{"a"});
+    ASSERT_TRUE(store.setColumns(tree.folder("n"), columns));
+    EXPECT_EQ(readAll(tree.path("data/columns.damaged.json")), "{ damaged");
+    EXPECT_EQ(FileProperties(nullptr, columnsFile()).columns(tree.folder("n")).shown, QStringList{"a"});
     // A file that is simply not there yet is no news.
-    FileProperties none(nullptr, m_tree.path("data/none.json"));
+    FileProperties none(nullptr, tree.path("data/none.json"));
     EXPECT_TRUE(StoreNotices::takePending().isEmpty());
 }
 
 TEST_F(FilePropertiesTest, DeleteAPropertyAcrossTheFolder)
 {
     const QByteArray aText = "---\ndone: true\nstatus: open # keep\n---\nBody\n";
-    const FilePath a = m_tree.file(QString("n/a.md"), aText);
-    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstatus: open\n---\n");
-    const FilePath c = m_tree.file(QString("n/c.txt"), "C");
+    const FilePath a = tree.file(QString("n/a.md"), aText);
+    const FilePath b = tree.file(QString("n/b.md"), "---\nstatus: open\n---\n");
+    const FilePath c = tree.file(QString("n/c.txt"), "C");
     const FilePath folder = a.parent();
-    FileProperties store(nullptr, columnsFile(), &m_ops);
     ASSERT_TRUE(store.set("done", PropertyValue::ofBool(false), {c}));
-    settle(store);
+    settle();
     FolderColumns columns;
     columns.shown = {"status", "done"};
     columns.types.insert("done", PropertyType::checkbox);
@@ -325,7 +259,7 @@ TEST_F(FilePropertiesTest, DeleteAPropertyAcrossTheFolder)
     const FileItems items = itemsOf({a, b, c});
     QUndoStack stack;
     ASSERT_TRUE(store.remove("done", folder, items, &stack));
-    settle(store);
+    settle();
     EXPECT_EQ(stack.count(), 1);
     EXPECT_EQ(stack.undoText(), "Delete done");
     EXPECT_EQ(readAll(a), "---\nstatus: open # keep\n---\nBody\n");
@@ -334,46 +268,45 @@ TEST_F(FilePropertiesTest, DeleteAPropertyAcrossTheFolder)
     EXPECT_EQ(store.columns(folder).shown, QStringList{"status"});
     EXPECT_TRUE(store.columns(folder).filters.isEmpty());
     EXPECT_FALSE(store.columns(folder).types.contains("done"));
-    undo(stack, store);
+    undo(stack);
     EXPECT_EQ(readAll(a), aText); // the line back where it was
     EXPECT_EQ(store.value(a, "done"), PropertyValue::ofBool(true));
     EXPECT_EQ(store.value(c, "done"), PropertyValue::ofBool(false));
     EXPECT_EQ(readAll(b), "---\nstatus: open\n---\n");
     EXPECT_EQ(store.columns(folder), columns);
-    redo(stack, store);
+    stack.redo();
+    settle();
     EXPECT_EQ(readAll(a), "---\nstatus: open # keep\n---\nBody\n");
 }
 
 TEST_F(FilePropertiesTest, UndoGivesBackTheExactBytesUnlessTheNoteChangedMeanwhile)
 {
     const QByteArray text = "---\ntags:\n  - a\n  - 'b'\nstatus: open\n---\nBody\n";
-    const FilePath a = m_tree.file(QString("n/a.md"), text);
-    const FilePath b = m_tree.file(QString("n/b.md"), text);
-    FileProperties store(nullptr, columnsFile(), &m_ops);
-    loadAll(store, itemsOf({a, b}));
+    const FilePath a = tree.file(QString("n/a.md"), text);
+    const FilePath b = tree.file(QString("n/b.md"), text);
+    load({a, b});
     QUndoStack stack;
     ASSERT_TRUE(store.remove("tags", a.parent(), itemsOf({a, b}), &stack));
-    settle(store);
+    settle();
     EXPECT_EQ(readAll(a), "---\nstatus: open\n---\nBody\n");
     // Someone adds a paragraph to b: its undo is refused and their paragraph stays; a's is exact.
     const QByteArray theirs = "---\nstatus: open\n---\nBody\nMore\n";
-    m_tree.file(QString("n/b.md"), theirs);
-    undo(stack, store);
+    tree.file(QString("n/b.md"), theirs);
+    undo(stack);
     EXPECT_EQ(readAll(a), text);
     EXPECT_EQ(readAll(b), theirs);
-    ASSERT_EQ(m_reports.size(), 1);
-    EXPECT_EQ(m_reports[0].errors, QStringList{"Couldn’t change “b.md”: it changed on disk since it was read."});
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_EQ(reports[0].errors, QStringList{"Couldn’t change “b.md”: it changed on disk since it was read."});
     EXPECT_EQ(store.value(a, "tags"), PropertyValue::ofList({"a", "b"}));
 }
 
 TEST_F(FilePropertiesTest, MovingAndColouringOptionsAreUndoSteps)
 {
-    const FilePath a = m_tree.file(QString("n/a.md"), "---\nstage: b\n---\n");
-    const FilePath b = m_tree.file(QString("n/b.md"), "---\nstage: a\n---\n");
+    const FilePath a = tree.file(QString("n/a.md"), "---\nstage: b\n---\n");
+    const FilePath b = tree.file(QString("n/b.md"), "---\nstage: a\n---\n");
     const FilePath folder = a.parent();
     const FileItems items = itemsOf({a, b});
-    FileProperties store(nullptr, columnsFile(), &m_ops);
-    loadAll(store, items);
+    loadItems(items, store);
     QUndoStack stack;
     store.moveOption("a", "stage", QString("b"), folder, items, &stack);
     EXPECT_EQ(stack.undoText(), "Move a");
@@ -382,22 +315,21 @@ TEST_F(FilePropertiesTest, MovingAndColouringOptionsAreUndoSteps)
     store.setColor(4, "a", "stage", folder, &stack); // no change, no step
     EXPECT_EQ(stack.count(), 2);
     EXPECT_EQ(FileProperties(nullptr, columnsFile()).columns(folder).optionColors.value("stage").value("a"), 4);
-    undo(stack, store);
+    undo(stack);
     EXPECT_FALSE(store.columns(folder).optionColors.contains("stage"));
-    undo(stack, store);
+    undo(stack);
     EXPECT_EQ(store.options("stage", folder, items), (QStringList{"b", "a"}));
     EXPECT_EQ(readAll(a), "---\nstage: b\n---\n"); // the notes were never touched
 }
 
 TEST_F(FilePropertiesTest, PropertySortPlugsIntoTheArrangement)
 {
-    const FilePath a = m_tree.file(QString("n/a.md"), "---\ndue: 2024-03-01\n---\n");
-    const FilePath b = m_tree.file(QString("n/b.md"), "---\ndue: someday\n---\n");
-    const FilePath c = m_tree.file(QString("n/c.md"), "---\ndue: 2024-01-15\n---\n");
-    const FilePath d = m_tree.file(QString("n/d.md"), "no date");
+    const FilePath a = tree.file(QString("n/a.md"), "---\ndue: 2024-03-01\n---\n");
+    const FilePath b = tree.file(QString("n/b.md"), "---\ndue: someday\n---\n");
+    const FilePath c = tree.file(QString("n/c.md"), "---\ndue: 2024-01-15\n---\n");
+    const FilePath d = tree.file(QString("n/d.md"), "no date");
     const FileItems items = itemsOf({d, a, b, c});
-    FileProperties store(nullptr, columnsFile(), &m_ops);
-    loadAll(store, items);
+    loadItems(items, store);
     ArrangeInput input;
     input.items = items;
     input.propertySort = "due";

@@ -83,9 +83,7 @@ public:
     FilePath file(const QString& name, const QByteArray& content) const
     {
         const FilePath path = m_root.child(name);
-        QFile file(path.text());
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
+        EXPECT_TRUE(test::writeFile(path, content));
         return path;
     }
 
@@ -317,11 +315,7 @@ TEST(NoteWriteFault, ANoteOnAReadOnlyDiskIsRefusedAndLeftAlone)
         GTEST_SKIP() << disk.why().toStdString();
     const QByteArray content = "---\nstatus: open\n---\nbody\n";
     const FilePath note = disk.root().child(QStringLiteral("n.md"));
-    {
-        QFile file(note.text());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
+    ASSERT_TRUE(test::writeFile(note, content));
     ASSERT_TRUE(disk.makeReadOnly());
     const struct stat before = statOf(note);
     expectRefusedAndUntouched(note, test::writeProperties(note, false, {kSetDone}), content, before, "the disk is read-only");
@@ -334,11 +328,7 @@ TEST(NoteWriteFault, AFullDiskLeavesAHardLinkedNoteWhole)
         GTEST_SKIP() << disk.why().toStdString();
     const QByteArray content = "---\nstatus: open\n---\n" + QByteArray(8000, 'b') + "\n";
     const FilePath note = disk.root().child(QStringLiteral("n.md"));
-    {
-        QFile file(note.text());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-    }
+    ASSERT_TRUE(test::writeFile(note, content));
     ASSERT_EQ(::link(note.c_str(), disk.root().child(QStringLiteral("link.md")).c_str()), 0);
     // Fill the disk.
     QFile filler(disk.root().child(QStringLiteral("filler")).text());

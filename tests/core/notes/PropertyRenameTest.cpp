@@ -1,34 +1,25 @@
 // Property changes across many real notes go through the file operations engine: one job, one
 // undo step whose undo gives back every note's bytes, failures counted and never called success.
 
-#include "fileops/FileOperations.h"
-#include "notes/FileProperties.h"
-#include "support/TempHome.h"
-#include "support/TestMain.h"
+#include "PropertyStoreFixture.h"
 
 #include <QSet>
-#include <QUndoStack>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 using namespace orwick;
 using orwick::test::readAll;
-using orwick::test::waitUntil;
 
 namespace {
 
-class PropertyRenameTest : public testing::Test {
-protected:
+struct PropertyRenameTest : test::PropertyStoreTest {
     PropertyRenameTest()
     {
-        ops.setReportErrors([this](const OperationOutcome& outcome) { reports.append(outcome); });
-        QObject::connect(&ops, &FileOperations::announced, [this](const Toast& toast) { toasts.append(toast.text); });
         QObject::connect(&ops, &FileOperations::jobsChanged, [this] {
             for (const FileJob& job : ops.jobs())
                 jobs.insert(job.id);
         });
     }
-    void settle() { ASSERT_TRUE(waitUntil([&] { return ops.isIdle() && store.isSettled(); }, 60000)); }
     FileItems notes(int count, QList<QByteArray>* texts)
     {
         FileItems items;
@@ -40,19 +31,7 @@ protected:
         }
         return items;
     }
-    void loadAll(const FileItems& items)
-    {
-        const int revision = store.revision();
-        store.load(items);
-        ASSERT_TRUE(waitUntil([&] { return store.revision() > revision; }));
-    }
-
-    test::TempTree tree;
-    FileOperations ops;
-    FileProperties store{nullptr, tree.path("data/columns.json"), &ops};
     QUndoStack stack;
-    QList<OperationOutcome> reports;
-    QStringList toasts;
     QSet<quint64> jobs;
 };
 
@@ -61,7 +40,7 @@ TEST_F(PropertyRenameTest, RenamingAcrossFiveHundredNotesIsOneJobAndOneUndoStep)
     QList<QByteArray> texts;
     const FileItems items = notes(500, &texts);
     const FilePath folder = items.first().url.parent();
-    loadAll(items);
+    loadItems(items, store);
     FolderColumns columns;
     columns.shown = {"status"};
     ASSERT_TRUE(store.setColumns(folder, columns));
@@ -104,7 +83,7 @@ TEST_F(PropertyRenameTest, NotesThatCantBeChangedAreCountedNotCalledDone)
     FileItems all = items;
     all.append(FileItem::make(notUtf8));
     all.append(FileItem::make(large));
-    loadAll(all);
+    loadItems(all, store);
     for (const FilePath& path : {notUtf8, large})
         store.apply({{path, {{"status", PropertyValue::ofText("open")}}, notefile::fingerprint(path)}}); // as a view would show them
     ASSERT_TRUE(store.set("status", PropertyValue::ofText("done"), {items[0].url, items[1].url, notUtf8, large}, &stack));
@@ -137,7 +116,7 @@ TEST_F(PropertyRenameTest, ARenameOfAnAttributeIsUndoneExactly)
     ASSERT_TRUE(store.set("rating", PropertyValue::ofNumber(5), {photo}, &stack));
     settle();
     EXPECT_EQ(store.value(photo, "rating"), PropertyValue::ofNumber(5));
-    loadAll(items);
+    loadItems(items, store);
     ASSERT_TRUE(store.rename("rating", "stars", photo.parent(), items, &stack));
     settle();
     EXPECT_EQ(store.value(photo, "stars"), PropertyValue::ofNumber(5));
