@@ -2,24 +2,18 @@
 // everyday command comes first among those that match equally well.
 #include "commands/CommandCatalog.h"
 #include "commands/PaletteRanking.h"
-#include "state/WindowState.h"
-#include "support/TempHome.h"
-#include "support/TestMain.h"
+#include "support/HeadlessWindow.h"
 
 #include <gtest/gtest.h>
 
 using namespace orwick;
 
 namespace {
-struct CatalogRanking : ::testing::Test {
-    test::TempTree tree;
-    ViewPreferences preferences;
-    std::unique_ptr<WindowState> window;
+struct CatalogRanking : test::HeadlessWindowTest {
     void SetUp() override
     {
         tree.file("report.txt");
-        window = std::make_unique<WindowState>(tree.root(), &preferences);
-        ASSERT_TRUE(test::waitUntil([&] { return window->activePane()->row(tree.path("report.txt")) >= 0; }));
+        openWindow(tree.root());
         window->activePane()->click(tree.path("report.txt"), Qt::NoModifier);
     }
     // The command rows for `query`, as the palette builds them from the catalogue.

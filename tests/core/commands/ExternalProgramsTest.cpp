@@ -4,22 +4,15 @@
 #include "commands/ExternalPrograms.h"
 #include "platform/XdgPaths.h"
 #include "support/ProgramsOnPath.h"
+#include "support/TempHome.h"
 
-#include <QDir>
-#include <QFile>
 #include <gtest/gtest.h>
 
 using namespace orwick;
 
 namespace {
 
-void writeSettings(const QByteArray& content)
-{
-    QDir().mkpath(xdg::orwickConfigFile().parent().text());
-    QFile file(xdg::orwickConfigFile().text());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(content);
-}
+void writeSettings(const QByteArray& content) { ASSERT_TRUE(test::writeFile(xdg::orwickConfigFile(), content)); }
 
 QStringList ids(const QList<ExternalPrograms::Program>& programs)
 {

@@ -33,20 +33,12 @@ TEST(FuzzyMatch, MatchesCharactersInOrderIgnoringCase)
     EXPECT_FALSE(score("cba", "abc"));
     EXPECT_FALSE(score("aa", "a"));
     EXPECT_FALSE(score("z", "abc"));
+    // A query longer than the candidate never matches.
+    EXPECT_FALSE(score("abcdefgh", "abcdefg"));
+    EXPECT_FALSE(score("aaaa", "aaa"));
 }
 
-TEST(FuzzyMatch, ScoresEachMatchAsDescribed)
-{
-    using namespace fuzzy;
-    // "a/bc" with "bc": b starts a word, the last component and the component itself; c follows it.
-    const int b = kMatch + kWordStartBonus + kLastComponentBonus + kComponentStartBonus;
-    const int c = kConsecutive + kLastComponentBonus;
-    EXPECT_EQ(score("bc", "a/bc"), (b + c) * kScale - 4);
-    // "xbyc": b and c are plain, scattered matches in the only component.
-    EXPECT_EQ(score("bc", "xbyc"), (2 * (kMatch + kLastComponentBonus)) * kScale - 4);
-}
-
-TEST(FuzzyMatch, PrefersTheStartOfAWord)
+TEST(FuzzyMatch, PrefersWordStartsConsecutiveLettersAndShorterNames)
 {
     EXPECT_TRUE(prefers("b", "foo_bar", "foobar_"));
     EXPECT_TRUE(prefers("b", "foo-bar", "fooxbar"));
@@ -55,11 +47,10 @@ TEST(FuzzyMatch, PrefersTheStartOfAWord)
     // A lower-to-upper change in the candidate's own case starts a word too.
     EXPECT_TRUE(prefers("m", "fuzzyMatch", "fuzzymatch"));
     EXPECT_FALSE(score("m", "FUZZYMATCH") > score("m", "fuzzymatch"));
-}
-
-TEST(FuzzyMatch, PrefersConsecutiveMatches)
-{
     EXPECT_TRUE(prefers("abc", "xabcx", "xaxbxc"));
+    // Of two equally good candidates the shorter wins.
+    EXPECT_TRUE(prefers("abc", "abc", "abcdef"));
+    EXPECT_TRUE(prefers("abc", "abc.txt", "abc.text"));
 }
 
 TEST(FuzzyMatch, PrefersTheLastPathComponent)
@@ -157,30 +148,14 @@ TEST(FuzzyMatch, FoldsCaseAndAccentsOnBothSides)
     EXPECT_TRUE(prefers("e", QStringLiteral("x_Été"), QStringLiteral("xxété")));
 }
 
-TEST(FuzzyMatch, ShorterOfTwoEquallyGoodCandidatesWins)
-{
-    EXPECT_TRUE(prefers("abc", "abc", "abcdef"));
-    EXPECT_TRUE(prefers("abc", "abc.txt", "abc.text"));
-}
-
-TEST(FuzzyMatch, BlanksInTheQueryAreDropped)
+TEST(FuzzyMatch, BlanksInTheQueryAreDroppedAndABlankQueryMatchesEverythingWithZero)
 {
     EXPECT_EQ(score("my docs", "MyDocuments"), score("mydocs", "MyDocuments"));
     EXPECT_EQ(score(" m\ty ", "my"), score("my", "my"));
-}
-
-TEST(FuzzyMatch, EmptyOrBlankQueryMatchesEverythingWithZero)
-{
     EXPECT_EQ(score("", "anything"), 0);
     EXPECT_EQ(score("   ", "anything"), 0);
     EXPECT_EQ(score("", ""), 0);
     EXPECT_FALSE(score("a", ""));
-}
-
-TEST(FuzzyMatch, QueryLongerThanCandidateNeverMatches)
-{
-    EXPECT_FALSE(score("abcdefgh", "abcdefg"));
-    EXPECT_FALSE(score("aaaa", "aaa"));
 }
 
 TEST(FuzzyMatch, WorksBeyondAscii)

@@ -5,9 +5,7 @@
 #include "commands/CommandCatalog.h"
 #include "commands/NoteActions.h"
 #include "fileops/FileOperations.h"
-#include "state/WindowState.h"
-#include "support/TempHome.h"
-#include "support/TestMain.h"
+#include "support/HeadlessWindow.h"
 
 #include <QUndoStack>
 #include <gtest/gtest.h>
@@ -89,43 +87,37 @@ TEST_F(NoteActionsTest, ADailyNoteThatCantBeCreatedIsReported)
     EXPECT_EQ(stack.count(), 0);
 }
 
-TEST(NoteActions, TodaysNoteCommandShowsTheNoteSelected)
+using NoteCommandsTest = test::HeadlessWindowTest;
+
+TEST_F(NoteCommandsTest, TodaysNoteCommandShowsTheNoteSelected)
 {
-    test::TempTree tree;
     tree.file(QString("vault/.obsidian/daily-notes.json"), R"({"folder": "Daily"})");
-    const FilePath folder = tree.folder("vault/Inbox");
-    ViewPreferences preferences;
-    WindowState window(folder, &preferences);
-    ASSERT_TRUE(test::waitUntil([&] { return !window.activePane()->isLoading(); }));
+    openWindow(tree.folder("vault/Inbox"));
     const AppCommand* command = CommandCatalog::find("todaysNote");
     ASSERT_NE(command, nullptr);
-    ASSERT_TRUE(command->enabledIn(window));
-    command->run(window);
+    ASSERT_TRUE(command->enabledIn(*window));
+    command->run(*window);
     const FilePath expected = tree.path("vault/Daily/" + QDate::currentDate().toString(Qt::ISODate) + ".md");
-    ASSERT_TRUE(test::waitUntil([&] { return window.activePane()->selection() == QSet<FilePath>{expected}; }));
-    EXPECT_EQ(window.activePane()->url(), expected.parent());
+    ASSERT_TRUE(test::waitUntil([&] { return window->activePane()->selection() == QSet<FilePath>{expected}; }));
+    EXPECT_EQ(window->activePane()->url(), expected.parent());
     EXPECT_TRUE(test::exists(expected));
-    EXPECT_EQ(window.undoStack()->undoText(), "Today's Note");
+    EXPECT_EQ(window->undoStack()->undoText(), "Today's Note");
 }
 
-TEST(NoteActions, NewNoteIsMadeSelectedAndUndone)
+TEST_F(NoteCommandsTest, NewNoteIsMadeSelectedAndUndone)
 {
-    test::TempTree tree;
-    const FilePath folder = tree.folder("notes");
     tree.file(QString("notes/untitled.md"), "taken\n");
-    ViewPreferences preferences;
-    WindowState window(folder, &preferences);
-    ASSERT_TRUE(test::waitUntil([&] { return !window.activePane()->isLoading(); }));
+    openWindow(tree.path("notes"));
     const AppCommand* command = CommandCatalog::find("newNote");
     ASSERT_NE(command, nullptr);
-    ASSERT_TRUE(command->enabledIn(window));
-    command->run(window);
+    ASSERT_TRUE(command->enabledIn(*window));
+    command->run(*window);
     const FilePath expected = tree.path("notes/untitled 2.md");
-    ASSERT_TRUE(test::waitUntil([&] { return window.activePane()->selection() == QSet<FilePath>{expected}; }));
+    ASSERT_TRUE(test::waitUntil([&] { return window->activePane()->selection() == QSet<FilePath>{expected}; }));
     EXPECT_EQ(readAll(expected), "");
     EXPECT_EQ(readAll(tree.path("notes/untitled.md")), "taken\n");
-    EXPECT_EQ(window.undoStack()->undoText(), "New Note");
-    window.undoStack()->undo();
+    EXPECT_EQ(window->undoStack()->undoText(), "New Note");
+    window->undoStack()->undo();
     ASSERT_TRUE(test::waitUntil([&] { return FileOperations::shared().isIdle(); }));
     EXPECT_FALSE(test::exists(expected));
 }

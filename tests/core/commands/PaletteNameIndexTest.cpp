@@ -1,5 +1,5 @@
 #include "commands/Frecency.h"
-#include "commands/PaletteRanking.h"
+#include "PaletteRows.h"
 #include "commands/PaletteState.h"
 #include "search/NameIndex.h"
 #include "support/TempHome.h"
@@ -10,26 +10,6 @@
 
 using namespace orwick;
 using namespace orwick::test;
-
-namespace {
-
-QStringList headings(const QList<PaletteSection>& sections)
-{
-    QStringList result;
-    for (const PaletteSection& section : sections)
-        result.append(section.heading);
-    return result;
-}
-
-const PaletteSection* section(const QList<PaletteSection>& sections, const QString& heading)
-{
-    for (const PaletteSection& s : sections)
-        if (s.heading == heading)
-            return &s;
-    return nullptr;
-}
-
-} // namespace
 
 TEST(PaletteNameIndex, IndexedFilesComeAfterCommandsAndFoldersWithTheirFolderBelow)
 {

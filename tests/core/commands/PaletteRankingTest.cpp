@@ -1,8 +1,9 @@
-#include "commands/PaletteRanking.h"
+#include "PaletteRows.h"
 
 #include <gtest/gtest.h>
 
 using namespace orwick;
+using namespace orwick::test;
 
 namespace {
 
@@ -11,30 +12,6 @@ FrecentFolder folder(const char* path, double score) { return {FilePath::fromNat
 PaletteCommand command(const QString& id, const QString& title, const QString& keywords = {}, bool enabled = true)
 {
     return {id, title, keywords, QStringLiteral("star"), QString(), QStringLiteral("Not available here"), enabled};
-}
-
-QStringList headings(const QList<PaletteSection>& sections)
-{
-    QStringList result;
-    for (const PaletteSection& section : sections)
-        result.append(section.heading);
-    return result;
-}
-
-QStringList ids(const QList<PaletteItem>& items)
-{
-    QStringList result;
-    for (const PaletteItem& item : items)
-        result.append(item.id);
-    return result;
-}
-
-const PaletteSection* section(const QList<PaletteSection>& sections, const QString& heading)
-{
-    for (const PaletteSection& s : sections)
-        if (s.heading == heading)
-            return &s;
-    return nullptr;
 }
 
 } // namespace
