@@ -59,11 +59,8 @@ TEST(FinderTags, TheHomeIsWalkedOnceAndAFolderReadSinceKeepsItsNewerTags)
     const FilePath home = tempHome();
     const FilePath deep = home.child(QStringLiteral("Projects/site/index.html"));
     const FilePath other = home.child(QStringLiteral("Projects/todo.txt"));
-    for (const FilePath& path : {deep, other}) {
-        QDir().mkpath(path.parent().text());
-        QFile file(path.text());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    for (const FilePath& path : {deep, other})
+        ASSERT_TRUE(writeFile(path, {}));
     tag(deep, "Green");
     tag(other, "Yellow");
     FinderTags cache;
@@ -128,11 +125,8 @@ TEST(FinderTags, OnceTheHomeIsReadTheTagListingReadsOnlyTheTaggedFiles)
     const FilePath home = tempHome();
     const FilePath red = home.child(QStringLiteral("Letters/red.txt"));
     const FilePath plain = home.child(QStringLiteral("Letters/plain.txt"));
-    for (const FilePath& path : {red, plain}) {
-        QDir().mkpath(path.parent().text());
-        QFile file(path.text());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    for (const FilePath& path : {red, plain})
+        ASSERT_TRUE(writeFile(path, {}));
     tag(red, "Red");
     const auto names = [](const FileItems& items) {
         QStringList list;
