@@ -127,16 +127,11 @@ TEST_F(NameIndexTest, ADamagedFileIsSetAsideAndTheNamesWalkedAndSavedAfresh)
     QByteArray bytes = readAll(indexFile);
     ASSERT_GT(bytes.size(), 60);
     bytes[bytes.size() - 3] = char(bytes[bytes.size() - 3] ^ 0x5a); // one name's byte changed
-    QFile out(indexFile.text());
-    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-    out.write(bytes);
-    out.close();
+    ASSERT_TRUE(writeFile(indexFile, bytes));
     EXPECT_FALSE(NameIndexFile::read(indexFile)); // a checksum that doesn't match
     ASSERT_TRUE(exists(NameIndexFile::damagedPath(indexFile)));
 
-    out.open(QIODevice::WriteOnly);
-    out.write(bytes.left(30)); // cut short
-    out.close();
+    ASSERT_TRUE(writeFile(indexFile, bytes.left(30))); // cut short
     NameIndex second(options());
     walkAndSave(second);
     EXPECT_TRUE(holds(second, QStringLiteral("notes/today.md")));
@@ -221,8 +216,7 @@ TEST_F(NameIndexTest, AFolderOutsideTheTreeIsIndexedAsARootOfItsOwn)
 TEST_F(NameIndexTest, TheSharedIndexCoversHomeAndFollowsTheSidebarsFolders)
 {
     const FilePath letter = tempHome().child(QStringLiteral("Letters/to-the-council.txt"));
-    QDir().mkpath(letter.parent().text());
-    QFile(letter.text()).open(QIODevice::WriteOnly);
+    ASSERT_TRUE(writeFile(letter, {}));
     TempTree team;
     const FilePath plan = team.file("plans/roadmap.md");
     NameIndex& index = NameIndex::shared();

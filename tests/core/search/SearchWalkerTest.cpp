@@ -110,11 +110,8 @@ TEST(SearchWalker, LeavesUnreadableFoldersOutInSilence)
             GTEST_SKIP() << mount->why().toStdString();
         query.folder = mount->root();
     }
-    for (const char* folder : {"open", "closed"}) {
-        ASSERT_TRUE(QDir().mkpath(query.folder.child(QString::fromLatin1(folder)).text()));
-        QFile file(query.folder.child(QString::fromLatin1(folder)).child(QStringLiteral("match.txt")).text());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    for (const char* folder : {"open", "closed"})
+        ASSERT_TRUE(test::writeFile(query.folder.child(QString::fromLatin1(folder)).child(QStringLiteral("match.txt")), {}));
     const FilePath closed = query.folder.child(QStringLiteral("closed"));
     ASSERT_EQ(chmod(closed.c_str(), 0), 0);
     Found found;
@@ -163,23 +160,19 @@ TEST(SearchWalker, KindAndDateFiltersApplyDuringTheWalk)
     EXPECT_EQ(search(query).relative, QStringList{"new.jpg"});
 }
 
-TEST(SearchWalker, AQueryWithNothingToLookForRunsNothing)
-{
-    test::TempTree tree;
-    tree.file("a.txt");
-    EXPECT_EQ(search(below(tree, "  ")).batches, 0);
-}
-
-TEST(SearchWalker, ACancelledWalkDeliversNothing)
+TEST(SearchWalker, ACancelledWalkOrAQueryWithNothingToLookForDeliversNothing)
 {
     test::TempTree tree;
     for (int i = 0; i < 50; ++i)
         tree.file(QStringLiteral("d%1/match.txt").arg(i));
+    EXPECT_EQ(search(below(tree, "  ")).batches, 0);
     CancelFlag cancel;
     cancel.cancel();
     EXPECT_EQ(search(below(tree, "match"), {}, cancel).batches, 0);
 }
 
+// Hits go out in batches while the walk goes on: with no interval many, with one longer than
+// the walk the first hits at once and the rest at the end.
 TEST(SearchWalker, HandsResultsOverInBatchesWhileWalking)
 {
     test::TempTree tree;
@@ -199,21 +192,14 @@ TEST(SearchWalker, HandsResultsOverInBatchesWhileWalking)
     EXPECT_EQ(hits, 200);
     EXPECT_EQ(delivered, 200);
     EXPECT_GT(batches, 1);
-}
 
-TEST(SearchWalker, TheFirstHitsGoOutAtOnceAndTheRestWaitForTheInterval)
-{
-    test::TempTree tree;
-    for (int i = 0; i < 200; ++i)
-        tree.file(QStringLiteral("d%1/match.txt").arg(i));
-    SearchWalker::Options options;
-    options.roots = {tree.root()};
-    options.batchIntervalMs = 60'000; // longer than the walk
-    QList<qsizetype> batches;
+    options.batchIntervalMs = 60'000;
+    options.threads = 0;
+    QList<qsizetype> sizes;
     SearchWalker::run(options, [](const SearchCandidate& c) { return c.name() == "match.txt"; },
-                      [&](SearchBatch&& batch) { batches.append(batch.paths.size()); }, CancelFlag());
-    ASSERT_EQ(batches.size(), 2) << "the first hits at once, the rest at the end";
-    EXPECT_EQ(batches[0] + batches[1], 200);
+                      [&](SearchBatch&& batch) { sizes.append(batch.paths.size()); }, CancelFlag());
+    ASSERT_EQ(sizes.size(), 2) << "the first hits at once, the rest at the end";
+    EXPECT_EQ(sizes[0] + sizes[1], 200);
 }
 
 TEST(SearchWalker, TagsAreReadWithOddSeparatorsAndSpaces)
