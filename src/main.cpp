@@ -63,12 +63,12 @@ void whenRowsShown(MainWindow& window, PaneState* pane, std::function<void()> sh
 
 // ORWICK_TRACE_STARTUP=1 prints when the first rows are shown and the memory held then;
 // ORWICK_TRACE_STARTUP=quit also quits, for benchmarks.
-void traceStartup(MainWindow& window, const QElapsedTimer& sinceStart)
+void traceStartup(Windows& windows, MainWindow& window, const QElapsedTimer& sinceStart)
 {
     const QByteArray mode = qgetenv("ORWICK_TRACE_STARTUP");
     if (mode.isEmpty())
         return;
-    whenRowsShown(window, window.state()->activePane(), [&window, &sinceStart, mode] {
+    whenRowsShown(window, window.state()->activePane(), [&windows, &window, &sinceStart, mode] {
         QFile status(QStringLiteral("/proc/self/status"));
         QByteArray rss;
         if (status.open(QIODevice::ReadOnly))
@@ -77,9 +77,9 @@ void traceStartup(MainWindow& window, const QElapsedTimer& sinceStart)
                     rss = line.mid(6).simplified();
         fprintf(stderr, "first rows shown after %lld ms, %d items, resident %s\n", (long long)sinceStart.elapsed(),
                 int(window.state()->activePane()->items().size()), rss.constData());
-        // Ends the event loop without closing the windows, which would ask before closing tabs.
+        // Quits as the end of a session does: the windows close without asking about their tabs.
         if (mode == "quit")
-            QTimer::singleShot(200, qApp, [] { QCoreApplication::exit(0); });
+            QTimer::singleShot(200, &windows, [&windows] { windows.quit(); });
     });
 }
 
@@ -216,7 +216,7 @@ int main(int argc, char** argv)
     ShowInFolderService showInFolder(&router);
 
     follow(*line, workingFolder, windows, router);
-    traceStartup(*windows.front(), sinceStart);
+    traceStartup(windows, *windows.front(), sinceStart);
     QObject::connect(&instance, &SingleInstance::received, &windows, [&](const SingleInstance::Request& request) {
         if (const Result<CommandLine> later = CommandLine::parse(request.arguments); later && later->action == CommandLine::Action::open)
             follow(*later, request.workingFolder, windows, router);

@@ -325,6 +325,12 @@ void MainWindow::closeEvent(QCloseEvent* event)
     QMainWindow::closeEvent(event);
 }
 
+bool MainWindow::closeWithoutAsking()
+{
+    m_closeConfirmed = true;
+    return close();
+}
+
 void MainWindow::askToClose()
 {
     if (findChild<QMessageBox*>(QStringLiteral("closeTabsQuestion")))

@@ -47,6 +47,11 @@ public:
     // Called for every pane widget made, now and later (git marks, property columns…).
     void addPaneDecorator(std::function<void(PaneWidget*)> decorate);
 
+    // Closes through the same close event as every other close, without the question about
+    // its tabs: for the end of the program, whose session keeps them. Returns whether the window
+    // closed now (not while an editor's save runs, nor after one was refused).
+    bool closeWithoutAsking();
+
 protected:
     // The one check every close and quit passes: unsaved editor text is saved first (the close
     // waits for it; a refused save cancels the close, and so a quit), then a window of several

@@ -5,7 +5,10 @@
 #include "state/WindowState.h"
 #include "ui/window/MainWindow.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QEvent>
+#include <algorithm>
 
 namespace orwick {
 
@@ -13,6 +16,9 @@ Windows::Windows(ViewPreferences* preferences, QObject* parent) : QObject(parent
 
 Windows::~Windows()
 {
+    // The event loop may have ended with windows still open (ended rather than quit): they close
+    // through their close event all the same, so that no editor's text is dropped.
+    closeForTheEnd();
     // Windows first, then the states they draw.
     for (MainWindow* window : std::exchange(m_windows, {})) {
         window->removeEventFilter(this);
@@ -90,6 +96,47 @@ void Windows::serve(OpenRouter& router)
     connect(&router, &OpenRouter::newWindowRequested, this, [this](const OpenRequests& requests) { open(requests); });
 }
 
+void Windows::quit()
+{
+    m_quitting = true;
+    if (m_windows.isEmpty()) {
+        QCoreApplication::quit();
+        return;
+    }
+    closeEach();
+}
+
+void Windows::closeEach()
+{
+    // The front window closes last, so that its session is the one that reopens.
+    const QList<MainWindow*> order = m_recent;
+    for (auto it = order.rbegin(); it != order.rend(); ++it)
+        if (m_windows.contains(*it))
+            (*it)->closeWithoutAsking();
+}
+
+void Windows::closeForTheEnd()
+{
+    QList<QPointer<MainWindow>> open;
+    for (MainWindow* window : std::as_const(m_windows))
+        if (window->isVisible())
+            open.append(window);
+    if (open.isEmpty())
+        return;
+    closeEach();
+    // A window whose editor is saving closes once the engine has written the text; its reply
+    // comes through the event loop, which has ended, so events are handed on here a while.
+    QElapsedTimer waited;
+    waited.start();
+    auto stillOpen = [&open] {
+        return std::any_of(open.begin(), open.end(), [](const QPointer<MainWindow>& window) { return window && window->isVisible(); });
+    };
+    while (stillOpen() && waited.elapsed() < kSaveWaitMs)
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
+    if (stillOpen())
+        qWarning("orwick: a window's editor could not save its text before the end");
+}
+
 bool Windows::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::WindowActivate) {
@@ -113,6 +160,8 @@ void Windows::forget(MainWindow* window, WindowState* state)
         }
     }
     Q_EMIT closed();
+    if (m_quitting && m_windows.isEmpty())
+        QCoreApplication::quit();
 }
 
 } // namespace orwick

@@ -6,6 +6,10 @@
 // serve() connects the open router: requests from outside go to the front window, which is
 // then brought up, and New Window opens another one.
 //
+// Every window ends through its close event, whether the user closes it, the program quits or
+// its event loop has ended with the window still open (the destructor closes those), so that an
+// editor's unsaved text is saved first and the window's session is kept.
+//
 // Signals: opened() follows every window made, after it is shown; closed() follows every
 // window that went, after it left all() and front().
 
@@ -50,6 +54,15 @@ public:
     // Takes requests from `router`: the front window gets them, New Window opens one.
     void serve(OpenRouter& router);
 
+    // Ends the program through every window's close event, without the question about tabs
+    // (the session keeps them): editors' text is saved first, the front window closes last (its
+    // session reopens), and the event loop ends once the last window has gone. A refused save
+    // keeps its window, and the program, running.
+    void quit();
+
+    // How long the end of the program waits for editors still saving.
+    static constexpr int kSaveWaitMs = 10000;
+
 Q_SIGNALS:
     void opened(orwick::MainWindow* window);
     void closed();
@@ -59,6 +72,8 @@ protected:
 
 private:
     void forget(MainWindow* window, WindowState* state);
+    void closeEach();
+    void closeForTheEnd();
 
     ViewPreferences* m_preferences;
     QPointer<OpenRouter> m_router;
@@ -67,6 +82,7 @@ private:
     QList<MainWindow*> m_windows;  // in the order they were opened
     QList<MainWindow*> m_recent;   // most recently active first
     std::vector<std::unique_ptr<WindowState>> m_states;
+    bool m_quitting = false;
 };
 
 } // namespace orwick
