@@ -2,7 +2,7 @@
 // temporary data and config folders (the system's own folders are kept out of sight).
 
 #include "platform/DefaultApps.h"
-#include "support/TempHome.h"
+#include "support/SystemFolders.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
@@ -11,30 +11,10 @@ namespace orwick {
 namespace {
 
 struct DefaultAppsTest : ::testing::Test {
-    test::TempTree system; // stands in for /usr/share and /etc/xdg
-    QByteArray savedDataDirs = qgetenv("XDG_DATA_DIRS");
-    QByteArray savedConfigDirs = qgetenv("XDG_CONFIG_DIRS");
-    QByteArray savedDesktop = qgetenv("XDG_CURRENT_DESKTOP");
-
-    DefaultAppsTest()
-    {
-        qputenv("XDG_DATA_DIRS", system.path(QStringLiteral("share")).native());
-        qputenv("XDG_CONFIG_DIRS", system.path(QStringLiteral("etc")).native());
-        qunsetenv("XDG_CURRENT_DESKTOP");
-        system.folder(QStringLiteral("share/applications"));
-        // The types and what they inherit still come from the system's MIME database.
-        system.link(QStringLiteral("share/mime"), "/usr/share/mime");
-    }
-    ~DefaultAppsTest() override
-    {
-        qputenv("XDG_DATA_DIRS", savedDataDirs);
-        qputenv("XDG_CONFIG_DIRS", savedConfigDirs);
-        qputenv("XDG_CURRENT_DESKTOP", savedDesktop);
-    }
+    test::SystemFolders system;
     void install(const char* id, const char* mimeTypes)
     {
-        system.file(QStringLiteral("share/applications/") + QString::fromLatin1(id),
-                    QByteArray("[Desktop Entry]\nType=Application\nName=") + id + "\nExec=true %f\nMimeType=" + mimeTypes + "\n");
+        system.install(QString::fromLatin1(id), QByteArray("Name=") + id + "\nExec=true %f\nMimeType=" + mimeTypes + "\n");
     }
 };
 
@@ -57,11 +37,8 @@ TEST_F(DefaultAppsTest, TheDefaultComesFirstAndRemovedAssociationsGo)
     install("editor.desktop", "text/plain;");
     install("other.desktop", "text/plain;");
     install("gone.desktop", "text/plain;");
-    const FilePath list = test::tempHome().child(QStringLiteral(".config/mimeapps.list"));
-    QFile file(list.text());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("[Default Applications]\ntext/plain=other.desktop;missing.desktop;\n[Removed Associations]\ntext/plain=gone.desktop;\n");
-    file.close();
+    const FilePath list = test::SystemFolders::mimeAppsList();
+    ASSERT_TRUE(test::writeFile(list, "[Default Applications]\ntext/plain=other.desktop;missing.desktop;\n[Removed Associations]\ntext/plain=gone.desktop;\n"));
     const QStringList apps = defaultApps::applicationsFor(QStringLiteral("text/plain"));
     ASSERT_FALSE(apps.isEmpty());
     EXPECT_EQ(apps.first(), QStringLiteral("other.desktop"));
@@ -82,8 +59,7 @@ TEST_F(DefaultAppsTest, ATypeIsOpenedByWhatOpensTheTypeItInherits)
 
 TEST_F(DefaultAppsTest, AHiddenDesktopFileOpensNothing)
 {
-    system.file(QStringLiteral("share/applications/hidden.desktop"),
-                "[Desktop Entry]\nType=Application\nName=H\nHidden=true\nMimeType=image/png;\n");
+    system.install(QStringLiteral("hidden.desktop"), "Name=H\nHidden=true\nMimeType=image/png;\n");
     EXPECT_FALSE(defaultApps::canOpen(QStringLiteral("image/png")));
 }
 

@@ -3,7 +3,7 @@
 
 #include "platform/DesktopApps.h"
 #include "platform/XdgPaths.h"
-#include "support/TempHome.h"
+#include "support/SystemFolders.h"
 #include "support/TestMain.h"
 
 #include <QFile>
@@ -13,31 +13,10 @@ namespace orwick {
 namespace {
 
 struct DesktopAppsTest : ::testing::Test {
-    test::TempTree system; // stands in for /usr/share
+    test::SystemFolders system;
     test::TempTree files;
-    QByteArray savedDataDirs = qgetenv("XDG_DATA_DIRS");
-    QByteArray savedConfigDirs = qgetenv("XDG_CONFIG_DIRS");
-    QByteArray savedDesktop = qgetenv("XDG_CURRENT_DESKTOP");
 
-    DesktopAppsTest()
-    {
-        qputenv("XDG_DATA_DIRS", system.path(QStringLiteral("share")).native());
-        qputenv("XDG_CONFIG_DIRS", system.path(QStringLiteral("etc")).native());
-        qunsetenv("XDG_CURRENT_DESKTOP");
-        system.folder(QStringLiteral("share/applications"));
-        system.link(QStringLiteral("share/mime"), "/usr/share/mime");
-        QFile::remove(xdg::configHome().text() + QStringLiteral("/mimeapps.list"));
-    }
-    ~DesktopAppsTest() override
-    {
-        qputenv("XDG_DATA_DIRS", savedDataDirs);
-        qputenv("XDG_CONFIG_DIRS", savedConfigDirs);
-        qputenv("XDG_CURRENT_DESKTOP", savedDesktop);
-    }
-    void install(const QString& id, const QByteArray& body)
-    {
-        system.file(QStringLiteral("share/applications/") + id, "[Desktop Entry]\nType=Application\n" + body);
-    }
+    void install(const QString& id, const QByteArray& body) { system.install(id, body); }
     static QStringList names(const QList<DesktopApps::Application>& apps)
     {
         QStringList out;
@@ -53,7 +32,7 @@ TEST_F(DesktopAppsTest, TheTypesApplicationsAreReadWithTheirNamesAndBrokenOnesLe
     install(QStringLiteral("noexec.desktop"), "Name=No Command\nMimeType=text/plain;\n");
     install(QStringLiteral("quote.desktop"), "Name=Unclosed\nExec=\"viewer %f\nMimeType=text/plain;\n");
     install(QStringLiteral("noname.desktop"), "Exec=nameless %f\nMimeType=text/plain;\n");
-    system.file(QStringLiteral("share/applications/binary.desktop"), QByteArray("\x00\xff\xfe garbage", 12));
+    system.tree.file(QStringLiteral("share/applications/binary.desktop"), QByteArray("\x00\xff\xfe garbage", 12));
     EXPECT_EQ(names(DesktopApps::forType(QStringLiteral("text/plain"))), QStringList{"Writer"});
     // A C source is text too: the text editor opens it.
     EXPECT_EQ(names(DesktopApps::forType(QStringLiteral("text/x-csrc"))), QStringList{"Writer"});
@@ -95,9 +74,7 @@ TEST_F(DesktopAppsTest, LaunchStartsTheProgramOnTheFile)
     ASSERT_TRUE(app);
     EXPECT_EQ(DesktopApps::launch(*app, document), QString());
     ASSERT_TRUE(test::waitUntil([&] { return QFile::exists(marker.text()); }, 10000));
-    QFile opened(marker.text());
-    ASSERT_TRUE(opened.open(QIODevice::ReadOnly));
-    EXPECT_EQ(opened.readAll(), document.native());
+    EXPECT_EQ(test::readAll(marker), document.native());
 }
 
 TEST_F(DesktopAppsTest, AMissingProgramIsSaidNotStarted)
@@ -112,25 +89,18 @@ TEST_F(DesktopAppsTest, SetDefaultPutsTheChoiceFirstAndKeepsTheRestOfTheList)
 {
     install(QStringLiteral("first.desktop"), "Name=First\nExec=first %f\nMimeType=text/plain;\n");
     install(QStringLiteral("second.desktop"), "Name=Second\nExec=second %f\nMimeType=text/plain;\n");
-    const QString list = xdg::configHome().text() + QStringLiteral("/mimeapps.list");
-    {
-        QFile file(list);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write("[Added Associations]\nimage/png=first.desktop;\n\n[Default Applications]\ntext/plain=first.desktop;\nimage/png=first.desktop;\n");
-    }
+    const FilePath list = test::SystemFolders::mimeAppsList();
+    ASSERT_TRUE(test::writeFile(
+        list, "[Added Associations]\nimage/png=first.desktop;\n\n[Default Applications]\ntext/plain=first.desktop;\nimage/png=first.desktop;\n"));
     EXPECT_EQ(names(DesktopApps::forType(QStringLiteral("text/plain"))).value(0), "First");
     EXPECT_EQ(DesktopApps::setDefault(QStringLiteral("text/plain"), *DesktopApps::find(QStringLiteral("second.desktop"))), QString());
     EXPECT_EQ(names(DesktopApps::forType(QStringLiteral("text/plain"))), (QStringList{"Second", "First"}));
-    QFile file(list);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "[Added Associations]\nimage/png=first.desktop;\n\n[Default Applications]\ntext/plain=second.desktop;\nimage/png=first.desktop;\n");
+    EXPECT_EQ(test::readAll(list), "[Added Associations]\nimage/png=first.desktop;\n\n[Default Applications]\ntext/plain=second.desktop;\nimage/png=first.desktop;\n");
 
     // A list without the group gets one.
-    QFile::remove(list);
+    QFile::remove(list.text());
     EXPECT_EQ(DesktopApps::setDefault(QStringLiteral("text/markdown"), *DesktopApps::find(QStringLiteral("first.desktop"))), QString());
-    QFile fresh(list);
-    ASSERT_TRUE(fresh.open(QIODevice::ReadOnly));
-    EXPECT_EQ(fresh.readAll(), "[Default Applications]\ntext/markdown=first.desktop;\n");
+    EXPECT_EQ(test::readAll(list), "[Default Applications]\ntext/markdown=first.desktop;\n");
 }
 
 } // namespace

@@ -17,6 +17,19 @@
 namespace orwick::test {
 namespace {
 
+// Adds `key` to the store's object, as each writer of a shared store does.
+Status add(const StoreFile& file, const QString& key)
+{
+    const auto written = file.update([&](const std::optional<QJsonDocument>& onDisk) {
+        QJsonObject object = onDisk ? onDisk->object() : QJsonObject();
+        object.insert(key, true);
+        return QJsonDocument(object);
+    });
+    if (!written)
+        return failure(written.error());
+    return {};
+}
+
 class StoreFileTest : public ::testing::Test {
 protected:
     StoreFileTest() { StoreNotices::takePending(); }
@@ -24,19 +37,6 @@ protected:
     StoreFile store(const QString& relative = QStringLiteral("data/things.json")) const
     {
         return StoreFile(tree.path(relative), {QStringLiteral("its things"), QStringLiteral("it starts with none")});
-    }
-
-    // Adds `key` to the store's object, as each writer of a shared store does.
-    static Status add(const StoreFile& file, const QString& key)
-    {
-        const auto written = file.update([&](const std::optional<QJsonDocument>& onDisk) {
-            QJsonObject object = onDisk ? onDisk->object() : QJsonObject();
-            object.insert(key, true);
-            return QJsonDocument(object);
-        });
-        if (!written)
-            return failure(written.error());
-        return {};
     }
 
     TempTree tree;
@@ -200,12 +200,6 @@ TEST_F(StoreFileTest, NoticeForAWindowThatClosesFirstGoesToTheNextWindow)
     StoreNotices::deliverTo(nullptr, {});
 }
 
-} // namespace
-} // namespace orwick::test
-
-namespace orwick::test {
-namespace {
-
 TEST(StoreFault, ReadOnlyDiskIsSaidOnceAndTheOldFileKept)
 {
     ScratchMount disk("tmpfs", "size=1m,nr_inodes=100");
@@ -213,18 +207,11 @@ TEST(StoreFault, ReadOnlyDiskIsSaidOnceAndTheOldFileKept)
         GTEST_SKIP() << disk.why().toStdString();
     const StoreFile file(disk.root().child(QStringLiteral("things.json")),
                          {QStringLiteral("its things"), QStringLiteral("it starts with none")});
-    const auto write = [&file](const QString& key) {
-        return file.update([&](const std::optional<QJsonDocument>& onDisk) {
-            QJsonObject object = onDisk ? onDisk->object() : QJsonObject();
-            object.insert(key, true);
-            return QJsonDocument(object);
-        });
-    };
-    ASSERT_TRUE(write(QStringLiteral("before")));
+    ASSERT_TRUE(add(file, QStringLiteral("before")));
     ASSERT_TRUE(disk.makeReadOnly());
     StoreNotices::takePending();
-    EXPECT_FALSE(write(QStringLiteral("a")));
-    EXPECT_FALSE(write(QStringLiteral("b")));
+    EXPECT_FALSE(add(file, QStringLiteral("a")));
+    EXPECT_FALSE(add(file, QStringLiteral("b")));
     const QStringList messages = StoreNotices::takePending();
     ASSERT_EQ(messages.size(), 1) << messages.join('\n').toStdString();
     EXPECT_TRUE(messages[0].contains(QStringLiteral(": the disk is read-only."))) << messages[0].toStdString();
