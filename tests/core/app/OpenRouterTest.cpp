@@ -97,14 +97,6 @@ TEST_F(OpenRouterFixture, RevealingAFolderSelectsItInItsParent)
     EXPECT_TRUE(shows(tree.root(), {tree.path("A")}));
 }
 
-TEST_F(OpenRouterFixture, RevealIsTrueDoesNotReveal)
-{
-    const auto request = OpenRouter::parseLink(QStringLiteral("orwick://open?path=") + tree.path("A").text() + QStringLiteral("&reveal=true"));
-    ASSERT_TRUE(request);
-    OpenRouter::deliver({*request}, *window, false);
-    EXPECT_TRUE(shows(tree.path("A"), {}));
-}
-
 TEST_F(OpenRouterFixture, AFolderTheActivePaneShowsOpensNoTabAndSelectsNothingNew)
 {
     window->activePane()->click(tree.path("B"), Qt::NoModifier);

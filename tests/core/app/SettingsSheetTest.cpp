@@ -7,22 +7,15 @@
 #include "platform/XdgPaths.h"
 #include "state/ViewPreferences.h"
 #include "support/ProgramsOnPath.h"
+#include "support/TempHome.h"
 
-#include <QDir>
-#include <QFile>
 #include <gtest/gtest.h>
 
 using namespace orwick;
 
 namespace {
 
-void writeSettings(const QByteArray& content)
-{
-    QDir().mkpath(xdg::orwickConfigFile().parent().text());
-    QFile file(xdg::orwickConfigFile().text());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(content);
-}
+void writeSettings(const QByteArray& content) { ASSERT_TRUE(test::writeFile(xdg::orwickConfigFile(), content)); }
 
 // What a new start would read: the file itself, not a handle that might cache.
 QString stored(const char* key) { return QSettings(xdg::orwickConfigFile().text(), QSettings::IniFormat).value(key).toString(); }
