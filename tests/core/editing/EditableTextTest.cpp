@@ -47,27 +47,20 @@ TEST(EditableText, MixedLineEndsAreSaidBeforeASaveEvensThemOut)
     EXPECT_EQ(encodeEdited(text->text, text->form), QByteArray("a\r\nb\r\nc\r\n"));
 }
 
-TEST(EditableText, NotUtf8IsReadOnlyAndNeverReencoded)
+TEST(EditableText, WhatCouldntComeBackByteForByteIsReadOnlyAndANulIsNoText)
 {
-    const Result<EditableText> text = decodeForEditing("caf\xE9 au lait\n", QStringLiteral("latin.md"));
-    ASSERT_TRUE(text);
-    EXPECT_EQ(text->text, QStringLiteral("café au lait\n"));
-    EXPECT_EQ(text->readOnlyReason,
+    const Result<EditableText> latin = decodeForEditing("caf\xE9 au lait\n", QStringLiteral("latin.md"));
+    ASSERT_TRUE(latin);
+    EXPECT_EQ(latin->text, QStringLiteral("café au lait\n"));
+    EXPECT_EQ(latin->readOnlyReason,
               QStringLiteral("“latin.md” isn’t UTF-8 text, so it is open read-only: saving it here would change its bytes."));
-}
-
-TEST(EditableText, LineBreaksAViewWouldChangeAreReadOnly)
-{
+    // Line breaks a view would change.
     for (const QByteArray& bytes : {QByteArray("old\rmac\r"), QByteArray("para\xE2\x80\xA9graph")}) {
         const Result<EditableText> text = decodeForEditing(bytes, QStringLiteral("odd.txt"));
         ASSERT_TRUE(text);
         EXPECT_EQ(text->readOnlyReason, QStringLiteral("“odd.txt” has line breaks the editor would change, so it is open read-only."));
     }
-}
-
-TEST(EditableText, BytesWithANulArentText)
-{
-    const Result<EditableText> text = decodeForEditing(QByteArray("a\0b", 3), QStringLiteral("blob.dat"));
-    ASSERT_FALSE(text);
-    EXPECT_EQ(text.error(), QStringLiteral("“blob.dat” isn’t a text file."));
+    const Result<EditableText> blob = decodeForEditing(QByteArray("a\0b", 3), QStringLiteral("blob.dat"));
+    ASSERT_FALSE(blob);
+    EXPECT_EQ(blob.error(), QStringLiteral("“blob.dat” isn’t a text file."));
 }
