@@ -15,14 +15,6 @@ using namespace SyntaxHighlighter;
 
 } // namespace
 
-TEST(Renderers, KindNamesAreTheirTextValues)
-{
-    QStringList names;
-    for (int kind = 0; kind < kKindCount; ++kind)
-        names.append(kindName(Kind(kind)));
-    EXPECT_EQ(names, QString("keyword string number comment type function tag attribute property").split(u' '));
-}
-
 TEST(Renderers, HtmlEscapesTextAndWrapsEachToken)
 {
     EXPECT_EQ(html(u"if (a < b && c > \"<d>\") // & done", languageKeyed("js")),
