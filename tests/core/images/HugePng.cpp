@@ -1,6 +1,5 @@
-#include "HugePng.h"
+#include "TestPictures.h"
 
-#include <QtEndian>
 #include <algorithm>
 
 namespace orwick::test {
@@ -32,24 +31,6 @@ private:
     QByteArray m_bytes;
     int m_used = 0;
 };
-
-QByteArray bigEndian32(quint32 value)
-{
-    QByteArray bytes(4, '\0');
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
-
-QByteArray pngChunk(const QByteArray& type, const QByteArray& data)
-{
-    quint32 crc = 0xFFFFFFFFu;
-    for (const char byte : type + data) {
-        crc ^= uchar(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = crc & 1 ? (crc >> 1) ^ 0xEDB88320u : crc >> 1;
-    }
-    return bigEndian32(quint32(data.size())) + type + data + bigEndian32(~crc);
-}
 
 // Deflate's fixed codes for a literal byte and for a copy of `length` (3–258) bytes from one back.
 void literal(BitWriter& bits, uchar byte)

@@ -5,8 +5,7 @@
 #include "images/ImageActions.h"
 
 #include "state/FileActions.h"
-#include "support/TempHome.h"
-#include "support/TestMain.h"
+#include "support/HeadlessWindow.h"
 
 #include <QDir>
 #include <QImage>
@@ -16,10 +15,7 @@ using namespace orwick;
 
 namespace {
 
-struct ImageActionsTest : ::testing::Test {
-    test::TempTree tree;
-    ViewPreferences preferences;
-    std::unique_ptr<WindowState> window;
+struct ImageActionsTest : test::HeadlessWindowTest {
     FilePath png, jpeg, pdf, text, folder;
 
     void SetUp() override
@@ -31,8 +27,8 @@ struct ImageActionsTest : ::testing::Test {
         pdf = tree.file("c.pdf", "%PDF-1.4\n");
         text = tree.file("d.txt", "words");
         folder = tree.folder("Sub");
-        window = std::make_unique<WindowState>(tree.root(), &preferences);
-        ASSERT_TRUE(test::waitUntil([&] { return !window->activePane()->isLoading() && window->activePane()->row(text) >= 0; }));
+        openWindow(tree.root());
+        ASSERT_GE(window->activePane()->row(text), 0);
     }
     void select(const QList<FilePath>& items)
     {
@@ -63,10 +59,7 @@ TEST_F(ImageActionsTest, PicturesAreTakenOnlyWhenEverySelectedItemIsOne)
     select({folder});
     EXPECT_FALSE(changes());
     EXPECT_FALSE(imageActions::canReadText(*window));
-}
-
-TEST_F(ImageActionsTest, PdfsAreCombinedButNotConverted)
-{
+    // PDFs are combined but not converted.
     select({pdf});
     EXPECT_FALSE(changes());
     EXPECT_TRUE(combines());

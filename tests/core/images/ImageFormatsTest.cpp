@@ -10,7 +10,7 @@
 namespace orwick::test {
 namespace {
 
-TEST(ImageFormats, OffersOnlyWhatQtWritesInTheirOrder)
+TEST(ImageFormats, OffersOnlyWhatQtWritesInTheirOrderWithTitlesAndSuffixes)
 {
     const QList<QByteArray> formats = writableImageFormats();
     ASSERT_GE(formats.size(), 2);
@@ -24,10 +24,6 @@ TEST(ImageFormats, OffersOnlyWhatQtWritesInTheirOrder)
         last = order.indexOf(format);
     }
     EXPECT_FALSE(isWritableImageFormat("gif"));
-}
-
-TEST(ImageFormats, TitlesAndSuffixes)
-{
     EXPECT_EQ(formatTitle("png"), u"PNG");
     EXPECT_EQ(formatTitle("jpeg"), u"JPEG");
     EXPECT_EQ(formatTitle("webp"), u"WebP");

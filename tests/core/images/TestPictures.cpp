@@ -21,6 +21,8 @@ quint32 crc32(QByteArrayView bytes)
     return ~crc;
 }
 
+} // namespace
+
 QByteArray bigEndian32(quint32 value)
 {
     QByteArray bytes(4, '\0');
@@ -32,8 +34,6 @@ QByteArray pngChunk(const QByteArray& type, const QByteArray& data)
 {
     return bigEndian32(quint32(data.size())) + type + data + bigEndian32(crc32(type + data));
 }
-
-} // namespace
 
 QByteArray encoded(const QImage& image, const QByteArray& format, int quality)
 {

@@ -1,6 +1,7 @@
 #pragma once
 // Pictures the image tests make: real files written by Qt's writers in a temporary folder, a
-// JPEG given an EXIF orientation, a PNG that only claims a huge size, a two-frame GIF and WebP.
+// JPEG given an EXIF orientation, a PNG that only claims a huge size or is huge and white, a
+// two-frame GIF and WebP.
 
 #include "files/FilePath.h"
 #include "support/TempHome.h"
@@ -23,6 +24,16 @@ QByteArray withExifOrientation(const QByteArray& jpeg, int orientation);
 // A PNG whose header says `size` and whose pixel data is missing: decoding it would fail, so a
 // refusal on its size shows nothing was decoded.
 QByteArray pngClaiming(QSize size);
+
+// A real PNG of `side` × `side` white pixels that is small on disk (about 700 kB for 30,000),
+// made byte by byte (Qt would need the whole picture in memory to write it): 1-bit grey, its rows
+// deflated as runs. In HugePng.cpp.
+QByteArray hugeWhitePng(int side);
+
+// A PNG chunk of `type` holding `data`, with its length and checksum; a number as four bytes,
+// most significant first.
+QByteArray pngChunk(const QByteArray& type, const QByteArray& data);
+QByteArray bigEndian32(quint32 value);
 
 // A 4 × 4 GIF of two frames, red then blue.
 QByteArray twoFrameGif();
