@@ -16,26 +16,17 @@ TEST(FolderReportsTest, AReportSplitAcrossReadsIsFound)
     EXPECT_EQ(found, QList<FilePath>{FilePath::fromNative("/home/a b")});
 }
 
-TEST(FolderReportsTest, OtherStringsAndHostsAreLeftAlone)
+// Other strings, other hosts, a huge payload and a cancelled report are left alone, and the
+// next report still counts.
+TEST(FolderReportsTest, WhatIsNoReportHereIsLeftAlone)
 {
     FolderReports reports;
-    EXPECT_TRUE(reports.scan("\x1b]0;title /x\x07\x1b]7;file://far.example/x\x07\x1b]7;http://x/y\x07\x1b]7;file://\x07").isEmpty());
-    EXPECT_EQ(reports.scan("\x1b]7;file://localhost/ok\x07"), QList<FilePath>{FilePath::fromNative("/ok")});
-}
-
-TEST(FolderReportsTest, AHugePayloadIsIgnoredAndTheNextReportStillCounts)
-{
-    FolderReports reports;
-    QByteArray huge = "\x1b]7;file:///" + QByteArray(FolderReports::kMaxPayload * 4, 'a') + "\x07";
-    EXPECT_TRUE(reports.scan(huge).isEmpty());
-    EXPECT_EQ(reports.scan("\x1b]7;file:///after\x07"), QList<FilePath>{FilePath::fromNative("/after")});
-}
-
-TEST(FolderReportsTest, CancelAbandonsAReport)
-{
-    FolderReports reports;
-    EXPECT_TRUE(reports.scan("\x1b]7;file:///x\x18\x07").isEmpty());
-    EXPECT_EQ(reports.scan("\x1b]7;file:///y\x07"), QList<FilePath>{FilePath::fromNative("/y")});
+    const QByteArray huge = "\x1b]7;file:///" + QByteArray(FolderReports::kMaxPayload * 4, 'a') + "\x07";
+    for (const QByteArray& output : {QByteArray("\x1b]0;title /x\x07\x1b]7;file://far.example/x\x07\x1b]7;http://x/y\x07\x1b]7;file://\x07"),
+                                     huge, QByteArray("\x1b]7;file:///x\x18\x07")}) {
+        EXPECT_TRUE(reports.scan(output).isEmpty()) << output.left(40).toStdString();
+        EXPECT_EQ(reports.scan("\x1b]7;file://localhost/ok\x07"), QList<FilePath>{FilePath::fromNative("/ok")});
+    }
 }
 
 TEST(FolderReportsTest, BytesThatAreNotUtf8ArriveAsTheyAre)

@@ -14,12 +14,15 @@ namespace {
 using test::waitForText;
 using test::waitUntil;
 
+// An interactive bash in `folder`, idle at its prompt.
 std::unique_ptr<TerminalSession> bashIn(const FilePath& folder)
 {
     if (!QFile::exists(QStringLiteral("/bin/bash")))
         return nullptr;
     auto session = test::startIn(folder, {"/bin/bash", "--noprofile", "--norc", "-i"}, 24, 300);
     session->write("PS1='ready> '\r");
+    EXPECT_TRUE(waitForText(*session, QStringLiteral("ready> ")));
+    EXPECT_TRUE(waitUntil([&] { return session->isIdleAtPrompt(); }));
     return session;
 }
 
@@ -31,8 +34,6 @@ TEST(PromptFollowingTest, AShellAtItsPromptChangesFolderEvenToAnAwkwardName)
     auto session = bashIn(start);
     if (!session)
         GTEST_SKIP() << "bash is not installed";
-    ASSERT_TRUE(waitForText(*session, QStringLiteral("ready> ")));
-    ASSERT_TRUE(waitUntil([&] { return session->isIdleAtPrompt(); }));
     ASSERT_TRUE(session->changeDirectory(target));
     EXPECT_EQ(session->folder(), target);
     EXPECT_FALSE(session->changeDirectory(target)); // already there: nothing typed again
@@ -46,8 +47,6 @@ TEST(PromptFollowingTest, AShellRunningAProgramIsNotTypedInto)
     auto session = bashIn(tree.root());
     if (!session)
         GTEST_SKIP() << "bash is not installed";
-    ASSERT_TRUE(waitForText(*session, QStringLiteral("ready> ")));
-    ASSERT_TRUE(waitUntil([&] { return session->isIdleAtPrompt(); }));
     session->write("sleep 30\r");
     ASSERT_TRUE(waitUntil([&] { return !session->isIdleAtPrompt(); }));
     EXPECT_FALSE(session->changeDirectory(tree.folder(QStringLiteral("elsewhere"))));
