@@ -50,9 +50,7 @@ struct DragDropTest : test::WindowTest {
         const Qt::DropActions all = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
         QDragEnterEvent enter(at, all, &data, Qt::LeftButton, modifiers);
         QApplication::sendEvent(surface, &enter);
-        QDragMoveEvent move(at, all, &data, Qt::LeftButton, modifiers);
-        QApplication::sendEvent(surface, &move);
-        return move.isAccepted() && move.dropAction() != Qt::IgnoreAction;
+        return offered(surface, data, at, modifiers) != Qt::IgnoreAction;
     }
     static Qt::DropAction offered(QWidget* surface, const QMimeData& data, QPoint at, Qt::KeyboardModifiers modifiers)
     {
@@ -112,11 +110,7 @@ TEST_F(DragDropTest, APlainDropFromAnotherDiskCopiesFault)
     if (!disk.ok())
         GTEST_SKIP() << disk.why().toStdString();
     const FilePath file = disk.root().child(QStringLiteral("camera.jpg"));
-    {
-        QFile out(file.text());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write("jpg");
-    }
+    ASSERT_TRUE(test::writeFile(file, "jpg"));
     const FilePath dest = tree.folder("dest");
     open(dest);
     auto data = files({file});

@@ -55,6 +55,21 @@ struct NoteEditorWindowTest : test::WindowTest {
         const FilePath other = tree.file("other.tmp", bytes);
         ASSERT_EQ(std::rename(other.c_str(), file.c_str()), 0);
     }
+    // Types "Mine" into the note while another program writes "theirs\n" over it.
+    void typeMineWhileTheirsIsWritten()
+    {
+        startEditing(note);
+        typeAtEnd(QStringLiteral("Mine"));
+        writeElsewhere(note, "theirs\n");
+    }
+    // The offer bar's visible button named `text`, or nothing.
+    QPushButton* offerButton(const QString& text)
+    {
+        for (QPushButton* button : editor()->offerBar()->findChildren<QPushButton*>())
+            if (button->text() == text && button->isVisible())
+                return button;
+        return nullptr;
+    }
 };
 
 } // namespace
@@ -136,9 +151,7 @@ TEST_F(NoteEditorWindowTest, LeavingSavesWhatWasTyped)
 
 TEST_F(NoteEditorWindowTest, AnotherProgramsChangeWhileTypingIsOfferedAndNeverOverwritten)
 {
-    startEditing(note);
-    typeAtEnd(QStringLiteral("Mine"));
-    writeElsewhere(note, "theirs\n");
+    typeMineWhileTheirsIsWritten();
     ASSERT_TRUE(test::waitUntil([&] { return !editor()->offerText().isEmpty(); })) << "the watcher didn't tell";
     EXPECT_EQ(editor()->offerText(), QStringLiteral("“note.md” was changed by another program."));
     EXPECT_TRUE(editorText()->toPlainText().endsWith("Mine")) << "what was typed stays";
@@ -154,11 +167,8 @@ TEST_F(NoteEditorWindowTest, AnotherProgramsChangeWhileTypingIsOfferedAndNeverOv
     EXPECT_EQ(test::readAll(note), "theirs\n");
 
     // Keep Mine writes mine over theirs as one step; the window's undo gives theirs back.
-    auto* keepMine = editor()->offerBar()->findChild<QPushButton*>();
-    for (QPushButton* button : editor()->offerBar()->findChildren<QPushButton*>())
-        if (button->text() == QStringLiteral("Keep Mine"))
-            keepMine = button;
-    ASSERT_EQ(keepMine->text(), QStringLiteral("Keep Mine"));
+    QPushButton* keepMine = offerButton(QStringLiteral("Keep Mine"));
+    ASSERT_NE(keepMine, nullptr);
     keepMine->click();
     settle();
     EXPECT_EQ(test::readAll(note), QByteArray(kNote) + "Mine");
@@ -170,13 +180,10 @@ TEST_F(NoteEditorWindowTest, AnotherProgramsChangeWhileTypingIsOfferedAndNeverOv
 
 TEST_F(NoteEditorWindowTest, ReloadTakesTheirTextAndTheEditorsUndoHasMine)
 {
-    startEditing(note);
-    typeAtEnd(QStringLiteral("Mine"));
-    writeElsewhere(note, "theirs\n");
+    typeMineWhileTheirsIsWritten();
     ASSERT_TRUE(test::waitUntil([&] { return !editor()->offerText().isEmpty(); }));
-    for (QPushButton* button : editor()->offerBar()->findChildren<QPushButton*>())
-        if (button->text() == QStringLiteral("Reload"))
-            button->click();
+    ASSERT_NE(offerButton(QStringLiteral("Reload")), nullptr);
+    offerButton(QStringLiteral("Reload"))->click();
     EXPECT_EQ(editorText()->toPlainText(), QStringLiteral("theirs\n"));
     EXPECT_FALSE(editor()->isModified());
     editorText()->setFocus();
@@ -227,24 +234,9 @@ TEST_F(NoteEditorWindowTest, NewNoteOpensInTheEditor)
     EXPECT_EQ(test::readAll(tree.path("untitled.md")), "# Idea");
 }
 
-namespace {
-
-// What the offer bar's button named `text` is, or nothing.
-QPushButton* offerButton(NoteEditor* editor, const QString& text)
-{
-    for (QPushButton* button : editor->offerBar()->findChildren<QPushButton*>())
-        if (button->text() == text && button->isVisible())
-            return button;
-    return nullptr;
-}
-
-} // namespace
-
 TEST_F(NoteEditorWindowTest, ClosingWhenTheSaveIsRefusedKeepsTheWindowAndWhatWasTyped)
 {
-    startEditing(note);
-    typeAtEnd(QStringLiteral("Mine"));
-    writeElsewhere(note, "theirs\n");
+    typeMineWhileTheirsIsWritten();
 
     window->close();
     settle();
@@ -259,7 +251,7 @@ TEST_F(NoteEditorWindowTest, ClosingWhenTheSaveIsRefusedKeepsTheWindowAndWhatWas
     EXPECT_EQ(test::readAll(note), "theirs\n") << "their text is never written over unasked";
 
     // Keep Mine saves; closing then works.
-    QPushButton* keepMine = offerButton(editor(), QStringLiteral("Keep Mine"));
+    QPushButton* keepMine = offerButton(QStringLiteral("Keep Mine"));
     ASSERT_NE(keepMine, nullptr);
     keepMine->click();
     settle();
@@ -284,7 +276,7 @@ TEST_F(NoteEditorWindowTest, ClosingWhenTheFileWasDeletedKeepsTheWindowAndWhatWa
     EXPECT_TRUE(editorText()->toPlainText().endsWith("Mine"));
     EXPECT_FALSE(QFileInfo::exists(note.text())) << "nothing is written back unasked";
 
-    QPushButton* keepMine = offerButton(editor(), QStringLiteral("Keep Mine"));
+    QPushButton* keepMine = offerButton(QStringLiteral("Keep Mine"));
     ASSERT_NE(keepMine, nullptr);
     keepMine->click();
     settle();
@@ -296,9 +288,7 @@ TEST_F(NoteEditorWindowTest, ClosingWhenTheFileWasDeletedKeepsTheWindowAndWhatWa
 
 TEST_F(NoteEditorWindowTest, ClosingWhileTheEditorIsLeavingWaitsForItsSave)
 {
-    startEditing(note);
-    typeAtEnd(QStringLiteral("Mine"));
-    writeElsewhere(note, "theirs\n");
+    typeMineWhileTheirsIsWritten();
     ASSERT_TRUE(test::waitUntil([&] { return !editor()->offerText().isEmpty(); }));
     // Esc starts leaving (the save is refused and the editor comes back); the close in the
     // same moment must not drop it.
@@ -313,9 +303,7 @@ TEST_F(NoteEditorWindowTest, ClosingWhileTheEditorIsLeavingWaitsForItsSave)
 
 TEST_F(NoteEditorWindowTest, QuittingWhenTheSaveIsRefusedIsCancelled)
 {
-    startEditing(note);
-    typeAtEnd(QStringLiteral("Mine"));
-    writeElsewhere(note, "theirs\n");
+    typeMineWhileTheirsIsWritten();
     // The Quit command asks the application to quit; the window refuses while its text is unsaved.
     QEvent quit(QEvent::Quit);
     QCoreApplication::sendEvent(qApp, &quit);

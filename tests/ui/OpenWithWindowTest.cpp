@@ -6,7 +6,7 @@
 #include "WindowFixture.h"
 
 #include "commands/CommandCatalog.h"
-#include "platform/XdgPaths.h"
+#include "support/SystemFolders.h"
 #include "ui/dialogs/OpenWithChooser.h"
 #include "ui/panels/DiskToolKeys.h"
 #include "ui/panels/InfoPanel.h"
@@ -20,27 +20,22 @@ namespace orwick::test {
 namespace {
 
 struct OpenWithWindowTest : WindowTest {
-    test::TempTree system; // stands in for /usr/share
-    QByteArray savedDataDirs = qgetenv("XDG_DATA_DIRS");
+    SystemFolders system;
     FilePath marker;
 
     void SetUp() override
     {
-        qputenv("XDG_DATA_DIRS", system.path(QStringLiteral("share")).native());
-        system.link(QStringLiteral("share/mime"), "/usr/share/mime");
-        QFile::remove(xdg::configHome().text() + QStringLiteral("/mimeapps.list"));
-        marker = system.path(QStringLiteral("opened-with"));
+        marker = system.tree.path(QStringLiteral("opened-with"));
         // An application that writes its own name and the file it was given, then stops.
-        const FilePath script = system.file("record.sh", "#!/bin/sh\nprintf '%s %s' \"$0\" \"$1\" > \"" + marker.native() + ".part\" && mv \"" +
+        const FilePath script = system.tree.file("record.sh", "#!/bin/sh\nprintf '%s %s' \"$0\" \"$1\" > \"" + marker.native() + ".part\" && mv \"" +
                                                              marker.native() + ".part\" \"" + marker.native() + "\"\n");
         QFile::setPermissions(script.text(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         const QByteArray exec = "Exec=" + script.native() + " %f\n";
-        system.file("share/applications/writer.desktop", "[Desktop Entry]\nType=Application\nName=Writer\n" + exec + "MimeType=text/plain;\n");
-        system.file("share/applications/pad.desktop", "[Desktop Entry]\nType=Application\nName=Pad\n" + exec + "MimeType=text/plain;\n");
-        system.file("share/applications/viewer.desktop", "[Desktop Entry]\nType=Application\nName=Viewer\n" + exec + "MimeType=image/png;\n");
-        system.file("share/applications/broken.desktop", "[Desktop Entry]\nName=Broken\nExec=\"unclosed %f\nMimeType=text/plain;\n");
+        system.install(QStringLiteral("writer.desktop"), "Name=Writer\n" + exec + "MimeType=text/plain;\n");
+        system.install(QStringLiteral("pad.desktop"), "Name=Pad\n" + exec + "MimeType=text/plain;\n");
+        system.install(QStringLiteral("viewer.desktop"), "Name=Viewer\n" + exec + "MimeType=image/png;\n");
+        system.tree.file("share/applications/broken.desktop", "[Desktop Entry]\nName=Broken\nExec=\"unclosed %f\nMimeType=text/plain;\n");
     }
-    void TearDown() override { qputenv("XDG_DATA_DIRS", savedDataDirs); }
 
     OpenWithChooser* chooser() { return window->findChild<OpenWithChooser*>(); }
     void awaitChooser()
@@ -54,11 +49,7 @@ struct OpenWithWindowTest : WindowTest {
             names << chooser()->list()->item(i)->text();
         return names;
     }
-    QByteArray opened()
-    {
-        QFile file(marker.text());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray opened() { return readAll(marker); }
 };
 
 TEST_F(OpenWithWindowTest, TheChosenApplicationOpensTheFileAndCanBecomeTheDefault)
@@ -83,9 +74,7 @@ TEST_F(OpenWithWindowTest, TheChosenApplicationOpensTheFileAndCanBecomeTheDefaul
     EXPECT_TRUE(opened().endsWith(" " + file.native())) << opened().toStdString();
     EXPECT_EQ(toast(), second + " now opens plain text document files");
 
-    QFile list(xdg::configHome().text() + QStringLiteral("/mimeapps.list"));
-    ASSERT_TRUE(list.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(list.readAll().contains("text/plain=" + QByteArray(second == "Pad" ? "pad" : "writer") + ".desktop;"));
+    EXPECT_TRUE(readAll(SystemFolders::mimeAppsList()).contains("text/plain=" + QByteArray(second == "Pad" ? "pad" : "writer") + ".desktop;"));
 
     // Asked again, the new default comes first.
     window->activateWindow();

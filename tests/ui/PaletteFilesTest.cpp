@@ -5,9 +5,6 @@
 #include "ui/window/PaletteController.h"
 #include "WindowFixture.h"
 
-#include <QDir>
-#include <QFile>
-
 namespace {
 
 using namespace orwick;
@@ -17,8 +14,7 @@ struct PaletteFilesTest : test::WindowTest {};
 TEST_F(PaletteFilesTest, AFileElsewhereInHomeIsFoundByNameAndReturnShowsIt)
 {
     const FilePath far = test::tempHome().child(QStringLiteral("Archive/2019/Letters/xyzzy-to-the-council.txt"));
-    QDir().mkpath(far.parent().text());
-    QFile(far.text()).open(QIODevice::WriteOnly);
+    ASSERT_TRUE(test::writeFile(far, {}));
     open(tree.root());
     press(Qt::Key_K, Qt::ControlModifier);
     type(QStringLiteral("xyzzy"));

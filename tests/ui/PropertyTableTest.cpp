@@ -134,7 +134,7 @@ struct PropertyTableTest : ::testing::Test {
         QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, key == Qt::Key_Space ? QStringLiteral(" ") : QString());
         QApplication::sendEvent(view(), &event);
     }
-    void click(const QPoint& at)
+    void click(const QPoint& at, bool twice = false)
     {
         QWidget* viewport = view()->viewport();
         const QPointF local(at), global(viewport->mapToGlobal(at));
@@ -142,6 +142,21 @@ struct PropertyTableTest : ::testing::Test {
         QApplication::sendEvent(viewport, &press);
         QMouseEvent release(QEvent::MouseButtonRelease, local, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
         QApplication::sendEvent(viewport, &release);
+        QMouseEvent again(QEvent::MouseButtonDblClick, local, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        if (twice) {
+            QApplication::sendEvent(viewport, &again);
+            QApplication::sendEvent(viewport, &release);
+        }
+    }
+    // Undoes every step and waits until each note has its first bytes again.
+    void undoAll()
+    {
+        while (state->undoStack()->canUndo()) {
+            state->undoStack()->undo();
+            settle();
+        }
+        for (const auto& [path, text] : {std::pair(alpha, kAlpha), std::pair(beta, kBeta), std::pair(gamma, kGamma)})
+            EXPECT_TRUE(waitUntil([&] { return readAll(path) == text; })) << readAll(path).toStdString();
     }
 };
 
@@ -189,10 +204,7 @@ TEST_F(PropertyTableTest, ASingleClickTogglesACheckboxAndWritesTheNote)
     settle();
     EXPECT_EQ(readAll(gamma), kGamma);
     EXPECT_EQ(pane()->selection(), QSet<FilePath>{gamma});
-    state->undoStack()->undo();
-    settle();
-    settle();
-    EXPECT_EQ(readAll(alpha), kAlpha);
+    undoAll();
 }
 
 TEST_F(PropertyTableTest, SpaceTogglesTheCheckboxUnderTheCursorAsOneStep)
@@ -222,12 +234,7 @@ TEST_F(PropertyTableTest, SpaceTogglesTheCheckboxUnderTheCursorAsOneStep)
     settle();
     EXPECT_EQ(readAll(alpha), kAlpha);
     EXPECT_EQ(state->undoStack()->count(), 2);
-    state->undoStack()->undo();
-    settle();
-    state->undoStack()->undo();
-    settle();
-    settle();
-    EXPECT_EQ(readAll(alpha), kAlpha);
+    undoAll();
 
     // Left moves to the list property beside it: Space there changes no file.
     press(Qt::Key_Left);
@@ -298,10 +305,7 @@ TEST_F(PropertyTableTest, DeleteInTheDateEditorRemovesTheDateAndNothingElse)
     EXPECT_EQ(state->undoStack()->count(), 1);
     EXPECT_EQ(state->undoStack()->undoText(), "Set due");
     ASSERT_TRUE(waitUntil([&] { return !cell(alpha, "due").data(Qt::DisplayRole).isValid(); }));
-    state->undoStack()->undo();
-    settle();
-    settle();
-    EXPECT_EQ(readAll(alpha), kAlpha);
+    undoAll();
 
     // An empty cell's editor starts at today; Backspace empties it, and committing that writes nothing.
     std::unique_ptr<QWidget> other(delegate.createEditor(&parent, QStyleOptionViewItem(), cell(beta, "due")));
@@ -336,14 +340,7 @@ TEST_F(PropertyTableTest, RenameAcrossTheFolderRewritesOnlyFrontMatterAndUndoesI
     EXPECT_EQ(state->undoStack()->undoText(), "Rename status");
     ASSERT_TRUE(waitUntil([&] { return columnOf("state") >= 0; })); // the column follows, colours too
     EXPECT_EQ(PropertyCellDelegate::chipsOf(cell(alpha, "state")).value(0).color, 4);
-    state->undoStack()->undo();
-    settle();
-    settle();
-    EXPECT_EQ(readAll(alpha), kAlpha);
-    settle();
-    EXPECT_EQ(readAll(beta), kBeta);
-    settle();
-    EXPECT_EQ(readAll(gamma), kGamma);
+    undoAll();
     ASSERT_TRUE(waitUntil([&] { return columnOf("status") >= 0; }));
 }
 
@@ -373,16 +370,7 @@ TEST_F(PropertyTableTest, DeleteAndOptionChangesFromTheHeaderMenu)
     EXPECT_EQ(state->undoStack()->undoText(), "Delete x");
     EXPECT_TRUE(readAll(alpha).contains("tags: [y]\n"));
     EXPECT_EQ(state->undoStack()->count(), 5);
-    while (state->undoStack()->canUndo()) {
-        state->undoStack()->undo();
-        settle();
-    }
-    settle();
-    EXPECT_EQ(readAll(alpha), kAlpha);
-    settle();
-    EXPECT_EQ(readAll(beta), kBeta);
-    settle();
-    EXPECT_EQ(readAll(gamma), kGamma);
+    undoAll();
     EXPECT_EQ(store->columns(folder).optionColors.value("status"), (QMap<QString, int>{{"open", 4}}));
 }
 
@@ -492,18 +480,9 @@ TEST_F(PropertyTableTest, TheSortFollowsARenamedPropertyThroughUndoAndRedo)
 
 TEST_F(PropertyTableTest, ADoubleClickOnAPropertyCellEditsItInPlace)
 {
-    const QRect rect = view()->visualRect(cell(gamma, "due"));
-    QWidget* viewport = view()->viewport();
-    const QPointF at(rect.center()), global(viewport->mapToGlobal(rect.center()));
-    QMouseEvent press(QEvent::MouseButtonPress, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(viewport, &press);
-    QMouseEvent release(QEvent::MouseButtonRelease, at, global, Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
-    QApplication::sendEvent(viewport, &release);
-    QMouseEvent twice(QEvent::MouseButtonDblClick, at, global, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(viewport, &twice);
-    QApplication::sendEvent(viewport, &release);
+    click(view()->visualRect(cell(gamma, "due")).center(), /*twice=*/true);
     QApplication::processEvents();
-    auto* editor = viewport->findChild<QDateEdit*>();
+    auto* editor = view()->viewport()->findChild<QDateEdit*>();
     ASSERT_NE(editor, nullptr);
     EXPECT_TRUE(editor->isVisible());
 }

@@ -46,6 +46,13 @@ struct TerminalPanelTest : test::WindowTest {
         type(text);
         press(Qt::Key_Return);
     }
+    // Opens the window on the tree and its terminal with F4; the shell waits at its prompt.
+    void openTerminal()
+    {
+        open(tree.root());
+        press(Qt::Key_F4);
+        ASSERT_TRUE(test::waitUntil([&] { return focusedView() != nullptr && shown()->isIdleAtPrompt(); }));
+    }
     QByteArray m_shell;
 };
 
@@ -128,9 +135,7 @@ TEST_F(TerminalPanelTest, SeveralTerminalsLiveInATabAndSurviveSwitchingTabs)
 TEST_F(TerminalPanelTest, DroppedFilesAreTypedAsQuotedPaths)
 {
     const FilePath file = tree.file("a 'quoted' name.txt", "x");
-    open(tree.root());
-    press(Qt::Key_F4);
-    ASSERT_TRUE(test::waitUntil([&] { return focusedView() != nullptr && shown()->isIdleAtPrompt(); }));
+    openTerminal();
     TerminalView* view = focusedView();
     ASSERT_EQ(FilePath::fromUrl(file.toUrl()), file);
     ASSERT_EQ(view->session(), shown());
@@ -212,9 +217,7 @@ TEST_F(TerminalPanelTest, AnEchoAfterAQuietFrameIsDrawnWithoutWaitingForTheNextF
 
 TEST_F(TerminalPanelTest, AFloodOfOutputPaintsAtMostOncePerFrame)
 {
-    open(tree.root());
-    press(Qt::Key_F4);
-    ASSERT_TRUE(test::waitUntil([&] { return focusedView() != nullptr && shown()->isIdleAtPrompt(); }));
+    openTerminal();
     TerminalView* view = focusedView();
     QApplication::processEvents();
     const int paintsBefore = view->paintCount();

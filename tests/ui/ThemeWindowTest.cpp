@@ -92,18 +92,13 @@ TEST_F(ThemeWindowTest, ThemeAndAppearanceCommandsRestyleTheOpenWindow)
 TEST_F(ThemeWindowTest, SavingAThemeFileRestylesTheOpenWindow)
 {
     const FilePath file = themes().folder().child(QStringLiteral("mine.json"));
-    auto write = [&](const QByteArray& json) {
-        QFile out(file.text());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        out.write(json);
-    };
-    write(R"({"name": "Mine", "light": {"background": "#FFF4E0"}})");
+    ASSERT_TRUE(writeFile(file, R"({"name": "Mine", "light": {"background": "#FFF4E0"}})"));
     ASSERT_TRUE(waitUntil([&] { return CommandCatalog::find(QStringLiteral("theme.Mine")) != nullptr; }))
         << "a new file is a new palette row";
     ASSERT_TRUE(CommandCatalog::run(QStringLiteral("theme.Mine"), *state));
     EXPECT_EQ(listGround(), QColor(0xFF, 0xF4, 0xE0));
 
-    write(R"({"name": "Mine", "light": {"background": "#E0F4FF"}, "rowHeight": 40})");
+    ASSERT_TRUE(writeFile(file, R"({"name": "Mine", "light": {"background": "#E0F4FF"}, "rowHeight": 40})"));
     ASSERT_TRUE(waitUntil([&] { return listGround() == QColor(0xE0, 0xF4, 0xFF); })) << "saved, and shown at once";
     EXPECT_EQ(theme::rowHeight(), 40);
     QWidget* view = window->activePaneWidget()->focusTarget();
@@ -111,7 +106,7 @@ TEST_F(ThemeWindowTest, SavingAThemeFileRestylesTheOpenWindow)
     ASSERT_TRUE(list);
     ASSERT_TRUE(waitUntil([&] { return list->visualRect(list->model()->index(0, 0)).height() >= 40; })) << "rows take the new height";
 
-    write(R"({"name": "Mine", "light": )");
+    ASSERT_TRUE(writeFile(file, R"({"name": "Mine", "light": )"));
     ASSERT_TRUE(waitUntil([&] { return toast().startsWith(QStringLiteral("Theme file mine.json: not valid JSON")); }))
         << "a file saved with a mistake says so: " << toast().toStdString();
     EXPECT_EQ(listGround(), QColor(0xFF, 0xFF, 0xFF)) << "Orwick's colours until the file is mended";
@@ -158,10 +153,7 @@ TEST_F(ThemeWindowTest, ChooseThemeOpensCustomizeOnTheThemeRow)
     ASSERT_TRUE(CommandCatalog::run(QStringLiteral("appearance.light"), *state));
     EXPECT_EQ(mode->currentData().toString(), "light") << "the sheet follows a change made elsewhere";
 
-    QFile file(themes().folder().child(QStringLiteral("mine.json")).text());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(R"({"name": "Mine"})");
-    file.close();
+    ASSERT_TRUE(writeFile(themes().folder().child(QStringLiteral("mine.json")), R"({"name": "Mine"})"));
     ASSERT_TRUE(waitUntil([&] { return choice->findData(QStringLiteral("Mine")) >= 0; })) << "a new theme file is offered at once";
     EXPECT_EQ(choice->currentText(), "Paper") << "and the choice stays";
     press(Qt::Key_Escape);
