@@ -2,9 +2,10 @@
 """Generates the folder-comparison benchmark trees: LEFT and RIGHT of FILES files each (default
 30,000) in nested folders, equal but for 300 changed files (half the same size with one byte
 changed, half another size), 300 files only on the left and 300 only on the right. Sizes from
-200 bytes to 64 KB. Deterministic (fixed seed).
+200 bytes to 64 KB. Deterministic (fixed seed). CHANGED 0 makes the changed files equal instead
+(the sync benchmark: 300 to copy, 300 to remove).
 
-  compare-trees.py LEFT RIGHT [FILES]
+  compare-trees.py LEFT RIGHT [FILES [CHANGED]]
 """
 import os
 import random
@@ -13,6 +14,7 @@ import sys
 left, right = sys.argv[1], sys.argv[2]
 count = int(sys.argv[3]) if len(sys.argv) > 3 else 30000
 differ = max(1, count // 100)
+changing = sys.argv[4] != "0" if len(sys.argv) > 4 else True
 rng = random.Random(20)
 pool = rng.randbytes(8 << 20)
 
@@ -37,7 +39,7 @@ for i in range(count):
         write(f"{left}/{path}", data)
     elif i < 2 * differ:  # only on the right
         write(f"{right}/{path}", data)
-    elif i < 3 * differ:  # changed
+    elif i < 3 * differ and changing:  # changed
         write(f"{left}/{path}", data)
         if i % 2:
             changed = bytearray(data)

@@ -3,9 +3,11 @@
 #include "disktools/FolderDiffWalk.h"
 #include "disktools/WalkPool.h"
 #include "platform/DirectoryReader.h"
+#include "platform/UniqueFd.h"
 
 #include <QHash>
 #include <QSet>
+#include <atomic>
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -61,6 +63,8 @@ private:
     // True (and counted) when `item` lies in a folder already listed whole, or left out.
     bool folded(const SideItem& item)
     {
+        if (m_skipped.isEmpty() && m_foldedInto.isEmpty())
+            return false; // the common case: nothing to fold into, no path to cut
         const QByteArray parent = parentOf(item.path);
         if (parent.isEmpty())
             return false;
@@ -157,6 +161,63 @@ private:
     QSet<QByteArray> m_skipped;             // unreadable folders and what lies in them
 };
 
+// The byte comparisons, shared among the cores a folder at a time: the pending pairs come in
+// path order, so each folder's files are together; its two sides are opened once and each
+// file by its name in them, sparing the kernel a walk down the whole path per file.
+void compareContents(Merger& merger, int leftRoot, int rightRoot, const CancelFlag& cancel)
+{
+    struct FolderRun {
+        size_t begin;
+        size_t end;
+        qsizetype nameStart; // where the names begin in these paths
+    };
+    std::vector<FolderRun> runs;
+    const auto& pending = merger.pending;
+    for (size_t i = 0; i < pending.size();) {
+        const QByteArray& path = pending[i].left->path;
+        const qsizetype nameStart = path.lastIndexOf('/') + 1;
+        const QByteArrayView folder(path.constData(), nameStart);
+        size_t end = i + 1;
+        while (end < pending.size() && pending[end].left->path.startsWith(folder)
+               && pending[end].left->path.indexOf('/', nameStart) < 0)
+            ++end;
+        runs.push_back({i, end, nameStart});
+        i = end;
+    }
+    std::atomic<size_t> nextRun{0};
+    auto work = [&](int) {
+        for (size_t r; (r = nextRun.fetch_add(1)) < runs.size();) {
+            const FolderRun& run = runs[r];
+            const QByteArray& first = pending[run.begin].left->path;
+            // A folder that can't be opened leaves -1: its pairs can't be read, so they are changed.
+            UniqueFd leftFolder, rightFolder;
+            if (run.nameStart > 0) {
+                const QByteArray folder = first.left(run.nameStart - 1);
+                constexpr int kFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
+                leftFolder = UniqueFd(openat(leftRoot, folder.constData(), kFlags));
+                rightFolder = UniqueFd(openat(rightRoot, folder.constData(), kFlags));
+            }
+            const int left = run.nameStart > 0 ? leftFolder.get() : leftRoot;
+            const int right = run.nameStart > 0 ? rightFolder.get() : rightRoot;
+            for (size_t i = run.begin; i < run.end; ++i) {
+                if (cancel.isCancelled())
+                    return;
+                const auto& job = pending[i];
+                const PairCheck check = comparePair(left, right, job.left->path.constData() + run.nameStart, cancel);
+                Entry& entry = merger.entries[job.entry];
+                entry.leftSize = check.leftSize;
+                entry.rightSize = check.rightSize;
+                if (!check.same)
+                    entry.status = Status::changed;
+            }
+        }
+    };
+    WalkPool pool;
+    for (int w = 0; w < pool.workerCount(); ++w)
+        pool.post(work);
+    pool.wait();
+}
+
 } // namespace
 
 QString rawValue(Status status)
@@ -215,27 +276,8 @@ Result compare(const FilePath& left, const FilePath& right, qint64 limit, const 
     const auto rightRoot = DirectoryHandle::open(rightSide.root);
     Merger merger(leftSide, rightSide, leftRoot ? leftRoot->fd() : -1, rightRoot ? rightRoot->fd() : -1);
     merger.run(cancel);
-    // The byte comparisons, shared among the cores.
-    if (!merger.pending.empty() && leftRoot && rightRoot) {
-        WalkPool pool;
-        const int workers = pool.workerCount();
-        for (int w = 0; w < workers; ++w) {
-            pool.post([&, w](int) {
-                for (size_t i = size_t(w); i < merger.pending.size(); i += size_t(workers)) {
-                    if (cancel.isCancelled())
-                        return;
-                    const auto& job = merger.pending[i];
-                    const PairCheck check = comparePair(leftRoot->fd(), rightRoot->fd(), job.left->path, cancel);
-                    Entry& entry = merger.entries[job.entry];
-                    entry.leftSize = check.leftSize;
-                    entry.rightSize = check.rightSize;
-                    if (!check.same)
-                        entry.status = Status::changed;
-                }
-            });
-        }
-        pool.wait();
-    }
+    if (!merger.pending.empty() && leftRoot && rightRoot)
+        compareContents(merger, leftRoot->fd(), rightRoot->fd(), cancel);
     result.entries = std::move(merger.entries);
     return result;
 }

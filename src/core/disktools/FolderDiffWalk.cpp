@@ -9,6 +9,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -105,11 +106,12 @@ private:
     std::vector<SideItem> m_items;
 };
 
-qint64 readFully(int fd, char* into, qint64 wanted)
+qint64 readFully(int fd, char* into, qint64 wanted, qint64 offset)
 {
+    // pread: the descriptor's position is never shared, so the kernel needn't lock it.
     qint64 got = 0;
     while (got < wanted) {
-        const ssize_t n = read(fd, into + got, size_t(wanted - got));
+        const ssize_t n = pread(fd, into + got, size_t(wanted - got), off_t(offset + got));
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0)
@@ -118,6 +120,23 @@ qint64 readFully(int fd, char* into, qint64 wanted)
     }
     return got;
 }
+
+// Reading to compare is not the user reading: where the file is ours, its access time is left
+// as it was (which also spares the disk an inode write per file just copied or linked).
+int openToCompare(int folder, const char* name)
+{
+    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY;
+    const int fd = openat(folder, name, kFlags | O_NOATIME);
+    if (fd >= 0 || errno != EPERM)
+        return fd;
+    return openat(folder, name, kFlags);
+}
+
+// One chunk per side and thread, kept between pairs: sized once, never cleared.
+struct Buffers {
+    std::unique_ptr<char[]> left{new char[size_t(kChunk)]};
+    std::unique_ptr<char[]> right{new char[size_t(kChunk)]};
+};
 
 struct Stamp {
     qint64 size = -1;
@@ -137,11 +156,11 @@ std::optional<Stamp> stampOf(int fd)
 
 Side walkSide(const FilePath& root, qint64 limit, const CancelFlag& cancel) { return SideWalker(limit, cancel).run(root); }
 
-PairCheck comparePair(int leftRoot, int rightRoot, const QByteArray& path, const CancelFlag& cancel)
+PairCheck comparePair(int leftFolder, int rightFolder, const char* name, const CancelFlag& cancel)
 {
     PairCheck check;
-    const UniqueFd a(openat(leftRoot, path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY));
-    const UniqueFd b(openat(rightRoot, path.constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY));
+    const UniqueFd a(openToCompare(leftFolder, name));
+    const UniqueFd b(openToCompare(rightFolder, name));
     const auto left = a.ok() ? stampOf(a.get()) : std::nullopt;
     const auto right = b.ok() ? stampOf(b.get()) : std::nullopt;
     if (left)
@@ -159,17 +178,15 @@ PairCheck comparePair(int leftRoot, int rightRoot, const QByteArray& path, const
         posix_fadvise(a.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
         posix_fadvise(b.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
     }
-    static thread_local std::vector<char> bufferA, bufferB;
-    const qint64 chunk = std::max<qint64>(std::min(size, kChunk), 1);
-    bufferA.resize(size_t(chunk));
-    bufferB.resize(size_t(chunk));
+    static thread_local Buffers buffers;
     // Exactly the size seen at opening, piece by piece, the two files in turns.
     for (qint64 done = 0; done < size;) {
         if (cancel.isCancelled())
             return check;
-        const qint64 want = std::min(chunk, size - done);
-        if (readFully(a.get(), bufferA.data(), want) != want || readFully(b.get(), bufferB.data(), want) != want
-            || memcmp(bufferA.data(), bufferB.data(), size_t(want)) != 0)
+        const qint64 want = std::min(kChunk, size - done);
+        if (readFully(a.get(), buffers.left.get(), want, done) != want
+            || readFully(b.get(), buffers.right.get(), want, done) != want
+            || memcmp(buffers.left.get(), buffers.right.get(), size_t(want)) != 0)
             return check;
         done += want;
     }

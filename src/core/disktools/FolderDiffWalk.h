@@ -30,16 +30,17 @@ struct Side {
 
 Side walkSide(const FilePath& root, qint64 limit, const CancelFlag& cancel);
 
-// Opens the file at `path` below both roots (open descriptors; no link followed in the last
-// component), reads their sizes there and, when they are equal and at most kLargestRead, compares
-// their bytes in kChunk pieces, in turns, stopping at the first difference; equal sizes above
-// that are the same when their times are. A file that can't be read makes the pair changed, and
-// so does one read in several pieces that changed while it was read.
+// Opens the file `name` in both open folders (no link followed in the last component, and
+// without touching its access time where the file is ours to open so), reads their sizes there
+// and, when they are equal and at most kLargestRead, compares their bytes in kChunk pieces, in
+// turns, stopping at the first difference; equal sizes above that are the same when their times
+// are. A file that can't be read makes the pair changed, and so does one read in several pieces
+// that changed while it was read. Safe on several threads at once.
 struct PairCheck {
     std::optional<qint64> leftSize;
     std::optional<qint64> rightSize;
     bool same = false;
 };
-PairCheck comparePair(int leftRoot, int rightRoot, const QByteArray& path, const CancelFlag& cancel);
+PairCheck comparePair(int leftFolder, int rightFolder, const char* name, const CancelFlag& cancel);
 
 } // namespace orwick::FolderDiff

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace orwick;
@@ -84,6 +85,41 @@ TEST(FolderDiff, StatusesInAscendingOrder)
     EXPECT_EQ(FolderDiff::summary(result), "1 only on the left · 1 only on the right · 2 changed");
     EXPECT_TRUE(FolderDiff::entryDetail(*sizes).endsWith(", contents differ"));
     EXPECT_EQ(FolderDiff::entryDetail(*entry(result, "sub/deep.txt")), "1 byte, contents differ");
+}
+
+TEST(FolderDiff, EachFileIsComparedWithItsNamesakeInTheSameFolder)
+{
+    // The same names in several folders, a sub-folder whose name sorts between its parent's
+    // files, and one changed file per folder: a pair read in the wrong folder would show.
+    TwoSides sides;
+    for (const char* folder : {"", "a/", "a/m/", "a/m/n/", "b/"}) {
+        for (const char* name : {"f.txt", "z.txt"}) {
+            const QByteArray path = QByteArray(folder) + name;
+            const QByteArray content = "in " + QByteArray(folder) + name;
+            sides.l(path.constData(), content);
+            sides.r(path.constData(), QByteArray(name) == "z.txt" ? content.toUpper() : content);
+        }
+    }
+    const auto result = sides.compare();
+    EXPECT_EQ(listed(result), QStringList({"same a/f.txt", "same a/m/f.txt", "same a/m/n/f.txt", "changed a/m/n/z.txt",
+                                           "changed a/m/z.txt", "changed a/z.txt", "same b/f.txt", "changed b/z.txt",
+                                           "same f.txt", "changed z.txt"}));
+    EXPECT_EQ(entry(result, "a/m/f.txt")->leftSize, 12); // "in a/m/f.txt"
+    EXPECT_EQ(entry(result, "a/m/f.txt")->rightSize, 12);
+}
+
+TEST(FolderDiff, ReadingToCompareLeavesAccessTimesAlone)
+{
+    TwoSides sides;
+    const FilePath left = sides.l("read.txt", "same bytes");
+    sides.r("read.txt", "same bytes");
+    // An access time older than the modification time: a plain read would move it (relatime).
+    const timespec times[2] = {{1'000'000, 0}, {0, UTIME_OMIT}};
+    ASSERT_EQ(utimensat(AT_FDCWD, left.c_str(), times, 0), 0);
+    ASSERT_EQ(listed(sides.compare()), QStringList({"same read.txt"}));
+    struct stat info {};
+    ASSERT_EQ(stat(left.c_str(), &info), 0);
+    EXPECT_EQ(info.st_atim.tv_sec, 1'000'000);
 }
 
 TEST(FolderDiff, AFolderOnOneSideIsOneEntryWithItsFileCount)
