@@ -16,16 +16,12 @@ find "$tree" -type f -print0 | xargs -0 cat > /dev/null # warm the cache
 
 rg_args="--line-number --no-heading --null --color never --max-columns 400 --fixed-strings --ignore-case -e $query ."
 cd "$tree"
-hyperfine --shell=none --warmup 1 --runs "$runs" --style basic -i --export-csv "$work/grep.csv" \
+# --output=pipe: with its output on /dev/null (hyperfine's default) rg may stop at the first match,
+# as grep does; through a pipe both search the whole tree, as the panel's rg does.
+hyperfine --shell=none --output=pipe --warmup 1 --runs "$runs" --style basic -i --export-csv "$work/grep.csv" \
   --command-name orwick-cli "$cli grep $query $tree" \
   --command-name rg "rg $rg_args" > "$work/grep.log" 2>&1 || { cat "$work/grep.log"; exit 1; }
-python3 - "$work/grep.csv" <<'PY'
-import csv, sys
-rows = {r["command"]: r for r in csv.DictReader(open(sys.argv[1]))}
-for name, r in rows.items():
-    print(f"  {name:12} mean {float(r['mean'])*1000:8.1f} ms  (user {float(r['user'])*1000:7.1f} ms, system {float(r['system'])*1000:7.1f} ms)")
-print(f"  orwick-cli / rg = {float(rows['orwick-cli']['mean'])/float(rows['rg']['mean']):.2f}")
-PY
+python3 "$here/hyperfine-ratios.py" "$work/grep.csv" orwick-cli --inverse
 
 # The same matches? rg prints "./path\0line:text"; orwick-cli "path:line:text".
 "$cli" grep "$query" "$tree" | sort > "$work/orwick.txt" || true
