@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QTimer>
 #include <algorithm>
 
 namespace orwick {
@@ -128,11 +129,13 @@ void Windows::closeForTheEnd()
     // comes through the event loop, which has ended, so events are handed on here a while.
     QElapsedTimer waited;
     waited.start();
+    QTimer wake; // the wait for events looks at the clock at least this often
+    wake.start(50);
     auto stillOpen = [&open] {
         return std::any_of(open.begin(), open.end(), [](const QPointer<MainWindow>& window) { return window && window->isVisible(); });
     };
     while (stillOpen() && waited.elapsed() < kSaveWaitMs)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     if (stillOpen())
         qWarning("orwick: a window's editor could not save its text before the end");
 }
