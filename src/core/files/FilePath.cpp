@@ -22,9 +22,31 @@ QByteArray homeBytes()
     return (home && *home) ? QByteArray(home) : QByteArray("/");
 }
 
+// True when `path` is standardized already: absolute, no empty, "." or ".." component, no
+// trailing slash. Most paths are (a folder's entries, git's and ripgrep's names).
+bool isStandardized(QByteArrayView path)
+{
+    const qsizetype n = path.size();
+    if (n == 0 || path[0] != '/')
+        return false;
+    if (n == 1)
+        return true;
+    for (qsizetype start = 1, i = 1; i <= n; ++i) {
+        if (i < n && path[i] != '/')
+            continue;
+        const qsizetype length = i - start;
+        if (length == 0 || (path[start] == '.' && (length == 1 || (length == 2 && path[start + 1] == '.'))))
+            return false;
+        start = i + 1;
+    }
+    return true;
+}
+
 // Lexical standardization: collapse "//", drop ".", resolve ".." against the components seen.
 QByteArray standardize(QByteArrayView path)
 {
+    if (isStandardized(path))
+        return path.toByteArray();
     QByteArray absolute;
     if (!path.startsWith('/')) {
         absolute = workingFolder();
@@ -169,10 +191,14 @@ FilePath FilePath::parent() const
 
 FilePath FilePath::child(QByteArrayView name) const
 {
-    QByteArray joined = m_bytes;
+    QByteArray joined;
+    joined.reserve(m_bytes.size() + 1 + name.size()); // one allocation, however long the name
+    joined += m_bytes;
     if (!isRoot())
         joined += '/';
     joined += name;
+    if (isStandardized(joined))
+        return FilePath(std::move(joined));
     return FilePath(standardize(joined));
 }
 

@@ -104,6 +104,10 @@ void Git::apply(const FilePath& root, Result<RepoStatus> status)
 void Git::rebuildMarks()
 {
     m_marks.clear();
+    qsizetype count = 0;
+    for (const RepoStatus& status : std::as_const(m_repos))
+        count += status.foldersWithChanges.size() + status.changedPaths.size();
+    m_marks.reserve(count); // sized once: growing rehashes every path again
     for (const RepoStatus& status : std::as_const(m_repos)) {
         for (const FilePath& folder : status.foldersWithChanges)
             m_marks[folder].changesBelow = true;

@@ -1,5 +1,6 @@
 #include "git/RepoStatus.h"
 
+#include "files/KeySort.h"
 #include "files/NaturalCompare.h"
 
 #include <QRegularExpression>
@@ -99,6 +100,31 @@ Change changeOf(QChar x, QChar y)
     return Change::modified;
 }
 
+// The files in the natural order of their paths. Each path's sort key is made once, into one
+// buffer, and the keys are sorted as flat arrays (a tie keeps git's order).
+QList<RepoStatus::File> naturallySorted(QList<RepoStatus::File> files)
+{
+    std::u16string keys;
+    std::vector<size_t> offsets{0};
+    offsets.reserve(size_t(files.size()) + 1);
+    QString folded;
+    for (const RepoStatus::File& file : files) {
+        folded.clear();
+        appendNaturalFold(file.path, folded);
+        appendNaturalSortKey(folded, keys);
+        offsets.push_back(keys.size());
+    }
+    std::vector<SortKeyRef> entries(size_t(files.size()));
+    for (size_t i = 0; i < entries.size(); ++i)
+        entries[i] = {std::u16string_view(keys).substr(offsets[i], offsets[i + 1] - offsets[i]), int(i)};
+    sortKeys(entries);
+    QList<RepoStatus::File> sorted;
+    sorted.reserve(files.size());
+    for (const SortKeyRef& entry : entries)
+        sorted.append(std::move(files[entry.index]));
+    return sorted;
+}
+
 } // namespace
 
 RepoStatus parseStatus(const QString& output, const FilePath& root) { return parseStatus(output.toUtf8(), root); }
@@ -122,25 +148,27 @@ RepoStatus parseStatus(const QByteArray& output, const FilePath& root)
     status.root = root;
     status.ignored.root = root;
     auto ignored = std::make_shared<QSet<FilePath>>();
-    const QByteArray prefix = root.isRoot() ? root.native() : root.native() + '/';
     const qsizetype rootLength = root.native().size();
 
-    const QList<QByteArrayView> records = [&] {
-        QList<QByteArrayView> list;
-        for (qsizetype start = 0; start < output.size();) {
-            qsizetype end = output.indexOf('\0', start);
-            if (end < 0)
-                end = output.size();
-            if (end > start)
-                list.append(QByteArrayView(output.constData() + start, end - start));
-            start = end + 1;
-        }
-        return list;
-    }();
+    // The records in place: views into the output, empty pieces dropped.
+    std::vector<QByteArrayView> records;
+    records.reserve(size_t(output.count('\0')) + 1);
+    for (qsizetype start = 0; start < output.size();) {
+        qsizetype end = output.indexOf('\0', start);
+        if (end < 0)
+            end = output.size();
+        if (end > start)
+            records.emplace_back(output.constData() + start, end - start);
+        start = end + 1;
+    }
     // Sized once: a QHash computes every key's hash again each time it grows.
-    status.files.reserve(records.size());
-    status.changedPaths.reserve(records.size());
-    for (qsizetype i = 0; i < records.size(); ++i) {
+    status.files.reserve(qsizetype(records.size()));
+    status.changedPaths.reserve(qsizetype(records.size()));
+    // git lists a folder's files together: when a file's folder is the last one's, its ancestors
+    // are recorded already.
+    FilePath lastFile;
+    qsizetype lastFolderLength = 0;
+    for (size_t i = 0; i < records.size(); ++i) {
         const QByteArrayView record = records[i];
         if (record.startsWith("## ")) {
             const BranchLine branch = parseBranch(QString::fromUtf8(record));
@@ -151,45 +179,39 @@ RepoStatus parseStatus(const QByteArray& output, const FilePath& root)
         }
         if (record.size() < 4)
             continue;
-        const QChar x = QLatin1Char(record[0]);
-        const QChar y = QLatin1Char(record[1]);
+        const char x = record[0];
+        const char y = record[1];
         const QByteArrayView path = record.sliced(3);
         QByteArray renamedFrom;
-        if (x == u'R' || x == u'C') {
+        if (x == 'R' || x == 'C') {
             ++i; // the source of the rename or copy
-            if (x == u'R' && i < records.size())
+            if (x == 'R' && i < records.size())
                 renamedFrom = records[i].toByteArray();
         }
-        const FilePath file = FilePath::fromNative(QByteArray(prefix).append(path));
+        const FilePath file = root.child(path);
         if (!root.isAncestorOf(file))
             continue; // git names paths below the root; a mark never goes above it
-        if (x == u'!' && y == u'!') {
+        if (x == '!' && y == '!') {
             ignored->insert(file);
             continue;
         }
-        const Change change = changeOf(x, y);
-        status.files.append({QString::fromUtf8(path), change, x != u' ' && x != u'?', y != u' ', path.toByteArray(), renamedFrom});
+        const Change change = changeOf(QLatin1Char(x), QLatin1Char(y));
+        status.files.append({QString::fromUtf8(path), change, x != ' ' && x != '?', y != ' ', path.toByteArray(), renamedFrom});
         status.changedPaths.insert(file, change);
+        const QByteArrayView folder = QByteArrayView(file.native()).first(std::max(file.native().lastIndexOf('/'), qsizetype(0)));
+        if (folder == QByteArrayView(lastFile.native()).first(lastFolderLength))
+            continue;
+        lastFile = file; // shares the bytes
+        lastFolderLength = folder.size();
         // A folder already recorded has all its ancestors recorded too.
-        for (FilePath folder = file.parent(); folder.native().size() > rootLength; folder = folder.parent()) {
-            if (status.foldersWithChanges.contains(folder))
+        for (FilePath above = file.parent(); above.native().size() > rootLength; above = above.parent()) {
+            if (status.foldersWithChanges.contains(above))
                 break;
-            status.foldersWithChanges.insert(folder);
+            status.foldersWithChanges.insert(above);
         }
     }
     status.ignored.paths = std::move(ignored);
-
-    // Sort by the natural order of the paths, with each key made once.
-    std::vector<std::pair<NaturalKey, qsizetype>> keys;
-    keys.reserve(size_t(status.files.size()));
-    for (qsizetype i = 0; i < status.files.size(); ++i)
-        keys.emplace_back(naturalKey(status.files[i].path), i);
-    std::stable_sort(keys.begin(), keys.end(), [](const auto& a, const auto& b) { return naturalCompare(a.first, b.first) < 0; });
-    QList<RepoStatus::File> sorted;
-    sorted.reserve(status.files.size());
-    for (const auto& key : keys)
-        sorted.append(std::move(status.files[key.second]));
-    status.files = std::move(sorted);
+    status.files = naturallySorted(std::move(status.files));
     return status;
 }
 

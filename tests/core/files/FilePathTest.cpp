@@ -10,6 +10,13 @@ TEST(FilePath, StandardizesLexically)
     EXPECT_EQ(FilePath::fromNative("/..").native(), "/");
     EXPECT_TRUE(FilePath::fromNative("///").isRoot());
     EXPECT_EQ(FilePath::fromText("~/x").native(), qgetenv("HOME") + "/x");
+    // Paths standard already are taken as they are; names that only begin with dots are names.
+    EXPECT_EQ(FilePath::fromNative("/a/.b/..c/...").native(), "/a/.b/..c/...");
+    EXPECT_EQ(FilePath::fromNative("/a/b/").native(), "/a/b");
+    EXPECT_EQ(FilePath::fromNative("/a/b/.").native(), "/a/b");
+    EXPECT_EQ(FilePath::fromNative("/a").child(QByteArrayView("b/../c")).native(), "/a/c");
+    EXPECT_EQ(FilePath::fromNative("/a").child(QByteArrayView("b//c/")).native(), "/a/b/c");
+    EXPECT_EQ(FilePath::fromNative("/").child(QByteArrayView("x")).native(), "/x");
 }
 
 TEST(FilePath, KeepsBytesThatAreNotUtf8)

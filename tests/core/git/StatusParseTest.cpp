@@ -88,6 +88,26 @@ TEST(ParseStatus, FilesAreSortedNaturally)
     EXPECT_EQ(paths, (QStringList{"a", "b/a", "File2", "file10"}));
 }
 
+TEST(ParseStatus, NumbersSortByValueAndLeadingZerosAfter)
+{
+    const RepoStatus status = parseStatus(records({"?? m10/f", "?? m9/f", "?? m09/f", "?? m2/f10", "?? m2/f9"}), root);
+    QStringList paths;
+    for (const auto& file : status.files)
+        paths << file.path;
+    EXPECT_EQ(paths, (QStringList{"m2/f9", "m2/f10", "m9/f", "m09/f", "m10/f"}));
+}
+
+TEST(ParseStatus, EveryFolderAboveAChangeIsRecordedWhateverTheOrder)
+{
+    // A folder's files need not come together (renames are listed under their new names).
+    const RepoStatus status = parseStatus(records({" M a/x/1", " M b/2", " M a/x/3", "?? a/y/z/4", " M a/5"}), root);
+    const auto folder = [](const char* path) { return root.child(QByteArrayView(path)); };
+    EXPECT_EQ(status.foldersWithChanges,
+              (QSet<FilePath>{folder("a"), folder("a/x"), folder("b"), folder("a/y"), folder("a/y/z")}));
+    // A name that would climb out of the root is not taken.
+    EXPECT_TRUE(parseStatus(records({" M ../outside", " M a/../../up"}), root).files.isEmpty());
+}
+
 TEST(ParseStatus, DamagedOutputIsSkippedQuietly)
 {
     // Short records, a rename without its source at the very end, stray NULs, U+FFFD from bytes
