@@ -18,10 +18,33 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QTimer>
 #include <algorithm>
+#include <numeric>
 #include <cstdio>
 
 using namespace orwick;
+
+namespace {
+
+// Runs the event loop until `done` holds (true) or a minute has passed (false), sleeping while
+// there is nothing to do as the window's own loop does. A loop that polls would keep one of the
+// machine's cores busy while git runs and slow git down, which no user's window does.
+bool waitIdly(const std::function<bool()>& done)
+{
+    QTimer ticker; // wakes the wait now and then, so the limit is seen even when nothing happens
+    ticker.start(50);
+    QElapsedTimer timer;
+    timer.start();
+    while (!done()) {
+        if (timer.elapsed() > 60000)
+            return false;
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
+    return true;
+}
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -31,21 +54,7 @@ int main(int argc, char** argv)
         return 2;
     }
     const FilePath root = FilePath::fromText(QString::fromLocal8Bit(argv[1]));
-    constexpr int kRuns = 11; // the first warms the caches and isn't counted
-
-    std::vector<double> statusTimes;
-    for (int run = 0; run < kRuns; ++run) {
-        QElapsedTimer clock;
-        clock.start();
-        const GitOutput status = runCapturingErrors(
-            *gitExecutable(), {"status", "--porcelain=v1", "-z", "-b", "--ignored"}, root);
-        if (status.status != 0) {
-            std::fprintf(stderr, "git status failed: %s\n", qPrintable(status.errors));
-            return 1;
-        }
-        if (run > 0)
-            statusTimes.push_back(double(clock.nsecsElapsed()) / 1e6);
-    }
+    constexpr int kRuns = 21; // the first warms the caches and isn't counted
 
     ViewPreferences preferences;
     WindowState state(root, &preferences);
@@ -55,19 +64,38 @@ int main(int argc, char** argv)
     window.show();
     waitFor([] { return false; }, 200);
 
-    std::vector<double> listTimes, diffTimes;
+    std::vector<double> statusTimes, listTimes, diffTimes, builtTimes, statusInTimes;
     int files = 0;
     for (int run = 0; run < kRuns; ++run) {
+        // git status as Orwick runs it, just before each opening: both see the same machine.
+        QElapsedTimer statusClock;
+        statusClock.start();
+        const GitOutput reference = runCapturingErrors(
+            *gitExecutable(), {"status", "--porcelain=v1", "-z", "-b", "--ignored"}, root);
+        if (reference.status != 0) {
+            std::fprintf(stderr, "git status failed: %s\n", qPrintable(reference.errors));
+            return 1;
+        }
+        if (run > 0)
+            statusTimes.push_back(double(statusClock.nsecsElapsed()) / 1e6);
+        waitFor([] { return false; }, 50);
+
         Git git(gitExecutable(), nullptr);
         QElapsedTimer clock;
         clock.start();
+        double statusAt = 0;
+        QObject::connect(&git, &Git::statusChanged, &git, [&] {
+            if (statusAt == 0)
+                statusAt = double(clock.nsecsElapsed()) / 1e6;
+        });
         auto* panel = new GitReviewPanel(state, git, root, &window);
-        if (!waitFor([&] { return !panel->fileList()->rows().isEmpty(); })) {
+        const double builtAt = double(clock.nsecsElapsed()) / 1e6;
+        if (!waitIdly([&] { return !panel->fileList()->rows().isEmpty(); })) {
             std::fprintf(stderr, "the list did not come\n");
             return 1;
         }
         const double listAt = double(clock.nsecsElapsed()) / 1e6;
-        if (!waitFor([&] { return panel->diffView()->rowCount() > 0; })) {
+        if (!waitIdly([&] { return panel->diffView()->rowCount() > 0; })) {
             std::fprintf(stderr, "the first diff did not come\n");
             return 1;
         }
@@ -76,6 +104,8 @@ int main(int argc, char** argv)
         if (run > 0) {
             listTimes.push_back(listAt);
             diffTimes.push_back(diffAt - listAt);
+            builtTimes.push_back(builtAt);
+            statusInTimes.push_back(statusAt);
         }
         panel->closeSheet();
         waitFor([] { return false; }, 100);
@@ -83,8 +113,14 @@ int main(int argc, char** argv)
 
     const double status = median(statusTimes), list = median(listTimes), diff = median(diffTimes);
     std::printf("opening the review panel on %s (%d rows; median of %d):\n", qPrintable(root.text()), files, kRuns - 1);
-    std::printf("  git status (Orwick's way)   %7.1f ms\n", status);
-    std::printf("  the list on screen          %7.1f ms   list / git status = %.2f (target <= 1.20)\n", list, list / status);
-    std::printf("  the first diff after it     %7.1f ms   (target <= 50 ms)\n", diff);
+    const auto mean = [](const std::vector<double>& values) {
+        return values.empty() ? 0 : std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
+    };
+    std::printf("  git status (Orwick's way)   %7.1f ms   (mean %.1f ms)\n", status, mean(statusTimes));
+    std::printf("  the list on screen          %7.1f ms   (mean %.1f ms)   list / git status = %.2f, means %.2f (target <= 1.20)\n",
+                list, mean(listTimes), list / status, mean(listTimes) / mean(statusTimes));
+    std::printf("  the first diff after it     %7.1f ms   (mean %.1f ms; target <= 50 ms)\n", diff, mean(diffTimes));
+    std::printf("  where the list's time goes: panel built %.1f ms, status read in (Git::statusChanged) %.1f ms, rows shown %.1f ms\n",
+                median(builtTimes), median(statusInTimes), list);
     return list <= 1.2 * status && diff <= 50 ? 0 : 1;
 }
