@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QPointer>
 #include <QThreadPool>
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -22,6 +23,8 @@ extern char** environ;
 namespace orwick::ContentSearch {
 
 namespace {
+
+std::atomic<void (*)()> firstOutputProbe{nullptr};
 
 // This process's environment without a ripgrep configuration file, whose options could change
 // the output this reader expects.
@@ -111,6 +114,7 @@ RunOutcome runCommand(const Command& command, const FilePath& folder, const Canc
     static thread_local char buffer[1 << 16];
     int open = 2;
     bool stopped = false;
+    bool readAny = false;
     while (open > 0) {
         if (cancel.isCancelled() || (maxMatches > 0 && reader.matchesRead() >= maxMatches)) {
             outcome.isCapped = !cancel.isCancelled();
@@ -128,6 +132,11 @@ RunOutcome runCommand(const Command& command, const FilePath& folder, const Canc
                 continue;
             const ssize_t n = read(fds[i].fd, buffer, sizeof buffer);
             if (n > 0 && i == 0) {
+                if (!readAny) {
+                    readAny = true;
+                    if (auto* probe = firstOutputProbe.load(std::memory_order_relaxed))
+                        probe();
+                }
                 reader.read(QByteArrayView(buffer, n), batch);
                 if (!batch.empty()) {
                     sink(std::move(batch));
@@ -155,6 +164,8 @@ RunOutcome runCommand(const Command& command, const FilePath& folder, const Canc
         outcome.failure = failureMessage(outcome.exitStatus, errors);
     return outcome;
 }
+
+void setFirstOutputProbe(void (*probe)()) { firstOutputProbe.store(probe); }
 
 RunOutcome runSearch(const QString& query, const FilePath& folder, const Options& options, const CancelFlag& cancel,
                      const BatchSink& sink, qint64 maxMatches, const Tools& tools)

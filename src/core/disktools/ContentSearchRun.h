@@ -45,6 +45,11 @@ using Update = std::function<void(std::vector<FileMatches>&& batch, bool done, c
 void startSearch(QObject* receiver, const QString& query, const FilePath& folder, const Options& options,
                  CancelToken cancel, Update update, qint64 maxMatches);
 
+// For timing the window from the tool's first output on (bench/ui_find_in_files.cpp): `probe` is
+// called on the search's thread the moment a run first reads the tool's output, before parsing
+// it. None by default; set it before the searches it should see start.
+void setFirstOutputProbe(void (*probe)());
+
 // The panel's cap on matches kept.
 inline constexpr qint64 kPanelMatchLimit = 20000;
 
