@@ -19,16 +19,21 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QKeyEvent>
+#include <QMap>
+#include <QMetaEnum>
 #include <QPainter>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QTimer>
 #include <algorithm>
 #include <archive.h>
 #include <archive_entry.h>
 #include <cstdio>
 #include <ctime>
+#include <sys/resource.h>
 
 using namespace orwick;
 
@@ -107,6 +112,15 @@ void makeFiles(const QString& folder, int count)
     }
 }
 
+// The GUI thread's waits (blocked: a lock, a reply of the X server) and preemptions (another
+// thread or program had the core) so far.
+std::pair<long, long> threadSwitches()
+{
+    rusage usage{};
+    getrusage(RUSAGE_THREAD, &usage);
+    return {usage.ru_nvcsw, usage.ru_nivcsw};
+}
+
 qint64 threadCpuNs()
 {
     timespec t{};
@@ -114,39 +128,51 @@ qint64 threadCpuNs()
     return qint64(t.tv_sec) * 1'000'000'000 + t.tv_nsec;
 }
 
+// Runs the event loop until `done` holds (true) or `timeoutMs` has passed (false), looking after
+// each event. The loop sleeps between events as the window's own does (the probe's 4 ms timer
+// wakes it): spinning through processEvents() would keep one of the machine's two cores busy
+// and slow the loader's threads and the X server, which the user's window never does.
 bool waitFor(const std::function<bool()>& done, int timeoutMs = 10000)
 {
     QElapsedTimer timer;
     timer.start();
+    QTimer wake; // wakes the loop to look at the time when nothing else happens
+    wake.start(5);
     while (!done()) {
         if (timer.elapsed() > timeoutMs)
             return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 2);
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
     }
     return true;
 }
 
-// With ORWICK_SLOW_EVENTS set, every event that keeps the GUI thread for more than 4 ms is
-// printed with its receiver and nesting depth: where a long frame went.
+// With ORWICK_SLOW_EVENTS set, the GUI thread's events of each step that took over half a millisecond
+// (outermost ones, with their receiver) are kept, and those of the steps with the longest
+// frames printed: where a long frame went. ORWICK_SLOW_EVENTS=csv prints those of the first
+// steps onto .csv files as well.
 class TimedApplication : public QApplication {
 public:
     using QApplication::QApplication;
     bool notify(QObject* receiver, QEvent* event) override
     {
         static const bool report = qEnvironmentVariableIsSet("ORWICK_SLOW_EVENTS");
-        if (!report)
+        if (!report || QThread::currentThread() != thread()) // other threads' events (loads, timers) run beside the frames
             return QApplication::notify(receiver, event);
         QElapsedTimer timer;
         timer.start();
         ++m_depth;
-        const int type = event->type();
+        const QEvent::Type type = event->type();
         const bool result = QApplication::notify(receiver, event);
         --m_depth;
-        if (timer.nsecsElapsed() > 4'000'000)
-            std::printf("    slow event %d on %s (%s) at depth %d: %.1f ms\n", type, receiver->metaObject()->className(),
-                        qPrintable(receiver->objectName()), m_depth, timer.nsecsElapsed() / 1e6);
+        if (m_depth == 0 && timer.nsecsElapsed() > 500'000)
+            stepEvents += QStringLiteral("%1 on %2 %3 ms")
+                              .arg(QString::fromLatin1(QMetaEnum::fromType<QEvent::Type>().valueToKey(type)),
+                                   QString::fromLatin1(receiver->metaObject()->className()))
+                              .arg(timer.nsecsElapsed() / 1e6, 0, 'f', 1);
         return result;
     }
+
+    QStringList stepEvents;
 
 private:
     int m_depth = 0;
@@ -189,21 +215,32 @@ int main(int argc, char** argv)
     clock.start();
     qint64 last = 0, longest = 0, stepLongest = 0;
     qint64 lastCpu = threadCpuNs(), longestCpu = 0; // the GUI thread's own CPU time in its longest stretch
+    std::pair<long, long> lastSwitches = threadSwitches(), longestSwitches{0, 0};
+    int over16 = 0;       // stretches over 16 ms
+    quint64 ticks = 0;    // runs of the probe
     QTimer probe;
     probe.setInterval(4);
     QObject::connect(&probe, &QTimer::timeout, [&] {
         const qint64 now = clock.nsecsElapsed();
         const qint64 cpu = threadCpuNs();
-        if (now - last > longest)
+        const std::pair<long, long> switches = threadSwitches();
+        if (now - last > longest) {
             longestCpu = cpu - lastCpu;
+            longestSwitches = {switches.first - lastSwitches.first, switches.second - lastSwitches.second};
+        }
         lastCpu = cpu;
+        lastSwitches = switches;
         longest = std::max(longest, now - last);
         stepLongest = std::max(stepLongest, now - last);
+        over16 += now - last > 16'000'000;
+        ++ticks;
         last = now;
     });
     std::vector<double> latencies;
     std::vector<std::pair<double, QString>> slowest; // the longest frame of each step, with its item
     std::vector<std::pair<double, QString>> latest;  // each step's latency, with its item
+    QHash<QString, QString> eventsOf;                 // ORWICK_SLOW_EVENTS: each item's long events
+    QMap<QString, std::vector<double>> cpuOf;         // the GUI thread's CPU time of each step, by kind
     int late = 0, missing = 0;
     last = clock.nsecsElapsed();
     probe.start();
@@ -211,7 +248,9 @@ int main(int argc, char** argv)
     for (int i = 0; i < steps; ++i) {
         QElapsedTimer shown;
         shown.start();
+        const qint64 stepCpu = threadCpuNs();
         stepLongest = 0;
+        app.stepEvents.clear();
         QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
         QApplication::sendEvent(list, &down);
         QKeyEvent up(QEvent::KeyRelease, Qt::Key_Down, Qt::NoModifier);
@@ -226,8 +265,15 @@ int main(int argc, char** argv)
             continue;
         }
         const double ms = double(shown.nsecsElapsed()) / 1e6;
+        // The step ends at the probe's next run, after the shown preview was painted.
+        const quint64 tick = ticks;
+        waitFor([&] { return ticks > tick; });
+        cpuOf[QFileInfo(target.fileName()).suffix().isEmpty() ? QStringLiteral("folder") : QFileInfo(target.fileName()).suffix()]
+            .push_back(double(threadCpuNs() - stepCpu) / 1e6);
         latencies.push_back(ms);
         slowest.emplace_back(double(stepLongest) / 1e6, target.fileName());
+        if (!app.stepEvents.isEmpty())
+            eventsOf[target.fileName()] = app.stepEvents.join(QStringLiteral("; "));
         latest.emplace_back(ms, target.fileName());
         late += ms > 50;
     }
@@ -236,21 +282,37 @@ int main(int argc, char** argv)
     std::sort(latencies.begin(), latencies.end());
     auto at = [&](double q) { return latencies.empty() ? 0.0 : latencies[std::min(latencies.size() - 1, size_t(q * latencies.size()))]; };
     std::printf("%d cursor moves over %d mixed files with the preview %s\n", steps, count, withPreview ? "open" : "closed");
-    std::printf("  longest GUI-thread frame: %.1f ms, of which the GUI thread's own CPU time %.1f ms (target <= 16 ms)\n",
-                double(longest) / 1e6, double(longestCpu) / 1e6);
+    std::printf("  longest GUI-thread frame: %.1f ms, of which the GUI thread's own CPU time %.1f ms; it waited %ld times and was "
+                "preempted %ld times (target <= 16 ms)\n",
+                double(longest) / 1e6, double(longestCpu) / 1e6, longestSwitches.first, longestSwitches.second);
     std::printf("  preview shown after: median %.1f ms, 95th %.1f ms, 99th %.1f ms, max %.1f ms (target <= 50 ms)\n", at(0.5), at(0.95),
                 at(0.99), latencies.empty() ? 0.0 : latencies.back());
-    std::printf("  later than 50 ms: %d; never shown: %d\n", late, missing);
+    std::printf("  later than 50 ms: %d; never shown: %d; GUI-thread stretches over 16 ms: %d\n", late, missing, over16);
+    std::printf("  GUI thread's CPU per step (median / max ms):");
+    for (auto it = cpuOf.begin(); it != cpuOf.end(); ++it) {
+        std::sort(it->begin(), it->end());
+        std::printf(" %s %.1f / %.1f;", qPrintable(it.key()), (*it)[it->size() / 2], it->back());
+    }
+    std::printf("\n");
     std::sort(slowest.begin(), slowest.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
     std::printf("  longest frames by item:");
     for (size_t i = 0; i < std::min<size_t>(6, slowest.size()); ++i)
         std::printf(" %s %.1f ms;", qPrintable(slowest[i].second), slowest[i].first);
     std::printf("\n");
+    for (size_t i = 0; i < std::min<size_t>(6, slowest.size()); ++i)
+        if (eventsOf.contains(slowest[i].second))
+            std::printf("    %s: %s\n", qPrintable(slowest[i].second), qPrintable(eventsOf[slowest[i].second]));
     std::sort(latest.begin(), latest.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
     std::printf("  slowest previews:");
     for (size_t i = 0; i < std::min<size_t>(6, latest.size()); ++i)
         std::printf(" %s %.1f ms;", qPrintable(latest[i].second), latest[i].first);
     std::printf("\n");
+    if (const QString kind = qEnvironmentVariable("ORWICK_SLOW_EVENTS"); kind.size() > 1) {
+        int shownSteps = 0;
+        for (auto it = eventsOf.cbegin(); it != eventsOf.cend() && shownSteps < 8; ++it)
+            if (it.key().endsWith(QLatin1Char('.') + kind) && ++shownSteps)
+                std::printf("    %s: %s\n", qPrintable(it.key()), qPrintable(it.value()));
+    }
     if (!withPreview)
         return 0;
     return longest <= 16'000'000 && late == 0 && missing == 0 ? 0 : 1;

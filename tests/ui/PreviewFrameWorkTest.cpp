@@ -1,16 +1,21 @@
 // What the preview keeps off the GUI thread: a picture comes from its load already at the size
-// the view shows it (and the view draws it at that size, never enlarged), and a text document
-// the view lets go of is freed on another thread.
+// the view shows it (and the view draws it at that size, never enlarged), a text document comes
+// unwrapped as the view shows it, and one the view lets go of is freed on another thread. And
+// what it keeps out of the window: a new item never lays the window out again.
 
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 #include "ui/preview/DocumentDisposal.h"
 #include "ui/preview/PreparedPreview.h"
 #include "ui/preview/PreviewImageView.h"
+#include "ui/preview/PreviewView.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QPlainTextDocumentLayout>
+#include <QPlainTextEdit>
 #include <QThread>
+#include <QVBoxLayout>
 #include <atomic>
 #include <gtest/gtest.h>
 
@@ -73,4 +78,75 @@ TEST(PreviewDocuments, ADocumentStillHeldElsewhereIsLeftToItsHolder)
     EXPECT_EQ(holder->thread(), QThread::currentThread());
     holder.reset();
     EXPECT_TRUE(destroyed);
+}
+
+TEST(PreviewDocuments, ATextDocumentComesUnwrappedAsTheViewShowsIt)
+{
+    // Any other wrap mode would have the view lay every block out again on the GUI thread.
+    test::TempTree tree;
+    PreviewRequest request;
+    request.path = tree.file("long.log", QByteArray("a line of a log file\n").repeated(2000));
+    CancelFlag cancel;
+    const PreparedPreview prepared = preparePreview(request, PreviewStyle::fromApplication(), cancel);
+    ASSERT_EQ(prepared.content.kind, PreviewContent::Kind::text);
+    ASSERT_NE(prepared.document, nullptr);
+    EXPECT_EQ(prepared.document->defaultTextOption().wrapMode(), QTextOption::NoWrap);
+    EXPECT_EQ(prepared.document->blockCount(), 2001);
+    PreviewView view;
+    EXPECT_EQ(view.textView()->lineWrapMode(), QPlainTextEdit::NoWrap);
+}
+
+namespace {
+
+// Counts the layout requests a widget is sent.
+class LayoutRequests : public QObject {
+public:
+    explicit LayoutRequests(QWidget* watched) { watched->installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        count += event->type() == QEvent::LayoutRequest;
+        return false;
+    }
+};
+
+} // namespace
+
+TEST(PreviewViewLayout, ItemsShownInTurnLeaveTheWindowsLayoutAlone)
+{
+    test::TempTree tree;
+    QWidget window;
+    auto* layout = new QVBoxLayout(&window);
+    auto* view = new PreviewView(&window);
+    layout->addWidget(view);
+    window.resize(500, 400);
+    window.show();
+    ASSERT_TRUE(test::waitUntil([&] { return view->isVisible() && view->width() > 0; }));
+
+    // Each kind with its own header: a title, details, a note of a limit, or none.
+    std::vector<PreparedPreview> items;
+    CancelFlag cancel;
+    const PreviewStyle style = PreviewStyle::fromApplication();
+    for (const FilePath& path : {tree.file("script.py", "def f():\n    return 1\n"), tree.file("table.csv", "a,b\n1,2\n3,4\n"),
+                                 tree.file("notes.txt", QByteArray("a longer line of text that goes on\n").repeated(400)),
+                                 tree.path("gone.txt")}) {
+        PreviewRequest request;
+        request.path = path;
+        items.push_back(preparePreview(request, style, cancel));
+        ASSERT_FALSE(items.back().content.isEmpty()) << path.text().toStdString();
+    }
+    for (const PreparedPreview& item : items) // each page shown once, as it is first polished
+        view->showPrepared(item);
+    QApplication::processEvents();
+
+    LayoutRequests requests(&window);
+    for (int round = 0; round < 2; ++round)
+        for (const PreparedPreview& item : items) {
+            view->showPrepared(item);
+            QApplication::processEvents();
+        }
+    EXPECT_EQ(requests.count, 0);
+    EXPECT_EQ(view->titleText(), QStringLiteral("gone.txt"));
 }

@@ -47,12 +47,21 @@ QString noteStyleSheet(const PreviewStyle& style)
         + SyntaxHighlighter::css(style.dark, style.syntax);
 }
 
+// The document of a text or hex preview, made ready for the view's QPlainTextEdit so that
+// taking it on the GUI thread passes over each of its thousands of blocks once, cheaply: it
+// already has the view's wrap mode (a different one would lay every block out again there) and
+// every block its QTextLayout (else made one by one on the GUI thread as the view sizes them).
 std::shared_ptr<QTextDocument> plainDocument(const QString& text, const QFont& font)
 {
     auto document = std::make_shared<QTextDocument>();
     document->setDocumentLayout(new QPlainTextDocumentLayout(document.get()));
     document->setDefaultFont(font);
+    QTextOption option = document->defaultTextOption();
+    option.setWrapMode(QTextOption::NoWrap);
+    document->setDefaultTextOption(option);
     document->setPlainText(text);
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next())
+        block.layout();
     return document;
 }
 

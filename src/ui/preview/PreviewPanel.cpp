@@ -114,12 +114,13 @@ void PreviewPanel::leave(NoteEditor* editor)
 
 void PreviewPanel::updateBox()
 {
-    // Pictures are decoded for the panel's size in device pixels, rounded up so that small
-    // changes of width don't decode again.
+    // Pictures are decoded for the panel's size in device pixels, each side rounded up so that
+    // small changes of size don't call for a new decode. Not for a square of its longer side: a
+    // photo in a tall, narrow column would decode at twice or three times the size it is shown
+    // (a 6-megapixel JPEG: 25 ms at 1024 wide, 19 ms at 512).
     const qreal ratio = devicePixelRatioF();
-    const int side = int(std::max(width(), height()) * ratio);
-    const int rounded = (side + 255) / 256 * 256;
-    m_follower->load()->setBox(QSize(rounded, rounded), std::max(120, width() - 48));
+    auto roundedUp = [](qreal side) { return (int(side) + 255) / 256 * 256; };
+    m_follower->load()->setBox(QSize(roundedUp(width() * ratio), roundedUp(height() * ratio)), std::max(120, width() - 48));
 }
 
 void PreviewPanel::showEvent(QShowEvent* event)

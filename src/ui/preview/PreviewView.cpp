@@ -2,6 +2,7 @@
 
 #include "preview/MarkdownRender.h"
 #include "ui/preview/DocumentDisposal.h"
+#include "ui/preview/PreviewHeaderLine.h"
 #include "ui/preview/PreviewImageView.h"
 #include "ui/preview/PreviewTableModel.h"
 #include "ui/theme/Theme.h"
@@ -15,44 +16,27 @@
 #include <QStackedWidget>
 #include <QTableView>
 #include <QTextBrowser>
-#include <QVBoxLayout>
+#include <algorithm>
 
 namespace orwick {
 
 namespace {
-
-// One line of the header. Lines keep their height whatever they hold, so a new item repaints
-// the header without laying the column out again; the whole text is in the tooltip.
-QLabel* makeLine(QWidget* parent, bool dim)
-{
-    auto* label = new QLabel(parent);
-    label->setTextFormat(Qt::PlainText);
-    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    if (dim) {
-        QPalette palette = label->palette();
-        palette.setColor(QPalette::WindowText, theme::dimText());
-        label->setPalette(palette);
-    }
-    return label;
-}
-
+// Room around the view's content, and between the header and what it shows.
+constexpr QMargins kMargins{10, 8, 10, 8};
+constexpr int kLineSpacing = 2;
+constexpr int kHeaderGap = 8;
 } // namespace
 
 PreviewView::PreviewView(QWidget* parent) : QWidget(parent)
 {
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(10, 8, 10, 8);
-    layout->setSpacing(2);
-    m_title = makeLine(this, false);
+    m_title = new PreviewHeaderLine(PreviewHeaderLine::Tone::normal, this);
     QFont bold = m_title->font();
     bold.setBold(true);
     if (bold.pointSizeF() > 0)
         bold.setPointSizeF(bold.pointSizeF() * 1.1);
     m_title->setFont(bold);
-    m_details = makeLine(this, true);
-    m_noteLine = makeLine(this, true);
-    for (QLabel* line : {m_title, m_details, m_noteLine})
-        line->setFixedHeight(line->fontMetrics().height() + 2);
+    m_details = new PreviewHeaderLine(PreviewHeaderLine::Tone::dim, this);
+    m_noteLine = new PreviewHeaderLine(PreviewHeaderLine::Tone::dim, this);
     m_stack = new QStackedWidget(this);
 
     m_text = new QPlainTextEdit(m_stack);
@@ -80,18 +64,17 @@ PreviewView::PreviewView(QWidget* parent) : QWidget(parent)
     m_table->horizontalHeader()->setDefaultSectionSize(140);
     m_table->horizontalHeader()->setStretchLastSection(true);
 
-    m_message = makeLine(m_stack, true);
+    m_message = new QLabel(m_stack);
+    m_message->setTextFormat(Qt::PlainText);
+    m_message->setWordWrap(true);
+    m_message->setForegroundRole(QPalette::PlaceholderText);
     m_message->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     m_message->setContentsMargins(8, 24, 8, 8);
 
     for (QWidget* page : {static_cast<QWidget*>(m_text), static_cast<QWidget*>(m_noteView), static_cast<QWidget*>(m_image),
                           static_cast<QWidget*>(m_table), static_cast<QWidget*>(m_message)})
         m_stack->addWidget(page);
-    layout->addWidget(m_title);
-    layout->addWidget(m_details);
-    layout->addWidget(m_noteLine);
-    layout->addSpacing(6);
-    layout->addWidget(m_stack, 1);
+    placeChildren();
     showPlaceholder(QString());
 }
 
@@ -104,25 +87,17 @@ PreviewView::~PreviewView()
 
 void PreviewView::setHeader(const PreviewContent& content)
 {
-    setLine(m_title, content.title);
-    setLine(m_details, content.details.join(QStringLiteral(" · ")));
-    setLine(m_noteLine, content.note);
-}
-
-void PreviewView::setLine(QLabel* label, const QString& text)
-{
-    label->setProperty("fullText", text);
-    label->setToolTip(text);
-    label->setText(label->fontMetrics().elidedText(text, Qt::ElideRight, std::max(40, m_stack->width())));
+    m_title->setText(content.title);
+    m_details->setText(content.details.join(QStringLiteral(" · ")));
+    m_noteLine->setText(content.note);
 }
 
 void PreviewView::showPlaceholder(const QString& text)
 {
     m_path = {};
     m_kind = PreviewContent::Kind::none;
-    setLine(m_title, {});
-    setLine(m_details, {});
-    setLine(m_noteLine, {});
+    for (PreviewHeaderLine* line : {m_title, m_details, m_noteLine})
+        line->setText({});
     m_message->setText(text);
     m_stack->setCurrentWidget(m_message);
     letGoOf(std::move(m_document));
@@ -179,6 +154,7 @@ void PreviewView::showPrepared(PreparedPreview prepared)
     case Kind::archive:
         m_tableModel->setRows(std::move(content.header), std::move(content.rows));
         m_table->verticalHeader()->setVisible(content.kind == Kind::table); // rows are numbered in tables only
+        fitTableColumns();
         m_stack->setCurrentWidget(m_table);
         break;
     case Kind::message:
@@ -202,19 +178,71 @@ void PreviewView::addDetail(const FilePath& path, const QString& line)
 {
     if (path != m_path)
         return;
-    const QString current = m_details->property("fullText").toString();
-    setLine(m_details, current.isEmpty() ? line : current + QStringLiteral(" · ") + line);
+    const QString current = m_details->text();
+    m_details->setText(current.isEmpty() ? line : current + QStringLiteral(" · ") + line);
 }
 
-QString PreviewView::titleText() const { return m_title->property("fullText").toString(); }
-QString PreviewView::detailsText() const { return m_details->property("fullText").toString(); }
-QString PreviewView::noteText() const { return m_noteLine->property("fullText").toString(); }
+QString PreviewView::titleText() const { return m_title->text(); }
+QString PreviewView::detailsText() const { return m_details->text(); }
+QString PreviewView::noteText() const { return m_noteLine->text(); }
+
+void PreviewView::fitTableColumns()
+{
+    // Each column as wide as its title and its first rows need, within bounds: a short column
+    // isn't padded out to a fixed width while a longer one is cut. The first rows only, measured
+    // by the font: the whole table would cost the frame that shows it.
+    constexpr int kRowsMeasured = 24, kNarrowest = 48, kPadding = 16;
+    const QFontMetrics metrics = m_table->fontMetrics();
+    const int widest = std::max(160, m_stack->width() * 2 / 3);
+    QHeaderView* columns = m_table->horizontalHeader();
+    const int rows = std::min(kRowsMeasured, m_tableModel->rowCount());
+    for (int column = 0; column < m_tableModel->columnCount(); ++column) {
+        int width = metrics.horizontalAdvance(m_tableModel->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+        for (int row = 0; row < rows; ++row)
+            width = std::max(width, metrics.horizontalAdvance(m_tableModel->index(row, column).data().toString()));
+        columns->resizeSection(column, std::clamp(width + kPadding, kNarrowest, widest));
+    }
+}
+
+// The lines around the page: title and details above, the note of a limit below.
+int PreviewView::headerHeight() const
+{
+    return m_title->height() + kLineSpacing + m_details->height() + kHeaderGap + kLineSpacing + m_noteLine->height();
+}
+
+QSize PreviewView::sizeHint() const
+{
+    return m_stack->sizeHint().grownBy(kMargins) + QSize(0, headerHeight());
+}
+
+QSize PreviewView::minimumSizeHint() const { return QSize(120, headerHeight() + 60).grownBy(kMargins); }
+
+void PreviewView::placeChildren()
+{
+    // The note ("Showing the first 512 kB…") sits under the page, where its empty line reads as
+    // the view's margin rather than a gap between the header and the page.
+    const QRect room = rect().marginsRemoved(kMargins);
+    m_title->setGeometry(room.left(), room.top(), room.width(), m_title->height());
+    m_details->setGeometry(room.left(), m_title->geometry().bottom() + 1 + kLineSpacing, room.width(), m_details->height());
+    const int top = m_details->geometry().bottom() + 1 + kHeaderGap;
+    const int noteTop = room.bottom() + 1 - m_noteLine->height();
+    m_noteLine->setGeometry(room.left(), noteTop, room.width(), m_noteLine->height());
+    m_stack->setGeometry(room.left(), top, room.width(), std::max(0, noteTop - kLineSpacing - top));
+}
 
 void PreviewView::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    for (QLabel* line : {m_title, m_details, m_noteLine})
-        setLine(line, line->property("fullText").toString());
+    placeChildren();
+}
+
+bool PreviewView::event(QEvent* event)
+{
+    // Placed by hand, not by a QLayout, so that a new item's header or page never asks the
+    // window's layouts to run again; a line's new height (a font change) comes here.
+    if (event->type() == QEvent::LayoutRequest)
+        placeChildren();
+    return QWidget::event(event);
 }
 
 QWidget* PreviewView::focusTarget() const

@@ -1,11 +1,13 @@
 #pragma once
-// PreviewView: draws one PreparedPreview — a title with details and a note over the content:
-// text and hex in a plain text view, a note as rendered HTML, pictures, tables and archive
-// entries, or a message. Used by the preview panel and by Quick Look.
+// PreviewView: draws one PreparedPreview — a title with details over the content, and under it
+// the note of a limit that was hit. The content: text and hex in a plain text view, a note as
+// rendered HTML, pictures, tables and archive entries, or a message. Used by the preview panel
+// and by Quick Look.
 //
 // In a rendered note each task box is a link; clicking it, or pressing Space while it has the
 // keyboard (Tab moves between links), emits taskToggleRequested(). Showing the same item again
-// (after it changed) keeps the scroll position. Lives on the GUI thread.
+// (after it changed) keeps the scroll position. The header and the page are placed by hand, so a
+// new item repaints the view without laying out the window again. Lives on the GUI thread.
 
 #include "ui/preview/PreparedPreview.h"
 
@@ -19,6 +21,7 @@ class QTextBrowser;
 
 namespace orwick {
 
+class PreviewHeaderLine;
 class PreviewImageView;
 class PreviewTableModel;
 
@@ -48,23 +51,29 @@ public:
     // The widget that should get the keyboard for the shown kind.
     QWidget* focusTarget() const;
 
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 Q_SIGNALS:
     void taskToggleRequested(const orwick::FilePath& note, int line);
 
 protected:
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     void onLink(const QUrl& url);
     void setHeader(const PreviewContent& content);
-    void setLine(QLabel* label, const QString& text);
+    void placeChildren();
+    void fitTableColumns();
+    int headerHeight() const;
     // Detaches `document` from the views and frees it off the GUI thread (DocumentDisposal.h).
     void letGoOf(std::shared_ptr<QTextDocument> document);
 
-    QLabel* m_title;
-    QLabel* m_details;
-    QLabel* m_noteLine;
+    PreviewHeaderLine* m_title;
+    PreviewHeaderLine* m_details;
+    PreviewHeaderLine* m_noteLine;
     QStackedWidget* m_stack;
     QPlainTextEdit* m_text;
     QTextBrowser* m_noteView;

@@ -9,6 +9,51 @@
 
 namespace orwick {
 
+namespace {
+
+// What a view last drew of its pane's caret and selection. A caret move then redraws the rows
+// whose marks changed, not the whole viewport: a screenful of rows whose every cell lays its
+// text out again cost milliseconds on each key.
+struct DrawnMarks {
+    std::optional<FilePath> cursor;
+    QSet<FilePath> selection;
+};
+constexpr char kDrawnMarks[] = "orwickDrawnMarks";
+// Past this many changed rows one redraw of the viewport is as cheap.
+constexpr qsizetype kRowsRedrawnAlone = 32;
+
+void redrawMarks(QAbstractItemView* view, const QAbstractItemModel* shown, const PaneState* pane)
+{
+    const QVariant before = view->property(kDrawnMarks);
+    DrawnMarks now;
+    if (pane)
+        now = {pane->cursor(), pane->selection()};
+    view->setProperty(kDrawnMarks, QVariant::fromValue(now));
+    const DrawnMarks was = before.value<DrawnMarks>();
+    if (!pane || !before.isValid() || was.selection.size() + now.selection.size() > kRowsRedrawnAlone) {
+        view->viewport()->update();
+        return;
+    }
+    QSet<FilePath> changed = was.selection; // the rows selected before or now, not both
+    for (const FilePath& url : now.selection)
+        if (!changed.remove(url))
+            changed.insert(url);
+    for (const std::optional<FilePath>& caret : {was.cursor, now.cursor})
+        if (caret)
+            changed.insert(*caret);
+    for (const FilePath& url : changed) {
+        const int row = pane->row(url);
+        if (row < 0 || row >= shown->rowCount())
+            continue;
+        QRect band = view->visualRect(shown->index(row, 0));
+        band.setLeft(0);
+        band.setRight(view->viewport()->width());
+        view->viewport()->update(band);
+    }
+}
+
+} // namespace
+
 void pressOnView(QAbstractItemView* view, PaneState& pane, QMouseEvent* event)
 {
     view->setFocus(Qt::MouseFocusReason);
@@ -62,7 +107,7 @@ void followCursor(QAbstractItemView* view, const QWidget* visibleOwner)
             view->scrollTo(shown->index(row, FileListModel::NameColumn), QAbstractItemView::EnsureVisible);
         }
     }
-    view->viewport()->update();
+    redrawMarks(view, shown, pane);
 }
 
 int pageRowsOf(const QAbstractItemView* view, int rowsPerLine)
