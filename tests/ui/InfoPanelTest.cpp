@@ -12,6 +12,7 @@
 #include "support/TaggedJpeg.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <sys/stat.h>
 
 namespace orwick::test {
@@ -34,6 +35,44 @@ unsigned modeOf(const FilePath& path)
 }
 
 InfoPanel* infoPanel(QWidget* window) { return window->findChild<InfoPanel*>(); }
+
+TEST_F(InfoPanelTest, EveryNameLinesUpInOneColumnWithThePermissionsLast)
+{
+    const FilePath file = tree.file("report.txt", "twelve bytes");
+    const FilePath second = tree.file("second.txt", "more");
+    openWithPanels(tree.root());
+    select(file);
+    press(Qt::Key_I, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return infoPanel(window.get()) && infoPanel(window.get())->info().path == file; }));
+    InfoPanel* panel = infoPanel(window.get());
+    QApplication::processEvents();
+    auto labelNamed = [panel](const QString& text) -> QLabel* {
+        for (QLabel* label : panel->findChildren<QLabel*>())
+            if (label->text() == text && label->isVisible())
+                return label;
+        return nullptr;
+    };
+    QLabel* name = labelNamed(QStringLiteral("Name"));
+    QLabel* permissions = labelNamed(QStringLiteral("Permissions"));
+    ASSERT_NE(name, nullptr);
+    ASSERT_NE(permissions, nullptr);
+    const QPoint nameEdge = name->mapTo(panel, name->rect().topRight());
+    const QPoint permissionsEdge = permissions->mapTo(panel, permissions->rect().topRight());
+    EXPECT_EQ(nameEdge.x(), permissionsEdge.x()) << "right edges of the names";
+    EXPECT_GT(permissionsEdge.y(), nameEdge.y());
+    // Another item's rows: the permissions still once, still last.
+    select(second);
+    ASSERT_TRUE(waitUntil([&] { return panel->info().path == second; }));
+    QApplication::processEvents();
+    EXPECT_EQ(panel->rowText(QStringLiteral("Name")), QStringLiteral("second.txt"));
+    permissions = labelNamed(QStringLiteral("Permissions"));
+    ASSERT_NE(permissions, nullptr);
+    EXPECT_GT(permissions->mapTo(panel, QPoint()).y(), labelNamed(QStringLiteral("Name"))->mapTo(panel, QPoint()).y());
+    int permissionRows = 0;
+    for (QLabel* label : panel->findChildren<QLabel*>())
+        permissionRows += label->text() == QStringLiteral("Permissions");
+    EXPECT_EQ(permissionRows, 1);
+}
 
 TEST_F(InfoPanelTest, CtrlIShowsTheCursorsFileAndAToggledPermissionIsUndone)
 {

@@ -1,5 +1,6 @@
-// The space treemap: blocks coloured by their file category in the theme's tints, a legend of
-// the categories shown (largest first) below the blocks, and a new theme repainting them.
+// The space treemap: blocks coloured by their file category in the theme's tints, a folder's
+// next level drawn inside it, a legend of the categories shown (largest first) below the
+// blocks, and a new theme repainting them.
 
 #include "support/TestMain.h"
 #include "theme/ThemeStore.h"
@@ -62,6 +63,36 @@ TEST_F(TreemapWidgetTest, TheLegendNamesTheCategoriesShownLargestFirst)
     const qreal legendTop = map.height() - (map.fontMetrics().height() + 8);
     for (const TreemapWidget::Block& block : map.blocks())
         EXPECT_LE(block.rect.bottom(), legendTop) << "the legend has its own line";
+}
+
+TEST_F(TreemapWidgetTest, AFoldersNextLevelIsDrawnInsideItInItsCategorysTint)
+{
+    SpaceNode* photos = root.children.front().get();
+    ASSERT_EQ(photos->name, "Photos");
+    photos->addChild("beach.jpg", false)->size = 30'000'000;
+    photos->addChild("trip.mov", false)->size = 15'000'000;
+    map.relayout();
+    const TreemapWidget::Block* block = nullptr;
+    for (const TreemapWidget::Block& candidate : map.blocks())
+        if (candidate.node == photos)
+            block = &candidate;
+    ASSERT_NE(block, nullptr);
+    ASSERT_EQ(block->inside.size(), 2u);
+    EXPECT_EQ(block->inside[0].category, FileCategory::image);
+    EXPECT_EQ(block->inside[1].category, FileCategory::video);
+    for (const TreemapWidget::Block::Inner& inner : block->inside)
+        EXPECT_TRUE(block->rect.contains(inner.rect));
+    EXPECT_GT(block->inside[0].rect.width() * block->inside[0].rect.height(),
+              block->inside[1].rect.width() * block->inside[1].rect.height());
+    EXPECT_GT(block->inside[0].rect.top(), block->rect.top() + map.fontMetrics().height()) << "under the folder's label";
+    EXPECT_TRUE(map.legend().contains(FileCategory::image)) << "the legend names what is drawn inside";
+
+    // The picture's block is drawn in the images' tint, a shade softer than a block of its own.
+    const QColor drawn = map.grab().toImage().pixelColor(block->inside[0].rect.center().toPoint());
+    const QColor image = mixColors(theme::background(), theme::categoryTint(FileCategory::image), 0.42);
+    const QColor folder = mixColors(theme::background(), theme::categoryTint(FileCategory::folder), 0.42);
+    EXPECT_LT(distance(drawn, image), 40);
+    EXPECT_GT(distance(drawn, folder), 40);
 }
 
 TEST_F(TreemapWidgetTest, OnlyTheMouseOpensAMenuThroughTheContextEvent)

@@ -140,7 +140,7 @@ const ExtensionType& typeOfExtension(const QString& lowerExtension)
         if (mime.isValid() && !mime.isDefault()) {
             type.known = true;
             type.category = conformance(mime);
-            type.kind = mime.comment();
+            type.kind = kindOfMimeComment(mime.comment());
         }
     }
     QMutexLocker lock(&mutex);
@@ -152,6 +152,13 @@ const ExtensionType& typeOfExtension(const QString& lowerExtension)
     store.push_back(type);
     cache.insert(lowerExtension, &store.back());
     return store.back();
+}
+
+QString kindOfMimeComment(const QString& comment)
+{
+    if (comment.isEmpty() || !comment.front().isLower())
+        return comment;
+    return comment.front().toUpper() + comment.mid(1);
 }
 
 FileCategory categorize(const QString& ext, bool isFolder, bool isPackage)

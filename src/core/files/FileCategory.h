@@ -27,9 +27,13 @@ QString categoryName(FileCategory category);
 struct ExtensionType {
     bool known = false;                          // the extension has a MIME type
     FileCategory category = FileCategory::other; // conformance result for a known type
-    QString kind;                                // the type's description ("PNG image")
+    QString kind;                                // the type's description ("PNG image", "Plain text document")
 };
 const ExtensionType& typeOfExtension(const QString& lowerExtension);
+
+// A MIME type's description as a kind, in sentence case as every kind is written ("Folder",
+// "Broken link"): the MIME database writes some with a small first letter ("plain text document").
+QString kindOfMimeComment(const QString& comment);
 
 // Folder extensions that make a folder one document (shown and opened as a file).
 bool isPackageExtension(const QString& lowerExtension);

@@ -1,5 +1,7 @@
 #include "files/FileInfo.h"
 
+#include "files/FileCategory.h"
+
 #include "places/TagList.h"
 #include "platform/ErrorText.h"
 #include "platform/Xattr.h"
@@ -111,7 +113,7 @@ FileInfo loadFileInfo(const FilePath& path)
     } else {
         const QMimeType type = mimes.mimeTypeForFile(path.text());
         info.mimeType = type.name();
-        info.kind = type.comment();
+        info.kind = kindOfMimeComment(type.comment());
         info.size = qint64(sx.stx_size);
     }
     if (const std::optional<QByteArray> tags = xattr::get(path, xattr::tags))

@@ -60,14 +60,16 @@ InfoPanel::InfoPanel(WindowState& window, QWidget* parent)
     scroll->setFrameShape(QFrame::NoFrame);
     auto* content = new QWidget(scroll);
     auto* column = new QVBoxLayout(content);
+    // One form, so that every name lines up in one column, the permissions its last row; each
+    // name sits on the first line of what it names (a value that wraps, the permission grid).
     m_form = new QFormLayout;
-    m_form->setLabelAlignment(Qt::AlignRight);
+    m_form->setLabelAlignment(Qt::AlignRight | Qt::AlignTop);
+    m_form->setVerticalSpacing(6);
     column->addLayout(m_form);
-    auto* permissions = new QFormLayout;
-    permissions->setLabelAlignment(Qt::AlignRight);
     m_access = new AccessEditor(content);
-    permissions->addRow(QStringLiteral("Permissions"), m_access);
-    column->addLayout(permissions);
+    auto* permissions = new QLabel(QStringLiteral("Permissions"));
+    permissions->setForegroundRole(QPalette::PlaceholderText);
+    m_form->addRow(permissions, m_access);
     m_backlinks = new BacklinksView(content);
     column->addWidget(m_backlinks);
     column->addStretch(1);
@@ -151,7 +153,7 @@ void InfoPanel::reload()
 
 void InfoPanel::clearRows()
 {
-    while (m_form->rowCount() > 0)
+    while (m_form->rowCount() > 1) // all but the permissions
         m_form->removeRow(0);
     m_sizeLabel = nullptr;
 }
@@ -163,7 +165,7 @@ void InfoPanel::addRow(const QString& label, const QString& text)
     field->setWordWrap(true);
     auto* name = new QLabel(label);
     name->setForegroundRole(QPalette::PlaceholderText); // dim, from the theme
-    m_form->addRow(name, field);
+    m_form->insertRow(m_form->rowCount() - 1, name, field);
     if (label == QLatin1String("Size"))
         m_sizeLabel = field;
 }
@@ -208,7 +210,7 @@ void InfoPanel::addOpenWithRow(const FileInfo& info)
     buttons->addStretch(1);
     auto* name = new QLabel(QStringLiteral("Open With"));
     name->setForegroundRole(QPalette::PlaceholderText);
-    m_form->addRow(name, field);
+    m_form->insertRow(m_form->rowCount() - 1, name, field);
 }
 
 void InfoPanel::showOne(FileInfo info)

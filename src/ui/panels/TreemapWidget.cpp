@@ -12,6 +12,7 @@
 #include <QLinearGradient>
 #include <QMouseEvent>
 #include <QPainter>
+#include <algorithm>
 
 namespace orwick {
 
@@ -23,6 +24,55 @@ constexpr int kSwatch = 10;
 FileCategory categoryOf(const SpaceNode& node)
 {
     return categorize(FilePath::fromNative("/" + node.name), node.isFolder && !node.isPackage, node.isPackage);
+}
+
+// Inside a folder's block the next level is drawn, as Filelight and WinDirStat do, so where its
+// space goes shows without going in. At most this many children, the largest; smaller ones and
+// the folder's own files are the folder's plain ground.
+constexpr size_t kInnerBlocks = 120;
+constexpr double kInnerMinSide = 24;
+
+std::vector<TreemapWidget::Block::Inner> layOutInside(const SpaceNode& folder, const QRectF& room)
+{
+    std::vector<TreemapWidget::Block::Inner> inside;
+    if (!folder.isFolder || folder.isPackage || folder.children.empty() || folder.size <= 0 || room.width() < kInnerMinSide
+        || room.height() < kInnerMinSide)
+        return inside;
+    std::vector<double> values;
+    std::vector<const SpaceNode*> shown;
+    qint64 drawn = 0;
+    for (const auto& child : folder.children) { // largest first
+        if (child->size <= 0 || shown.size() == kInnerBlocks)
+            break;
+        values.push_back(double(child->size));
+        shown.push_back(child.get());
+        drawn += child->size;
+    }
+    // The rest keeps its share of the room, undrawn, where its size puts it.
+    const double rest = double(folder.size - drawn);
+    const auto at = std::find_if(values.begin(), values.end(), [rest](double v) { return v < rest; });
+    const auto restIndex = rest > 0 ? at - values.begin() : -1;
+    if (rest > 0)
+        values.insert(at, rest);
+    const std::vector<QRectF> rects = Treemap::layout(values, room);
+    for (qsizetype i = 0, child = 0; i < qsizetype(rects.size()); ++i) {
+        if (i == restIndex)
+            continue;
+        const SpaceNode* node = shown[size_t(child++)];
+        if (rects[size_t(i)].width() >= 2 && rects[size_t(i)].height() >= 2)
+            inside.push_back({rects[size_t(i)], categoryOf(*node)});
+    }
+    return inside;
+}
+
+// A block's fill: its category's tint over the ground, shaded as a cushion.
+void paintCushion(QPainter& painter, const QRectF& rect, FileCategory category, double strength)
+{
+    const QColor fill = mixColors(theme::background(), theme::categoryTint(category), strength);
+    QLinearGradient cushion(rect.topLeft(), rect.bottomRight());
+    cushion.setColorAt(0, fill.lighter(112));
+    cushion.setColorAt(1, fill.darker(112));
+    painter.fillRect(rect, cushion);
 }
 } // namespace
 
@@ -88,9 +138,21 @@ void TreemapWidget::relayout()
             m_blocks[i].rect = rects[i];
     }
     QHash<int, qint64> taken;
+    const int labelHeight = fontMetrics().height() * 2 + 6;
     for (Block& block : m_blocks) {
         block.category = block.node ? categoryOf(*block.node) : FileCategory::other;
-        taken[int(block.category)] += block.node ? block.node->size : m_node->smallFiles;
+        const bool labelled = block.rect.width() >= kLabelMinWidth && block.rect.height() >= kLabelMinHeight;
+        if (block.node)
+            block.inside = layOutInside(*block.node, block.rect.adjusted(3, labelled ? labelHeight : 3, -3, -3));
+        qint64 folderOwn = block.node ? block.node->size : m_node->smallFiles;
+        if (!block.inside.empty())
+            for (const auto& child : block.node->children) // the legend names what is drawn inside too
+                if (child->size > 0) {
+                    taken[int(categoryOf(*child))] += child->size;
+                    folderOwn -= child->size;
+                }
+        if (folderOwn > 0 || block.inside.empty())
+            taken[int(block.category)] += std::max<qint64>(0, folderOwn);
     }
     m_legend.clear();
     for (auto it = taken.cbegin(); it != taken.cend(); ++it)
@@ -219,13 +281,14 @@ void TreemapWidget::paintEvent(QPaintEvent*)
         if (block.rect.width() < 1 || block.rect.height() < 1)
             continue;
         // The tint laid over the ground, lighter where the pointer is, shaded as a cushion.
-        const QColor fill = mixColors(theme::background(), theme::categoryTint(block.category), &block == m_hovered || (&block == currentBlock() && hasFocus()) ? 0.78 : 0.55);
-        QLinearGradient cushion(block.rect.topLeft(), block.rect.bottomRight());
-        cushion.setColorAt(0, fill.lighter(112));
-        cushion.setColorAt(1, fill.darker(112));
-        painter.fillRect(block.rect, cushion);
+        const bool lit = &block == m_hovered || (&block == currentBlock() && hasFocus());
+        paintCushion(painter, block.rect, block.category, lit ? 0.78 : 0.55);
         painter.setPen(theme::separator());
         painter.drawRect(block.rect);
+        for (const Block::Inner& inner : block.inside) { // the next level, a shade softer
+            paintCushion(painter, inner.rect, inner.category, lit ? 0.62 : 0.42);
+            painter.drawRect(inner.rect);
+        }
         if (&block == currentBlock() && hasFocus()) {
             painter.setPen(QPen(theme::cursorRing(), 2));
             painter.drawRect(block.rect.adjusted(1, 1, -1, -1));

@@ -34,6 +34,12 @@ public:
         SpaceNode* node = nullptr;
         QRectF rect;
         FileCategory category = FileCategory::other; // the small-files block is "other"
+        // A folder's own children drawn inside it, one level down, each in its category's tint.
+        struct Inner {
+            QRectF rect;
+            FileCategory category;
+        };
+        std::vector<Inner> inside;
     };
     const std::vector<Block>& blocks() const { return m_blocks; }
     // The categories in the legend, by the space their blocks take, largest first.

@@ -116,4 +116,11 @@ void ThemedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
     }
 }
 
+int ThemedStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* returnData) const
+{
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
+        return 0;
+    return QProxyStyle::styleHint(hint, option, widget, returnData);
+}
+
 } // namespace orwick

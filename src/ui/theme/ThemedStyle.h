@@ -5,6 +5,8 @@
 // background and the text (clear in light and dark alike), the accent when the pointer is over
 // it, and a tick or dot in the text colour on the accent once chosen. Metrics are Fusion's, so
 // nothing moves; colours are read when painting, so a new theme reaches every box at once.
+// Dialog buttons carry their words only: no stock tick and cross icons, whatever the desktop's
+// platform theme asks for.
 //
 // theme::follow() installs it once for the application.
 
@@ -19,6 +21,8 @@ public:
 
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget = nullptr) const override;
+    int styleHint(StyleHint hint, const QStyleOption* option = nullptr, const QWidget* widget = nullptr,
+                  QStyleHintReturn* returnData = nullptr) const override;
 };
 
 } // namespace orwick

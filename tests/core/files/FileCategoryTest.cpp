@@ -80,3 +80,14 @@ TEST(FileItem, ReadsLinksPackagesAndHiddenNames)
     EXPECT_EQ(vanished.modified, kDistantPast); // unknown dates sort as oldest
     EXPECT_FALSE(vanished.size.has_value());
 }
+
+TEST(FileKinds, AreWrittenInSentenceCase)
+{
+    // The MIME database writes some descriptions with a small first letter.
+    EXPECT_EQ(kindOfMimeComment("plain text document"), "Plain text document");
+    EXPECT_EQ(kindOfMimeComment("PNG image"), "PNG image");
+    EXPECT_EQ(kindOfMimeComment(""), "");
+    const QString text = typeOfExtension("txt").kind;
+    ASSERT_FALSE(text.isEmpty());
+    EXPECT_TRUE(text.front().isUpper()) << text.toStdString();
+}
