@@ -1,7 +1,9 @@
 #include "files/DirectoryWatcher.h"
 
 #include <QSet>
+#include <fcntl.h>
 #include <sys/inotify.h>
+#include <thread>
 #include <unistd.h>
 
 namespace orwick {
@@ -19,7 +21,18 @@ DirectoryWatcher::DirectoryWatcher(const FilePath& folder, QObject* parent)
 
 DirectoryWatcher::DirectoryWatcher(QObject* parent) : QObject(parent), m_inotify(this, [this] { drain(); }) {}
 
-DirectoryWatcher::~DirectoryWatcher() = default;
+DirectoryWatcher::~DirectoryWatcher()
+{
+    // The last close of an inotify instance waits for the kernel to let go of its watches (an
+    // RCU grace period: up to ~20 ms, which a pane moving to another folder would spend on the
+    // GUI thread). A duplicate keeps the instance open past the close here; it is closed on a
+    // thread of its own.
+    if (!m_inotify.isOpen())
+        return;
+    const int lastReference = fcntl(m_inotify.fd(), F_DUPFD_CLOEXEC, 0);
+    if (lastReference >= 0)
+        std::thread([lastReference] { ::close(lastReference); }).detach();
+}
 
 bool DirectoryWatcher::watchNames(const FilePath& folder)
 {

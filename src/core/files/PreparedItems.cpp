@@ -1,51 +1,17 @@
 // Preparing a load for arrangement: natural ranks of names and kinds, names for the filter.
 
 #include "files/Arrangement.h"
-#include "files/KeySort.h"
-#include "files/NaturalCompare.h"
+#include "files/NameOrder.h"
 
 #include <algorithm>
-#include <numeric>
+#include <optional>
+#include <thread>
 
 namespace orwick {
 namespace {
 
-// Ranks texts (given as views into one folded buffer) in natural order; equal texts share a
-// rank. `sortedOut`, when given, receives the indices in that order, equal texts by index.
-std::vector<int> naturalRanks(const QString& folded, const std::vector<int>& offsets, const CancelFlag* cancel,
-                              std::vector<int>* sortedOut = nullptr)
-{
-    const size_t count = offsets.size() - 1;
-    // Sort keys in one buffer, sorted as views into it.
-    std::u16string keys;
-    keys.reserve(size_t(folded.size()) + size_t(folded.size()) / 4);
-    std::vector<int> keyOffsets{0};
-    keyOffsets.reserve(count + 1);
-    for (size_t i = 0; i < count; ++i) {
-        appendNaturalSortKey(QStringView(folded.constData() + offsets[i], offsets[i + 1] - offsets[i]), keys);
-        keyOffsets.push_back(int(keys.size()));
-    }
-    std::vector<SortKeyRef> entries(count);
-    for (size_t i = 0; i < count; ++i)
-        entries[i] = {std::u16string_view(keys).substr(size_t(keyOffsets[i]), size_t(keyOffsets[i + 1] - keyOffsets[i])), int(i)};
-    if (cancel && cancel->isCancelled())
-        return std::vector<int>(count);
-    sortKeys(entries);
-    std::vector<int> rank(count);
-    std::vector<int> order(count);
-    if (cancel && cancel->isCancelled())
-        return rank;
-    int current = 0;
-    for (size_t k = 0; k < count; ++k) {
-        if (k > 0 && entries[k - 1].units != entries[k].units)
-            current = int(k);
-        rank[size_t(entries[k].index)] = current;
-        order[k] = entries[k].index;
-    }
-    if (sortedOut)
-        *sortedOut = std::move(order);
-    return rank;
-}
+// From this many items on, the names are prepared on a thread of their own.
+constexpr size_t kSecondThreadFrom = 20000;
 
 size_t slotCount(size_t items)
 {
@@ -81,6 +47,28 @@ std::shared_ptr<const PreparedItems> prepareItems(const FileItems& items, const 
     for (const FileItem& item : items)
         totalUnits += item.name.size();
 
+    // Names: folded once into one buffer, then ranked. The larger part of the work, so a large
+    // load has it done on a second thread while this one does the rest.
+    auto prepareNames = [&]() {
+        FoldedNames names;
+        names.folded.reserve(totalUnits + totalUnits / 8);
+        names.offsets.reserve(count + 1);
+        prepared->names.reserve(qsizetype(count), totalUnits);
+        for (size_t i = 0; i < count; ++i) {
+            if ((i & 4095) == 0 && cancel && cancel->isCancelled())
+                return;
+            const QString& name = items[qsizetype(i)].name;
+            names.append(name);
+            prepared->names.append(name);
+        }
+        NameRanks nameRanks = rankNames(names, cancel);
+        prepared->nameRank = std::move(nameRanks.rank);
+        prepared->nameOrder = std::move(nameRanks.order);
+    };
+    std::optional<std::thread> namesThread;
+    if (count >= kSecondThreadFrom)
+        namesThread.emplace(prepareNames);
+
     prepared->modified.reserve(count);
     prepared->size.reserve(count);
     prepared->isFolder.reserve(count);
@@ -108,42 +96,28 @@ std::shared_ptr<const PreparedItems> prepareItems(const FileItems& items, const 
         }
     }
 
-    // Names: folded once into one buffer, then ranked.
-    QString folded;
-    folded.reserve(totalUnits + totalUnits / 8);
-    std::vector<int> offsets{0};
-    offsets.reserve(count + 1);
-    prepared->names.reserve(qsizetype(count), totalUnits);
-    for (size_t i = 0; i < count; ++i) {
-        if ((i & 4095) == 0 && cancel && cancel->isCancelled())
-            return nullptr;
-        const QString& name = items[qsizetype(i)].name;
-        appendNaturalFold(name, folded);
-        offsets.push_back(int(folded.size()));
-        prepared->names.append(name);
-    }
-    prepared->nameRank = naturalRanks(folded, offsets, cancel, &prepared->nameOrder);
-
     // Kinds repeat: rank the distinct texts, then look each item's up.
     QHash<QString, int> distinct;
     std::vector<int> kindIndex(count);
-    QString foldedKinds;
-    std::vector<int> kindOffsets{0};
+    FoldedNames kinds;
     for (size_t i = 0; i < count; ++i) {
         const QString& kind = items[qsizetype(i)].kind;
         auto it = distinct.constFind(kind);
         if (it == distinct.constEnd()) {
             it = distinct.insert(kind, int(distinct.size()));
-            appendNaturalFold(kind, foldedKinds);
-            kindOffsets.push_back(int(foldedKinds.size()));
+            kinds.append(kind);
         }
         kindIndex[i] = *it;
     }
-    const std::vector<int> distinctRank = naturalRanks(foldedKinds, kindOffsets, cancel);
+    const std::vector<int> distinctRank = rankNames(kinds, cancel).rank;
     prepared->kindRank.resize(count);
-    for (size_t i = 0; i < count; ++i)
+    for (size_t i = 0; i < count && !distinctRank.empty(); ++i)
         prepared->kindRank[i] = distinctRank[size_t(kindIndex[i])];
 
+    if (namesThread)
+        namesThread->join();
+    else
+        prepareNames();
     if (cancel && cancel->isCancelled())
         return nullptr;
     return prepared;

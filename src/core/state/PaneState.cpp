@@ -368,9 +368,10 @@ void PaneState::load(const QList<FilePath>& selecting)
         };
     }
     startLoadingClock(feedback);
+    // A folder is read in name order, so that the arrangement by name has nothing to move.
     auto read = [folder, listing, showHidden, token = ticket.token, feedback] {
         return listing ? ListingLoader::load(*listing, showHidden, token.get(), feedback.get())
-                       : DirectoryLoader::load(folder, showHidden, token.get(), feedback.get());
+                       : DirectoryLoader::load(folder, showHidden, token.get(), feedback.get(), DirectoryLoader::Order::byName);
     };
     auto apply = [this, ticket, selecting, started](ListingResult result) {
         if (!m_loadTask.isCurrent(ticket))

@@ -1,4 +1,5 @@
 #include "files/Arrangement.h"
+#include "files/NaturalCompare.h"
 
 #include <QDateTime>
 #include <gtest/gtest.h>
@@ -236,4 +237,57 @@ TEST(Arrangement, CancelledArrangementGivesNothing)
     cancel.cancel();
     EXPECT_FALSE(arrange(input, &cancel));
     EXPECT_FALSE(prepareItems(input.items, &cancel));
+}
+
+TEST(Arrangement, ALoadAlreadyInNameOrderIsSharedNotCopied)
+{
+    ArrangeInput input;
+    input.items = {file("a"), file("B"), file("file2"), file("file10")};
+    const Arrangement inOrder = arranged(input);
+    EXPECT_EQ(inOrder.items.constData(), input.items.constData());
+    EXPECT_EQ(names(inOrder), QStringList({"a", "B", "file2", "file10"}));
+    EXPECT_EQ(inOrder.positions.value(input.items[3].url), 3);
+
+    // Any other order, or any row dropped, gives rows of its own.
+    input.ascending = false;
+    const Arrangement reversed = arranged(input);
+    EXPECT_NE(reversed.items.constData(), input.items.constData());
+    EXPECT_EQ(names(reversed), QStringList({"file10", "file2", "B", "a"}));
+    input.ascending = true;
+    input.filter = "file";
+    EXPECT_EQ(names(arranged(input)), QStringList({"file2", "file10"}));
+    input.filter.clear();
+    input.items.prepend(folder("z"));
+    EXPECT_EQ(names(arranged(input)), QStringList({"z", "a", "B", "file2", "file10"}));
+}
+
+TEST(Arrangement, LargeLoadsSortTheSameInOrderOrShuffled)
+{
+    // Large enough that the names are prepared on a thread of their own.
+    FileItems shuffled;
+    const int count = 30000;
+    for (int i = 0; i < count; ++i) {
+        const int n = (i * 7919) % count; // a permutation of 0..count-1
+        shuffled.append(file(QStringLiteral("item%1.").arg(n / 2) + (n % 2 ? QStringLiteral("txt") : QStringLiteral("md")), n, n,
+                             n % 3 ? QStringLiteral("Text") : QStringLiteral("Markdown")));
+    }
+    ArrangeInput input;
+    input.items = shuffled;
+    const Arrangement byName = arranged(input);
+    ASSERT_EQ(byName.items.size(), count);
+    for (int row = 1; row < count; ++row)
+        ASSERT_LT(naturalCompare(byName.items[row - 1].name, byName.items[row].name), 0) << row;
+
+    // The same items loaded in that order: recognised as sorted, arranged the same way.
+    input.items = byName.items;
+    const Arrangement again = arranged(input);
+    EXPECT_EQ(again.items.constData(), byName.items.constData());
+    for (int row = 0; row < count; row += 997)
+        EXPECT_EQ(again.positions.value(byName.items[row].url), row);
+
+    input.sortKey = SortKey::kind;
+    const Arrangement byKind = arranged(input);
+    EXPECT_EQ(byKind.items.first().kind, "Markdown");
+    EXPECT_EQ(byKind.items.last().kind, "Text");
+    EXPECT_EQ(byKind.items.first().name, "item0.md"); // ties keep the (name) load order
 }

@@ -1,4 +1,5 @@
 #include "files/DirectoryLoader.h"
+#include "files/NaturalCompare.h"
 #include "support/TempHome.h"
 
 #include <QDir>
@@ -107,4 +108,44 @@ TEST(DirectoryLoader, StopsWhenCancelled)
     cancel.cancel();
     const ListingResult result = DirectoryLoader::load(tree.root(), false, &cancel);
     EXPECT_TRUE(result.error.has_value() || result.items.size() <= 1); // no crash, nothing trusted
+}
+
+TEST(DirectoryLoader, ReadsInNameOrderWhenAsked)
+{
+    test::TempTree tree;
+    for (const char* name : {"file10", "File2", "b", "file1", "A", "b.txt", "sub"})
+        tree.file(name);
+    QStringList shown;
+    for (const FileItem& item : DirectoryLoader::load(tree.root(), false, nullptr, nullptr, DirectoryLoader::Order::byName).items)
+        shown << item.name;
+    EXPECT_EQ(shown, QStringList({"A", "b", "b.txt", "file1", "File2", "file10", "sub"}));
+}
+
+TEST(DirectoryLoader, LargeFoldersInNameOrderGiveEveryEntryOnceInOrder)
+{
+    test::TempTree tree;
+    const int count = 12000; // above the size a second thread takes the name order on
+    for (int i = 0; i < count; ++i)
+        tree.file(QStringLiteral("f%1.txt").arg(i));
+    tree.folder("sub");
+    LoadFeedback feedback;
+    FileItems firstBatch;
+    feedback.firstBatch = [&](FileItems items) { firstBatch = std::move(items); };
+    const FileItems items = DirectoryLoader::load(tree.root(), false, nullptr, &feedback, DirectoryLoader::Order::byName).items;
+    ASSERT_EQ(items.size(), count + 1);
+    EXPECT_EQ(feedback.itemsRead.load(), count + 1);
+    QSet<FilePath> unique;
+    for (qsizetype i = 0; i < items.size(); ++i) {
+        unique.insert(items[i].url);
+        EXPECT_EQ(items[i].isFolder, items[i].name == "sub");
+        if (i > 0)
+            ASSERT_LT(naturalCompare(items[i - 1].name, items[i].name), 0) << items[i].name.toStdString();
+    }
+    EXPECT_EQ(unique.size(), count + 1);
+    EXPECT_EQ(items.first().name, "f0.txt");
+    EXPECT_EQ(items[10].name, "f10.txt");
+    // The first batch came early, as read, and every one of it is in the result.
+    ASSERT_EQ(firstBatch.size(), DirectoryLoader::kFirstBatchSize);
+    for (const FileItem& item : std::as_const(firstBatch))
+        EXPECT_TRUE(unique.contains(item.url));
 }
