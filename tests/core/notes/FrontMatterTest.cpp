@@ -182,14 +182,6 @@ TEST(FrontMatter, RenamingKeepsValueAndPlace)
     EXPECT_EQ(FrontMatter::renaming("missing", "x", "---\na: 1\n---\n"), "---\na: 1\n---\n");
 }
 
-TEST(FrontMatter, InlineAndDashListsReadAlike)
-{
-    const auto inlineList = FrontMatter::parse("tags: [a, b, c]");
-    const auto dashList = FrontMatter::parse("tags:\n- a\n- b\n- c");
-    ASSERT_TRUE(inlineList && dashList);
-    EXPECT_EQ(PropertyValue::fromYaml(inlineList->first()), PropertyValue::fromYaml(dashList->first()));
-}
-
 TEST(FrontMatter, WritableKeys)
 {
     for (const char* good : {"status", "due date", "a.b", "ключ"})

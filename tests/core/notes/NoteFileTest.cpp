@@ -25,10 +25,7 @@ namespace {
 
 PropertyMap readNote(const FilePath& path) { return read(path, false).values; }
 
-Status write(const FilePath& path, bool isFolder, const QList<Change>& changes)
-{
-    return test::writeProperties(path, isFolder, changes);
-}
+constexpr auto write = test::writeProperties;
 
 struct ReadCase {
     const char* name;
