@@ -94,7 +94,7 @@ TEST_F(PaletteFixture, MainModeRanksEachKeystrokeAndRunsOnlyEnabledRows)
     EXPECT_EQ(choices[0].item.path, files[0]);
 }
 
-TEST_F(PaletteFixture, PathModeCompletesWithTabAndGoesToThePath)
+TEST_F(PaletteFixture, PathModeCompletesWithTabGoesToThePathAndAMissingOneDoesNothing)
 {
     tree.folder(QStringLiteral("Projects/site"));
     tree.folder(QStringLiteral("Photos"));
@@ -131,10 +131,8 @@ TEST_F(PaletteFixture, PathModeCompletesWithTabAndGoesToThePath)
     ASSERT_TRUE(palette.choose());
     EXPECT_EQ(choices[0].item.path, tree.path(QStringLiteral("notes.txt")));
     EXPECT_EQ(choices[0].mode, PaletteMode::path);
-}
 
-TEST_F(PaletteFixture, MissingPathGivesOneRowThatDoesNothing)
-{
+    // A missing path gives one row that does nothing.
     palette.open(PaletteMode::path, tree.root());
     palette.setQuery(at(QStringLiteral("nowhere/deeper")));
     ASSERT_EQ(palette.rows().size(), 1);
@@ -143,6 +141,7 @@ TEST_F(PaletteFixture, MissingPathGivesOneRowThatDoesNothing)
     EXPECT_FALSE(palette.choose());
     EXPECT_TRUE(palette.isOpen());
     EXPECT_FALSE(palette.completePath());
+    EXPECT_EQ(int(choices.size()), 1);
 }
 
 TEST_F(PaletteFixture, DestinationModeNamesTheTransferAndOffersFrecentFolders)
