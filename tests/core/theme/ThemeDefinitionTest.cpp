@@ -31,16 +31,13 @@ TEST(ThemeDefinition, DecodesEveryField)
     EXPECT_EQ(theme->radius, 4.5);
     EXPECT_EQ(theme->terminalDark, (QStringList{"#FFFFFF", "#111111"}));
     EXPECT_EQ(ThemeDefinition::fromJson(theme->toJson()), theme) << "toJson gives back the same definition";
-}
-
-TEST(ThemeDefinition, OnlyTheNameIsNeeded)
-{
-    const Result<ThemeDefinition> theme = ThemeDefinition::fromBytes(R"({"name": "Bare"})");
-    ASSERT_TRUE(theme);
-    EXPECT_FALSE(theme->extends);
-    EXPECT_FALSE(theme->rowHeight);
-    EXPECT_TRUE(theme->colors.isEmpty());
-    EXPECT_EQ(theme->toJson(), QJsonObject({{"name", "Bare"}}));
+    // Only the name is needed.
+    const Result<ThemeDefinition> bare = ThemeDefinition::fromBytes(R"({"name": "Bare"})");
+    ASSERT_TRUE(bare);
+    EXPECT_FALSE(bare->extends);
+    EXPECT_FALSE(bare->rowHeight);
+    EXPECT_TRUE(bare->colors.isEmpty());
+    EXPECT_EQ(bare->toJson(), QJsonObject({{"name", "Bare"}}));
 }
 
 TEST(ThemeDefinition, RefusesWhatIsNotATheme)
