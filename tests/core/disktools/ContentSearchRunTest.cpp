@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <atomic>
 #include <sys/stat.h>
 #include <gtest/gtest.h>
 
@@ -259,4 +260,35 @@ TEST(ContentSearchRun, StopsAtTheMatchLimit)
     EXPECT_TRUE(outcome.isCapped);
     EXPECT_GE(kept, 100);
     EXPECT_LT(kept, 50000);
+}
+
+namespace {
+std::atomic<int> probeCalls{0};
+void countProbe() { ++probeCalls; }
+} // namespace
+
+TEST(ContentSearchRun, FirstOutputProbeRunsOnceBeforeTheFirstBatchAndNotWithoutOutput)
+{
+    TempTree tree;
+    QByteArray many;
+    for (int i = 0; i < 50000; ++i)
+        many += "needle\n"; // several reads of the pipe
+    put(tree, "many.txt", many);
+    CancelFlag never;
+    probeCalls = 0;
+    setFirstOutputProbe(countProbe);
+    int callsAtFirstBatch = -1;
+    const RunOutcome outcome = runSearch("needle", tree.root(), {}, never, [&](std::vector<FileMatches>&&) {
+        if (callsAtFirstBatch < 0)
+            callsAtFirstBatch = probeCalls;
+    });
+    const int callsWithOutput = probeCalls;
+    runSearch("absent", tree.root(), {}, never, [](std::vector<FileMatches>&&) {});
+    const int callsWithout = probeCalls - callsWithOutput;
+    setFirstOutputProbe(nullptr);
+    if (!outcome.started)
+        GTEST_SKIP() << "no search tool here";
+    EXPECT_EQ(callsAtFirstBatch, 1);
+    EXPECT_EQ(callsWithOutput, 1);
+    EXPECT_EQ(callsWithout, 0);
 }
