@@ -2,15 +2,29 @@
 
 #include "fileops/OperationTexts.h"
 #include "platform/ErrorText.h"
+#include "rename/FolderNames.h"
+
 
 #include <cerrno>
 #include <climits>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace orwick::cli {
 
 namespace {
 constexpr qsizetype kShownLength = 80; // longer arguments show their start and end
+
+// An argument whose path is its bytes read literally: no "." or ".." to resolve and no trailing
+// "/" (which asks for a folder). Its item is the entry of that name in its folder, so a read of
+// the folder can say it is there; any other argument is checked with a stat.
+bool namesEntryPlainly(QByteArrayView argument)
+{
+    if (argument.isEmpty() || argument.endsWith('/') || argument.size() >= PATH_MAX)
+        return false;
+    return argument != ".." && !argument.startsWith("../") && !argument.endsWith("/..")
+        && !argument.contains("/../");
+}
 } // namespace
 
 FilePath pathArgument(const QByteArray& argument) { return FilePath::fromNative(argument); }
@@ -44,6 +58,36 @@ std::optional<QString> problemWith(const QByteArray& argument, Expect expect)
     if (expect == Expect::folder && !S_ISDIR(info.st_mode))
         return shownArgument(argument) + QStringLiteral(" isn’t a folder.");
     return std::nullopt;
+}
+
+QList<ItemArgument> itemArguments(const QList<QByteArray>& arguments, FolderNamesCache& folders)
+{
+    QByteArray workingFolder(PATH_MAX, '\0');
+    if (::getcwd(workingFolder.data(), size_t(workingFolder.size())))
+        workingFolder.truncate(qstrlen(workingFolder.constData()));
+    else
+        workingFolder.clear();
+    QList<ItemArgument> items;
+    items.reserve(arguments.size());
+    QList<bool> plain;
+    plain.reserve(arguments.size());
+    QList<FilePath> plainPaths;
+    plainPaths.reserve(arguments.size());
+    for (const QByteArray& argument : arguments) {
+        const bool relative = !argument.isEmpty() && !argument.startsWith('/') && !workingFolder.isEmpty();
+        items.append({relative ? FilePath::fromNative(workingFolder + '/' + argument) : pathArgument(argument), {}});
+        plain.append(namesEntryPlainly(argument) && items.last().path.native().size() < PATH_MAX);
+        if (plain.last())
+            plainPaths.append(items.last().path);
+    }
+    folders.expect(plainPaths);
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        ItemArgument& item = items[i];
+        const bool seen = plain[i] && folders.around(item.path).holds(nameOf(item.path)) == FolderNames::Answer::held;
+        if (!seen)
+            item.problem = problemWith(arguments[i], Expect::anything);
+    }
+    return items;
 }
 
 } // namespace orwick::cli

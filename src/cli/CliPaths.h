@@ -4,6 +4,7 @@
 // or a path longer than the system takes is said in plain words instead of passed over.
 
 #include "files/FilePath.h"
+#include "rename/FolderNames.h"
 
 #include <QByteArray>
 #include <QString>
@@ -24,5 +25,14 @@ enum class Expect { anything, folder };
 // "“x” isn’t a folder.", "“/a/b…” can’t be used: the path is 5000 bytes long, and Linux takes
 // at most 4095.", "“x” can’t be reached: you don’t have permission."
 std::optional<QString> problemWith(const QByteArray& argument, Expect expect);
+
+// One item named by each of many arguments (a shell's "*.jpg"), each with its problem as
+// problemWith() says it; the working folder is read once, and a folder that holds many of the
+// items is read once into `folders` instead of a stat for each.
+struct ItemArgument {
+    FilePath path;
+    std::optional<QString> problem;
+};
+QList<ItemArgument> itemArguments(const QList<QByteArray>& arguments, FolderNamesCache& folders);
 
 } // namespace orwick::cli

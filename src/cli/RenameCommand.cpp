@@ -160,25 +160,30 @@ int renameFiles(const Arguments& arguments)
     const Request& request = std::get<Request>(read);
 
     QList<FilePath> items;
-    QHash<FilePath, QByteArray> shown; // the argument each item was named by
+    QList<qsizetype> argumentOf; // the argument each item was named by, by index
+    items.reserve(request.files.size());
+    argumentOf.reserve(request.files.size());
     bool missing = false;
-    for (const QByteArray& argument : request.files) {
-        if (const auto problem = problemWith(argument, Expect::anything)) {
-            err() << *problem << Qt::endl;
+    FolderNamesCache folders; // read once, for the arguments and then the new names
+    const QList<ItemArgument> named = itemArguments(request.files, folders);
+    for (qsizetype i = 0; i < named.size(); ++i) {
+        if (named[i].problem) {
+            err() << *named[i].problem << Qt::endl;
             missing = true;
             continue;
         }
-        items.append(pathArgument(argument));
-        shown.insert(items.last(), argument);
+        items.append(named[i].path);
+        argumentOf.append(i);
     }
     const BatchRenamer renamer(request.rule);
     if (!renamer.problem().isEmpty())
         return usageError(renamer.problem());
-    const RenamePreview preview = previewRenames(renamer, items);
-    for (const BatchRenameEntry& entry : preview.entries) {
+    const RenamePreview preview = previewRenames(renamer, items, {}, &folders);
+    for (qsizetype i = 0; i < qsizetype(preview.entries.size()); ++i) {
+        const BatchRenameEntry& entry = preview.entries[i];
         if (!entry.changes())
             continue;
-        out() << visibleName(shown.value(entry.url)) << " → " << visibleName(entry.newName);
+        out() << visibleName(request.files[argumentOf[i]]) << " → " << visibleName(entry.newName);
         if (!entry.problem.isEmpty())
             out() << "  (" << entry.problem << ")";
         out() << "\n";

@@ -2,6 +2,7 @@
 
 #include "fileops/ItemCopier.h"
 #include "fileops/OperationTexts.h"
+#include "fileops/RenameSteps.h"
 #include "fileops/UniqueName.h"
 #include "platform/DirectoryReader.h"
 #include "platform/ErrorText.h"
@@ -195,28 +196,36 @@ void ChangeRunner::recordCreated(const FilePath& path)
 
 void ChangeRunner::moveInTwoPhases(const std::vector<FileChange*>& run, bool forward)
 {
-    // Phase one moves every item aside in its own folder, so that names one item frees can be
-    // taken by another ("a → b, b → a"); phase two moves each to its place.
-    std::vector<std::pair<FileChange*, FilePath>> aside;
-    for (FileChange* change : run) {
-        const FilePath& at = forward ? change->from : change->to;
-        const FilePath temporary = temporarySibling(at, "move");
-        if (renameNoReplace(at, temporary))
-            aside.push_back({change, temporary});
-        else
-            fail(sentence(forward ? QStringLiteral("move") : QStringLiteral("move back"), at, errorReason(errno)));
-    }
-    for (const auto& [change, temporary] : aside) {
-        const FilePath& at = forward ? change->from : change->to;
-        const FilePath target = freePath(forward ? change->to : change->from);
-        const CopyResult result = moveItem(temporary, target, m_progress);
-        if (!result.ok()) {
-            renameNoReplace(temporary, at);
-            fail(sentence(forward ? QStringLiteral("move") : QStringLiteral("move back"), at, result.reason));
-            continue;
+    // Each item goes straight to its place when that is free; only those whose place another
+    // item of the run still holds (a → b, b → a) go aside first (see RenameSteps). A place taken
+    // by something else since gives the free name beside it, and the record follows.
+    QList<FileMove> moves;
+    moves.reserve(qsizetype(run.size()));
+    for (const FileChange* change : run)
+        moves.append(forward ? FileMove{change->from, change->to} : FileMove{change->to, change->from});
+    const std::vector<RenameStepResult> results = renameInSteps(moves, WhenNameTaken::takeNameBeside, m_progress);
+    for (size_t i = 0; i < run.size(); ++i) {
+        const FileMove& move = moves[qsizetype(i)];
+        const RenameStepResult& result = results[i];
+        const QString verb = forward ? QStringLiteral("move") : QStringLiteral("move back");
+        switch (result.outcome) {
+        case RenameStepResult::Outcome::renamed:
+            m_report.moves.append({move.from, result.landed});
+            (forward ? run[i]->to : run[i]->from) = result.landed;
+            break;
+        case RenameStepResult::Outcome::vanished:
+            fail(sentence(verb, move.from, errorReason(ENOENT)));
+            break;
+        case RenameStepResult::Outcome::failed:
+            fail(sentence(verb, move.from, result.reason));
+            if (result.landed != move.from) { // its own place was taken meanwhile: it lies beside it
+                m_report.moves.append({move.from, result.landed});
+                (forward ? run[i]->from : run[i]->to) = result.landed;
+            }
+            break;
+        case RenameStepResult::Outcome::notTried:
+            break;
         }
-        m_report.moves.append({at, target});
-        (forward ? change->to : change->from) = target;
     }
 }
 

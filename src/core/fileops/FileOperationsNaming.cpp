@@ -5,6 +5,7 @@
 #include "fileops/FileOperations.h"
 #include "fileops/ItemCopier.h"
 #include "fileops/OperationTexts.h"
+#include "fileops/RenameSteps.h"
 #include "fileops/TidyUp.h"
 
 #include <QSet>
@@ -93,64 +94,41 @@ void FileOperations::renameMany(const QList<Move>& renames, const QString& actio
     if (finished)
         request.finished = [finished = std::move(finished), failures](const QList<FilePath>& done) { finished(done, *failures); };
     request.work = [renames, failures](ChangeRunner& runner, JobOutput& output) {
-        const auto fail = [&](const FilePath& item, int error) {
-            const QString reason = errorReason(error);
-            failures->insert(item, reason.isEmpty() ? reason : reason.front().toUpper() + reason.sliced(1));
-            runner.fail(QStringLiteral("Couldn’t rename %1: %2.").arg(quoted(item.fileName()), reason));
+        // Two phases where names have to wait for one another (swaps, cycles, letter case), one
+        // rename for every other item (see RenameSteps). An item gone since the preview is
+        // counted and the others go on.
+        const std::vector<RenameStepResult> results =
+            renameInSteps(renames, WhenNameTaken::fail, runner.progress(), [&] { return runner.isCancelled(); });
+        ChangeReport& report = runner.report();
+        report.changes.reserve(size_t(renames.size()));
+        report.moves.reserve(renames.size());
+        output.done.reserve(renames.size());
+        const auto renamed = [&](const FilePath& from, const FilePath& to) {
+            report.changes.push_back({FileChange::Kind::moved, from, to, {}});
+            report.moves.append({from, to});
         };
-        // Phase one frees old names, so that "a → b, b → a" and cycles work; phase two names
-        // the items set aside. Only what has to wait goes aside: an item whose new name is free
-        // takes it at once (the kernel refuses a name that is taken), one whose new name is still
-        // taken, or that only changes its letter case, waits under a temporary name. An item
-        // gone since the preview is counted and the others go on.
-        QList<std::pair<Move, FilePath>> parked;
-        const auto renamed = [&](const Move& move) {
-            runner.report().changes.push_back({FileChange::Kind::moved, move.from, move.to, {}});
-            runner.report().moves.append(move);
-            output.done.append(move.from);
-        };
-        for (const Move& move : renames) {
-            if (runner.isCancelled())
+        for (qsizetype i = 0; i < renames.size(); ++i) {
+            const Move& move = renames[i];
+            const RenameStepResult& result = results[size_t(i)];
+            switch (result.outcome) {
+            case RenameStepResult::Outcome::renamed:
+                renamed(move.from, result.landed);
+                output.done.append(move.from);
                 break;
-            const bool caseOnly = move.from.fileName().compare(move.to.fileName(), Qt::CaseInsensitive) == 0;
-            if (!caseOnly) {
-                if (renameNoReplace(move.from, move.to)) {
-                    renamed(move);
-                    continue;
-                }
-                if (errno != EEXIST && errno != ENOTEMPTY) {
-                    if (errno == ENOENT) {
-                        ++runner.report().skipped;
-                        failures->insert(move.from, QStringLiteral("It's no longer there"));
-                    } else {
-                        fail(move.from, errno);
-                    }
-                    continue;
-                }
-            }
-            const FilePath temporary = temporarySibling(move.from, "rename");
-            if (renameNoReplace(move.from, temporary)) {
-                parked.append({move, temporary});
-            } else if (errno == ENOENT) {
-                ++runner.report().skipped;
+            case RenameStepResult::Outcome::vanished:
+                ++report.skipped;
                 failures->insert(move.from, QStringLiteral("It's no longer there"));
-            } else {
-                fail(move.from, errno);
-            }
-        }
-        for (const auto& [move, temporary] : parked) {
-            if (renameNoReplace(temporary, move.to)) {
-                renamed(move);
-                continue;
-            }
-            fail(move.from, errno);
-            if (renameNoReplace(temporary, move.from))
-                continue;
-            // Its old name was taken meanwhile: it keeps a free name beside it, and undo knows.
-            const FilePath aside = uniqueURL(move.from, false);
-            if (renameNoReplace(temporary, aside)) {
-                runner.report().changes.push_back({FileChange::Kind::moved, move.from, aside, {}});
-                runner.report().moves.append({move.from, aside});
+                break;
+            case RenameStepResult::Outcome::failed:
+                failures->insert(move.from, result.reason.isEmpty() ? result.reason
+                                                                    : result.reason.front().toUpper() + result.reason.sliced(1));
+                runner.fail(QStringLiteral("Couldn’t rename %1: %2.").arg(quoted(move.from.fileName()), result.reason));
+                // Its old name was taken meanwhile: it keeps a free name beside it, and undo knows.
+                if (result.landed != move.from)
+                    renamed(move.from, result.landed);
+                break;
+            case RenameStepResult::Outcome::notTried:
+                break;
             }
         }
         output.toast = QStringLiteral("Renamed ") + itemCount(output.done.size());

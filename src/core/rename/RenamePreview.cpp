@@ -2,6 +2,7 @@
 
 #include "fileops/OperationTexts.h"
 #include "platform/DirectoryReader.h"
+#include "rename/FolderNames.h"
 
 #include <QHash>
 #include <QSet>
@@ -24,6 +25,21 @@ bool isItself(const FilePath& item, const EntryStat& target)
 {
     const auto st = statPath(item);
     return st && st->device == target.device && st->inode == target.inode;
+}
+
+// True when `target` is held by another item than `item`.
+bool isTaken(const FolderNames& names, const FilePath& item, const FilePath& target)
+{
+    switch (names.holds(nameOf(target))) {
+    case FolderNames::Answer::held:
+        return true;
+    case FolderNames::Answer::free:
+        return false;
+    case FolderNames::Answer::unknown:
+        break;
+    }
+    const auto taken = statPath(target);
+    return taken && !isItself(item, *taken);
 }
 
 } // namespace
@@ -74,7 +90,8 @@ BatchRenameEntry quickEntry(const BatchRenamer& renamer, const FilePath& item, i
     return entry;
 }
 
-RenamePreview previewRenames(const BatchRenamer& renamer, const QList<FilePath>& items, const CancelToken& cancel)
+RenamePreview previewRenames(const BatchRenamer& renamer, const QList<FilePath>& items, const CancelToken& cancel,
+                             FolderNamesCache* folderNames)
 {
     RenamePreview preview;
     preview.ruleProblem = renamer.problem();
@@ -89,26 +106,37 @@ RenamePreview previewRenames(const BatchRenamer& renamer, const QList<FilePath>&
     }
 
     // Two items may not end with one name in one folder; unchanged items keep theirs.
+    std::vector<FilePath> targets(preview.entries.size());
     QHash<FilePath, int> finalNames;
     finalNames.reserve(count);
-    for (const BatchRenameEntry& entry : preview.entries)
-        ++finalNames[entry.problem.isEmpty() ? entry.target() : entry.url];
-    const QSet<FilePath> renamed(items.begin(), items.end());
-    for (BatchRenameEntry& entry : preview.entries) {
+    for (qsizetype i = 0; i < qsizetype(preview.entries.size()); ++i) {
+        const BatchRenameEntry& entry = preview.entries[i];
+        if (entry.changes() && entry.problem.isEmpty())
+            targets[i] = entry.target();
+        ++finalNames[targets[i].isEmpty() ? entry.url : targets[i]];
+    }
+    QSet<FilePath> renamed;
+    renamed.reserve(count);
+    for (const FilePath& item : items)
+        renamed.insert(item);
+    // A name taken by an item that stays is looked up in its folder's names, read once, or asked
+    // of the disk where that is cheaper or the folder can't say (see FolderNames).
+    FolderNamesCache ownNames;
+    FolderNamesCache& folders = folderNames ? *folderNames : ownNames;
+    folders.expect(items);
+    for (qsizetype i = 0; i < qsizetype(preview.entries.size()); ++i) {
+        BatchRenameEntry& entry = preview.entries[i];
         if (cancel && cancel->isCancelled()) {
             preview.cancelled = true;
             return preview;
         }
         if (!entry.changes())
             continue;
-        if (entry.problem.isEmpty()) {
-            const FilePath target = entry.target();
-            if (finalNames.value(target) > 1) {
+        if (const FilePath& target = targets[i]; !target.isEmpty()) {
+            if (finalNames.value(target) > 1)
                 entry.problem = QStringLiteral("Same name as another");
-            } else if (!renamed.contains(target)) {
-                if (const auto taken = statPath(target); taken && !isItself(entry.url, *taken))
-                    entry.problem = quoted(visibleName(entry.newName)) + QStringLiteral(" already exists in this folder.");
-            }
+            else if (!renamed.contains(target) && isTaken(folders.around(target), entry.url, target))
+                entry.problem = quoted(visibleName(entry.newName)) + QStringLiteral(" already exists in this folder.");
         }
         if (entry.problem.isEmpty())
             ++preview.changing;

@@ -10,6 +10,7 @@
 #include "async/CancelFlag.h"
 #include "fileops/FileChange.h"
 #include "rename/BatchRename.h"
+#include "rename/FolderNames.h"
 
 #include <QList>
 #include <vector>
@@ -21,7 +22,7 @@ struct BatchRenameEntry {
     QByteArray newName;  // the old name when the rule gives none
     QString problem;     // empty: can be renamed as shown
 
-    bool changes() const { return newName != url.fileNameBytes(); }
+    bool changes() const { return QByteArrayView(newName) != (url.isRoot() ? QByteArrayView("/") : nameOf(url)); }
     bool willRename() const { return changes() && problem.isEmpty(); }
     FilePath target() const { return url.parent().child(QByteArrayView(newName)); }
 };
@@ -47,7 +48,10 @@ struct RenamePreview {
 // before previewRenames() has looked at the other names and the disk.
 BatchRenameEntry quickEntry(const BatchRenamer& renamer, const FilePath& item, int index, int count);
 
-RenamePreview previewRenames(const BatchRenamer& renamer, const QList<FilePath>& items, const CancelToken& cancel = {});
+// `folderNames`, when given, holds the folders already read for this batch (and keeps those read
+// here), so that a caller who looked at the items' folders first doesn't read them again.
+RenamePreview previewRenames(const BatchRenamer& renamer, const QList<FilePath>& items, const CancelToken& cancel = {},
+                             FolderNamesCache* folderNames = nullptr);
 
 // "Rename 12 items": the panel's title, and the name of the undo step.
 QString batchRenameTitle(qsizetype count);

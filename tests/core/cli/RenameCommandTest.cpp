@@ -130,5 +130,28 @@ TEST_F(CliRenameTest, MissingFileIsSaidAndTheOthersRenamed)
     EXPECT_EQ(namesIn(tree.root()), QList<QByteArray>{"new a.txt"});
 }
 
+TEST_F(CliRenameTest, ManyItemsInOneFolderAreCheckedTogether)
+{
+    // Enough items for their folder to be read once instead of a stat for each: a missing one
+    // and a taken new name are still said, and the rest renamed.
+    QList<QByteArray> arguments{"rename"};
+    for (int i = 0; i < 300; ++i)
+        arguments.append(tree.file(QStringLiteral("IMG_%1.jpg").arg(i, 3, 10, QLatin1Char('0'))).native());
+    tree.file("photo-007.jpg", "someone else's");
+    arguments.append(at("IMG_999.jpg"));
+    arguments += {"--replace", "IMG_(\\d+)", "--with", "photo-$1", "--regex"};
+    const CliRun run = runCli(arguments);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.errLines().value(0), "“" + at("IMG_999.jpg") + "” isn’t there.") << run.err.toStdString();
+    EXPECT_TRUE(run.out.contains(at("IMG_007.jpg") + " → photo-007.jpg  (“photo-007.jpg” already exists in this folder.)"))
+        << run.out.toStdString();
+    EXPECT_TRUE(run.out.contains("299 of 300 will change, 1 can't be renamed")) << run.out.toStdString();
+    const QList<QByteArray> names = namesIn(tree.root());
+    EXPECT_EQ(names.size(), 301);
+    EXPECT_TRUE(names.contains("IMG_007.jpg"));
+    EXPECT_TRUE(names.contains("photo-299.jpg"));
+    EXPECT_EQ(readAll(tree.path(QStringLiteral("photo-007.jpg"))), "someone else's");
+}
+
 } // namespace
 } // namespace orwick::test

@@ -6,9 +6,43 @@
 #include "rename/RenamePreview.h"
 
 #include <QDir>
+#include <sys/inotify.h>
+#include <unistd.h>
 
 namespace orwick::test {
 namespace {
+
+// The names items took in a folder while it was watched (inotify's moved-to events).
+class NamesTaken {
+public:
+    explicit NamesTaken(const FilePath& folder) : m_fd(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        inotify_add_watch(m_fd, folder.c_str(), IN_MOVED_TO);
+    }
+    ~NamesTaken() { ::close(m_fd); }
+    QList<QByteArray> read() const
+    {
+        QList<QByteArray> names;
+        alignas(inotify_event) char buffer[64 * 1024];
+        for (ssize_t got; (got = ::read(m_fd, buffer, sizeof buffer)) > 0;) {
+            for (char* at = buffer; at < buffer + got;) {
+                const auto* event = reinterpret_cast<const inotify_event*>(at);
+                if (event->len > 0)
+                    names.append(QByteArray(event->name));
+                at += sizeof(inotify_event) + event->len;
+            }
+        }
+        return names;
+    }
+
+private:
+    int m_fd;
+};
+
+qsizetype temporaryNames(const QList<QByteArray>& names)
+{
+    return std::count_if(names.begin(), names.end(), [](const QByteArray& name) { return name.startsWith(".orwick-"); });
+}
 
 class RenameManyTest : public FileOpsTest {
 protected:
@@ -50,6 +84,56 @@ TEST_F(RenameManyTest, SwapIsOneStepAndOneToast)
     expectNoTemporaryNames();
     redo();
     EXPECT_EQ(readAll(a), "B");
+}
+
+TEST_F(RenameManyTest, OnlyNamesThatWaitForOneAnotherGoAside)
+{
+    // a → b while b → c: b frees its name first, so no item needs a temporary one, neither to
+    // rename nor to undo or redo; a swap among them takes one temporary name each way.
+    const FilePath a = file("a", "A");
+    const FilePath b = file("b", "B");
+    const FilePath c = tree.path("c");
+    const FilePath x = file("x", "X");
+    const FilePath y = file("y", "Y");
+    const NamesTaken taken(tree.root());
+    commit({{a, b}, {b, c}, {x, y}, {y, x}});
+    QList<QByteArray> names = taken.read();
+    EXPECT_EQ(temporaryNames(names), 1) << "the swap's first item waits";
+    EXPECT_EQ(names.size(), 5);
+    EXPECT_EQ(readAll(b), "A");
+    EXPECT_EQ(readAll(c), "B");
+    EXPECT_EQ(readAll(x), "Y");
+    EXPECT_EQ(readAll(y), "X");
+
+    undo();
+    names = taken.read();
+    EXPECT_EQ(temporaryNames(names), 1) << names.join(' ').toStdString();
+    EXPECT_EQ(names.size(), 5);
+    EXPECT_EQ(readAll(a), "A");
+    EXPECT_EQ(readAll(b), "B");
+    EXPECT_FALSE(exists(c));
+    EXPECT_EQ(readAll(x), "X");
+    EXPECT_EQ(readAll(y), "Y");
+
+    redo();
+    EXPECT_EQ(temporaryNames(taken.read()), 1);
+    EXPECT_EQ(readAll(c), "B");
+    EXPECT_EQ(readAll(y), "X");
+    expectNoTemporaryNames();
+}
+
+TEST_F(RenameManyTest, UndoFindsItsOldNameTakenAndKeepsTheItemBesideIt)
+{
+    const FilePath a = file("a", "A");
+    commit({{a, tree.path("b")}});
+    file("a", "someone else's");
+    undo();
+    EXPECT_EQ(readAll(a), "someone else's");
+    EXPECT_EQ(readAll(tree.path("a 2")), "A");
+    EXPECT_FALSE(exists(tree.path("b")));
+    expectNoTemporaryNames();
+    redo();
+    EXPECT_EQ(readAll(tree.path("b")), "A") << "redo follows the item where undo left it";
 }
 
 TEST_F(RenameManyTest, CycleOfThreeGoesRound)
