@@ -4,7 +4,8 @@
 #   orwick-cli rename *.jpg --replace 'IMG_(\d+)' --with 'photo-$1' --regex
 #   rename 's/IMG_(\d+)/photo-$1/' *.jpg
 # orwick-cli works out the preview (every new name checked against the others and the disk) and
-# commits in two phases through temporary names as one job; rename renames each file once.
+# commits as one job of the engine: one rename per file (only names that wait for one another go
+# through a temporary name); rename renames each file once.
 #   bench/rename.sh BUILD_DIR
 # On disk, not in a memory file system: /var/tmp unless BENCH_TMPDIR says otherwise.
 BENCH_TMPDIR=${BENCH_TMPDIR:-/var/tmp}
