@@ -39,6 +39,9 @@ GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& ro
     : PanelSheet(QStringLiteral("Review Changes"), root.abbreviated(), parent), m_window(window), m_git(&git),
       m_actions(git), m_root(root)
 {
+    // The status read starts first: git works while the panel is built (the answer comes back
+    // through the event loop, after the connections below are made).
+    git.refresh(m_root);
     m_header = new ReviewHeader(this);
     body()->addWidget(m_header);
 
@@ -118,7 +121,6 @@ GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& ro
 
     m_header->setBusy(git.busy().value(m_root));
     showStatus();
-    git.refresh(m_root);
     m_list->setFocus();
 }
 
