@@ -8,6 +8,8 @@
 // Target: Orwick within 1.2 × the peer.
 //   bench_git_stage_hunk REPOSITORY FILE [ROUNDS]      (FILE: a changed file, relative to REPOSITORY)
 
+#include "UiBenchTiming.h"
+
 #include "git/DiffPatch.h"
 #include "git/GitRepository.h"
 #include "git/GitRunner.h"
@@ -48,20 +50,6 @@ bool applyFromCommandLine(const FilePath& git, const FilePath& folder, const QBy
     if (error == 0)
         waitpid(child, &status, 0);
     return error == 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-double milliseconds(const QElapsedTimer& clock) { return double(clock.nsecsElapsed()) / 1e6; }
-
-double mean(const std::vector<double>& values)
-{
-    return values.empty() ? 0 : std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values.size() % 2 ? values[values.size() / 2]
-                                                   : (values[values.size() / 2 - 1] + values[values.size() / 2]) / 2;
 }
 
 } // namespace

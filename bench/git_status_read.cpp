@@ -6,6 +6,8 @@
 // bench/git-status.sh gives the whole-process figure beside it.
 //   bench_git_status_read REPOSITORY [ROUNDS]
 
+#include "UiBenchTiming.h"
+
 #include "git/GitRunner.h"
 #include "git/StatusReader.h"
 
@@ -57,20 +59,6 @@ qsizetype spawnAndRead(const FilePath& git, const FilePath& root, QList<QByteArr
     if (error == 0)
         waitpid(child, &status, 0);
     return error == 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0 ? total : -1;
-}
-
-double milliseconds(const QElapsedTimer& clock) { return double(clock.nsecsElapsed()) / 1e6; }
-
-double mean(const std::vector<double>& values)
-{
-    return values.empty() ? 0 : std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values.size() % 2 ? values[values.size() / 2]
-                                                   : (values[values.size() / 2 - 1] + values[values.size() / 2]) / 2;
 }
 
 } // namespace

@@ -41,23 +41,6 @@ void noteFirstOutput()
     firstOutputAt.compare_exchange_strong(unset, clock_.nsecsElapsed());
 }
 
-// Runs the event loop until `done` holds (true) or a minute has passed (false), sleeping while
-// there is nothing to do as the window's own loop does: a loop that polls would take one of the
-// machine's two cores from rg, which no user's window does.
-bool waitIdly(const std::function<bool()>& done)
-{
-    QTimer ticker; // wakes the wait now and then, so the limit is seen even when nothing happens
-    ticker.start(20);
-    QElapsedTimer timer;
-    timer.start();
-    while (!done()) {
-        if (timer.elapsed() > 60000)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    }
-    return true;
-}
-
 // Watches the list's viewport: at its first paint that has rows to show, notes the time the
 // paint began and, from a call queued behind it, the time the event loop came back after it.
 class PaintWatch : public QObject {
@@ -89,11 +72,6 @@ void type(QWidget* field, const QString& text)
         QKeyEvent release(QEvent::KeyRelease, 0, Qt::NoModifier, QString(c));
         QCoreApplication::sendEvent(field, &release);
     }
-}
-
-double mean(const std::vector<double>& values)
-{
-    return values.empty() ? 0 : std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
 }
 
 } // namespace

@@ -25,27 +25,6 @@
 
 using namespace orwick;
 
-namespace {
-
-// Runs the event loop until `done` holds (true) or a minute has passed (false), sleeping while
-// there is nothing to do as the window's own loop does. A loop that polls would keep one of the
-// machine's cores busy while git runs and slow git down, which no user's window does.
-bool waitIdly(const std::function<bool()>& done)
-{
-    QTimer ticker; // wakes the wait now and then, so the limit is seen even when nothing happens
-    ticker.start(50);
-    QElapsedTimer timer;
-    timer.start();
-    while (!done()) {
-        if (timer.elapsed() > 60000)
-            return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    }
-    return true;
-}
-
-} // namespace
-
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
@@ -113,9 +92,6 @@ int main(int argc, char** argv)
 
     const double status = median(statusTimes), list = median(listTimes), diff = median(diffTimes);
     std::printf("opening the review panel on %s (%d rows; median of %d):\n", qPrintable(root.text()), files, kRuns - 1);
-    const auto mean = [](const std::vector<double>& values) {
-        return values.empty() ? 0 : std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
-    };
     std::printf("  git status (Orwick's way)   %7.1f ms   (mean %.1f ms)\n", status, mean(statusTimes));
     std::printf("  the list on screen          %7.1f ms   (mean %.1f ms)   list / git status = %.2f, means %.2f (target <= 1.20)\n",
                 list, mean(listTimes), list / status, mean(listTimes) / mean(statusTimes));

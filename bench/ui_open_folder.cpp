@@ -33,32 +33,6 @@ using namespace orwick;
 
 namespace {
 
-// Runs the event loop until `done` holds (true) or `timeoutMs` has passed (false), looking every
-// few milliseconds. The loop sleeps between events as the window's own does: a loop that spun
-// through processEvents() would keep one of the machine's cores busy and slow the loader's
-// threads, which the user's window never does.
-bool waitIdly(const std::function<bool()>& done, int timeoutMs = 60000)
-{
-    if (done())
-        return true;
-    QEventLoop loop;
-    QTimer look;
-    look.setInterval(5);
-    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-        if (done())
-            loop.quit();
-    });
-    QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
-    look.start();
-    loop.exec();
-    return done();
-}
-
-double mean(const std::vector<double>& values)
-{
-    return values.empty() ? 0 : std::accumulate(values.begin(), values.end(), 0.0) / double(values.size());
-}
-
 // Calls `painted` right after each paint of a view's viewport (the filter paints it itself, then
 // swallows the event), so a moment read there includes the drawing.
 class AfterPaint : public QObject {
