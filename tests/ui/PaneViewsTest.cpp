@@ -12,6 +12,7 @@
 #include "ui/views/FileTableView.h"
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <gtest/gtest.h>
 
@@ -234,6 +235,35 @@ TEST_F(PaneViewsTest, VimKeysMoveOnlyWhenOn)
     pressInView(Qt::Key_H, Qt::NoModifier, QStringLiteral("h"));
     EXPECT_EQ(cursorName(), "delta.txt");
     EXPECT_EQ(pane->url(), tree.root());
+}
+
+TEST_F(PaneViewsTest, ListColumnsFitTheirTextAndGiveWayInANarrowPane)
+{
+    pane->chooseViewMode(ViewMode::list);
+    FileListView* view = widget->listView();
+    QHeaderView* head = view->header();
+    const QFontMetrics metrics = view->fontMetrics();
+    auto width = [&](FileListModel::Column column) { return head->sectionSize(column); };
+    const int date = metrics.horizontalAdvance(QStringLiteral("30 Sep 2026 00:00"));
+    const int size = metrics.horizontalAdvance(QStringLiteral("999.9 MB"));
+    EXPECT_GT(width(FileListModel::ModifiedColumn), date) << "a date fits";
+    EXPECT_LT(width(FileListModel::ModifiedColumn), date * 3 / 2) << "and the column isn't half empty";
+    EXPECT_GT(width(FileListModel::SizeColumn), size);
+
+    widget->resize(420, 600);
+    QApplication::processEvents();
+    const int viewport = view->viewport()->width();
+    EXPECT_GE(width(FileListModel::NameColumn), viewport / 3 - 1) << "Name keeps a third";
+    EXPECT_GT(width(FileListModel::SizeColumn), size) << "a size is never cut";
+    EXPECT_LE(width(FileListModel::NameColumn) + width(FileListModel::ModifiedColumn) + width(FileListModel::SizeColumn)
+                  + width(FileListModel::KindColumn),
+              viewport + 1)
+        << "nothing runs off the pane's edge";
+
+    head->resizeSection(FileListModel::KindColumn, 333); // the user's own width stays
+    widget->resize(900, 600);
+    QApplication::processEvents();
+    EXPECT_EQ(width(FileListModel::KindColumn), 333);
 }
 
 } // namespace

@@ -4,9 +4,12 @@
 #include "ui/views/RowDelegate.h"
 #include "ui/views/ViewInput.h"
 
+#include <QEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStyle>
+#include <algorithm>
 
 namespace orwick {
 
@@ -31,9 +34,11 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
     head->setSectionResizeMode(FileListModel::ModifiedColumn, QHeaderView::Interactive);
     head->setSectionResizeMode(FileListModel::SizeColumn, QHeaderView::Interactive);
     head->setSectionResizeMode(FileListModel::KindColumn, QHeaderView::Interactive);
-    head->resizeSection(FileListModel::ModifiedColumn, 170);
-    head->resizeSection(FileListModel::SizeColumn, 90);
-    head->resizeSection(FileListModel::KindColumn, 170);
+    fitColumns();
+    connect(head, &QHeaderView::sectionResized, this, [this](int column) {
+        if (!m_fitting && column != FileListModel::NameColumn)
+            m_userSized = true;
+    });
     head->setSectionsClickable(true);
     head->setSortIndicatorShown(true);
     head->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -95,6 +100,54 @@ void FileListView::showEvent(QShowEvent* event)
 {
     QTreeView::showEvent(event);
     followSelection();
+}
+
+void FileListView::resizeEvent(QResizeEvent* event)
+{
+    QTreeView::resizeEvent(event);
+    fitColumns();
+}
+
+void FileListView::changeEvent(QEvent* event)
+{
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        fitColumns();
+}
+
+void FileListView::fitColumns()
+{
+    if (m_userSized)
+        return;
+    QHeaderView* head = header();
+    const QFontMetrics rows = fontMetrics();
+    const QFontMetrics titles = head->fontMetrics();
+    // A cell's text sits between the delegate's margins; a title beside its sort mark.
+    const int cellPadding = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1) + 12;
+    const int titlePadding = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, head)
+                             + style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, head) + 8;
+    auto fit = [&](const QString& title, std::initializer_list<const char*> samples) {
+        int width = titles.horizontalAdvance(title) + titlePadding;
+        for (const char* sample : samples)
+            width = std::max(width, rows.horizontalAdvance(QLatin1StringView(sample)) + cellPadding);
+        return width;
+    };
+    const int modified = fit(QStringLiteral("Date Modified"), {"Yesterday 00:00", "30 Sep 2026 00:00"});
+    const int size = fit(QStringLiteral("Size"), {"999.9 MB", "999 bytes"});
+    int kind = fit(QStringLiteral("Kind"), {"Markdown document"});
+    // A narrow pane: Name keeps a third of the width; Kind gives way first, then Date Modified.
+    const int room = viewport()->width() - viewport()->width() / 3 - size;
+    int date = modified;
+    if (room > 0 && date + kind > room) {
+        kind = std::max(titles.horizontalAdvance(QStringLiteral("Kind")) + titlePadding, room - date);
+        if (date + kind > room)
+            date = std::max(titles.horizontalAdvance(QStringLiteral("Date")) + titlePadding, room - kind);
+    }
+    m_fitting = true;
+    head->resizeSection(FileListModel::ModifiedColumn, date);
+    head->resizeSection(FileListModel::SizeColumn, size);
+    head->resizeSection(FileListModel::KindColumn, kind);
+    m_fitting = false;
 }
 
 } // namespace orwick

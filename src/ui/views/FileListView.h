@@ -1,6 +1,11 @@
 #pragma once
 // The list view: one row per arranged item with Name, Date Modified, Size and Kind. Draws the
 // pane's selection and forwards keys and clicks to the pane; holds no selection of its own.
+//
+// Column widths follow the font: Date Modified fits the longest date, Size a size and Kind a
+// common kind. In a narrow pane Kind gives way first and then Date Modified, so that Name keeps a
+// third of the width and Size is never cut. Once the user drags a column's edge, the widths are
+// theirs and the view leaves them alone.
 
 #include "ui/views/FileListModel.h"
 
@@ -18,6 +23,8 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -25,7 +32,11 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    void fitColumns();
+
     FileListModel* m_model;
+    bool m_fitting = false;
+    bool m_userSized = false;
     bool m_vimPendingG = false;
 };
 
