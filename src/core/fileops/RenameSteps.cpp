@@ -2,6 +2,7 @@
 
 #include "fileops/ItemCopier.h"
 #include "fileops/UniqueName.h"
+#include "files/PathParts.h"
 #include "platform/DirectoryReader.h"
 #include "platform/ErrorText.h"
 #include "platform/UniqueFd.h"
@@ -20,21 +21,16 @@ namespace {
 // Attempts at a free name beside a taken one, when other programs keep taking the one found.
 constexpr int kAttemptsBeside = 8;
 
-// Where a path's name starts: just after its last "/".
-qsizetype nameStart(const FilePath& path) { return path.native().lastIndexOf('/') + 1; }
-
-QByteArrayView folderPart(const FilePath& path) { return QByteArrayView(path.native()).first(nameStart(path)); }
-
 bool isAsciiLetter(char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }
 
 // True when two different names in one folder are one name but for letter case; such a rename
 // goes through a temporary name, since a case-insensitive disk takes both for one item.
 bool onlyLetterCaseChanges(const FileMove& move)
 {
-    if (folderPart(move.from) != folderPart(move.to))
+    if (folderPartOf(move.from) != folderPartOf(move.to))
         return false;
-    const QByteArrayView from = QByteArrayView(move.from.native()).sliced(nameStart(move.from));
-    const QByteArrayView to = QByteArrayView(move.to.native()).sliced(nameStart(move.to));
+    const QByteArrayView from = nameOf(move.from);
+    const QByteArrayView to = nameOf(move.to);
     bool ascii = true;
     for (const char c : from)
         ascii = ascii && static_cast<unsigned char>(c) < 0x80;
@@ -59,8 +55,8 @@ class FolderRenamer {
 public:
     bool rename(const FilePath& from, const FilePath& to)
     {
-        const QByteArrayView folder = folderPart(from);
-        if (folder != folderPart(to) || !openFolder(folder))
+        const QByteArrayView folder = folderPartOf(from);
+        if (folder != folderPartOf(to) || !openFolder(folder))
             return renameNoReplace(from, to);
         return ::renameat2(m_fd.get(), from.c_str() + folder.size(), m_fd.get(), to.c_str() + folder.size(),
                            RENAME_NOREPLACE) == 0;

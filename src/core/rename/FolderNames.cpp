@@ -131,7 +131,7 @@ void FolderNamesCache::expect(const QList<FilePath>& paths)
             m_expected[run.toByteArray()] += count;
     };
     for (const FilePath& path : paths) {
-        const QByteArrayView folder = QByteArrayView(path.native()).first(nameStart(path));
+        const QByteArrayView folder = folderPartOf(path);
         if (folder != run) {
             countRun();
             run = folder;
@@ -144,7 +144,7 @@ void FolderNamesCache::expect(const QList<FilePath>& paths)
 
 const FolderNames& FolderNamesCache::around(const FilePath& path)
 {
-    const QByteArrayView folder = QByteArrayView(path.native()).first(nameStart(path));
+    const QByteArrayView folder = folderPartOf(path);
     if (m_last && folder == m_lastFolder)
         return *m_last;
     m_lastFolder = folder.toByteArray();

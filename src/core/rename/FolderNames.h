@@ -12,7 +12,7 @@
 // one batch, so that the steps that look at it (its items are there, their new names are free)
 // share one read of each folder.
 
-#include "files/FilePath.h"
+#include "files/PathParts.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -44,11 +44,6 @@ private:
     qsizetype slotOf(QByteArrayView name) const;
     QByteArrayView nameAt(quint32 start) const;
 };
-
-// Where a path's name starts: just after its last "/".
-inline qsizetype nameStart(const FilePath& path) { return path.native().lastIndexOf('/') + 1; }
-// A path's name, as a view of its bytes.
-inline QByteArrayView nameOf(const FilePath& path) { return QByteArrayView(path.native()).sliced(nameStart(path)); }
 
 class FolderNamesCache {
 public:
