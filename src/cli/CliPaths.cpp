@@ -4,7 +4,6 @@
 #include "platform/ErrorText.h"
 #include "rename/FolderNames.h"
 
-
 #include <cerrno>
 #include <climits>
 #include <sys/stat.h>
