@@ -83,3 +83,5 @@ void OpenRouter::windowReady(WindowState& window, const OpenRequests& requests)
 }
 
 } // namespace orwick
+
+#include "moc_OpenRouter.cpp"

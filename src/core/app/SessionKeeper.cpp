@@ -108,3 +108,5 @@ void SessionKeeper::saveInBackground()
 }
 
 } // namespace orwick
+
+#include "moc_SessionKeeper.cpp"

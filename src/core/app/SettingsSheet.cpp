@@ -245,3 +245,5 @@ const SettingRow* SettingsSheet::row(const QString& key) const
 }
 
 } // namespace orwick
+
+#include "moc_SettingsSheet.cpp"

@@ -151,3 +151,5 @@ void ShowInFolderService::show(const QStringList& uris, bool reveal, const QStri
 } // namespace orwick
 
 #include "ShowInFolderService.moc"
+
+#include "moc_ShowInFolderService.cpp"

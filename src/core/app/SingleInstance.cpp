@@ -264,3 +264,5 @@ void SingleInstance::accept()
 }
 
 } // namespace orwick
+
+#include "moc_SingleInstance.cpp"

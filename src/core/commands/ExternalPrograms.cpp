@@ -102,3 +102,5 @@ QString ExternalPrograms::installedOrEmpty(const QList<Program>& installed, cons
 }
 
 } // namespace orwick
+
+#include "moc_ExternalPrograms.cpp"

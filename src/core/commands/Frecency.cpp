@@ -231,3 +231,5 @@ void Frecency::saveNow(bool inBackground)
 }
 
 } // namespace orwick
+
+#include "moc_Frecency.cpp"

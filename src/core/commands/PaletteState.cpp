@@ -282,3 +282,5 @@ bool PaletteState::choose(bool alternate)
 }
 
 } // namespace orwick
+
+#include "moc_PaletteState.cpp"

@@ -116,3 +116,5 @@ void FolderSizes::apply(quint64 generation, const std::vector<std::pair<FilePath
 }
 
 } // namespace orwick
+
+#include "moc_FolderSizes.cpp"

@@ -221,3 +221,5 @@ void EditSession::refuse(const QString& sentence)
 }
 
 } // namespace orwick
+
+#include "moc_EditSession.cpp"

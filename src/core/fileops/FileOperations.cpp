@@ -382,3 +382,5 @@ void FileOperations::putBack(const QList<FilePath>& itemsInTrash, QUndoStack* un
 }
 
 } // namespace orwick
+
+#include "moc_FileOperations.cpp"

@@ -103,3 +103,5 @@ void LinkUpdater::apply(const Plan& plan, const QList<FileMove>& moves, QUndoSta
 }
 
 } // namespace orwick
+
+#include "moc_LinkUpdater.cpp"

@@ -110,3 +110,5 @@ void OutsideMoves::accept(const QList<FileMove>& moves, QUndoStack* undo)
 }
 
 } // namespace orwick
+
+#include "moc_OutsideMoves.cpp"

@@ -79,3 +79,5 @@ void DirectoryWatcher::drain()
 }
 
 } // namespace orwick
+
+#include "moc_DirectoryWatcher.cpp"

@@ -163,3 +163,5 @@ void Git::clearBusy(const FilePath& root)
 }
 
 } // namespace orwick
+
+#include "moc_Git.cpp"

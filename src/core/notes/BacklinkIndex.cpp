@@ -169,3 +169,5 @@ void BacklinkIndex::applyUpdate(const FilePath& vault, Update update)
 }
 
 } // namespace orwick
+
+#include "moc_BacklinkIndex.cpp"

@@ -299,3 +299,5 @@ std::function<std::optional<SortValue>(const FilePath&)> FileProperties::sortVal
 }
 
 } // namespace orwick
+
+#include "moc_FileProperties.cpp"

@@ -87,3 +87,5 @@ void VaultWatcher::drain()
 }
 
 } // namespace orwick
+
+#include "moc_VaultWatcher.cpp"

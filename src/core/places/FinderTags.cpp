@@ -266,3 +266,5 @@ void FinderTags::bump()
 }
 
 } // namespace orwick
+
+#include "moc_FinderTags.cpp"

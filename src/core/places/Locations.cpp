@@ -138,3 +138,5 @@ void Locations::refresh()
 }
 
 } // namespace orwick
+
+#include "moc_Locations.cpp"

@@ -441,3 +441,5 @@ void SidebarStore::setRenamingSearch(const QString& searchId)
 }
 
 } // namespace orwick
+
+#include "moc_SidebarStore.cpp"

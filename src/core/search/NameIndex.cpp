@@ -369,3 +369,5 @@ void NameIndex::save()
 }
 
 } // namespace orwick
+
+#include "moc_NameIndex.cpp"

@@ -269,3 +269,5 @@ void ServerConnection::fail(const QString& message)
 }
 
 } // namespace orwick
+
+#include "moc_ServerConnection.cpp"

@@ -302,3 +302,5 @@ void FileActions::emptyTrash(const TrashContents& contents)
 }
 
 } // namespace orwick
+
+#include "moc_FileActions.cpp"

@@ -818,3 +818,5 @@ void PaneState::setIgnoredPaths(std::shared_ptr<const QSet<FilePath>> ignored)
 }
 
 } // namespace orwick
+
+#include "moc_PaneState.cpp"

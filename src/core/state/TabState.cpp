@@ -233,3 +233,5 @@ void TabState::close(PaneState* pane)
 }
 
 } // namespace orwick
+
+#include "moc_TabState.cpp"

@@ -127,3 +127,5 @@ bool ViewPreferences::isMostlyMedia(const FileItems& items)
 }
 
 } // namespace orwick
+
+#include "moc_ViewPreferences.cpp"

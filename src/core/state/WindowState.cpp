@@ -215,3 +215,5 @@ void WindowState::showPanel(Panel panel, const FilePath& folder, const QList<Fil
 }
 
 } // namespace orwick
+
+#include "moc_WindowState.cpp"

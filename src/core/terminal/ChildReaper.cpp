@@ -86,3 +86,5 @@ void ChildReaper::poll()
 }
 
 } // namespace orwick
+
+#include "moc_ChildReaper.cpp"

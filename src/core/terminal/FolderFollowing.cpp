@@ -62,3 +62,5 @@ void FolderFollowing::shellMoved(const FilePath& folder)
 }
 
 } // namespace orwick
+
+#include "moc_FolderFollowing.cpp"

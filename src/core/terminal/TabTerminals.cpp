@@ -93,3 +93,5 @@ void TabTerminals::remove(TerminalSession* session)
 }
 
 } // namespace orwick
+
+#include "moc_TabTerminals.cpp"

@@ -220,3 +220,5 @@ void TerminalSession::finish(int status)
 }
 
 } // namespace orwick
+
+#include "moc_TerminalSession.cpp"

@@ -90,3 +90,5 @@ void SystemColorScheme::setPortal(std::optional<Appearance> portal)
 }
 
 } // namespace orwick
+
+#include "moc_SystemColorScheme.cpp"

@@ -161,3 +161,5 @@ void ThemeStore::apply()
 }
 
 } // namespace orwick
+
+#include "moc_ThemeStore.cpp"
