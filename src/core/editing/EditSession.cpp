@@ -2,6 +2,7 @@
 
 #include "fileops/FileOperations.h"
 #include "files/DirectoryWatcher.h"
+#include "files/Formatting.h"
 #include "platform/DirectoryReader.h"
 #include "preview/FileHead.h"
 
@@ -54,7 +55,7 @@ Status EditSession::load()
     if (!st->isRegular())
         return failure(QStringLiteral("“%1” isn’t a file Orwick can edit.").arg(m_file.fileName()));
     if (st->size > FileOperations::kLargestRewrite)
-        return failure(QStringLiteral("“%1” is too large to edit here (over 16 MB).").arg(m_file.fileName()));
+        return failure(QStringLiteral("“%1” is too large to edit here (over %2).").arg(m_file.fileName(), formatByteCount(FileOperations::kLargestRewrite)));
     Result<QByteArray> bytes = readWhole(m_file);
     if (!bytes)
         return failure(bytes.error());

@@ -8,6 +8,7 @@
 #include "fileops/FileOperations.h"
 #include "fileops/FileReplace.h"
 #include "fileops/OperationTexts.h"
+#include "files/Formatting.h"
 
 #include <cerrno>
 #include <climits>
@@ -44,7 +45,7 @@ std::optional<ChangeRunner::ReadEdit> ChangeRunner::readAndEdit(const FilePath& 
         return std::nullopt;
     }
     if (S_ISREG(st.st_mode) && st.st_size > FileOperations::kLargestRewrite) {
-        fail(refusal(file, QStringLiteral("it is larger than %1 MB").arg(FileOperations::kLargestRewrite >> 20)));
+        fail(refusal(file, QStringLiteral("it is larger than %1").arg(formatByteCount(FileOperations::kLargestRewrite))));
         return std::nullopt;
     }
     if (const Status writable = notefile::checkWritable(target); !writable) {

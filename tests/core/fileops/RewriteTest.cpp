@@ -90,7 +90,7 @@ TEST_F(FileOpsTest, FilesThatCantBeRewrittenAreCountedNotDone)
     EXPECT_EQ(reports[0].skipped, 1);
     EXPECT_EQ(reports[0].errors, (QStringList{QStringLiteral("Couldn’t change “locked.txt”: it is read-only."),
                                               QStringLiteral("Couldn’t change it: it said no."),
-                                              QStringLiteral("Couldn’t change “huge.txt”: it is larger than 16 MB.")}));
+                                              QStringLiteral("Couldn’t change “huge.txt”: it is larger than 17 MB.")}));
     EXPECT_EQ(readAll(fine), "FINE");
     EXPECT_EQ(readAll(locked), "locked");
     EXPECT_EQ(statOf(locked).st_mode & 07777, 0444u);

@@ -94,7 +94,7 @@ TEST_F(PropertyRenameTest, NotesThatCantBeChangedAreCountedNotCalledDone)
     EXPECT_EQ(outcome.done, 1);
     EXPECT_EQ(outcome.errors,
               (QStringList{"Couldn’t change “n001.md”: it is read-only.", "Couldn’t change “latin.md”: it isn’t UTF-8 text.",
-                           "Couldn’t change “large.md”: it is larger than 16 MB."}));
+                           "Couldn’t change “large.md”: it is larger than 17 MB."}));
     EXPECT_EQ(outcomeText(outcome),
               "Set status on n000.md; couldn’t change 3 items: “n001.md”, “latin.md” and “large.md”.");
     EXPECT_TRUE(outcome.canUndo);
