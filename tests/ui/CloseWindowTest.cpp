@@ -39,6 +39,7 @@ TEST_F(CloseWindowTest, SeveralTabsAskFirstAndCancelKeepsThem)
     EXPECT_FALSE(window->close());
     ASSERT_TRUE(waitUntil([&] { return question() != nullptr; }));
     EXPECT_EQ(question()->text(), QStringLiteral("Close this window and its 3 tabs?"));
+    EXPECT_TRUE(question()->iconPixmap().isNull()) << "the question carries no stock picture";
     answer(QStringLiteral("Cancel"));
     ASSERT_TRUE(waitUntil([&] { return question() == nullptr; }));
     EXPECT_TRUE(window->isVisible());

@@ -123,4 +123,17 @@ int ThemedStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWi
     return QProxyStyle::styleHint(hint, option, widget, returnData);
 }
 
+QIcon ThemedStyle::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const
+{
+    switch (icon) {
+    case SP_MessageBoxInformation:
+    case SP_MessageBoxWarning:
+    case SP_MessageBoxCritical:
+    case SP_MessageBoxQuestion:
+        return {}; // a message box without a picture leaves its icon column out
+    default:
+        return QProxyStyle::standardIcon(icon, option, widget);
+    }
+}
+
 } // namespace orwick

@@ -6,7 +6,8 @@
 // it, and a tick or dot in the text colour on the accent once chosen. Metrics are Fusion's, so
 // nothing moves; colours are read when painting, so a new theme reaches every box at once.
 // Dialog buttons carry their words only: no stock tick and cross icons, whatever the desktop's
-// platform theme asks for.
+// platform theme asks for; message boxes carry no stock question, warning or error picture
+// either (their title and words say what they ask, as the window's sheets do).
 //
 // theme::follow() installs it once for the application.
 
@@ -23,6 +24,7 @@ public:
                        const QWidget* widget = nullptr) const override;
     int styleHint(StyleHint hint, const QStyleOption* option = nullptr, const QWidget* widget = nullptr,
                   QStyleHintReturn* returnData = nullptr) const override;
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption* option = nullptr, const QWidget* widget = nullptr) const override;
 };
 
 } // namespace orwick
