@@ -16,6 +16,7 @@
 #include <QPlainTextEdit>
 #include <QFileInfo>
 #include <QPushButton>
+#include <QSplitter>
 #include <QTextBrowser>
 #include <cstdio>
 
@@ -138,7 +139,15 @@ TEST_F(NoteEditorWindowTest, LeavingSavesWhatWasTyped)
     EXPECT_EQ(toast(), QStringLiteral("Saved “note.md”"));
     EXPECT_TRUE(test::waitUntil([&] { return editor() == nullptr && window->activePaneWidget()->isVisible(); }));
     EXPECT_EQ(window->sidebar()->width(), sidebarWidth);
-    EXPECT_GE(window->activePaneWidget()->width(), 400) << "the panes get their room back";
+    // The panes get their room back: the preview column beside them opens at 380 pixels, or at
+    // half the room beside the sidebar in a narrow window.
+    auto* columns = qobject_cast<QSplitter*>(window->centralWidget());
+    ASSERT_NE(columns, nullptr);
+    const QList<int> sizes = columns->sizes();
+    ASSERT_EQ(sizes.size(), 3);
+    const int room = sizes[1] + sizes[2];
+    EXPECT_EQ(sizes[2], std::min(380, room / 2));
+    EXPECT_GE(window->activePaneWidget()->width(), room / 2 - 10);
 
     // Ctrl+E goes back too; with nothing typed nothing is written.
     startEditing(note);

@@ -35,6 +35,7 @@
 
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QPointer>
@@ -47,6 +48,11 @@ namespace orwick {
 
 namespace {
 constexpr int kPreviewWidth = 380; // the preview column's width when it first opens
+constexpr QSize kFirstSize(1200, 760); // a new window's size, on a screen with room for it
+
+// The preview column's width when it opens beside the panes in `room` pixels: kPreviewWidth,
+// or half the room in a narrow window, so the panes always keep at least half.
+int openingPreviewWidth(int room) { return std::min(kPreviewWidth, room / 2); }
 }
 
 MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent), m_state(state)
@@ -142,7 +148,9 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     connect(m_tabBar, &QTabBar::tabCloseRequested, this, [this](int index) { m_state->closeTab(m_state->tabs()[index]->id()); });
 
     syncTabs();
-    resize(1200, 760);
+    // A small screen gets a window that fits it, with a margin for the desktop's panels.
+    const QSize screenRoom = screen() ? screen()->availableGeometry().size() * 9 / 10 : kFirstSize;
+    resize(kFirstSize.boundedTo(screenRoom));
 }
 
 // The preview column at the right of the content and Quick Look over the window; whether the
@@ -175,25 +183,24 @@ void MainWindow::setUpPreview(QSplitter* splitter)
         if (covering && before.size() == 3) {
             *uncovered = before;
             splitter->setSizes({before[0], 0, before[1] + before[2]});
-        } else if (uncovering && splitter) {
-            QList<int> sizes = *uncovered;
-            if (!shown) {
-                sizes[1] += sizes[2];
-                sizes[2] = 0;
-            } else if (sizes[2] < kPreviewWidth) { // the column wasn't open before
-                sizes[1] = std::max(200, sizes[1] + sizes[2] - kPreviewWidth);
-                sizes[2] = kPreviewWidth;
-            }
-            splitter->setSizes(sizes);
+        } else if (uncovering && splitter && before.size() == 3) {
+            // The room the preview covered is shared again as it was (the column at its old
+            // width when it was open before, leaving the panes 200 pixels); the sidebar keeps
+            // the width it has now.
+            const int room = before[1] + before[2];
+            const int old = (*uncovered)[2];
+            const int column = !shown ? 0 : old > 0 ? std::min(old, std::max(0, room - 200)) : openingPreviewWidth(room);
+            splitter->setSizes({before[0], room - column, column});
             uncovered->clear();
         }
-        // The column opens at a readable width, taken from the panes.
+        // The column opens at a readable width, taken from the panes, never from the sidebar.
         if (appearing && splitter && !expanded) {
-            QList<int> sizes = splitter->sizes();
-            const int wanted = std::max(kPreviewWidth, sizes.value(2));
-            sizes[1] = std::max(200, sizes[1] + sizes[2] - wanted);
-            sizes[2] = wanted;
-            splitter->setSizes(sizes);
+            const QList<int> sizes = splitter->sizes();
+            if (sizes.size() == 3) {
+                const int room = sizes[1] + sizes[2];
+                const int column = openingPreviewWidth(room);
+                splitter->setSizes({sizes[0], room - column, column});
+            }
         }
         if (expanded)
             m_previewPanel->focusTarget()->setFocus(Qt::OtherFocusReason);
