@@ -48,7 +48,10 @@ TEST_F(PreviewWindowTest, F3ShowsThePanelAndItFollowsTheCursor)
     press(Qt::Key_F3);
     EXPECT_TRUE(state->showPreview()) << "kept with the window's session";
     ASSERT_TRUE(window->previewPanel()->isVisible());
-    EXPECT_GE(window->previewPanel()->width(), 300);
+    // At 380 pixels, or half the room beside the sidebar in a narrow window, taken from the panes.
+    const int room = window->previewPanel()->width() + window->activePaneWidget()->width();
+    EXPECT_GE(window->previewPanel()->width(), std::min(380, room / 2) - 10);
+    EXPECT_GE(window->activePaneWidget()->width() + 10, room / 2);
     ASSERT_TRUE(shows(panelView(), "a.py"));
     EXPECT_EQ(panelView()->shownKind(), PreviewContent::Kind::text);
     EXPECT_EQ(panelView()->textView()->toPlainText(), "def f():\n    return 1  # one\n");
@@ -100,6 +103,24 @@ TEST_F(PreviewWindowTest, ClickingATaskTogglesItAsOneUndoableChange)
     state->undoStack()->undo();
     settle();
     EXPECT_EQ(test::readAll(note), before);
+}
+
+TEST_F(PreviewWindowTest, TasksShowTheirBoxWithoutABullet)
+{
+    const FilePath mixed = tree.file("mixed.md", "- [ ] write\n- [x] read\n\n* plain point\n");
+    select(mixed);
+    state->setShowPreview(true);
+    ASSERT_TRUE(shows(panelView(), "mixed.md"));
+    const QTextDocument* document = panelView()->noteView()->document();
+    QStringList bulleted, unbulleted;
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next())
+        (block.textList() ? bulleted : unbulleted).append(block.text().trimmed());
+    EXPECT_EQ(bulleted.join(u'|').toStdString(), "plain point");
+    ASSERT_EQ(unbulleted.size(), 2) << unbulleted.join(u'|').toStdString();
+    EXPECT_EQ(unbulleted[0], QString(QChar(0x2610)) + " write");
+    EXPECT_EQ(unbulleted[1], QString(QChar(0x2611)) + " read");
+    // Each stays indented as the list's items are.
+    EXPECT_GT(document->begin().blockFormat().indent(), 0);
 }
 
 TEST_F(PreviewWindowTest, SpaceOnAFocusedTaskTogglesIt)

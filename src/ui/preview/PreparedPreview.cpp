@@ -11,6 +11,8 @@
 #include <QPalette>
 #include <QPlainTextDocumentLayout>
 #include <QTextBlock>
+#include <QTextCursor>
+#include <QTextList>
 #include <QThread>
 
 namespace orwick {
@@ -95,6 +97,29 @@ void colour(QTextDocument& document, const QString& text, const FilePath& path, 
     }
 }
 
+// Task items show their box only: each leaves its bulleted list and keeps the list's indent, so
+// the box stands where the item's words would start. A plain item beside them keeps its bullet.
+void unbulletTasks(QTextDocument& document)
+{
+    QList<QTextBlock> tasks;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        if (!block.textList() || block.text().isEmpty())
+            continue;
+        const QChar first = block.text().front();
+        const QTextCharFormat format = QTextCursor(block).charFormat(); // of the block's first character
+        if ((first == QChar(0x2610) || first == QChar(0x2611)) && format.anchorHref().startsWith(QLatin1StringView("task:")))
+            tasks.append(block);
+    }
+    for (QTextBlock& block : tasks) {
+        QTextList* list = block.textList();
+        const int indent = list->format().indent();
+        list->remove(block);
+        QTextBlockFormat format = block.blockFormat();
+        format.setIndent(indent);
+        QTextCursor(block).setBlockFormat(format);
+    }
+}
+
 std::shared_ptr<QTextDocument> noteDocument(const PreviewContent& content, const PreviewStyle& style)
 {
     auto document = std::make_shared<QTextDocument>();
@@ -103,6 +128,7 @@ std::shared_ptr<QTextDocument> noteDocument(const PreviewContent& content, const
     for (auto it = content.images.cbegin(); it != content.images.cend(); ++it)
         document->addResource(QTextDocument::ImageResource, QUrl(it.key()), it.value());
     document->setHtml(content.html);
+    unbulletTasks(*document);
     return document;
 }
 
