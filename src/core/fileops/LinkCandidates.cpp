@@ -5,11 +5,13 @@
 #include "disktools/WalkPool.h"
 #include "notes/DailyNotes.h"
 #include "notes/NoteFile.h"
+#include "files/PathParts.h"
 #include "platform/ForEachEntry.h"
 
 #include <QHash>
 #include <QSet>
 #include <atomic>
+#include <unordered_map>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -19,23 +21,57 @@ namespace orwick {
 
 namespace {
 
-// One folder's own entries, read once however many moved items it held: its notes (the first
-// `limit`) and the names of its sub-folders (all of them, hidden ones too: a moved item may be).
+// True when `name` ends in a Markdown extension (notefile::isNote's rule, letter case aside),
+// looked at in place: a folder of thousands of pictures makes no path or text of each name.
+bool isNoteName(const FilePath& folder, QByteArrayView name)
+{
+    const qsizetype dot = name.lastIndexOf('.');
+    if (dot <= 0 || dot == name.size() - 1)
+        return false;
+    const QByteArrayView extension = name.sliced(dot + 1);
+    char lower[8];
+    for (qsizetype i = 0; i < extension.size(); ++i) {
+        const char c = extension[i];
+        if (static_cast<unsigned char>(c) >= 0x80) // letter case beyond ASCII: the full rule
+            return notefile::isNote(folder.child(name));
+        if (i >= qsizetype(sizeof lower))
+            return false;
+        lower[i] = c >= 'A' && c <= 'Z' ? char(c | 0x20) : c;
+    }
+    const QByteArrayView lowered(lower, extension.size());
+    return lowered == "md" || lowered == "markdown" || lowered == "mdown" || lowered == "mkd" || lowered == "mdx";
+}
+
+// One folder's own entries, read once however many moved items it held and whatever asks (the
+// notes beside an item, the notes near it): its notes (the first kTreeLimit, hidden ones passed
+// over), its sub-folders to read near an item (not hidden), and the names of all its sub-folders
+// (hidden ones too: a moved item may be one). Only the entries that may matter make a path.
 struct FolderEntries {
     QList<FilePath> notes;
-    QSet<QByteArray> folders;
+    QList<FilePath> subfolders;
+    QSet<QByteArray> folderNames;
 };
 
-FolderEntries readFolder(const FilePath& folder, int limit, const CancelFlag* cancel)
+FolderEntries readFolder(const FilePath& folder, const CancelFlag* cancel)
 {
     FolderEntries entries;
     forEachEntry(folder, cancel, [&](QByteArrayView name, unsigned char givenType) {
+        const bool hidden = name.startsWith('.');
+        if (givenType == DT_REG
+            && (hidden || entries.notes.size() >= LinkUpdater::kTreeLimit || !isNoteName(folder, name)))
+            return;
+        if (givenType != DT_REG && givenType != DT_DIR && givenType != DT_UNKNOWN)
+            return;
         const FilePath path = folder.child(name);
         const unsigned char type = entryType(path, givenType);
-        if (type == DT_DIR)
-            entries.folders.insert(name.toByteArray());
-        else if (type == DT_REG && !name.startsWith('.') && entries.notes.size() < limit && notefile::isNote(path))
+        if (type == DT_DIR) {
+            entries.folderNames.insert(name.toByteArray());
+            if (!hidden)
+                entries.subfolders.append(path);
+        } else if (type == DT_REG && !hidden && entries.notes.size() < LinkUpdater::kTreeLimit
+                   && isNoteName(folder, name)) {
             entries.notes.append(path);
+        }
     });
     return entries;
 }
@@ -64,12 +100,19 @@ void collect(const FilePath& folder, int depthLeft, int limit, QList<FilePath>& 
         const QByteArrayView name(entry->d_name);
         if (name.startsWith('.'))
             continue;
+        if (entry->d_type == DT_REG) {
+            if (isNoteName(folder, name))
+                out.append(folder.child(name));
+            continue;
+        }
+        if (entry->d_type != DT_DIR && entry->d_type != DT_UNKNOWN)
+            continue;
         const FilePath path = folder.child(name);
         const unsigned char type = entryType(path, entry->d_type);
         if (type == DT_DIR) {
             if (depthLeft > 1)
                 folders.append(path);
-        } else if (type == DT_REG && notefile::isNote(path)) {
+        } else if (type == DT_REG && isNoteName(folder, name)) {
             out.append(path);
         }
     }
@@ -93,9 +136,18 @@ QList<FilePath> LinkUpdater::markdown(const FilePath& folder, bool recursive, in
 
 FilePath LinkUpdater::vaultOf(const QList<FileMove>& moves)
 {
-    // Each folder is looked up once: a batch moves thousands of items out of one folder.
+    // Each folder is looked up once: a batch moves thousands of items out of one folder, and the
+    // next item of the same two folders is passed by without making a path.
     QSet<FilePath> tried;
+    QByteArrayView lastFrom;
+    QByteArrayView lastTo;
     for (const FileMove& move : moves) {
+        const QByteArrayView fromPart = folderPartOf(move.from);
+        const QByteArrayView toPart = folderPartOf(move.to);
+        if (!tried.isEmpty() && fromPart == lastFrom && toPart == lastTo)
+            continue;
+        lastFrom = fromPart;
+        lastTo = toPart;
         for (const FilePath& folder : {move.from.parent(), move.to.parent()}) {
             if (tried.contains(folder))
                 continue;
@@ -111,8 +163,8 @@ QList<FilePath> LinkUpdater::candidates(const QList<FileMove>& moves, const Canc
 {
     QList<FilePath> out;
     QSet<FilePath> seen;
-    auto add = [&](const QList<FilePath>& notes) {
-        for (const FilePath& note : notes) {
+    auto add = [&](const QList<FilePath>& notes, qsizetype limit = kTreeLimit) {
+        for (const FilePath& note : notes.first(std::min(limit, notes.size()))) {
             if (!seen.contains(note)) {
                 seen.insert(note);
                 out.append(note);
@@ -120,15 +172,16 @@ QList<FilePath> LinkUpdater::candidates(const QList<FileMove>& moves, const Canc
         }
     };
     // A batch renames thousands of items in one folder: each folder is read, and its vault
-    // looked up, once.
-    QHash<FilePath, FolderEntries> folders;
+    // looked up, once, and the notes near an item start from the folder's own read. The map's
+    // entries stay where they are while others are added.
+    std::unordered_map<FilePath, FolderEntries> folders;
     auto folderBeside = [&](const FilePath& folder) -> const FolderEntries& {
         auto found = folders.find(folder);
         if (found == folders.end()) {
-            found = folders.insert(folder, readFolder(folder, kFolderLimit, cancel));
-            add(found->notes);
+            found = folders.emplace(folder, readFolder(folder, cancel)).first;
+            add(found->second.notes, kFolderLimit);
         }
-        return *found;
+        return found->second;
     };
     QHash<FilePath, std::optional<FilePath>> vaults;
     auto vaultAbove = [&](const FilePath& folder) {
@@ -139,20 +192,27 @@ QList<FilePath> LinkUpdater::candidates(const QList<FileMove>& moves, const Canc
     };
     QSet<FilePath> vaultsRead;
     QSet<FilePath> nearbyRead;
-    FilePath lastFrom;
-    FilePath lastTo;
+    // The folder parts of the last move's paths; the items of one folder share everything read
+    // around them, so the next move of the same two folders only looks up its own name.
+    QByteArrayView lastFrom;
+    QByteArrayView lastTo;
+    const FolderEntries* besideTo = nullptr;
     for (const FileMove& move : moves) {
         if (cancel && cancel->isCancelled())
             break;
+        const QByteArrayView fromPart = folderPartOf(move.from);
+        const QByteArrayView toPart = folderPartOf(move.to);
+        const bool sameFolders = besideTo && fromPart == lastFrom && toPart == lastTo;
+        if (!sameFolders)
+            besideTo = &folderBeside(move.to.parent());
+        if (!besideTo->folderNames.isEmpty() && besideTo->folderNames.contains(nameOf(move.to).toByteArray()))
+            add(markdown(move.to, true, INT_MAX, kTreeLimit, cancel));
+        if (sameFolders)
+            continue;
+        lastFrom = fromPart;
+        lastTo = toPart;
         const FilePath fromFolder = move.from.parent();
         const FilePath toFolder = move.to.parent();
-        if (folderBeside(toFolder).folders.contains(move.to.fileNameBytes()))
-            add(markdown(move.to, true, INT_MAX, kTreeLimit, cancel));
-        // The items of one folder share everything read around them.
-        if (fromFolder == lastFrom && toFolder == lastTo)
-            continue;
-        lastFrom = fromFolder;
-        lastTo = toFolder;
         folderBeside(fromFolder);
         std::optional<FilePath> vault = vaultAbove(fromFolder);
         if (!vault)
@@ -164,12 +224,20 @@ QList<FilePath> LinkUpdater::candidates(const QList<FileMove>& moves, const Canc
             }
             continue;
         }
+        // Near the item: its folder's own notes, then those of the folders in it.
         for (const FilePath& item : {move.from, move.to}) {
             const FilePath parent = item.parent();
             if (isTooWide(parent) || componentCount(item) < 4 || nearbyRead.contains(parent))
                 continue;
             nearbyRead.insert(parent);
-            add(markdown(parent, true, 2, kTreeLimit, cancel));
+            const FolderEntries& own = folderBeside(parent);
+            QList<FilePath> nearby = own.notes;
+            for (const FilePath& folder : own.subfolders) {
+                if (nearby.size() >= kTreeLimit)
+                    break;
+                collect(folder, 1, kTreeLimit, nearby, cancel);
+            }
+            add(nearby);
         }
     }
     return out;

@@ -179,5 +179,40 @@ TEST_F(LinkUpdaterTest, CandidatesOutsideAVaultAreTheFoldersBesideTheItem)
     EXPECT_EQ(names, QStringList({"below.md", "beside.md", "n.md", "x.md"}));
 }
 
+TEST_F(LinkUpdaterTest, CandidatesOfABatchInOneFolderAreReadOnceAndKeepTheRules)
+{
+    // Many items renamed in one folder: its notes (by extension, any letter case, hidden ones
+    // passed over), the notes one level below it, and the notes inside a renamed folder, hidden
+    // or not; pictures and other files are not notes.
+    const FilePath folder = tree.folder("loose/a/b");
+    QList<FileMove> moves;
+    for (int i = 0; i < 50; ++i) {
+        const FilePath picture = file(QStringLiteral("loose/a/b/IMG_%1.jpg").arg(i), "");
+        const FilePath renamed = folder.child(QStringLiteral("photo-%1.jpg").arg(i));
+        ASSERT_EQ(::rename(picture.c_str(), renamed.c_str()), 0);
+        moves.append({picture, renamed});
+    }
+    file("loose/a/b/beside.md", "");
+    file("loose/a/b/UPPER.MD", "");
+    file("loose/a/b/notes.markdown", "");
+    file("loose/a/b/.hidden.md", "");
+    file("loose/a/b/readme.txt", "");
+    file("loose/a/b/mdx-not-a-note.mdxx", "");
+    file("loose/a/b/c/below.md", "");
+    file("loose/a/b/c/d/too-deep.md", "");
+    file("loose/a/b/.dir/inside-hidden.md", "");
+    file("loose/a/b/renamed/inner.md", "");
+    moves.append({folder.child(QByteArrayView(".old")), folder.child(QByteArrayView(".dir"))});
+    moves.append({folder.child(QByteArrayView("old")), folder.child(QByteArrayView("renamed"))});
+
+    const QList<FilePath> found = LinkUpdater::candidates(moves);
+    QStringList names;
+    for (const FilePath& path : found)
+        names.append(path.fileName());
+    EXPECT_EQ(QSet<QString>(names.begin(), names.end()).size(), names.size()) << names.join(u' ').toStdString();
+    names.sort();
+    EXPECT_EQ(names, QStringList({"UPPER.MD", "below.md", "beside.md", "inner.md", "inside-hidden.md", "notes.markdown"}));
+}
+
 } // namespace
 } // namespace orwick::test
