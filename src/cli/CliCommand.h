@@ -26,6 +26,9 @@ struct CliCommand {
     // Gets the arguments after the name; returns the process exit code.
     std::function<int(const Arguments& arguments)> run;
     QString details = {}; // more lines for "--help", naming any options the usage leaves out
+    // Options whose work needs orwick-cli-full's libraries: given one, the light orwick-cli hands
+    // the command line on (see HandOn.h) instead of running the command.
+    QList<QByteArray> fullProgramOptions = {};
 };
 
 void registerCommand(CliCommand command);

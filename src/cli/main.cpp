@@ -1,6 +1,9 @@
 // orwick-cli: Orwick's engines on the command line, for scripts, checks and benchmarks.
 
 #include "cli/CliCommand.h"
+#ifdef ORWICK_CLI_LIGHT
+#include "cli/HandOn.h"
+#endif
 
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -109,6 +112,10 @@ int runChecked(const CliCommand& command, Arguments arguments)
 int main(int argc, char** argv)
 {
     using namespace orwick::cli;
+#ifdef ORWICK_CLI_LIGHT
+    if (!runsHere(argc, argv))
+        return handOn(argv);
+#endif
     QCoreApplication app(argc, argv);
     // The raw bytes: decoding argv to text would lose names that are not UTF-8.
     Arguments arguments;

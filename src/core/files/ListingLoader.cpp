@@ -1,7 +1,7 @@
 #include "files/ListingLoader.h"
 
 #include "files/DirectoryLoader.h"
-#include "places/FinderTags.h"
+#include "places/KnownTags.h"
 #include "platform/AllTrashes.h"
 #include "platform/RecentFiles.h"
 #include "platform/XdgPaths.h"
@@ -89,7 +89,7 @@ ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* ca
     case Listing::Kind::screenshots: result = screenshots(cancel); break;
     case Listing::Kind::tag:
         // Once the home has been read for tags, the tagged files are known: read just those.
-        if (const auto known = showHidden ? std::nullopt : FinderTags::knownTagged(listing.tagName, xdg::home())) {
+        if (const auto known = showHidden ? std::nullopt : KnownTags::tagged(listing.tagName, xdg::home())) {
             for (const FilePath& file : *known) {
                 if (cancel && cancel->isCancelled())
                     break;

@@ -2,6 +2,7 @@
 
 #include "async/Background.h"
 #include "fileops/FileOperations.h"
+#include "places/KnownTags.h"
 #include "platform/Xattr.h"
 #include "platform/XdgPaths.h"
 #include "search/SearchWalker.h"
@@ -15,18 +16,6 @@ namespace orwick {
 
 namespace {
 
-// What the shared instance last knew, for readers on other threads. A QHash copy shares its
-// data until the GUI thread changes its own, so publishing costs no copying.
-struct Published {
-    QMutex lock;
-    QHash<FilePath, FinderTags::FolderTags> cache;
-    bool complete = false;
-};
-Published& published()
-{
-    static Published state;
-    return state;
-}
 QPointer<FinderTags>& sharedInstance()
 {
     static QPointer<FinderTags> instance;
@@ -76,33 +65,11 @@ FinderTags& FinderTags::shared()
     return *instance;
 }
 
-std::optional<QList<FilePath>> FinderTags::knownTagged(const QString& tag, const FilePath& root)
-{
-    QHash<FilePath, FolderTags> cache;
-    {
-        Published& state = published();
-        QMutexLocker locked(&state.lock);
-        if (!state.complete)
-            return std::nullopt;
-        cache = state.cache;
-    }
-    QList<FilePath> files;
-    for (auto folder = cache.cbegin(); folder != cache.cend(); ++folder)
-        if (root.contains(folder.key()))
-            for (auto file = folder->cbegin(); file != folder->cend(); ++file)
-                if (file.value().contains(tag))
-                    files.append(file.key());
-    return files;
-}
-
 void FinderTags::publish() const
 {
     if (sharedInstance() != this)
         return;
-    Published& state = published();
-    QMutexLocker locked(&state.lock);
-    state.cache = m_cache;
-    state.complete = m_complete;
+    KnownTags::publish(m_cache, m_complete);
 }
 
 TagList FinderTags::tagsOf(const FilePath& file) const

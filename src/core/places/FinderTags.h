@@ -12,7 +12,7 @@
 // every member must be called. The home walk stops when the application is about to quit.
 //
 // Once the home walk has finished, the cache knows every tagged file under home that Orwick can
-// know of, and the shared instance hands that to the tag listing (knownTagged, from any thread),
+// know of, and the shared instance hands that to the tag listing (through KnownTags.h),
 // so a click on a tag reads only the tagged files instead of walking the home again. Dropping a
 // folder with tagged files to stay within bounds ends that: the listing walks again.
 //
@@ -58,9 +58,6 @@ public:
     // Whether the cache holds every tagged file of the home: the walk finished and no folder
     // with tagged files has been dropped since.
     bool isComplete() const { return m_complete; }
-    // The files under `root` carrying `tag`, as the shared instance last knew them, while it is
-    // complete; nothing otherwise. Safe from any thread.
-    static std::optional<QList<FilePath>> knownTagged(const QString& tag, const FilePath& root);
     // Reads the tags of every entry of the folder again.
     void refreshFolder(const FilePath& folder);
     // Reads the tags of these files again (they may lie in many folders).

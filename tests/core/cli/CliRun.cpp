@@ -32,13 +32,14 @@ QByteArray readBack(QTemporaryFile& file)
 QList<QByteArray> CliRun::outLines() const { return lines(out); }
 QList<QByteArray> CliRun::errLines() const { return lines(err); }
 
-CliRun runCli(const QList<QByteArray>& arguments)
+CliRun runCli(const QList<QByteArray>& arguments) { return runProgram(ORWICK_CLI_PATH, arguments); }
+
+CliRun runProgram(const QByteArray& program, const QList<QByteArray>& arguments)
 {
     CliRun run;
     QTemporaryFile out, err;
     if (!out.open() || !err.open())
         return run;
-    const QByteArray program = ORWICK_CLI_PATH;
     std::vector<char*> argv{const_cast<char*>(program.constData())};
     for (const QByteArray& argument : arguments)
         argv.push_back(const_cast<char*>(argument.constData()));

@@ -19,6 +19,8 @@ struct CliRun {
 };
 
 CliRun runCli(const QList<QByteArray>& arguments);
+// The same for another program (orwick-cli-full, or a copy of orwick-cli elsewhere).
+CliRun runProgram(const QByteArray& program, const QList<QByteArray>& arguments);
 
 // `lines` in byte order: for comparing output whose order the command does not promise (a walk).
 inline QList<QByteArray> sorted(QList<QByteArray> lines)

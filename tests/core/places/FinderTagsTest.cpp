@@ -2,6 +2,7 @@
 // read from real files, kept current by the engine's own tag changes, and bounded.
 
 #include "places/FinderTags.h"
+#include "places/KnownTags.h"
 
 #include "fileops/FileOperations.h"
 #include "files/ListingLoader.h"
@@ -135,19 +136,19 @@ TEST(FinderTags, OnceTheHomeIsReadTheTagListingReadsOnlyTheTaggedFiles)
         return list;
     };
     const Listing listing = Listing::tag(QStringLiteral("Red"));
-    EXPECT_FALSE(FinderTags::knownTagged(QStringLiteral("Red"), home)) << "not before the home has been read";
+    EXPECT_FALSE(KnownTags::tagged(QStringLiteral("Red"), home)) << "not before the home has been read";
     EXPECT_EQ(names(ListingLoader::load(listing, false).items), QStringList{"red.txt"}) << "walked meanwhile";
 
     FinderTags& shared = FinderTags::shared();
     shared.scanHome();
     ASSERT_TRUE(waitUntil([&] { return shared.isComplete(); }));
-    EXPECT_EQ(FinderTags::knownTagged(QStringLiteral("Red"), home), QList<FilePath>{red});
+    EXPECT_EQ(KnownTags::tagged(QStringLiteral("Red"), home), QList<FilePath>{red});
     // The listing comes from what the cache knows, not from the disk: a tag removed behind
     // Orwick's back shows until the folder is read again (a pane's watcher does that).
     ASSERT_TRUE(xattr::remove(red, xattr::tags));
     EXPECT_EQ(names(ListingLoader::load(listing, false).items), QStringList{"red.txt"});
     shared.refreshFolder(red.parent());
-    ASSERT_TRUE(waitUntil([&] { return FinderTags::knownTagged(QStringLiteral("Red"), home)->isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&] { return KnownTags::tagged(QStringLiteral("Red"), home)->isEmpty(); }));
     EXPECT_TRUE(ListingLoader::load(listing, false).items.isEmpty());
     QDir(red.parent().text()).removeRecursively();
 }

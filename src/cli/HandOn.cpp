@@ -1,0 +1,77 @@
+#include "cli/HandOn.h"
+
+#include "cli/CliCommand.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <unistd.h>
+
+namespace orwick::cli {
+
+namespace {
+
+const CliCommand* find(const char* name)
+{
+    const QString text = argumentText(name);
+    for (const CliCommand& command : commands())
+        if (command.name == text)
+            return &command;
+    return nullptr;
+}
+
+bool isHelp(const char* argument)
+{
+    return !std::strcmp(argument, "--help") || !std::strcmp(argument, "-h") || !std::strcmp(argument, "help");
+}
+
+// The folder this program was started from, with its final slash.
+std::string ownFolder()
+{
+    char path[4096];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
+    if (length <= 0)
+        return {};
+    std::string own(path, std::size_t(length));
+    return own.substr(0, own.rfind('/') + 1);
+}
+
+} // namespace
+
+bool runsHere(int argc, char** argv)
+{
+    if (argc < 2)
+        return false; // the overview names every command
+    const char* first = argv[1];
+    if (isHelp(first))
+        return argc > 2 && find(argv[2]);
+    if (first[0] == '-')
+        return true; // --version, or an option this program refuses by name
+    const CliCommand* command = find(first);
+    if (!command)
+        return false;
+    for (int i = 2; i < argc && std::strcmp(argv[i], "--"); ++i)
+        for (const QByteArray& option : command->fullProgramOptions)
+            if (option == argv[i])
+                return false;
+    return true;
+}
+
+int handOn(char** argv)
+{
+    const std::string folder = ownFolder();
+    for (const char* place : {"orwick-cli-full", "../libexec/orwick/orwick-cli-full"}) {
+        const std::string program = folder + place;
+        execv(program.c_str(), argv);
+        if (errno != ENOENT) {
+            std::fprintf(stderr, "orwick-cli: can't start %s: %s\n", program.c_str(), std::strerror(errno));
+            return 127;
+        }
+    }
+    std::fprintf(stderr, "orwick-cli: orwick-cli-full isn't beside orwick-cli or in ../libexec/orwick; "
+                         "it runs this command. Install Orwick again.\n");
+    return 127;
+}
+
+} // namespace orwick::cli
