@@ -117,15 +117,18 @@ bool mayMatch(std::string_view line, const std::u16string& query)
     return true;
 }
 
-// Scores lines [begin, end) into `hits`.
-void scoreLines(const std::vector<std::string_view>& lines, size_t begin, size_t end, const FuzzyQuery& query,
-                std::vector<Hit>& hits)
+// Scores the lines of `chunk` (whole lines) into `hits`; returns how many lines it had.
+size_t scoreLines(std::string_view chunk, const FuzzyQuery& query, std::vector<Hit>& hits)
 {
     FuzzyCandidateBuffer buffer;
     std::vector<QChar> text;
     QStringDecoder decoder(QStringDecoder::Utf8);
-    for (size_t i = begin; i < end; ++i) {
-        const std::string_view line = lines[i];
+    size_t count = 0;
+    for (const char *p = chunk.data(), *end = p + chunk.size(); p < end; ++count) {
+        const char* newline = static_cast<const char*>(memchr(p, '\n', size_t(end - p)));
+        const char* stop = newline ? newline : end;
+        const std::string_view line(p, size_t(stop - p));
+        p = stop + 1;
         if (query.isAscii() && !mayMatch(line, query.chars()))
             continue;
         // ASCII is prepared from its bytes; anything else goes through the decoder, one line at
@@ -147,6 +150,7 @@ void scoreLines(const std::vector<std::string_view>& lines, size_t begin, size_t
             hits.push_back({*score, {prefixAt(line, 0), prefixAt(line, 8)}, line});
     }
     std::sort(hits.begin(), hits.end(), better);
+    return count;
 }
 
 int match(const Arguments& arguments)
@@ -165,26 +169,29 @@ int match(const Arguments& arguments)
 
     const Input input;
     const std::string_view all = input.text();
-    std::vector<std::string_view> lines;
-    lines.reserve(all.size() / 32);
-    for (const char *p = all.data(), *end = p + all.size(); p < end;) {
-        const char* newline = static_cast<const char*>(memchr(p, '\n', size_t(end - p)));
-        const char* stop = newline ? newline : end;
-        lines.emplace_back(p, size_t(stop - p));
-        p = stop + 1;
-    }
 
-    // Two or more workers, each on its own slice; results joined in order.
+    // Two or more workers, each on its own slice of the bytes, cut after a line's end, so that
+    // finding the lines is shared too; results joined in order.
     const size_t workers = std::clamp<size_t>(std::thread::hardware_concurrency(), 1, 8);
     std::vector<std::vector<Hit>> parts(workers);
+    std::vector<size_t> lineCounts(workers);
     std::vector<std::thread> threads;
-    const size_t slice = (lines.size() + workers - 1) / workers;
+    size_t begin = 0;
     for (size_t w = 0; w < workers; ++w) {
-        const size_t begin = std::min(lines.size(), w * slice), end = std::min(lines.size(), begin + slice);
-        threads.emplace_back([&, w, begin, end] { scoreLines(lines, begin, end, query, parts[w]); });
+        size_t end = w + 1 == workers ? all.size() : std::max(begin, all.size() / workers * (w + 1));
+        if (end < all.size()) {
+            const size_t newline = all.find('\n', end);
+            end = newline == std::string_view::npos ? all.size() : newline + 1;
+        }
+        const std::string_view chunk = all.substr(begin, end - begin);
+        threads.emplace_back([&, w, chunk] { lineCounts[w] = scoreLines(chunk, query, parts[w]); });
+        begin = end;
     }
     for (std::thread& t : threads)
         t.join();
+    size_t lineCount = 0;
+    for (size_t count : lineCounts)
+        lineCount += count;
     // Each part is sorted by its worker; merge them.
     std::vector<Hit> hits;
     for (const auto& part : parts) {
@@ -208,7 +215,7 @@ int match(const Arguments& arguments)
     }
     fwrite(buffer.constData(), 1, size_t(buffer.size()), stdout);
     fflush(stdout);
-    err() << hits.size() << " of " << counted(qint64(lines.size()), "line") << (hits.size() == 1 ? " matches" : " match") << Qt::endl;
+    err() << hits.size() << " of " << counted(qint64(lineCount), "line") << (hits.size() == 1 ? " matches" : " match") << Qt::endl;
     return hits.empty() ? 1 : 0;
 }
 

@@ -32,13 +32,16 @@ QByteArray readBack(QTemporaryFile& file)
 QList<QByteArray> CliRun::outLines() const { return lines(out); }
 QList<QByteArray> CliRun::errLines() const { return lines(err); }
 
-CliRun runCli(const QList<QByteArray>& arguments) { return runProgram(ORWICK_CLI_PATH, arguments); }
+CliRun runCli(const QList<QByteArray>& arguments, const QByteArray& input)
+{
+    return runProgram(ORWICK_CLI_PATH, arguments, input);
+}
 
-CliRun runProgram(const QByteArray& program, const QList<QByteArray>& arguments)
+CliRun runProgram(const QByteArray& program, const QList<QByteArray>& arguments, const QByteArray& input)
 {
     CliRun run;
-    QTemporaryFile out, err;
-    if (!out.open() || !err.open())
+    QTemporaryFile in, out, err;
+    if (!in.open() || !out.open() || !err.open() || in.write(input) != input.size() || !in.seek(0))
         return run;
     std::vector<char*> argv{const_cast<char*>(program.constData())};
     for (const QByteArray& argument : arguments)
@@ -47,6 +50,7 @@ CliRun runProgram(const QByteArray& program, const QList<QByteArray>& arguments)
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, in.handle(), STDIN_FILENO);
     posix_spawn_file_actions_adddup2(&actions, out.handle(), STDOUT_FILENO);
     posix_spawn_file_actions_adddup2(&actions, err.handle(), STDERR_FILENO);
     pid_t child = 0;

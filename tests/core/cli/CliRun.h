@@ -18,9 +18,10 @@ struct CliRun {
     QList<QByteArray> errLines() const;
 };
 
-CliRun runCli(const QList<QByteArray>& arguments);
+// `input` is its standard input (a regular file, as a shell's "< file" gives).
+CliRun runCli(const QList<QByteArray>& arguments, const QByteArray& input = {});
 // The same for another program (orwick-cli-full, or a copy of orwick-cli elsewhere).
-CliRun runProgram(const QByteArray& program, const QList<QByteArray>& arguments);
+CliRun runProgram(const QByteArray& program, const QList<QByteArray>& arguments, const QByteArray& input = {});
 
 // `lines` in byte order: for comparing output whose order the command does not promise (a walk).
 inline QList<QByteArray> sorted(QList<QByteArray> lines)
