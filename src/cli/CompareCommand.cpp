@@ -33,6 +33,9 @@ std::optional<FolderDiff::SyncMode> syncMode(const QByteArray& name, bool toRigh
     return std::nullopt;
 }
 
+#ifndef ORWICK_CLI_LIGHT
+// The sync needs the engine, so it lives in orwick-cli-full only: the light orwick-cli hands a
+// command line with --sync on before it runs (fullProgramOptions).
 std::optional<qint64> modifiedTime(const FilePath& path)
 {
     const auto st = statPath(path);
@@ -61,6 +64,8 @@ int sync(const FolderDiff::Result& result, const FilePath& left, const FilePath&
         out() << run.announcement() << Qt::endl;
     return reported ? 1 : 0;
 }
+
+#endif
 
 int compare(const Arguments& arguments)
 {
@@ -104,8 +109,10 @@ int compare(const Arguments& arguments)
     }
     CancelFlag never;
     const FolderDiff::Result result = FolderDiff::compare(left, right, limit, never);
+#ifndef ORWICK_CLI_LIGHT
     if (mode)
         return sync(result, left, right, *mode);
+#endif
     LineWriter lines;
     for (const FolderDiff::Entry& entry : result.entries) {
         if (entry.status == FolderDiff::Status::same && !all)
@@ -138,7 +145,8 @@ const CliRegistration registration({QStringLiteral("compare"), QStringLiteral("c
                                                     "--sync missing|newer|mirror brings the folders into line as the compare\n"
                                                     "panel's sync does (copy what's missing, both ways with the newer file\n"
                                                     "winning, or mirror with the extra files going to the Trash), toward the\n"
-                                                    "right folder, or the left with --to-left; one undoable job of the engine.")});
+                                                    "right folder, or the left with --to-left; one undoable job of the engine."),
+                                     {"--sync"}});
 
 } // namespace
 } // namespace orwick::cli
