@@ -1,5 +1,6 @@
 #include "disktools/FolderDiff.h"
 
+#include "disktools/FolderDiffPair.h"
 #include "disktools/FolderDiffWalk.h"
 #include "disktools/WalkPool.h"
 #include "platform/DirectoryReader.h"
@@ -10,6 +11,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/stat.h>
 #include <thread>
 
@@ -19,11 +21,14 @@ namespace {
 
 using Kind = SideItem::Kind;
 
-QByteArray parentOf(const QByteArray& path)
+QByteArrayView parentOf(QByteArrayView path)
 {
     const qsizetype slash = path.lastIndexOf('/');
-    return slash < 0 ? QByteArray() : path.left(slash);
+    return slash < 0 ? QByteArrayView() : path.first(slash);
 }
+
+// A key for the fold tables without copying the bytes (the tables copy it when they keep it).
+QByteArray borrowed(QByteArrayView bytes) { return QByteArray::fromRawData(bytes.data(), bytes.size()); }
 
 // Builds the entries from two sorted sides; byte comparisons are queued, not run.
 class Merger {
@@ -46,11 +51,14 @@ public:
         size_t l = 0, r = 0;
         const auto& a = m_left.items;
         const auto& b = m_right.items;
+        // At most one entry per item: the entries are made where they stay.
+        entries.reserve(a.size() + b.size());
         while ((l < a.size() || r < b.size()) && !cancel.isCancelled()) {
-            if (r >= b.size() || (l < a.size() && a[l].path < b[r].path))
-                oneSided(a[l++], Status::onlyLeft);
-            else if (l >= a.size() || b[r].path < a[l].path)
-                oneSided(b[r++], Status::onlyRight);
+            const int order = l >= a.size() ? 1 : r >= b.size() ? -1 : comparePaths(m_left.path(a[l]), m_right.path(b[r]));
+            if (order < 0)
+                oneSided(m_left, a[l++], Status::onlyLeft);
+            else if (order > 0)
+                oneSided(m_right, b[r++], Status::onlyRight);
             else
                 pair(a[l++], b[r++]);
         }
@@ -61,61 +69,62 @@ public:
 
 private:
     // True (and counted) when `item` lies in a folder already listed whole, or left out.
-    bool folded(const SideItem& item)
+    bool folded(const Side& side, const SideItem& item)
     {
         if (m_skipped.isEmpty() && m_foldedInto.isEmpty())
             return false; // the common case: nothing to fold into, no path to cut
-        const QByteArray parent = parentOf(item.path);
+        const QByteArrayView path = side.path(item);
+        const QByteArrayView parent = parentOf(path);
         if (parent.isEmpty())
             return false;
-        if (m_skipped.contains(parent)) {
+        if (m_skipped.contains(borrowed(parent))) {
             if (item.kind == Kind::folder)
-                m_skipped.insert(item.path);
+                m_skipped.insert(path.toByteArray());
             return true;
         }
-        const auto holder = m_foldedInto.constFind(parent);
+        const auto holder = m_foldedInto.constFind(borrowed(parent));
         if (holder == m_foldedInto.cend())
             return false;
         if (item.kind == Kind::folder)
-            m_foldedInto.insert(item.path, *holder);
+            m_foldedInto.insert(path.toByteArray(), *holder);
         else
             ++entries[*holder].files;
         return true;
     }
 
-    void oneSided(const SideItem& item, Status status)
+    void oneSided(const Side& side, const SideItem& item, Status status)
     {
-        if (folded(item))
+        if (folded(side, item))
             return;
         if (item.unreadable) {
-            m_skipped.insert(item.path);
+            m_skipped.insert(side.path(item).toByteArray());
             return;
         }
         Entry entry;
-        entry.path = item.path;
+        entry.path = side.path(item).toByteArray();
         entry.status = status;
         entry.isFolder = item.kind == Kind::folder;
         if (!entry.isFolder)
             (status == Status::onlyLeft ? entry.leftSize : entry.rightSize) =
-                sizeOf(item, status == Status::onlyLeft ? m_leftRoot : m_rightRoot);
+                sizeOf(side, item, status == Status::onlyLeft ? m_leftRoot : m_rightRoot);
         if (entry.isFolder)
-            m_foldedInto.insert(item.path, entries.size());
+            m_foldedInto.insert(entry.path, entries.size());
         entries.push_back(std::move(entry));
     }
 
     void pair(const SideItem& left, const SideItem& right)
     {
         // A path whose folder is only on one side can't be on both, so only the skip list applies.
-        if (folded(left))
+        if (folded(m_left, left))
             return;
         if (left.unreadable || right.unreadable) {
-            m_skipped.insert(left.path);
+            m_skipped.insert(m_left.path(left).toByteArray());
             return;
         }
         if (left.kind == Kind::folder && right.kind == Kind::folder)
             return; // a folder pair is not a difference; what it holds is compared
         Entry entry;
-        entry.path = left.path;
+        entry.path = m_left.path(left).toByteArray();
         entry.isFolder = left.kind == Kind::folder;
         if (left.kind == Kind::file && right.kind == Kind::file) {
             entry.status = Status::same; // until comparePair says otherwise (it reads the sizes too)
@@ -124,15 +133,15 @@ private:
             return;
         }
         if (left.kind != Kind::folder)
-            entry.leftSize = sizeOf(left, m_leftRoot);
+            entry.leftSize = sizeOf(m_left, left, m_leftRoot);
         if (right.kind != Kind::folder)
-            entry.rightSize = sizeOf(right, m_rightRoot);
+            entry.rightSize = sizeOf(m_right, right, m_rightRoot);
         if (left.kind != right.kind) {
             entry.status = Status::changed;
             // The one folder of the pair is listed in this entry, with what it holds.
-            m_foldedInto.insert(left.path, entries.size());
+            m_foldedInto.insert(entry.path, entries.size());
         } else if (left.kind == Kind::link) {
-            entry.status = left.linkTarget == right.linkTarget ? Status::same : Status::changed;
+            entry.status = m_left.linkTarget(left) == m_right.linkTarget(right) ? Status::same : Status::changed;
         } else {
             // Devices, sockets, pipes: not read.
             entry.status = left.size == right.size ? Status::same : Status::changed;
@@ -141,13 +150,13 @@ private:
     }
 
     // A file's size: from the walk, else read now (regular files of a pair are read by comparePair).
-    static std::optional<qint64> sizeOf(const SideItem& item, int root)
+    static std::optional<qint64> sizeOf(const Side& side, const SideItem& item, int root)
     {
         if (item.size >= 0)
             return item.size;
         if (item.kind == Kind::file && root >= 0) {
             struct stat st {};
-            if (fstatat(root, item.path.constData(), &st, AT_SYMLINK_NOFOLLOW) == 0)
+            if (fstatat(root, side.pathText(item), &st, AT_SYMLINK_NOFOLLOW) == 0)
                 return st.st_size;
         }
         return std::nullopt;
@@ -164,7 +173,7 @@ private:
 // The byte comparisons, shared among the cores a folder at a time: the pending pairs come in
 // path order, so each folder's files are together; its two sides are opened once and each
 // file by its name in them, sparing the kernel a walk down the whole path per file.
-void compareContents(Merger& merger, int leftRoot, int rightRoot, const CancelFlag& cancel)
+void compareContents(Merger& merger, const Side& leftSide, int leftRoot, int rightRoot, const CancelFlag& cancel)
 {
     struct FolderRun {
         size_t begin;
@@ -174,25 +183,27 @@ void compareContents(Merger& merger, int leftRoot, int rightRoot, const CancelFl
     std::vector<FolderRun> runs;
     const auto& pending = merger.pending;
     for (size_t i = 0; i < pending.size();) {
-        const QByteArray& path = pending[i].left->path;
+        const QByteArrayView path = leftSide.path(*pending[i].left);
         const qsizetype nameStart = path.lastIndexOf('/') + 1;
-        const QByteArrayView folder(path.constData(), nameStart);
+        const QByteArrayView folder = path.first(nameStart);
         size_t end = i + 1;
-        while (end < pending.size() && pending[end].left->path.startsWith(folder)
-               && pending[end].left->path.indexOf('/', nameStart) < 0)
-            ++end;
+        for (; end < pending.size(); ++end) {
+            const QByteArrayView next = leftSide.path(*pending[end].left);
+            if (!next.startsWith(folder) || next.sliced(nameStart).contains('/'))
+                break;
+        }
         runs.push_back({i, end, nameStart});
         i = end;
     }
     std::atomic<size_t> nextRun{0};
-    auto work = [&](int) {
+    auto work = [&] {
         for (size_t r; (r = nextRun.fetch_add(1)) < runs.size();) {
             const FolderRun& run = runs[r];
-            const QByteArray& first = pending[run.begin].left->path;
+            const QByteArrayView first = leftSide.path(*pending[run.begin].left);
             // A folder that can't be opened leaves -1: its pairs can't be read, so they are changed.
             UniqueFd leftFolder, rightFolder;
             if (run.nameStart > 0) {
-                const QByteArray folder = first.left(run.nameStart - 1);
+                const QByteArray folder = first.first(run.nameStart - 1).toByteArray();
                 constexpr int kFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
                 leftFolder = UniqueFd(openat(leftRoot, folder.constData(), kFlags));
                 rightFolder = UniqueFd(openat(rightRoot, folder.constData(), kFlags));
@@ -203,7 +214,7 @@ void compareContents(Merger& merger, int leftRoot, int rightRoot, const CancelFl
                 if (cancel.isCancelled())
                     return;
                 const auto& job = pending[i];
-                const PairCheck check = comparePair(left, right, job.left->path.constData() + run.nameStart, cancel);
+                const PairCheck check = comparePair(left, right, leftSide.pathText(*job.left) + run.nameStart, cancel);
                 Entry& entry = merger.entries[job.entry];
                 entry.leftSize = check.leftSize;
                 entry.rightSize = check.rightSize;
@@ -212,10 +223,19 @@ void compareContents(Merger& merger, int leftRoot, int rightRoot, const CancelFl
             }
         }
     };
-    WalkPool pool;
-    for (int w = 0; w < pool.workerCount(); ++w)
-        pool.post(work);
-    pool.wait();
+    // Threads of their own, each with its own table of descriptors: every pair is two opens and
+    // two closes, and threads sharing one table take turns at its lock for each (measured: 2% of
+    // the comparison spinning there on two cores). The roots' descriptors come along in the copy.
+    std::vector<std::thread> workers;
+    const int count = std::min<size_t>(diskWalkThreads(), runs.size());
+    for (int w = 0; w < count; ++w) {
+        workers.emplace_back([&work] {
+            unshare(CLONE_FILES); // where it can't, the shared table only costs some time
+            work();
+        });
+    }
+    for (std::thread& worker : workers)
+        worker.join();
 }
 
 } // namespace
@@ -277,7 +297,7 @@ Result compare(const FilePath& left, const FilePath& right, qint64 limit, const 
     Merger merger(leftSide, rightSide, leftRoot ? leftRoot->fd() : -1, rightRoot ? rightRoot->fd() : -1);
     merger.run(cancel);
     if (!merger.pending.empty() && leftRoot && rightRoot)
-        compareContents(merger, leftRoot->fd(), rightRoot->fd(), cancel);
+        compareContents(merger, leftSide, leftRoot->fd(), rightRoot->fd(), cancel);
     result.entries = std::move(merger.entries);
     return result;
 }

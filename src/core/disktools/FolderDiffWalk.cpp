@@ -1,198 +1,243 @@
 #include "disktools/FolderDiffWalk.h"
 
-#include "disktools/FolderDiff.h"
 #include "platform/DirectoryReader.h"
-#include "platform/UniqueFd.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace orwick::FolderDiff {
 
 namespace {
 
+struct LinuxDirent64 {
+    ino64_t d_ino;
+    off64_t d_off;
+    unsigned short d_reclen;
+    unsigned char d_type;
+    char d_name[];
+};
+
+constexpr size_t kDirentBufferSize = 64 * 1024;
+
+// One entry of the folder being read, placed by its sort key: its name, and for a folder's
+// contents (`holds`) its name + "/".
+struct Child {
+    quint32 pathStart;  // the whole relative path, in Side::paths
+    quint32 pathLength;
+    quint32 nameStart;  // where the name begins in the path
+    quint32 folder;     // a folder: its number among this folder's sub-folders
+    unsigned char type; // DT_*
+    bool holds;         // the key of a sub-folder's contents
+};
+
+QByteArrayView nameOf(const QByteArray& paths, const Child& child)
+{
+    return {paths.constData() + child.pathStart + child.nameStart, qsizetype(child.pathLength - child.nameStart)};
+}
+
+// Names hold no "/", so comparing name + "/" with another name is decided at the shorter one's
+// end at the latest.
+bool keyLess(const QByteArray& paths, const Child& a, const Child& b)
+{
+    const QByteArrayView x = nameOf(paths, a);
+    const QByteArrayView y = nameOf(paths, b);
+    const size_t common = size_t(std::min(x.size(), y.size()));
+    if (const int c = memcmp(x.data(), y.data(), common))
+        return c < 0;
+    if (x.size() == y.size())
+        return !a.holds && b.holds; // "name" before "name/"
+    if (x.size() < y.size())
+        return !a.holds || '/' < quint8(y[common]);
+    return b.holds && quint8(x[common]) < '/';
+}
+
 class SideWalker {
 public:
-    SideWalker(qint64 limit, const CancelFlag& cancel) : m_limit(limit), m_cancel(cancel) {}
+    SideWalker(Side& side, qint64 limit, const CancelFlag& cancel) : m_side(side), m_limit(limit), m_cancel(cancel) {}
 
-    Side run(const FilePath& root)
+    void run(int rootFd)
     {
-        Side side;
-        auto handle = DirectoryHandle::open(root, FollowLinks::yes);
-        if (!handle)
-            return side;
-        side.root = realRoot(root);
-        walk(*handle, QByteArray());
-        std::sort(m_items.begin(), m_items.end(), [](const SideItem& a, const SideItem& b) { return a.path < b.path; });
-        side.items = std::move(m_items);
-        side.isPartial = m_partial;
-        return side;
+        m_side.paths.reserve(1 << 16);
+        walk(rootFd, 0, 0, 0);
     }
 
 private:
-    static FilePath realRoot(const FilePath& root)
+    bool stopped() const { return m_side.isPartial || m_cancel.isCancelled(); }
+
+    // Appends "prefix/name\0" to the paths; returns where it starts.
+    quint32 appendPath(quint32 prefixStart, quint32 prefixLength, const char* name, size_t nameLength)
     {
-        char* resolved = realpath(root.c_str(), nullptr);
-        if (!resolved)
-            return root;
-        const FilePath real = FilePath::fromNative(resolved);
-        free(resolved);
-        return real;
+        QByteArray& paths = m_side.paths;
+        const qsizetype start = paths.size();
+        const qsizetype slash = prefixLength > 0 ? 1 : 0;
+        paths.resize(start + prefixLength + slash + qsizetype(nameLength) + 1);
+        char* out = paths.data() + start;
+        memcpy(out, paths.constData() + prefixStart, prefixLength); // from before `start`: no overlap
+        out += prefixLength;
+        if (slash)
+            *out++ = '/';
+        memcpy(out, name, nameLength);
+        out[nameLength] = 0;
+        return quint32(start);
     }
 
-    bool stopped() const { return m_partial || m_cancel.isCancelled(); }
-
-    void walk(const DirectoryHandle& folder, const QByteArray& prefix)
+    // Reads the folder's entries into `children`, in key order. False when it can't be read.
+    bool readFolder(int fd, quint32 prefixStart, quint32 prefixLength, std::vector<Child>& children, quint32& folders)
     {
-        std::vector<DirEntry> entries;
-        folder.readEntries(entries, &m_cancel);
-        for (const DirEntry& entry : entries) {
+        thread_local std::unique_ptr<char[]> buffer(new char[kDirentBufferSize]);
+        for (;;) {
+            if (m_cancel.isCancelled())
+                return false;
+            const long n = syscall(SYS_getdents64, fd, buffer.get(), kDirentBufferSize);
+            if (n == 0)
+                break;
+            if (n < 0) {
+                if (errno == EINTR)
+                    continue;
+                return false;
+            }
+            for (long offset = 0; offset < n;) {
+                const auto* entry = reinterpret_cast<const LinuxDirent64*>(buffer.get() + offset);
+                offset += entry->d_reclen;
+                const char* name = entry->d_name;
+                if (name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0)))
+                    continue;
+                const size_t length = strlen(name);
+                const quint32 start = appendPath(prefixStart, prefixLength, name, length);
+                const quint32 nameStart = prefixLength > 0 ? prefixLength + 1 : 0;
+                Child child{start, quint32(nameStart + length), nameStart, 0, entry->d_type, false};
+                if (child.type == DT_UNKNOWN) { // the file system doesn't say: ask
+                    const auto st = statForWalk(fd, name);
+                    if (!st)
+                        continue; // gone, or unreadable: left out
+                    child.type = IFTODT(st->mode);
+                }
+                children.push_back(child);
+                if (child.type == DT_DIR) {
+                    child.folder = folders++;
+                    children.back().folder = child.folder;
+                    child.holds = true;
+                    children.push_back(child);
+                }
+            }
+        }
+        std::sort(children.begin(), children.end(),
+                  [&paths = m_side.paths](const Child& a, const Child& b) { return keyLess(paths, a, b); });
+        return true;
+    }
+
+    void walk(int fd, quint32 prefixStart, quint32 prefixLength, size_t depth)
+    {
+        // One list of children per depth, kept from folder to folder.
+        if (m_levels.size() <= depth)
+            m_levels.resize(depth + 1);
+        std::vector<Child>& children = m_levels[depth].children;
+        std::vector<size_t>& rows = m_levels[depth].folderRows;
+        children.clear();
+        quint32 folders = 0;
+        if (!readFolder(fd, prefixStart, prefixLength, children, folders))
+            return;
+        rows.assign(folders, 0);
+        auto& items = m_side.items;
+        for (size_t i = 0; i < m_levels[depth].children.size(); ++i) {
             if (stopped())
                 return;
-            SideItem item;
-            item.path = prefix.isEmpty() ? entry.name : prefix + '/' + entry.name;
-            // A regular file's size and time are read when it is opened (or, alone on its side,
-            // when it is listed), so the walk needs no call per file.
-            if (entry.type == DT_REG) {
-                if (++m_files > m_limit) {
-                    m_partial = true;
-                    return;
+            // Re-fetched each time: walking a sub-folder may grow the list of levels.
+            const Child child = m_levels[depth].children[i];
+            if (child.holds) {
+                const int sub = openat(fd, m_side.paths.constData() + child.pathStart + child.nameStart,
+                                       O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW);
+                if (sub < 0) {
+                    items[m_levels[depth].folderRows[child.folder]].unreadable = true;
+                    continue;
                 }
-                item.size = -1;
-                m_items.push_back(std::move(item));
+                walk(sub, child.pathStart, child.pathLength, depth + 1);
+                close(sub);
                 continue;
             }
-            const auto st = statForWalk(folder.fd(), entry.name.constData());
-            if (!st)
-                continue; // gone, or unreadable: left out
-            item.modifiedNs = st->modifiedNs;
-            if (st->isDirectory()) {
+            SideItem item;
+            item.pathStart = child.pathStart;
+            item.pathLength = child.pathLength;
+            if (child.type == DT_DIR) {
                 item.kind = SideItem::Kind::folder;
-                auto child = DirectoryHandle::openChild(folder.fd(), entry.name.constData());
-                item.unreadable = !child;
-                const QByteArray path = item.path;
-                m_items.push_back(std::move(item));
-                if (child)
-                    walk(*child, path);
+                m_levels[depth].folderRows[child.folder] = items.size();
+                items.push_back(item);
                 continue;
             }
             if (++m_files > m_limit) {
-                m_partial = true;
+                m_side.isPartial = true;
                 return;
             }
-            item.size = st->size;
-            if (st->isSymlink()) {
+            const char* name = m_side.paths.constData() + child.pathStart + child.nameStart;
+            if (child.type == DT_LNK) {
                 item.kind = SideItem::Kind::link;
-                item.linkTarget = readLinkAt(folder.fd(), entry.name.constData()).value_or(QByteArray());
-            } else if (!st->isRegular()) {
+                const auto target = readLinkAt(fd, name);
+                if (!target)
+                    continue; // gone meanwhile
+                item.size = target->size();
+                item.linkLength = quint32(target->size());
+                item.linkStart = quint32(m_side.paths.size());
+                m_side.paths.append(*target);
+            } else if (child.type != DT_REG) {
+                const auto st = statForWalk(fd, name);
+                if (!st)
+                    continue;
                 item.kind = SideItem::Kind::other;
+                item.size = st->size;
             }
-            m_items.push_back(std::move(item));
+            items.push_back(item);
         }
     }
 
+    struct Level {
+        std::vector<Child> children;
+        std::vector<size_t> folderRows; // each sub-folder's row in the items
+    };
+
+    Side& m_side;
     qint64 m_limit;
     const CancelFlag& m_cancel;
     qint64 m_files = 0;
-    bool m_partial = false;
-    std::vector<SideItem> m_items;
+    std::vector<Level> m_levels;
 };
 
-qint64 readFully(int fd, char* into, qint64 wanted, qint64 offset)
+FilePath realRoot(const FilePath& root)
 {
-    // pread: the descriptor's position is never shared, so the kernel needn't lock it.
-    qint64 got = 0;
-    while (got < wanted) {
-        const ssize_t n = pread(fd, into + got, size_t(wanted - got), off_t(offset + got));
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            break;
-        got += n;
-    }
-    return got;
-}
-
-// Reading to compare is not the user reading: where the file is ours, its access time is left
-// as it was (which also spares the disk an inode write per file just copied or linked).
-int openToCompare(int folder, const char* name)
-{
-    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NOCTTY;
-    const int fd = openat(folder, name, kFlags | O_NOATIME);
-    if (fd >= 0 || errno != EPERM)
-        return fd;
-    return openat(folder, name, kFlags);
-}
-
-// One chunk per side and thread, kept between pairs: sized once, never cleared.
-struct Buffers {
-    std::unique_ptr<char[]> left{new char[size_t(kChunk)]};
-    std::unique_ptr<char[]> right{new char[size_t(kChunk)]};
-};
-
-struct Stamp {
-    qint64 size = -1;
-    qint64 modifiedNs = 0;
-    bool operator==(const Stamp&) const = default;
-};
-
-std::optional<Stamp> stampOf(int fd)
-{
-    struct stat st {};
-    if (fstat(fd, &st) != 0)
-        return std::nullopt;
-    return Stamp{st.st_size, qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec};
+    char* resolved = realpath(root.c_str(), nullptr);
+    if (!resolved)
+        return root;
+    const FilePath real = FilePath::fromNative(resolved);
+    free(resolved);
+    return real;
 }
 
 } // namespace
 
-Side walkSide(const FilePath& root, qint64 limit, const CancelFlag& cancel) { return SideWalker(limit, cancel).run(root); }
-
-PairCheck comparePair(int leftFolder, int rightFolder, const char* name, const CancelFlag& cancel)
+int comparePaths(QByteArrayView a, QByteArrayView b)
 {
-    PairCheck check;
-    const UniqueFd a(openToCompare(leftFolder, name));
-    const UniqueFd b(openToCompare(rightFolder, name));
-    const auto left = a.ok() ? stampOf(a.get()) : std::nullopt;
-    const auto right = b.ok() ? stampOf(b.get()) : std::nullopt;
-    if (left)
-        check.leftSize = left->size;
-    if (right)
-        check.rightSize = right->size;
-    if (!left || !right || left->size != right->size)
-        return check; // unreadable, or sizes differ: changed
-    const qint64 size = left->size;
-    if (size > kLargestRead) {
-        check.same = left->modifiedNs == right->modifiedNs; // not read
-        return check;
-    }
-    if (size > kChunk) { // read-ahead for the pieces to come
-        posix_fadvise(a.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-        posix_fadvise(b.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
-    }
-    static thread_local Buffers buffers;
-    // Exactly the size seen at opening, piece by piece, the two files in turns.
-    for (qint64 done = 0; done < size;) {
-        if (cancel.isCancelled())
-            return check;
-        const qint64 want = std::min(kChunk, size - done);
-        if (readFully(a.get(), buffers.left.get(), want, done) != want
-            || readFully(b.get(), buffers.right.get(), want, done) != want
-            || memcmp(buffers.left.get(), buffers.right.get(), size_t(want)) != 0)
-            return check;
-        done += want;
-    }
-    // A file read in several pieces may be written to meanwhile: then it is not called the same.
-    check.same = size <= kChunk || (stampOf(a.get()) == left && stampOf(b.get()) == right);
-    return check;
+    const size_t common = size_t(std::min(a.size(), b.size()));
+    if (const int c = memcmp(a.data(), b.data(), common))
+        return c;
+    return a.size() < b.size() ? -1 : a.size() > b.size() ? 1 : 0;
+}
+
+Side walkSide(const FilePath& root, qint64 limit, const CancelFlag& cancel)
+{
+    Side side;
+    auto handle = DirectoryHandle::open(root, FollowLinks::yes);
+    if (!handle)
+        return side;
+    side.root = realRoot(root);
+    SideWalker(side, limit, cancel).run(handle->fd());
+    return side;
 }
 
 } // namespace orwick::FolderDiff

@@ -108,6 +108,26 @@ TEST(FolderDiff, EachFileIsComparedWithItsNamesakeInTheSameFolder)
     EXPECT_EQ(entry(result, "a/m/f.txt")->rightSize, 12);
 }
 
+TEST(FolderDiff, WholePathsInByteOrderWhenNamesHoldBytesBelowTheSlash)
+{
+    // "a b", "a-c" and "a.b" sort between the folder "a" and what it holds ("a/…"), since " ",
+    // "-" and "." come before "/"; a folder only on the left ("a!") sits among them with its count.
+    TwoSides sides;
+    for (const char* path : {"a/x", "a/y/z", "a-c", "a.b/q", "a b", "a0", "b"}) {
+        sides.l(path, path);
+        sides.r(path, QByteArray(path) + "!");
+    }
+    sides.l("a!/one", "1");
+    sides.l("a!/two", "2");
+    sides.r("a/x-right", "r");
+    const auto result = sides.compare();
+    EXPECT_EQ(listed(result), QStringList({"changed a b", "onlyLeft a!", "changed a-c", "changed a.b/q", "changed a/x",
+                                           "onlyRight a/x-right", "changed a/y/z", "changed a0", "changed b"}));
+    EXPECT_EQ(entry(result, "a!")->files, 2);
+    EXPECT_EQ(entry(result, "a/y/z")->leftSize, 5);
+    EXPECT_EQ(entry(result, "a/y/z")->rightSize, 6);
+}
+
 TEST(FolderDiff, ReadingToCompareLeavesAccessTimesAlone)
 {
     TwoSides sides;
