@@ -1,11 +1,13 @@
 // A window opening on a restored session: a split paints its active pane first and makes the
 // other pane's widget right after, showing everything that pane's state holds (folder, cursor,
 // view, history) and keeping the divider where it stood; a tab not shown at the start shows its
-// panes, their folders and its active pane once it is selected.
+// panes, their folders and its active pane once it is selected, and is named in the tab bar
+// before its panes are made.
 
 #include "WindowFixture.h"
 #include "ui/views/FileGridView.h"
 #include "ui/views/FileTableView.h"
+#include "platform/XdgPaths.h"
 #include "ui/window/PaneGrid.h"
 
 #include <QSplitter>
@@ -128,4 +130,30 @@ TEST_F(RestoredWindowTest, ARestoredTabShownLaterHasItsPanesState)
     EXPECT_EQ(left->gridView()->model()->rowCount(), 1);
     EXPECT_EQ(right->listView()->model()->rowCount(), 1);
     EXPECT_TRUE(left->isVisible() && right->isVisible());
+}
+
+TEST_F(RestoredWindowTest, TheTabBarNamesTabsWhosePanesAreNotMadeYet)
+{
+    Session session;
+    session.tabs = {Session::Tab::ofGrid({{tree.path("A")}, {tree.path("B")}}, 0)};
+    for (const char* name : {"C", "D", "Gone"})
+        session.tabs.append(Session::Tab::ofGrid({{tree.path("B")}, {tree.path(name)}}, 1));
+    restore(session);
+    window = std::make_unique<MainWindow>(state.get());
+    window->show();
+    ASSERT_TRUE(waitUntil([&] { return loaded(state->activePane()); }));
+    QTabBar* bar = window->tabBar();
+    ASSERT_EQ(bar->count(), 4);
+    EXPECT_EQ(bar->tabText(0), QStringLiteral("A"));
+    EXPECT_EQ(bar->tabText(1), QStringLiteral("C"));
+    EXPECT_EQ(bar->tabToolTip(2), tree.path("D").abbreviated());
+    EXPECT_EQ(bar->tabText(3), PaneState::folderTitle(xdg::home())) << "a folder gone since opens as home";
+    for (int i = 1; i < 4; ++i)
+        EXPECT_TRUE(state->tabs()[i]->madePanes().isEmpty()) << "tab " << i;
+
+    bar->setCurrentIndex(2);
+    ASSERT_TRUE(waitUntil([&] { return loaded(state->activePane()); }));
+    EXPECT_EQ(state->activePane()->url(), tree.path("D"));
+    EXPECT_EQ(widgetOf(state->activePane()), window->activePaneWidget());
+    EXPECT_TRUE(state->tabs()[1]->madePanes().isEmpty());
 }

@@ -78,15 +78,14 @@ void SessionKeeper::changed()
     m_timer.start();
 }
 
-// Tabs and panes come and go: each change connects the ones that are new (UniqueConnection
-// leaves the others as they are).
+// Tabs come and go: each change connects the ones that are new (UniqueConnection leaves the
+// others as they are). A tab speaks for its panes, also those it makes later.
 void SessionKeeper::follow()
 {
     for (TabState* tab : m_window->tabs()) {
         connect(tab, &TabState::panesChanged, this, &SessionKeeper::changed, Qt::UniqueConnection);
         connect(tab, &TabState::activePaneChanged, this, &SessionKeeper::changed, Qt::UniqueConnection);
-        for (PaneState* pane : tab->panes())
-            connect(pane, &PaneState::locationChanged, this, &SessionKeeper::changed, Qt::UniqueConnection);
+        connect(tab, &TabState::foldersChanged, this, &SessionKeeper::changed, Qt::UniqueConnection);
     }
 }
 

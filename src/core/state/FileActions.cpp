@@ -52,7 +52,7 @@ QList<FilePath> FileActions::selection() const { return m_window->selectedURLs()
 bool FileActions::isRenaming() const
 {
     for (const TabState* tab : m_window->tabs())
-        for (const PaneState* each : tab->panes())
+        for (const PaneState* each : tab->madePanes())
             if (each->renaming())
                 return true;
     return false;
@@ -131,7 +131,7 @@ void FileActions::commitRename(const FilePath& item, const QString& name)
 {
     PaneState* renamingPane = pane();
     for (TabState* tab : m_window->tabs())
-        for (PaneState* each : tab->panes())
+        for (PaneState* each : tab->madePanes())
             if (each->renaming() == item)
                 renamingPane = each;
     endRename();
@@ -145,7 +145,7 @@ void FileActions::commitRename(const FilePath& item, const QString& name)
 void FileActions::endRename()
 {
     for (TabState* tab : m_window->tabs())
-        for (PaneState* each : tab->panes())
+        for (PaneState* each : tab->madePanes())
             each->setRenaming(std::nullopt);
 }
 

@@ -89,9 +89,12 @@ QString PaneState::emptyText() const
 
 QString PaneState::title() const
 {
-    if (m_listing)
-        return m_listing->title();
-    return m_url.isRoot() ? QStringLiteral("/") : visibleName(m_url.fileNameBytes());
+    return m_listing ? m_listing->title() : folderTitle(m_url);
+}
+
+QString PaneState::folderTitle(const FilePath& folder)
+{
+    return folder.isRoot() ? QStringLiteral("/") : visibleName(folder.fileNameBytes());
 }
 
 FileItems PaneState::selectedItems() const

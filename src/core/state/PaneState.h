@@ -66,6 +66,8 @@ public:
     // The text to show in place of an empty list ("This folder is empty", "Nothing matches “x”"…).
     QString emptyText() const;
     QString title() const; // the folder's name, or the listing's title
+    // The title of a pane showing `folder`: its name, or "/" for the root.
+    static QString folderTitle(const FilePath& folder);
 
     // --- Selection
     const QSet<FilePath>& selection() const { return m_selection; }

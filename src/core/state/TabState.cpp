@@ -8,6 +8,27 @@
 
 namespace orwick {
 
+namespace {
+
+// `columns` cut to what a tab holds (kMaxColumns of kMaxRows), empty columns dropped, each path
+// through Session::folder; never empty.
+QList<QList<FilePath>> fitted(const QList<QList<FilePath>>& columns)
+{
+    QList<QList<FilePath>> grid;
+    for (const QList<FilePath>& column : columns.mid(0, TabState::kMaxColumns)) {
+        QList<FilePath> folders;
+        for (const FilePath& folder : column.mid(0, TabState::kMaxRows))
+            folders.append(Session::folder(folder));
+        if (!folders.isEmpty())
+            grid.append(folders);
+    }
+    if (grid.isEmpty())
+        grid = {{Session::folder({})}};
+    return grid;
+}
+
+} // namespace
+
 TabState::TabState(const FilePath& folder, ViewPreferences* preferences, QObject* parent, PaneState::Start start)
     : QObject(parent), m_preferences(preferences)
 {
@@ -20,36 +41,66 @@ TabState::TabState(const FilePath& folder, ViewPreferences* preferences, QObject
 TabState::TabState(const Session::Tab& saved, ViewPreferences* preferences, QObject* parent)
     : QObject(parent), m_preferences(preferences)
 {
-    restoreLayout(saved.grid(), saved.activeIndex());
+    // The folders are checked now, so that the tab's title names the folder it will show.
+    m_unmade = Unmade{fitted(saved.grid()), saved.activeIndex()};
     if (!saved.terminals.isEmpty())
         TabTerminals::of(this)->restore(saved.terminals, saved.showTerminal);
 }
 
 PaneState* TabState::makePane(const FilePath& folder, PaneState::Start start)
 {
-    return new PaneState(folder, m_preferences, this, start);
+    auto* pane = new PaneState(folder, m_preferences, this, start);
+    connect(pane, &PaneState::locationChanged, this, &TabState::foldersChanged);
+    return pane;
+}
+
+const FilePath& TabState::Unmade::activeFolder() const
+{
+    // As makeGrid picks it: counted column by column, the first pane when out of range.
+    qsizetype index = active;
+    for (const QList<FilePath>& column : columns) {
+        if (index < 0)
+            break;
+        if (index < column.size())
+            return column[index];
+        index -= column.size();
+    }
+    return columns.first().first();
+}
+
+void TabState::makeSavedPanes() const
+{
+    if (!m_unmade)
+        return;
+    // Asking for a restored tab's panes is what makes them.
+    auto* self = const_cast<TabState*>(this);
+    const Unmade unmade = *std::exchange(self->m_unmade, std::nullopt);
+    self->makeGrid(unmade.columns, unmade.active);
+}
+
+void TabState::makeGrid(const QList<QList<FilePath>>& columns, int active)
+{
+    m_columns.clear();
+    for (const QList<FilePath>& column : columns) {
+        QList<PaneState*> made;
+        for (const FilePath& folder : column)
+            made.append(makePane(folder, PaneState::Start::whenShown));
+        m_columns.append(made);
+    }
+    const QList<PaneState*> all = madePanes();
+    PaneState* activePane = all[active >= 0 && active < all.size() ? active : 0];
+    m_activePaneID = activePane->id();
+    m_recent = {activePane->id()};
 }
 
 void TabState::restoreLayout(const QList<QList<FilePath>>& columns, int active)
 {
-    const QList<PaneState*> old = panes();
-    m_columns.clear();
-    for (const QList<FilePath>& column : columns.mid(0, kMaxColumns)) {
-        QList<PaneState*> made;
-        for (const FilePath& folder : column.mid(0, kMaxRows))
-            made.append(makePane(Session::folder(folder), PaneState::Start::whenShown));
-        if (!made.isEmpty())
-            m_columns.append(made);
-    }
-    if (m_columns.isEmpty())
-        m_columns = {{makePane(Session::folder({}), PaneState::Start::whenShown)}};
+    const QList<PaneState*> old = madePanes();
+    const bool wasUnmade = std::exchange(m_unmade, std::nullopt).has_value();
+    makeGrid(fitted(columns), active);
     for (PaneState* pane : old)
         pane->deleteLater();
-    const QList<PaneState*> all = panes();
-    PaneState* activePane = all[active >= 0 && active < all.size() ? active : 0];
-    m_activePaneID = activePane->id();
-    m_recent = {activePane->id()};
-    if (!old.isEmpty()) {
+    if (!old.isEmpty() || wasUnmade) {
         Q_EMIT panesChanged();
         Q_EMIT activePaneChanged();
     }
@@ -89,13 +140,23 @@ void TabState::loadOtherPanes()
 Session::Tab TabState::saved() const
 {
     QList<QList<FilePath>> grid;
-    for (const auto& column : m_columns) {
-        QList<FilePath> folders;
-        for (PaneState* pane : column)
-            folders.append(pane->url());
-        grid.append(folders);
+    int active = 0;
+    if (m_unmade) {
+        grid = m_unmade->columns;
+        active = m_unmade->active;
+    } else {
+        for (const auto& column : m_columns) {
+            QList<FilePath> folders;
+            for (PaneState* pane : column)
+                folders.append(pane->url());
+            grid.append(folders);
+        }
+        active = int(panes().indexOf(activePane()));
     }
-    Session::Tab tab = Session::Tab::ofGrid(grid, int(panes().indexOf(activePane())));
+    qsizetype count = 0;
+    for (const auto& column : grid)
+        count += column.size();
+    Session::Tab tab = Session::Tab::ofGrid(grid, active >= 0 && active < count ? active : 0);
     if (const TabTerminals* terminals = TabTerminals::existing(this)) {
         for (const TerminalSession* session : terminals->sessions())
             tab.terminals.append(session->folder());
@@ -104,7 +165,19 @@ Session::Tab TabState::saved() const
     return tab;
 }
 
+const QList<QList<PaneState*>>& TabState::columns() const
+{
+    makeSavedPanes();
+    return m_columns;
+}
+
 QList<PaneState*> TabState::panes() const
+{
+    makeSavedPanes();
+    return madePanes();
+}
+
+QList<PaneState*> TabState::madePanes() const
 {
     QList<PaneState*> all;
     for (const auto& column : m_columns)
@@ -114,11 +187,25 @@ QList<PaneState*> TabState::panes() const
 
 PaneState* TabState::activePane() const
 {
+    makeSavedPanes();
     for (const auto& column : m_columns)
         for (PaneState* pane : column)
             if (pane->id() == m_activePaneID)
                 return pane;
     return m_columns.first().first();
+}
+
+QString TabState::title() const
+{
+    return m_unmade ? PaneState::folderTitle(m_unmade->activeFolder()) : activePane()->title();
+}
+
+QString TabState::place() const
+{
+    if (m_unmade)
+        return m_unmade->activeFolder().abbreviated();
+    const PaneState* pane = activePane();
+    return pane->listing() ? pane->title() : pane->url().abbreviated();
 }
 
 void TabState::activate(PaneState* pane)
@@ -175,7 +262,7 @@ void TabState::toggleSplit()
 
 bool TabState::canSplit(PaneState* pane, PaneEdge edge) const
 {
-    for (const auto& column : m_columns) {
+    for (const auto& column : columns()) {
         if (!column.contains(pane))
             continue;
         if (edge == PaneEdge::left || edge == PaneEdge::right)

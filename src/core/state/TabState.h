@@ -2,8 +2,14 @@
 // TabState: one tab — a grid of panes (columns left to right, panes top to bottom in each), the
 // active pane that commands act on, and the order in which panes were last active.
 //
+// A tab rebuilt from a saved one makes its panes when they are first asked for (columns(),
+// panes(), activePane()…: the tab is shown, or a command looks into it), so a window restored
+// with many tabs makes the panes of the one it shows; until then title(), place() and saved()
+// answer from the saved grid.
+//
 // Signals: panesChanged() follows every change of the grid's shape; activePaneChanged() follows
-// every change of the active pane.
+// every change of the active pane; foldersChanged() follows every change of a pane's folder or
+// listing (its locationChanged). Making a restored tab's panes on first use emits none of them.
 
 #include "app/Session.h"
 #include "state/PaneState.h"
@@ -21,13 +27,21 @@ public:
     // `start` whenShown: the pane waits for loadPanes() (a window that may yet restore a session).
     TabState(const FilePath& folder, ViewPreferences* preferences, QObject* parent = nullptr,
              PaneState::Start start = PaneState::Start::loading);
-    // A tab rebuilt from a saved one (restoreLayout). Its panes wait to load until loadPanes().
+    // A tab rebuilt from a saved one (every path through Session::folder now). Its panes are made
+    // on first use, as restoreLayout() makes them, and wait to load until loadPanes().
     TabState(const Session::Tab& saved, ViewPreferences* preferences, QObject* parent = nullptr);
 
     QUuid id() const { return m_id; }
-    const QList<QList<PaneState*>>& columns() const { return m_columns; }
+    const QList<QList<PaneState*>>& columns() const;
     QList<PaneState*> panes() const;
+    // The panes made so far, without making a restored tab's: none until they are first used.
+    QList<PaneState*> madePanes() const;
     PaneState* activePane() const;
+    // The active pane's title (its folder's name, or a listing's title) and where it is (the
+    // folder's abbreviated path, or the listing's title), for the tab bar; a restored tab's panes
+    // are not made for them.
+    QString title() const;
+    QString place() const;
     bool isSplit() const { return panes().size() > 1; }
     // The most recently active pane other than the active one; none with a single pane.
     PaneState* otherPane() const;
@@ -62,10 +76,21 @@ public:
 Q_SIGNALS:
     void activePaneChanged();
     void panesChanged();
+    void foldersChanged();
 
 private:
     void loadOtherPanes();
     PaneState* makePane(const FilePath& folder, PaneState::Start start = PaneState::Start::loading);
+    // Makes the panes of a restored tab that has none yet.
+    void makeSavedPanes() const;
+    void makeGrid(const QList<QList<FilePath>>& columns, int active);
+    // The saved grid of a restored tab whose panes are not made yet (folders already checked).
+    struct Unmade {
+        QList<QList<FilePath>> columns;
+        int active = 0;
+        const FilePath& activeFolder() const;
+    };
+    std::optional<Unmade> m_unmade;
 
     QUuid m_id = QUuid::createUuid();
     ViewPreferences* m_preferences;

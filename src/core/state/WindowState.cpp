@@ -180,7 +180,7 @@ QList<FilePath> WindowState::selectedFolders() const
 bool WindowState::canActOnSelection() const
 {
     for (TabState* tab : m_tabs)
-        for (PaneState* pane : tab->panes())
+        for (PaneState* pane : tab->madePanes()) // a tab whose panes aren't made renames nothing
             if (pane->renaming())
                 return false;
     return !activePane()->selection().isEmpty();

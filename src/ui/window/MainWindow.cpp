@@ -15,6 +15,7 @@
 #include "ui/window/PaneGrid.h"
 #include "ui/terminal/TerminalSplit.h"
 #include "ui/window/TabBarDrops.h"
+#include "ui/tabs/WindowTabBar.h"
 #include "ui/window/ToastHost.h"
 #include "fileops/OutsideMoves.h"
 #include "ui/window/WorkspaceNamePrompt.h"
@@ -62,13 +63,7 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     auto* layout = new QVBoxLayout(central);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    m_tabBar = new QTabBar(central);
-    m_tabBar->setMovable(true);
-    m_tabBar->setTabsClosable(true);
-    m_tabBar->setDocumentMode(true);
-    m_tabBar->setExpanding(false);
-    m_tabBar->setFocusPolicy(Qt::NoFocus);
-    m_tabBar->setElideMode(Qt::ElideMiddle);
+    m_tabBar = new WindowTabBar(central);
     new TabBarDrops(m_tabBar, state); // folders dropped on it open in new tabs
     m_grids = new QStackedWidget(central);
     layout->addWidget(m_tabBar);
@@ -227,6 +222,8 @@ void MainWindow::setUpPreview(QSplitter* splitter)
     connect(m_quickLook, &QuickLook::taskToggleRequested, this, toggle);
 }
 
+QTabBar* MainWindow::tabBar() const { return m_tabBar; }
+
 PaneWidget* MainWindow::activePaneWidget() const
 {
     PaneGrid* grid = m_gridOf.value(m_state->selectedTab());
@@ -282,12 +279,9 @@ void MainWindow::syncTabs()
             ++it;
         }
     }
-    while (m_tabBar->count() > m_state->tabs().size())
-        m_tabBar->removeTab(m_tabBar->count() - 1);
-    while (m_tabBar->count() < m_state->tabs().size())
-        m_tabBar->addTab(QString());
-    // A tab's grid is made when the tab is first shown, so a restored window of many tabs
-    // builds the pane widgets of one.
+    // The bar gets as many tabs as the state, each with its title (updateTitles). A tab's grid is
+    // made when the tab is first shown, so a restored window of many tabs builds the pane
+    // widgets of one.
     m_syncing = false;
     updateTitles();
     showSelectedTab();
@@ -361,11 +355,12 @@ void MainWindow::askToClose()
 
 void MainWindow::updateTitles()
 {
-    for (int i = 0; i < m_state->tabs().size() && i < m_tabBar->count(); ++i) {
-        PaneState* pane = m_state->tabs()[i]->activePane();
-        m_tabBar->setTabText(i, literalText(pane->title()));
-        m_tabBar->setTabToolTip(i, pane->listing() ? pane->title() : pane->url().abbreviated());
-    }
+    QList<WindowTabBar::Tab> tabs;
+    for (const TabState* tab : m_state->tabs())
+        tabs.append({literalText(tab->title()), tab->place()});
+    const bool syncing = std::exchange(m_syncing, true); // the tabs it adds or removes are the state's already
+    m_tabBar->setTabs(tabs);
+    m_syncing = syncing;
     setWindowTitle(m_state->activePane()->title() + QStringLiteral(" — Orwick"));
 }
 

@@ -20,6 +20,7 @@ class PaletteController;
 class FileOpsController;
 class PaneGrid;
 class PaneWidget;
+class WindowTabBar;
 class PreviewPanel;
 class QuickLook;
 class Sidebar;
@@ -37,7 +38,7 @@ public:
     PaletteController* palette() const { return m_palette; }
     // The file commands and keys, progress card and conflict question of this window.
     FileOpsController* fileOps() const { return m_fileOps; }
-    QTabBar* tabBar() const { return m_tabBar; }
+    QTabBar* tabBar() const;
     // The column of places on the left (shown or hidden with the state's showSidebar()).
     Sidebar* sidebar() const { return m_sidebar; }
     // The preview column on the right (shown with the state's showPreview()) and Quick Look.
@@ -69,7 +70,7 @@ private:
 
     WindowState* m_state;
     bool m_closeConfirmed = false;
-    QTabBar* m_tabBar;
+    WindowTabBar* m_tabBar;
     QStackedWidget* m_grids;
     QHash<TabState*, PaneGrid*> m_gridOf;
     ToastHost* m_toasts;

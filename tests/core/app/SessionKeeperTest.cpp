@@ -93,6 +93,20 @@ TEST_F(KeeperFixture, FollowsPanesFoldersTheActivePaneAndThePreviewOfNewTabs)
     EXPECT_TRUE(stored()->showPreview);
 }
 
+TEST_F(KeeperFixture, FollowsThePanesOfARestoredTabMadeAfterTheStart)
+{
+    Session session;
+    session.tabs = {Session::Tab::ofGrid({{tree.path("A")}}, 0), Session::Tab::ofGrid({{tree.path("B")}}, 0)};
+    window->restore(session);
+    awaitSave();
+    TabState* hidden = window->tabs()[1];
+    ASSERT_TRUE(hidden->madePanes().isEmpty());
+    hidden->activePane()->navigate(tree.root()); // its pane is made now, after the keeper began
+    EXPECT_TRUE(keeper->hasPendingSave());
+    awaitSave();
+    EXPECT_EQ(stored()->tabs[1].left, tree.root());
+}
+
 TEST_F(KeeperFixture, ClosingTheWindowSavesAtOnce)
 {
     window->newTab(tree.path("A"));

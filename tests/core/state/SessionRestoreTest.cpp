@@ -147,6 +147,51 @@ TEST_F(RestoreFixture, TabsNotShownReadTheirFoldersOnlyWhenFirstShown)
     EXPECT_TRUE(window->tabs()[8]->activePane()->isWaitingToBeShown());
 }
 
+TEST_F(RestoreFixture, ATabNotShownMakesItsPanesOnlyWhenAskedAndNamesItsFolderMeanwhile)
+{
+    Session session;
+    session.tabs = {single(tree.path("A")), Session::Tab::ofGrid({{tree.path("B")}, {tree.path("C")}}, 1),
+                    Session::Tab::ofGrid({{tree.path("Gone")}}, 0)};
+    window->restore(session);
+    TabState* hidden = window->tabs()[1];
+    TabState* gone = window->tabs()[2];
+    EXPECT_EQ(window->selectedTab()->madePanes().size(), 1);
+    EXPECT_TRUE(hidden->madePanes().isEmpty());
+    EXPECT_TRUE(gone->madePanes().isEmpty());
+
+    // The tab bar's title and tooltip, and the session, come from the saved grid.
+    EXPECT_EQ(hidden->title(), QStringLiteral("C"));
+    EXPECT_EQ(hidden->place(), tree.path("C").abbreviated());
+    EXPECT_EQ(gone->title(), PaneState::folderTitle(xdg::home()));
+    const Session saved = window->session();
+    EXPECT_EQ(saved.tabs[1], session.tabs[1]);
+    EXPECT_EQ(saved.tabs[2].left, xdg::home());
+    EXPECT_TRUE(hidden->madePanes().isEmpty()) << "neither titles nor the session make panes";
+
+    // Asked for, the panes are made as saved, waiting to be shown.
+    EXPECT_EQ(gridOf(hidden), (Grid{{tree.path("B")}, {tree.path("C")}}));
+    ASSERT_EQ(hidden->madePanes().size(), 2);
+    EXPECT_EQ(hidden->activePane(), hidden->panes()[1]);
+    for (PaneState* pane : hidden->panes())
+        EXPECT_TRUE(pane->isWaitingToBeShown());
+    EXPECT_EQ(hidden->title(), QStringLiteral("C"));
+    EXPECT_EQ(window->session().tabs[1], session.tabs[1]);
+}
+
+TEST_F(RestoreFixture, APaneOfATabNotShownSaysWhenItMoves)
+{
+    Session session;
+    session.tabs = {single(tree.path("A")), single(tree.path("B"))};
+    window->restore(session);
+    TabState* hidden = window->tabs()[1];
+    int moves = 0;
+    QObject::connect(hidden, &TabState::foldersChanged, [&moves] { ++moves; });
+    hidden->activePane()->navigate(tree.path("C")); // made here, on first use
+    EXPECT_EQ(moves, 1);
+    EXPECT_EQ(hidden->title(), QStringLiteral("C"));
+    EXPECT_EQ(window->session().tabs[1].left, tree.path("C"));
+}
+
 TEST_F(RestoreFixture, AWaitingPaneKeepsWhereItWasToldToGo)
 {
     Session session;
