@@ -26,21 +26,21 @@ struct DropPlanTest : ::testing::Test {
     FilePath dest = tree.folder("dest");
 };
 
-TEST_F(DropPlanTest, PlainDropOnTheSameFileSystemMoves)
+TEST_F(DropPlanTest, OnOneFileSystemAPlainDropMovesControlCopiesAndBothMakeLinks)
 {
     const DropPlan plan = planDrop(urls({a, folder}), dest, Qt::NoModifier);
     EXPECT_EQ(plan.action, DropAction::move);
     EXPECT_EQ(plan.items, (QList<FilePath>{a, folder}));
     EXPECT_EQ(plan.folder, dest);
     EXPECT_FALSE(plan.isRefused());
-}
-
-TEST_F(DropPlanTest, ControlCopiesShiftMovesAndBothMakeLinks)
-{
     EXPECT_EQ(planDrop(urls({a}), dest, Qt::ControlModifier).action, DropAction::copy);
     EXPECT_EQ(planDrop(urls({a}), dest, Qt::ShiftModifier).action, DropAction::move);
     EXPECT_EQ(planDrop(urls({a}), dest, Qt::ControlModifier | Qt::ShiftModifier).action, DropAction::link);
     EXPECT_EQ(planDrop(urls({a}), dest, Qt::AltModifier).action, DropAction::move) << "other keys don't count";
+    // Nothing dropped is nothing to do, and no refusal.
+    const DropPlan nothing = planDrop({}, dest, Qt::NoModifier);
+    EXPECT_EQ(nothing.action, DropAction::none);
+    EXPECT_FALSE(nothing.isRefused());
 }
 
 TEST_F(DropPlanTest, MovingItemsIntoTheFolderTheyAreInDoesNothing)
@@ -98,13 +98,6 @@ TEST_F(DropPlanTest, ATargetThatIsNotAFolderIsRefused)
     EXPECT_EQ(plan.action, DropAction::none);
     EXPECT_EQ(plan.refusal, QStringLiteral("“a.txt” is no longer a folder."));
     EXPECT_EQ(planDrop(urls({a}), tree.path("gone"), Qt::NoModifier).refusal, QStringLiteral("“gone” is no longer a folder."));
-}
-
-TEST_F(DropPlanTest, NothingDroppedIsNothingToDo)
-{
-    const DropPlan plan = planDrop({}, dest, Qt::NoModifier);
-    EXPECT_EQ(plan.action, DropAction::none);
-    EXPECT_FALSE(plan.isRefused());
 }
 
 TEST_F(DropPlanTest, FoldersDroppedOnTheTabBarOpenInOrderAndFilesAreLeftOut)

@@ -26,15 +26,6 @@ QByteArray pattern(int size)
     return bytes;
 }
 
-QList<QByteArray> leftovers(const FilePath& folder)
-{
-    QList<QByteArray> found;
-    for (const QByteArray& name : FileOpsTest::names(folder))
-        if (name.startsWith(".orwick-"))
-            found.append(name);
-    return found;
-}
-
 // Runs `body` in a child process whose files may not grow past `limit` bytes; returns the
 // child's exit code. The child ignores SIGXFSZ so writes fail with EFBIG instead.
 int runWithFileSizeLimit(rlim_t limit, const std::function<int()>& body)
@@ -75,11 +66,7 @@ TEST_F(FileOpsTest, MoveAcrossVolumesFailingHalfWayKeepsTheSource)
     QTemporaryDir shm(QStringLiteral("/dev/shm/orwick-test-XXXXXX"));
     const FilePath source = FilePath::fromText(shm.path()).child(QStringLiteral("data.bin"));
     const QByteArray content = pattern(3 << 20);
-    {
-        QFile out(source.text());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(content);
-    }
+    ASSERT_TRUE(writeFile(source, content));
     const FilePath dest = tree.folder("dest");
     const int code = runWithFileSizeLimit(1 << 20, [&] {
         CopyProgress progress;

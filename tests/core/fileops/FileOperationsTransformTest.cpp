@@ -47,16 +47,6 @@ FileOperations::ReplaceTransform shouting()
     };
 }
 
-// Temporary files the engine may have left in a folder.
-QList<QByteArray> leftovers(const FilePath& folder)
-{
-    QList<QByteArray> found;
-    for (const QByteArray& name : FileOpsTest::names(folder))
-        if (name.startsWith('.'))
-            found.append(name);
-    return found;
-}
-
 TEST_F(FileOpsTest, MadeFilesTakeTheFirstFreeNamesInTheOrderOfTheSources)
 {
     QSet<quint64> jobs;

@@ -20,6 +20,13 @@ QList<QByteArray> FileOpsTest::names(const FilePath& folder)
     return list;
 }
 
+QList<QByteArray> FileOpsTest::leftovers(const FilePath& folder)
+{
+    QList<QByteArray> found = names(folder);
+    found.removeIf([](const QByteArray& name) { return !name.startsWith('.') || name.startsWith(".Trash"); });
+    return found;
+}
+
 bool FileOpsTest::emptyTrash()
 {
     return removeTree(xdg::homeTrash()).has_value()

@@ -20,6 +20,9 @@ class FileOpsTest : public ::testing::Test {
 public:
     // The names in a folder, sorted.
     static QList<QByteArray> names(const FilePath& folder);
+    // Hidden names in a folder, which only the engine's temporary files would have (a disk's
+    // .Trash folders aside).
+    static QList<QByteArray> leftovers(const FilePath& folder);
 
 protected:
     FileOpsTest()

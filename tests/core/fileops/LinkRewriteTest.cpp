@@ -6,17 +6,12 @@
 
 #include "fileops/LinkUpdater.h"
 
+#include <optional>
+
 namespace orwick::test {
 namespace {
 
 FilePath at(const char* path) { return FilePath::fromNative(path); }
-
-// The note at `note` (unmoved unless `movedTo` is given) after `moves`.
-QString after(const QString& text, const QList<FileMove>& moves, const char* note = "/v/n.md", const char* movedTo = nullptr)
-{
-    const FilePath now = movedTo ? at(movedTo) : at(note);
-    return LinkUpdater::rewrite(text, at(note), now, moves, at("/v")).value_or(text);
-}
 
 TEST(LinkRewrite, RelativePathClimbsWithDotDotSteps)
 {
@@ -27,86 +22,50 @@ TEST(LinkRewrite, RelativePathClimbsWithDotDotSteps)
     EXPECT_EQ(LinkUpdater::relativePath(at("/v/ab"), at("/v/a/c.md")), "../a/c.md");
 }
 
-TEST(LinkRewrite, NoteMovedOneDeeperClimbsOneMore)
+// The text of the note at `note` (moved to `movedTo`) after one move in the vault /v; no
+// `expected` means the text is left exactly as it was (rewrite gives nothing).
+TEST(LinkRewrite, TextAfterOneMove)
 {
-    const QList<FileMove> moves{{at("/v/sub/n.md"), at("/v/sub/deeper/n.md")}};
-    EXPECT_EQ(after("See [a](../a.md).", moves, "/v/sub/n.md", "/v/sub/deeper/n.md"), "See [a](../../a.md).");
-}
-
-TEST(LinkRewrite, UrlsAndSameNoteAnchorsAreNeverTouched)
-{
-    const QList<FileMove> moves{{at("/v/n.md"), at("/v/deep/n.md")}};
-    const QString text = "[w](https://x.org/a.md) [m](mailto:me@x.org) [t](#top) [f](file:///v/a.md)";
-    EXPECT_FALSE(LinkUpdater::rewrite(text, at("/v/n.md"), at("/v/deep/n.md"), moves, at("/v")));
-}
-
-TEST(LinkRewrite, MovedTargetKeepsBracketsAnchorAndEncoding)
-{
-    const QList<FileMove> moves{{at("/v/a.md"), at("/v/b c.md")}};
-    EXPECT_EQ(after("[A](a.md)", moves), "[A](b%20c.md)");
-    EXPECT_EQ(after("[A](<a.md>)", moves), "[A](<b c.md>)");
-    EXPECT_EQ(after("[A](a.md#part)", moves), "[A](b%20c.md#part)");
-    EXPECT_EQ(after("[A](./a.md \"title\")", moves), "[A](b%20c.md \"title\")");
-}
-
-TEST(LinkRewrite, PercentEncodedTargetIsDecodedAndWrittenEncoded)
-{
-    const QList<FileMove> moves{{at("/v/my note.md"), at("/v/other note é.md")}};
-    EXPECT_EQ(after("[x](my%20note.md)", moves), "[x](other%20note%20%C3%A9.md)");
-    EXPECT_EQ(after("[x](<my note.md>)", moves), "[x](<other note é.md>)");
-}
-
-TEST(LinkRewrite, ImagesFollowMovedPictures)
-{
-    const QList<FileMove> moves{{at("/v/img/p.png"), at("/v/pics/p.png")}};
-    EXPECT_EQ(after("![p](img/p.png)", moves), "![p](pics/p.png)");
-}
-
-TEST(LinkRewrite, LinksInCodeStayAsWritten)
-{
-    const QList<FileMove> moves{{at("/v/a.md"), at("/v/b.md")}};
-    const QString text = "[x](a.md)\n```\n[x](a.md) [[a]]\n```\nUse `[x](a.md)` or ``[[a]]``.\n~~~md\n[x](a.md)\n~~~\n[[a]]";
-    const QString expected = "[x](b.md)\n```\n[x](a.md) [[a]]\n```\nUse `[x](a.md)` or ``[[a]]``.\n~~~md\n[x](a.md)\n~~~\n[[b]]";
-    EXPECT_EQ(after(text, moves), expected);
-}
-
-TEST(LinkRewrite, WikilinkKeepsAliasAndAnchor)
-{
-    const QList<FileMove> moves{{at("/v/Note.md"), at("/v/New Note.md")}};
-    EXPECT_EQ(after("[[Note|my alias]] and [[Note#Heading]] and [[note]] and [[Note.md]] and [[Notes]]", moves),
-              "[[New Note|my alias]] and [[New Note#Heading]] and [[New Note]] and [[New Note.md]] and [[Notes]]");
-}
-
-TEST(LinkRewrite, WikilinkByPathFollowsAFolderRename)
-{
-    const QList<FileMove> moves{{at("/v/sub"), at("/v/renamed")}};
-    EXPECT_EQ(after("[[sub/Note|n]] [[Note]]", moves), "[[renamed/Note|n]] [[Note]]");
-}
-
-TEST(LinkRewrite, WikilinkUnchangedWhenOnlyTheFolderChanges)
-{
-    const QList<FileMove> moves{{at("/v/Note.md"), at("/v/deep/Note.md")}};
-    EXPECT_FALSE(LinkUpdater::rewrite("[[Note]]", at("/v/n.md"), at("/v/n.md"), moves, at("/v")));
-}
-
-TEST(LinkRewrite, LinksInsideAMovedFolderToEachOtherStayUntouched)
-{
-    const QList<FileMove> moves{{at("/v/f"), at("/v/x/y/f")}};
-    const QString text = "[s](sibling.md) [d](./d/e.md) [out](../a.md) [up](<../b c.md>)";
-    EXPECT_EQ(after(text, moves, "/v/f/n.md", "/v/x/y/f/n.md"),
-              "[s](sibling.md) [d](./d/e.md) [out](../../../a.md) [up](<../../../b c.md>)");
-}
-
-TEST(LinkRewrite, UnrelatedNotesAreLeftAlone)
-{
-    const QList<FileMove> moves{{at("/v/a.md"), at("/v/b.md")}};
-    EXPECT_FALSE(LinkUpdater::rewrite("[c](c.md) [[c]] plain", at("/v/n.md"), at("/v/n.md"), moves, at("/v")));
-}
-
-TEST(LinkRewrite, AbsoluteTargetsStayAbsolute)
-{
-    const QList<FileMove> moves{{at("/v/a.md"), at("/v/z/a.md")}};
-    EXPECT_EQ(after("[a](/v/a.md)", moves), "[a](/v/z/a.md)");
+    struct Row {
+        const char *from, *to;
+        QString text;
+        std::optional<QString> expected;
+        const char* note = "/v/n.md";
+        const char* movedTo = "/v/n.md";
+    };
+    const Row rows[] = {
+        // A note moved one deeper climbs one more.
+        {"/v/sub/n.md", "/v/sub/deeper/n.md", "See [a](../a.md).", "See [a](../../a.md).", "/v/sub/n.md", "/v/sub/deeper/n.md"},
+        // URLs and the same note's anchors are never touched.
+        {"/v/n.md", "/v/deep/n.md", "[w](https://x.org/a.md) [m](mailto:me@x.org) [t](#top) [f](file:///v/a.md)", std::nullopt,
+         "/v/n.md", "/v/deep/n.md"},
+        // A moved target keeps brackets, anchor and title, and is written encoded.
+        {"/v/a.md", "/v/b c.md", "[A](a.md)", "[A](b%20c.md)"},
+        {"/v/a.md", "/v/b c.md", "[A](<a.md>)", "[A](<b c.md>)"},
+        {"/v/a.md", "/v/b c.md", "[A](a.md#part)", "[A](b%20c.md#part)"},
+        {"/v/a.md", "/v/b c.md", "[A](./a.md \"title\")", "[A](b%20c.md \"title\")"},
+        {"/v/my note.md", "/v/other note é.md", "[x](my%20note.md)", "[x](other%20note%20%C3%A9.md)"},
+        {"/v/my note.md", "/v/other note é.md", "[x](<my note.md>)", "[x](<other note é.md>)"},
+        {"/v/img/p.png", "/v/pics/p.png", "![p](img/p.png)", "![p](pics/p.png)"},
+        {"/v/a.md", "/v/z/a.md", "[a](/v/a.md)", "[a](/v/z/a.md)"}, // absolute stays absolute
+        // Links in code stay as written.
+        {"/v/a.md", "/v/b.md", "[x](a.md)\n```\n[x](a.md) [[a]]\n```\nUse `[x](a.md)` or ``[[a]]``.\n~~~md\n[x](a.md)\n~~~\n[[a]]",
+         "[x](b.md)\n```\n[x](a.md) [[a]]\n```\nUse `[x](a.md)` or ``[[a]]``.\n~~~md\n[x](a.md)\n~~~\n[[b]]"},
+        {"/v/a.md", "/v/b.md", "[c](c.md) [[c]] plain", std::nullopt}, // unrelated
+        // Wikilinks keep alias and anchor, follow a folder rename, and ignore a move to another folder.
+        {"/v/Note.md", "/v/New Note.md", "[[Note|my alias]] and [[Note#Heading]] and [[note]] and [[Note.md]] and [[Notes]]",
+         "[[New Note|my alias]] and [[New Note#Heading]] and [[New Note]] and [[New Note.md]] and [[Notes]]"},
+        {"/v/sub", "/v/renamed", "[[sub/Note|n]] [[Note]]", "[[renamed/Note|n]] [[Note]]"},
+        {"/v/Note.md", "/v/deep/Note.md", "[[Note]]", std::nullopt},
+        // Links inside a moved folder to each other stay; those leaving it climb.
+        {"/v/f", "/v/x/y/f", "[s](sibling.md) [d](./d/e.md) [out](../a.md) [up](<../b c.md>)",
+         "[s](sibling.md) [d](./d/e.md) [out](../../../a.md) [up](<../../../b c.md>)", "/v/f/n.md", "/v/x/y/f/n.md"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text.toStdString());
+        const QList<FileMove> moves{{at(row.from), at(row.to)}};
+        EXPECT_EQ(LinkUpdater::rewrite(row.text, at(row.note), at(row.movedTo), moves, at("/v")), row.expected);
+    }
 }
 
 TEST(LinkRewrite, BytesKeepByteOrderMarkAndLineEnds)

@@ -117,11 +117,7 @@ TEST_F(FileOpsTest, MoveAcrossVolumesCopiesThenRemovesTheSource)
     const FilePath source = FilePath::fromText(shm.path()).child(QStringLiteral("Album"));
     mkdir(source.c_str(), 0750);
     const FilePath song = source.child(QStringLiteral("song.mp3"));
-    {
-        QFile out(song.text());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(QByteArray(2 << 20, 's'));
-    }
+    ASSERT_TRUE(writeFile(song, QByteArray(2 << 20, 's')));
     tree.touch(song, 1500000000);
     const FilePath dest = tree.folder("music");
     ASSERT_FALSE(isSameVolume(source, dest)) << "needs /dev/shm on another file system";

@@ -16,27 +16,6 @@ using TransformFault = FileOpsTest;
 
 FileOperations::TransformTexts texts() { return {QStringLiteral("Grow"), QStringLiteral("Growing"), QStringLiteral("Grow")}; }
 
-// Hidden names (temporary files) anywhere under `folder`, the Trash's own folders aside.
-QList<QByteArray> leftovers(const FilePath& folder)
-{
-    QList<QByteArray> found;
-    for (const QByteArray& name : FileOpsTest::names(folder)) {
-        if (name.startsWith(".Trash"))
-            continue;
-        if (name.startsWith('.'))
-            found.append(name);
-    }
-    return found;
-}
-
-// Writes `bytes` into a new file at `path`.
-void writeFile(const FilePath& path, const QByteArray& bytes)
-{
-    QFile out(path.text());
-    ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-    ASSERT_EQ(out.write(bytes), bytes.size());
-}
-
 QByteArray pattern(qsizetype size, char seed)
 {
     QByteArray bytes(size, Qt::Uninitialized);
@@ -70,7 +49,7 @@ TEST_F(TransformFault, AFullDiskLeavesTheOriginalAsItWas)
     const FilePath one = small.root().child(QStringLiteral("one.bin"));
     const FilePath linked = small.root().child(QStringLiteral("linked.bin"));
     for (const FilePath& path : {one, linked})
-        ASSERT_NO_FATAL_FAILURE(writeFile(path, original));
+        ASSERT_TRUE(writeFile(path, original));
     // The second one has another name: it is written through its own inode, room reserved first.
     ASSERT_EQ(::link(linked.c_str(), small.root().child(QStringLiteral("other.bin")).c_str()), 0);
     ops.setTransformWorkers(1);
@@ -96,7 +75,7 @@ TEST_F(TransformFault, FilesOnAReadOnlyDiskAreRefusedBeforeTheirTransform)
     if (!disk.ok())
         GTEST_SKIP() << disk.why().toStdString();
     const FilePath photo = disk.root().child(QStringLiteral("photo.jpg"));
-    ASSERT_NO_FATAL_FAILURE(writeFile(photo, "pixels"));
+    ASSERT_TRUE(writeFile(photo, "pixels"));
     ASSERT_TRUE(disk.makeReadOnly());
     std::atomic<int> calls = 0;
     ops.replaceInPlace({photo}, texts(), [&](const FilePath&, const CancelFlag&) -> Result<QByteArray> {
@@ -115,7 +94,7 @@ TEST_F(TransformFault, AFileTheUserMayNotWriteIsRefused)
     if (!disk.ok())
         GTEST_SKIP() << disk.why().toStdString();
     const FilePath photo = disk.root().child(QStringLiteral("photo.jpg"));
-    ASSERT_NO_FATAL_FAILURE(writeFile(photo, "pixels"));
+    ASSERT_TRUE(writeFile(photo, "pixels"));
     ASSERT_EQ(::chmod(photo.c_str(), 0644), 0); // writable by its owner, root, only
     {
         const Unprivileged user;

@@ -23,9 +23,7 @@ protected:
         if (!disk.ok())
             GTEST_SKIP() << disk.why().toStdString();
         item = disk.root().child(QStringLiteral("report.txt"));
-        QFile made(item.text());
-        ASSERT_TRUE(made.open(QIODevice::WriteOnly));
-        made.write("the user's words");
+        ASSERT_TRUE(writeFile(item, "the user's words"));
     }
 
     QByteArray uid() const { return QByteArray::number(getuid()); }

@@ -75,14 +75,9 @@ TEST_F(FileOpsTest, PutBackUsesTheLogThenTheInfoFile)
     settle();
     // An item another program trashed: only its .trashinfo knows where it came from.
     const FilePath theirs = tree.path("docs/theirs.txt");
-    {
-        QFile content(homeTrashFiles().child(QStringLiteral("theirs.txt")).text());
-        ASSERT_TRUE(content.open(QIODevice::WriteOnly));
-        content.write("theirs");
-        QFile info(trash::infoFileFor(homeTrashFiles().child(QStringLiteral("theirs.txt"))).text());
-        ASSERT_TRUE(info.open(QIODevice::WriteOnly));
-        info.write("[Trash Info]\nPath=" + theirs.native().toPercentEncoding("/") + "\nDeletionDate=2020-01-01T10:00:00\n");
-    }
+    ASSERT_TRUE(writeFile(homeTrashFiles().child(QStringLiteral("theirs.txt")), "theirs"));
+    ASSERT_TRUE(writeFile(trash::infoFileFor(homeTrashFiles().child(QStringLiteral("theirs.txt"))),
+                          "[Trash Info]\nPath=" + theirs.native().toPercentEncoding("/") + "\nDeletionDate=2020-01-01T10:00:00\n"));
     file("docs/ours.txt", "a new one"); // the old place is taken meanwhile
 
     ops.putBack({homeTrashFiles().child(QStringLiteral("ours.txt")), homeTrashFiles().child(QStringLiteral("theirs.txt"))}, &stack);
@@ -117,11 +112,7 @@ TEST_F(FileOpsTest, PutBackMakesTheMissingFolderAgain)
 TEST_F(FileOpsTest, ItemWithoutOriginCannotBePutBack)
 {
     const FilePath stray = homeTrashFiles().child(QStringLiteral("stray"));
-    mkdir(homeTrashFiles().parent().c_str(), 0700);
-    mkdir(homeTrashFiles().c_str(), 0700);
-    QFile created(stray.text());
-    ASSERT_TRUE(created.open(QIODevice::WriteOnly));
-    created.close();
+    ASSERT_TRUE(writeFile(stray, {}));
     ops.putBack({stray}, &stack);
     settle();
     EXPECT_EQ(errors, QStringList{QStringLiteral("“stray” can't be put back: where it came from isn't known.")});
@@ -155,11 +146,7 @@ TEST_F(FileOpsTest, ItemOnAnotherVolumeGoesToThatVolumesTrash)
 TEST_F(FileOpsTest, DamagedTrashLogIsKeptAsideAndTheNextTrashingStartsANewOne)
 {
     const FilePath logFile = xdg::orwickDataDir().child(QStringLiteral("trash-log.json"));
-    mkdir(logFile.parent().c_str(), 0700);
-    QFile damaged(logFile.text());
-    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
-    damaged.write("{ not json");
-    damaged.close();
+    ASSERT_TRUE(writeFile(logFile, "{ not json"));
     StoreNotices::takePending();
     FileOperations engine;
     EXPECT_EQ(engine.trashLog().size(), 0);
