@@ -57,42 +57,39 @@ QStringList sorted(const FileItems& items, SortKey key, bool ascending)
 
 } // namespace
 
-TEST(Arrangement, NamesSortNaturallyAndIgnoreCase)
-{
-    const FileItems items{file("file10"), file("File2"), file("file1"), file("apple"), file("Banana")};
-    EXPECT_EQ(sorted(items, SortKey::name, true), QStringList({"apple", "Banana", "file1", "File2", "file10"}));
-    EXPECT_EQ(sorted(items, SortKey::name, false), QStringList({"file10", "File2", "file1", "Banana", "apple"}));
-}
-
-TEST(Arrangement, EqualNamesKeepLoadOrderInBothDirections)
-{
-    FileItems items{file("b"), file("A.txt"), file("a.TXT"), file("a.txt")};
-    EXPECT_EQ(sorted(items, SortKey::name, true), QStringList({"A.txt", "a.TXT", "a.txt", "b"}));
-    EXPECT_EQ(sorted(items, SortKey::name, false), QStringList({"b", "A.txt", "a.TXT", "a.txt"}));
-    // Same for equal sizes and equal kinds.
-    items = {file("x", 5), file("y", 5), file("z", 1)};
-    EXPECT_EQ(sorted(items, SortKey::size, false), QStringList({"x", "y", "z"}));
-    EXPECT_EQ(sorted(items, SortKey::kind, false), QStringList({"x", "y", "z"}));
-}
-
-TEST(Arrangement, FoldersComeFirstInBothDirections)
-{
-    const FileItems items{file("small", 1), folder("zeta"), file("big", 100), folder("alpha"), file("mid", 10)};
-    EXPECT_EQ(sorted(items, SortKey::size, true), QStringList({"zeta", "alpha", "small", "mid", "big"}));
-    EXPECT_EQ(sorted(items, SortKey::size, false), QStringList({"zeta", "alpha", "big", "mid", "small"}));
-    EXPECT_EQ(sorted(items, SortKey::name, false), QStringList({"zeta", "alpha", "small", "mid", "big"}));
-}
-
-TEST(Arrangement, SortsByDateKindAndUnknownSize)
+// Names naturally and regardless of case; folders first in both directions; equal keys keep
+// the load order in both directions; an unknown size or date sorts as the smallest.
+TEST(Arrangement, SortsByEachKeyInBothDirections)
 {
     FileItem unknown = file("unknown");
     unknown.size.reset();
-    const FileItems items{file("old", 3, 100, "PNG image"), file("new", 2, 300, "Markdown"), unknown,
-                          file("mid", 1, 200, "image 10")};
-    EXPECT_EQ(sorted(items, SortKey::modified, false), QStringList({"new", "mid", "old", "unknown"}));
-    EXPECT_EQ(sorted(items, SortKey::modified, true), QStringList({"unknown", "old", "mid", "new"}));
-    EXPECT_EQ(sorted(items, SortKey::size, true), QStringList({"unknown", "mid", "new", "old"}));
-    EXPECT_EQ(sorted(items, SortKey::kind, true), QStringList({"mid", "new", "old", "unknown"}));
+    const FileItems names{file("file10"), file("File2"), file("file1"), file("apple"), file("Banana")};
+    const FileItems equalNames{file("b"), file("A.txt"), file("a.TXT"), file("a.txt")};
+    const FileItems equalSizes{file("x", 5), file("y", 5), file("z", 1)};
+    const FileItems folders{file("small", 1), folder("zeta"), file("big", 100), folder("alpha"), file("mid", 10)};
+    const FileItems dated{file("old", 3, 100, "PNG image"), file("new", 2, 300, "Markdown"), unknown, file("mid", 1, 200, "image 10")};
+    const struct {
+        const FileItems& items;
+        SortKey key;
+        bool ascending;
+        QStringList expected;
+    } rows[] = {
+        {names, SortKey::name, true, {"apple", "Banana", "file1", "File2", "file10"}},
+        {names, SortKey::name, false, {"file10", "File2", "file1", "Banana", "apple"}},
+        {equalNames, SortKey::name, true, {"A.txt", "a.TXT", "a.txt", "b"}},
+        {equalNames, SortKey::name, false, {"b", "A.txt", "a.TXT", "a.txt"}},
+        {equalSizes, SortKey::size, false, {"x", "y", "z"}},
+        {equalSizes, SortKey::kind, false, {"x", "y", "z"}},
+        {folders, SortKey::size, true, {"zeta", "alpha", "small", "mid", "big"}},
+        {folders, SortKey::size, false, {"zeta", "alpha", "big", "mid", "small"}},
+        {folders, SortKey::name, false, {"zeta", "alpha", "small", "mid", "big"}},
+        {dated, SortKey::modified, false, {"new", "mid", "old", "unknown"}},
+        {dated, SortKey::modified, true, {"unknown", "old", "mid", "new"}},
+        {dated, SortKey::size, true, {"unknown", "mid", "new", "old"}},
+        {dated, SortKey::kind, true, {"mid", "new", "old", "unknown"}},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(sorted(row.items, row.key, row.ascending), row.expected) << int(row.key) << (row.ascending ? " up" : " down");
 }
 
 TEST(Arrangement, FilterKeepsNamesTheMatcherScores)

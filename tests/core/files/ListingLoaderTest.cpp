@@ -25,10 +25,7 @@ void writeRecents(const QList<std::pair<FilePath, QDateTime>>& entries)
              + date + "\" count=\"1\"/></bookmark:applications></metadata></info></bookmark>\n";
     }
     xml += "</xbel>\n";
-    QDir().mkpath(xdg::dataHome().text());
-    QFile file(xdg::recentFilesList().text());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(xml);
+    ASSERT_TRUE(test::writeFile(xdg::recentFilesList(), xml));
 }
 
 QStringList names(const FileItems& items)

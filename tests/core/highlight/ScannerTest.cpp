@@ -22,91 +22,84 @@ TEST(Scanner, UnclosedBlockCommentRunsToTheEnd)
     ASSERT_EQ(list.size(), 2u);
     EXPECT_EQ(list[0], (Token{0, 3, Kind::type}));
     EXPECT_EQ(list[1], (Token{7, int(text.size()) - 7, Kind::comment}));
-    EXPECT_EQ(tokenText("x /*", "js"), QStringList{"comment /*"});
-    EXPECT_EQ(tokenText("a <!-- b", "html"), QStringList{"comment <!-- b"});
-}
-
-TEST(Scanner, BlockCommentEndsAtItsFirstCloser)
-{
-    EXPECT_EQ(tokenText("/* a */ b */ 1", "js"), (QStringList{"comment /* a */", "number 1"}));
-    EXPECT_EQ(tokenText("/**/1", "js"), (QStringList{"comment /**/", "number 1"}));
 }
 
 TEST(Scanner, TwoDotsEndANumber)
 {
     const std::vector<Token> list = scan("1..5", "rb");
     EXPECT_EQ(list, (std::vector<Token>{{0, 1, Kind::number}, {3, 1, Kind::number}}));
-    EXPECT_EQ(tokenText("1.2.3 0x1F 1_000 3.14f .5 10px", "cpp"),
-              (QStringList{"number 1.2.3", "number 0x1F", "number 1_000", "number 3.14f", "number .5",
-                           "number 10px"}));
-    EXPECT_EQ(tokenText("a1 x.5", "cpp"), QStringList{"number .5"}); // digits inside a word are the word's
 }
 
-TEST(Scanner, SqlKeywordsInAnyCase)
+// Each rule as the tokens a reader sees in a snippet.
+TEST(Scanner, RulesAsTokens)
 {
-    EXPECT_EQ(tokenText("SELECT select SeLeCt Null", "sql"),
-              (QStringList{"keyword SELECT", "keyword select", "keyword SeLeCt", "type Null"}));
-    // Elsewhere case matters.
-    EXPECT_EQ(tokenText("IF if", "sh"), QStringList{"keyword if"});
-}
-
-TEST(Scanner, HashCommentsOnlyAfterABlankOrAtALineStart)
-{
-    EXPECT_EQ(tokenText("a#b", "sh"), QStringList{});
-    EXPECT_EQ(tokenText("#x\n\t#y\na #z", "sh"), (QStringList{"comment #x", "comment #y", "comment #z"}));
-    EXPECT_EQ(tokenText("echo ${#arr} $#", "sh"), QStringList{"keyword echo"});
-    // Other openers count anywhere.
-    EXPECT_EQ(tokenText("a//b", "js"), QStringList{"comment //b"});
-}
-
-TEST(Scanner, StringsSkipEscapesAndRunToTheEndWhenUnclosed)
-{
-    EXPECT_EQ(tokenText(R"("a\"b" 'c\\' 1)", "py"), (QStringList{R"(string "a\"b")", R"(string 'c\\')", "number 1"}));
-    EXPECT_EQ(tokenText("x = \"open\ny = 2", "py"), QStringList{"string \"open\\ny = 2"});
-    EXPECT_EQ(tokenText("\"\\", "js"), QStringList{"string \"\\"}); // a backslash as the last unit
-    EXPECT_EQ(tokenText("'''a ' b'''", "py"), QStringList{"string '''a ' b'''"});
-    EXPECT_EQ(tokenText("\"\"\"open", "swift"), QStringList{"string \"\"\"open"});
-    EXPECT_EQ(tokenText("\"\" 1", "py"), (QStringList{"string \"\"", "number 1"}));
-    EXPECT_EQ(tokenText("'''x'''", "js"), (QStringList{"string ''", "string 'x'", "string ''"})); // no triples in js
-}
-
-TEST(Scanner, WordsAreFunctionsBeforeAParenthesisAndTypesWhenCapitalized)
-{
-    EXPECT_EQ(tokenText("run() run () Foo Foo() X", "swift"), (QStringList{"function run", "type Foo", "function Foo"}));
-    EXPECT_EQ(tokenText("Foo", "py"), QStringList{}); // py doesn't colour capitalized words
-    EXPECT_EQ(tokenText("print(x)", "py"), QStringList{"type print"}); // a builtin stays a builtin
-}
-
-TEST(Scanner, CssWordsHoldDashes)
-{
-    EXPECT_EQ(tokenText("@font-face { font-family: x } @media-x", "css"), QStringList{"keyword @font-face"});
-    EXPECT_EQ(tokenText("a-b(", "css"), QStringList{"function a-b"});
-    EXPECT_EQ(tokenText("a-b(", "js"), QStringList{"function b"});
-}
-
-TEST(Scanner, JsonKeysAreProperties)
-{
-    EXPECT_EQ(tokenText("{\"k\":\"v\",\"n\":-1,\"e\\\"\":false}", "json"),
-              (QStringList{"property \"k\"", "string \"v\"", "property \"n\"", "number 1", "property \"e\\\"\"",
-                           "type false"}));
-}
-
-TEST(Scanner, MarkupTagsAndAttributes)
-{
-    EXPECT_EQ(tokenText("<?xml version=\"1.0\"?>\n<!DOCTYPE html>\n<svg:rect x=1 :y=\"2\" @click='f()'/>", "html"),
-              (QStringList{"tag xml", "attribute version", "string \"1.0\"", "tag DOCTYPE", "attribute html",
-                           "tag svg:rect", "attribute x", "attribute :y", "string \"2\"", "attribute @click",
-                           "string 'f()'"}));
-    EXPECT_EQ(tokenText("a < b and 3 > 2 <", "html"), QStringList{});
-    EXPECT_EQ(tokenText("<a\nhref=\"x\"\n>", "html"), (QStringList{"tag a", "attribute href", "string \"x\""}));
-}
-
-TEST(Scanner, LineKeysOnlyAtTheLineStart)
-{
-    EXPECT_EQ(tokenText("a: b: c\n  x - y: z\n-notalist\n[sec\n", "yaml"),
-              (QStringList{"property a", "property x - y"}));
-    EXPECT_EQ(tokenText("\"q\": 1\n[a] [b]", "yaml"), (QStringList{"string \"q\"", "number 1", "property [a]"}));
-    EXPECT_EQ(tokenText("key with space : v", "toml"), QStringList{"property key with space"});
+    const struct {
+        QString text;
+        const char* language;
+        QStringList expected;
+    } rows[] = {
+        // A block comment ends at its first closer, or runs to the end.
+        {"/* a */ b */ 1", "js", {"comment /* a */", "number 1"}},
+        {"/**/1", "js", {"comment /**/", "number 1"}},
+        {"x /*", "js", {"comment /*"}},
+        {"a <!-- b", "html", {"comment <!-- b"}},
+        // Numbers; two dots end one, digits inside a word are the word's.
+        {"1.2.3 0x1F 1_000 3.14f .5 10px", "cpp",
+         {"number 1.2.3", "number 0x1F", "number 1_000", "number 3.14f", "number .5", "number 10px"}},
+        {"a1 x.5", "cpp", {"number .5"}},
+        // SQL keywords in any case; elsewhere case matters.
+        {"SELECT select SeLeCt Null", "sql", {"keyword SELECT", "keyword select", "keyword SeLeCt", "type Null"}},
+        {"IF if", "sh", {"keyword if"}},
+        // Hash comments only after a blank or at a line start; other openers count anywhere.
+        {"a#b", "sh", {}},
+        {"#x\n\t#y\na #z", "sh", {"comment #x", "comment #y", "comment #z"}},
+        {"echo ${#arr} $#", "sh", {"keyword echo"}},
+        {"a//b", "js", {"comment //b"}},
+        // Strings skip escapes and run to the end when unclosed.
+        {R"("a\"b" 'c\\' 1)", "py", {R"(string "a\"b")", R"(string 'c\\')", "number 1"}},
+        {"x = \"open\ny = 2", "py", {"string \"open\\ny = 2"}},
+        {"\"\\", "js", {"string \"\\"}}, // a backslash as the last unit
+        {"'''a ' b'''", "py", {"string '''a ' b'''"}},
+        {"\"\"\"open", "swift", {"string \"\"\"open"}},
+        {"\"\" 1", "py", {"string \"\"", "number 1"}},
+        {"'''x'''", "js", {"string ''", "string 'x'", "string ''"}}, // no triples in js
+        // Words are functions before a parenthesis and types when capitalized, where the language says so.
+        {"run() run () Foo Foo() X", "swift", {"function run", "type Foo", "function Foo"}},
+        {"Foo", "py", {}},
+        {"print(x)", "py", {"type print"}}, // a builtin stays a builtin
+        // CSS words hold dashes.
+        {"@font-face { font-family: x } @media-x", "css", {"keyword @font-face"}},
+        {"a-b(", "css", {"function a-b"}},
+        {"a-b(", "js", {"function b"}},
+        // JSON keys are properties.
+        {"{\"k\":\"v\",\"n\":-1,\"e\\\"\":false}", "json",
+         {"property \"k\"", "string \"v\"", "property \"n\"", "number 1", "property \"e\\\"\"", "type false"}},
+        // Markup tags and attributes.
+        {"<?xml version=\"1.0\"?>\n<!DOCTYPE html>\n<svg:rect x=1 :y=\"2\" @click='f()'/>", "html",
+         {"tag xml", "attribute version", "string \"1.0\"", "tag DOCTYPE", "attribute html", "tag svg:rect", "attribute x",
+          "attribute :y", "string \"2\"", "attribute @click", "string 'f()'"}},
+        {"a < b and 3 > 2 <", "html", {}},
+        {"<a\nhref=\"x\"\n>", "html", {"tag a", "attribute href", "string \"x\""}},
+        // Line keys only at the line start.
+        {"a: b: c\n  x - y: z\n-notalist\n[sec\n", "yaml", {"property a", "property x - y"}},
+        {"\"q\": 1\n[a] [b]", "yaml", {"string \"q\"", "number 1", "property [a]"}},
+        {"key with space : v", "toml", {"property key with space"}},
+        // CRLF line ends.
+        {"x = 1 # one\r\ny: 2\r\n\"s\r\n\" # two\r\n", "py",
+         {"number 1", "comment # one", "number 2", "string \"s\r\\n\"", "comment # two"}},
+        {"a: 1\r\nb: 2\r\n- c\r\n[s]\r\n", "yaml", {"property a", "number 1", "property b", "number 2", "property -", "property [s]"}},
+        {"x // c\r\n", "js", {"comment // c"}},
+        // Empty, blank and one-character texts.
+        {"", "js", {}},
+        {" \t\n\r\n", "yaml", {}},
+        {"#", "sh", {"comment #"}},
+        {"$", "sh", {}},
+        {"-", "yaml", {}},
+        {"<", "html", {}},
+        {".", "js", {}},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(tokenText(row.text, row.language), row.expected) << row.language << ": " << row.text.toStdString();
 }
 
 TEST(Scanner, RangesCountUtf16CodeUnits)
@@ -138,27 +131,6 @@ TEST(Scanner, NulUnitsAreOrdinaryCharacters)
     EXPECT_EQ(list[0], (Token{0, 5, Kind::string}));
     EXPECT_EQ(list[1], (Token{7, 2, Kind::keyword}));
     EXPECT_EQ(list[2], (Token{11, 6, Kind::comment}));
-}
-
-TEST(Scanner, CrLfLineEnds)
-{
-    const QString text = "x = 1 # one\r\ny: 2\r\n\"s\r\n\" # two\r\n";
-    EXPECT_EQ(tokenText(text, "py"), (QStringList{"number 1", "comment # one", "number 2", "string \"s\r\\n\"",
-                                                  "comment # two"}));
-    EXPECT_EQ(tokenText("a: 1\r\nb: 2\r\n- c\r\n[s]\r\n", "yaml"),
-              (QStringList{"property a", "number 1", "property b", "number 2", "property -", "property [s]"}));
-    EXPECT_EQ(tokenText("x // c\r\n", "js"), QStringList{"comment // c"});
-}
-
-TEST(Scanner, EmptyAndBlankTexts)
-{
-    EXPECT_TRUE(scan("", "js").empty());
-    EXPECT_TRUE(scan(" \t\n\r\n", "yaml").empty());
-    EXPECT_EQ(tokenText("#", "sh"), QStringList{"comment #"});
-    EXPECT_EQ(tokenText("$", "sh"), QStringList{});
-    EXPECT_EQ(tokenText("-", "yaml"), QStringList{});
-    EXPECT_EQ(tokenText("<", "html"), QStringList{});
-    EXPECT_EQ(tokenText(".", "js"), QStringList{});
 }
 
 TEST(Scanner, TokensAscendAndNeverOverlap)

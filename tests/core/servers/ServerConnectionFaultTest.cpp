@@ -57,10 +57,7 @@ protected:
 TEST_F(ServerConnectionFault, LogsInWithThePasswordAndShowsTheServersFiles)
 {
     const FilePath greeting = server.userHome().child(QStringLiteral("hello.txt"));
-    QFile file(greeting.text());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("hi from the server");
-    file.close();
+    ASSERT_TRUE(test::writeFile(greeting, "hi from the server"));
 
     ASSERT_TRUE(connectWith(server.password())) << (failed ? failed->toStdString() : "no answer");
     ASSERT_EQ(requests.size(), 1);
