@@ -66,6 +66,7 @@ QList<ItemArgument> itemArguments(const QList<QByteArray>& arguments, FolderName
         workingFolder.truncate(qstrlen(workingFolder.constData()));
     else
         workingFolder.clear();
+    const FilePath working = FilePath::fromNative(workingFolder);
     QList<ItemArgument> items;
     items.reserve(arguments.size());
     QList<bool> plain;
@@ -74,7 +75,16 @@ QList<ItemArgument> itemArguments(const QList<QByteArray>& arguments, FolderName
     plainPaths.reserve(arguments.size());
     for (const QByteArray& argument : arguments) {
         const bool relative = !argument.isEmpty() && !argument.startsWith('/') && !workingFolder.isEmpty();
-        items.append({relative ? FilePath::fromNative(workingFolder + '/' + argument) : pathArgument(argument), {}});
+        if (relative) {
+            // "./IMG_0001.jpg" as a shell's "./*.jpg" gives it: the working folder's own entry,
+            // joined without the "./" so that the path needs no tidying (one allocation).
+            QByteArrayView rest(argument);
+            while (rest.startsWith("./"))
+                rest = rest.sliced(2);
+            items.append({working.child(rest), {}});
+        } else {
+            items.append({pathArgument(argument), {}});
+        }
         plain.append(namesEntryPlainly(argument) && items.last().path.native().size() < PATH_MAX);
         if (plain.last())
             plainPaths.append(items.last().path);

@@ -13,6 +13,7 @@
 // --no-links is given or the setting is off; the count of notes changed follows the toast.
 
 #include "cli/CliCommand.h"
+#include "cli/CliOutput.h"
 #include "cli/CliPaths.h"
 #include "cli/EngineRun.h"
 #include "rename/RenamePreview.h"
@@ -121,6 +122,19 @@ std::variant<Request, QString> readArguments(const Arguments& arguments)
     return request;
 }
 
+// Adds a name as visibleName() shows it; a name of printable ASCII shows as its own bytes, so
+// thousands of lines make no text of them.
+void addVisible(LineWriter& lines, const QByteArray& name)
+{
+    for (const char c : name) {
+        if (c < ' ' || c >= 0x7f) {
+            lines.add(visibleName(name).toUtf8());
+            return;
+        }
+    }
+    lines.add(name);
+}
+
 // Commits the renames through the engine and waits for it and the link update after it; the
 // items that were not renamed.
 int commit(const QList<FileMove>& renames, bool followLinks)
@@ -179,14 +193,23 @@ int renameFiles(const Arguments& arguments)
     if (!renamer.problem().isEmpty())
         return usageError(renamer.problem());
     const RenamePreview preview = previewRenames(renamer, items, {}, &folders);
-    for (qsizetype i = 0; i < qsizetype(preview.entries.size()); ++i) {
-        const BatchRenameEntry& entry = preview.entries[i];
-        if (!entry.changes())
-            continue;
-        out() << visibleName(request.files[argumentOf[i]]) << " → " << visibleName(entry.newName);
-        if (!entry.problem.isEmpty())
-            out() << "  (" << entry.problem << ")";
-        out() << "\n";
+    out().flush(); // what was said before the lines comes before them
+    {
+        LineWriter lines;
+        for (qsizetype i = 0; i < qsizetype(preview.entries.size()); ++i) {
+            const BatchRenameEntry& entry = preview.entries[i];
+            if (!entry.changes())
+                continue;
+            addVisible(lines, request.files[argumentOf[i]]);
+            lines.add(" → ");
+            addVisible(lines, entry.newName);
+            if (!entry.problem.isEmpty()) {
+                lines.add("  (");
+                lines.add(entry.problem.toUtf8());
+                lines.add(")");
+            }
+            lines.endLine();
+        }
     }
     out() << preview.summary() << Qt::endl;
     const QList<FileMove> renames = preview.renames();

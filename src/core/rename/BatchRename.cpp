@@ -2,6 +2,8 @@
 
 #include "rename/NameText.h"
 
+#include <utility>
+
 namespace orwick {
 
 namespace {
@@ -81,37 +83,6 @@ QByteArrayView baseOf(QByteArrayView name)
     return extension.isEmpty() ? name : name.first(name.size() - extension.size() - 1);
 }
 
-QString expandReplacement(const QString& replacement, const QRegularExpressionMatch& match)
-{
-    QString result;
-    const int groups = match.lastCapturedIndex();
-    for (qsizetype i = 0; i < replacement.size(); ++i) {
-        const QChar c = replacement[i];
-        if (c == u'\\' && i + 1 < replacement.size()) {
-            result.append(replacement[++i]);
-            continue;
-        }
-        if (c != u'$' || i + 1 >= replacement.size() || !replacement[i + 1].isDigit()) {
-            result.append(c);
-            continue;
-        }
-        // As many digits as still name a group: "$12" is group 12 only when there are 12.
-        int group = replacement[i + 1].digitValue();
-        qsizetype end = i + 2;
-        while (end < replacement.size() && replacement[end].isDigit()) {
-            const int longer = group * 10 + replacement[end].digitValue();
-            if (longer > match.regularExpression().captureCount())
-                break;
-            group = longer;
-            ++end;
-        }
-        if (group <= groups)
-            result.append(match.captured(group));
-        i = end - 1;
-    }
-    return result;
-}
-
 BatchRenamer::BatchRenamer(const BatchRename& rule) : m_rule(rule)
 {
     if (m_rule.mode == BatchRename::Mode::replace && m_rule.usesRegex && !m_rule.find.isEmpty()) {
@@ -121,11 +92,58 @@ BatchRenamer::BatchRenamer(const BatchRename& rule) : m_rule(rule)
         m_expression = QRegularExpression(m_rule.find, options);
         if (!m_expression.isValid())
             m_problem = QStringLiteral("That isn't a valid regular expression");
-        else
+        else {
             m_expression.optimize();
+            readReplacement();
+        }
     }
     if (m_rule.mode == BatchRename::Mode::fromTemplate)
         readTemplate();
+}
+
+void BatchRenamer::readReplacement()
+{
+    const QString& replacement = m_rule.replacement;
+    const int groups = m_expression.captureCount();
+    QString literal;
+    for (qsizetype i = 0; i < replacement.size(); ++i) {
+        const QChar c = replacement[i];
+        if (c == u'\\' && i + 1 < replacement.size()) {
+            literal.append(replacement[++i]);
+            continue;
+        }
+        if (c != u'$' || i + 1 >= replacement.size() || !replacement[i + 1].isDigit()) {
+            literal.append(c);
+            continue;
+        }
+        // As many digits as still name a group: "$12" is group 12 only when there are 12.
+        int group = replacement[i + 1].digitValue();
+        qsizetype end = i + 2;
+        while (end < replacement.size() && replacement[end].isDigit()) {
+            const int longer = group * 10 + replacement[end].digitValue();
+            if (longer > groups)
+                break;
+            group = longer;
+            ++end;
+        }
+        if (!literal.isEmpty())
+            m_replacement.push_back({std::exchange(literal, {}), -1});
+        m_replacement.push_back({{}, group});
+        i = end - 1;
+    }
+    if (!literal.isEmpty())
+        m_replacement.push_back({literal, -1});
+}
+
+void BatchRenamer::appendReplacement(QString& result, const QRegularExpressionMatch& match) const
+{
+    const int captured = match.lastCapturedIndex();
+    for (const ReplacementPiece& piece : m_replacement) {
+        if (piece.group < 0)
+            result += piece.literal;
+        else if (piece.group <= captured)
+            result += match.capturedView(piece.group);
+    }
 }
 
 void BatchRenamer::readTemplate()
@@ -195,11 +213,32 @@ QString BatchRenamer::replaced(const QString& name) const
         QString result = name;
         return result.replace(m_rule.find, m_rule.replacement, m_rule.ignoresCase ? Qt::CaseInsensitive : Qt::CaseSensitive);
     }
+    // Match after match from where the last one ended: the matches globalMatch finds while none
+    // is empty, without the iterator's objects for each name. Stepping past an empty match takes
+    // globalMatch's own rule, so a name with one goes through it.
+    QString result;
+    qsizetype last = 0;
+    QRegularExpressionMatch match = m_expression.match(name);
+    if (!match.hasMatch())
+        return name;
+    for (; match.hasMatch(); match = m_expression.match(name, last)) {
+        if (match.capturedLength() == 0)
+            return replacedStepByStep(name);
+        result += QStringView(name).sliced(last, match.capturedStart() - last);
+        appendReplacement(result, match);
+        last = match.capturedEnd();
+    }
+    result += QStringView(name).sliced(last);
+    return result;
+}
+
+QString BatchRenamer::replacedStepByStep(const QString& name) const
+{
     QString result;
     qsizetype last = 0;
     for (const QRegularExpressionMatch& match : m_expression.globalMatch(name)) {
         result += QStringView(name).sliced(last, match.capturedStart() - last);
-        result += expandReplacement(m_rule.replacement, match);
+        appendReplacement(result, match);
         last = match.capturedEnd();
     }
     result += QStringView(name).sliced(last);

@@ -78,19 +78,26 @@ private:
         enum class Kind { literal, name, extension, number, date, parent } kind = Kind::literal;
         QString text; // the literal, or the date's format
     };
+    // One piece of the replacement of a pattern match: text as it is, or a captured group.
+    struct ReplacementPiece {
+        QString literal;
+        int group = -1; // >= 0: the group's text instead of `literal`
+    };
     QString transformBase(const QString& base, const FilePath& item, int index, int count, const QDateTime& modified) const;
     QString replaced(const QString& name) const;
+    QString replacedStepByStep(const QString& name) const;
+    void appendReplacement(QString& result, const QRegularExpressionMatch& match) const;
     void readTemplate();
+    void readReplacement();
 
     BatchRename m_rule;
     QRegularExpression m_expression;
+    // The replacement template, read once: "$1", "$2"… stand for the captured groups (as many
+    // digits as name a group of the pattern), "\" takes the next character as it is ("\$").
+    std::vector<ReplacementPiece> m_replacement;
     std::vector<Field> m_fields;
     QString m_problem;
     bool m_needsDates = false;
 };
-
-// The replacement template of a pattern match: "$1", "$2"… stand for the captured groups (as
-// many digits as name a group), "\" takes the next character as it is ("\$" is a dollar).
-QString expandReplacement(const QString& replacement, const QRegularExpressionMatch& match);
 
 } // namespace orwick

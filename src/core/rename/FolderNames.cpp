@@ -3,8 +3,12 @@
 #include "platform/DirectoryReader.h"
 
 #include <cerrno>
+#include <cstring>
+#include <dirent.h>
 #include <fcntl.h>
 #include <limits>
+#include <memory>
+#include <string_view>
 #include <sys/stat.h>
 
 namespace orwick {
@@ -36,17 +40,19 @@ QByteArray withLetterCaseSwapped(QByteArrayView name)
 
 // Whether the folder tells names apart by letter case, asked of the kernel with one of its own
 // names written the other way round: found as the same file means the names fold. Unknown
-// (nothing) when no name has a letter to swap or the lookups fail.
-std::optional<bool> tellsCaseApart(int folderFd, const std::vector<DirEntry>& entries)
+// (nothing) when no name has a letter to swap or the lookups fail. `names` are NUL-closed.
+std::optional<bool> tellsCaseApart(int folderFd, const QByteArray& names)
 {
-    for (const DirEntry& entry : entries) {
-        if (!hasAsciiLetter(entry.name))
+    for (qsizetype start = 0; start < names.size();) {
+        const QByteArrayView name(names.constData() + start); // up to its NUL
+        start += name.size() + 1;
+        if (!hasAsciiLetter(name))
             continue;
         struct stat original {};
-        if (::fstatat(folderFd, entry.name.constData(), &original, AT_SYMLINK_NOFOLLOW) != 0)
+        if (::fstatat(folderFd, name.data(), &original, AT_SYMLINK_NOFOLLOW) != 0)
             continue; // gone since the read
         struct stat swapped {};
-        const QByteArray other = withLetterCaseSwapped(entry.name);
+        const QByteArray other = withLetterCaseSwapped(name);
         if (::fstatat(folderFd, other.constData(), &swapped, AT_SYMLINK_NOFOLLOW) != 0)
             return errno == ENOENT ? std::optional(true) : std::nullopt;
         return original.st_ino != swapped.st_ino || original.st_dev != swapped.st_dev;
@@ -54,7 +60,42 @@ std::optional<bool> tellsCaseApart(int folderFd, const std::vector<DirEntry>& en
     return std::nullopt;
 }
 
+// Appends the names of the open folder `fd` but "." and ".." to `names`, each closed by a NUL,
+// straight from getdents64's buffer; false when the folder can't be read or is too large to
+// index with 32 bits.
+bool readNames(int fd, QByteArray& names)
+{
+    constexpr size_t kBufferSize = 256 * 1024;
+    const std::unique_ptr<char[]> buffer(new char[kBufferSize]);
+    for (;;) {
+        const ssize_t got = ::getdents64(fd, buffer.get(), kBufferSize);
+        if (got == 0)
+            return true;
+        if (got < 0) {
+            if (errno == EINTR)
+                continue;
+            return false;
+        }
+        for (ssize_t offset = 0; offset < got;) {
+            const auto* entry = reinterpret_cast<const struct dirent64*>(buffer.get() + offset);
+            offset += entry->d_reclen;
+            const char* name = entry->d_name;
+            if (name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0)))
+                continue;
+            const qsizetype length = qsizetype(strlen(name)) + 1;
+            if (names.size() + length >= qsizetype(std::numeric_limits<quint32>::max()))
+                return false;
+            names.append(name, length);
+        }
+    }
+}
+
 } // namespace
+
+size_t nameHash(QByteArrayView name)
+{
+    return std::hash<std::string_view>{}(std::string_view(name.data(), size_t(name.size())));
+}
 
 FolderNames FolderNames::read(const FilePath& folder, qsizetype lookups)
 {
@@ -67,48 +108,44 @@ FolderNames FolderNames::read(const FilePath& folder, qsizetype lookups)
         return names;
     if (lookups * kEntriesPerStat < self->size / kBytesPerEntry)
         return names; // a few names in a large folder: their stats cost less
-    std::vector<DirEntry> entries;
-    if (!handle->readEntries(entries))
+    names.m_bytes.reserve(qsizetype(std::min<qint64>(self->size, 64 << 20)));
+    if (!readNames(handle->fd(), names.m_bytes) || tellsCaseApart(handle->fd(), names.m_bytes) != true) {
+        names.m_bytes = {};
         return names;
-    if (tellsCaseApart(handle->fd(), entries) != true)
-        return names;
-    qsizetype bytes = 0;
-    for (const DirEntry& entry : entries)
-        bytes += entry.name.size() + 1;
-    if (bytes >= std::numeric_limits<quint32>::max())
-        return names;
-    names.m_bytes.reserve(bytes);
-    names.m_starts.reserve(entries.size());
-    for (const DirEntry& entry : entries) {
-        names.m_starts.push_back(quint32(names.m_bytes.size()));
-        names.m_bytes += entry.name;
-        names.m_bytes += '\0';
     }
+    qsizetype count = 0;
+    for (const char c : std::as_const(names.m_bytes))
+        count += c == '\0';
     // At most half full, so that a lookup finds its name or an empty slot within a few steps.
     size_t slots = 16;
-    while (slots < 2 * entries.size())
+    while (slots < 2 * size_t(count))
         slots *= 2;
     names.m_slots.assign(slots, 0);
-    for (const quint32 start : names.m_starts) {
-        const qsizetype slot = names.slotOf(names.nameAt(start));
+    for (qsizetype start = 0; start < names.m_bytes.size();) {
+        const QByteArrayView name(names.m_bytes.constData() + start);
+        const qsizetype slot = names.slotOf(name);
         if (names.m_slots[size_t(slot)] == 0)
-            names.m_slots[size_t(slot)] = start + 1;
+            names.m_slots[size_t(slot)] = quint32(start) + 1;
+        start += name.size() + 1;
     }
     names.m_known = true;
     return names;
 }
 
-QByteArrayView FolderNames::nameAt(quint32 start) const
+bool FolderNames::isNameAt(quint32 start, QByteArrayView name) const
 {
-    return QByteArrayView(m_bytes.constData() + start); // up to its closing NUL
+    // The name there is followed by its NUL, so equal bytes and a NUL after them are one name.
+    const qsizetype end = qsizetype(start) + name.size();
+    return end < m_bytes.size() && m_bytes.at(end) == '\0'
+        && std::memcmp(m_bytes.constData() + start, name.data(), size_t(name.size())) == 0;
 }
 
 qsizetype FolderNames::slotOf(QByteArrayView name) const
 {
     const size_t mask = m_slots.size() - 1;
-    for (size_t slot = qHash(name, QHashSeed::globalSeed()) & mask;; slot = (slot + 1) & mask) {
+    for (size_t slot = nameHash(name) & mask;; slot = (slot + 1) & mask) {
         const quint32 entry = m_slots[slot];
-        if (entry == 0 || nameAt(entry - 1) == name)
+        if (entry == 0 || isNameAt(entry - 1, name))
             return qsizetype(slot);
     }
 }

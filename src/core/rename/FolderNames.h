@@ -21,6 +21,10 @@
 
 namespace orwick {
 
+// The hash of a name in the tables of a batch's names: a few bytes at a time, with no seed to
+// set up, as thousands of short names want.
+size_t nameHash(QByteArrayView name);
+
 class FolderNames {
 public:
     enum class Answer { held, free, unknown };
@@ -34,15 +38,15 @@ public:
     Answer holds(QByteArrayView name) const;
 
 private:
-    // The names one after another in one buffer, and an open-addressed table of where each
-    // starts (+1; 0 is an empty slot): thousands of names cost two allocations, not thousands.
+    // The names one after another in one buffer, each closed by a NUL, and an open-addressed
+    // table of where each starts (+1; 0 is an empty slot): thousands of names cost two
+    // allocations, not thousands.
     QByteArray m_bytes;
-    std::vector<quint32> m_starts;
     std::vector<quint32> m_slots;
     bool m_known = false;
 
     qsizetype slotOf(QByteArrayView name) const;
-    QByteArrayView nameAt(quint32 start) const;
+    bool isNameAt(quint32 start, QByteArrayView name) const;
 };
 
 class FolderNamesCache {

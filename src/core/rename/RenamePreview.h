@@ -21,10 +21,10 @@ struct BatchRenameEntry {
     FilePath url;
     QByteArray newName;  // the old name when the rule gives none
     QString problem;     // empty: can be renamed as shown
+    FilePath target;     // the item's path under its new name; empty when the name stays
 
     bool changes() const { return QByteArrayView(newName) != (url.isRoot() ? QByteArrayView("/") : nameOf(url)); }
     bool willRename() const { return changes() && problem.isEmpty(); }
-    FilePath target() const { return url.parent().child(QByteArrayView(newName)); }
 };
 
 // The problem of a new name on its own (before looking at other names): "Can't contain “/”",

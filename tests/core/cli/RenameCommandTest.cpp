@@ -153,5 +153,26 @@ TEST_F(CliRenameTest, ManyItemsInOneFolderAreCheckedTogether)
     EXPECT_EQ(readAll(tree.path(QStringLiteral("photo-007.jpg"))), "someone else's");
 }
 
+TEST_F(CliRenameTest, RelativeArgumentsNameItemsOfTheWorkingFolder)
+{
+    // As a shell's "./*.txt" gives them, and other relative forms; each line shows the argument
+    // as it was given.
+    tree.file("a.txt", "a");
+    tree.file("b.txt", "b");
+    tree.file("sub/c.txt", "c");
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(tree.root().text()));
+    const CliRun run = runCli({"rename", "./a.txt", "././b.txt", "sub/../sub/c.txt", "./missing.txt", "--replace", ".txt",
+                               "--with", ".text"});
+    QDir::setCurrent(before);
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.errLines().value(0), "“./missing.txt” isn’t there.") << run.err.toStdString();
+    EXPECT_EQ(run.outLines().mid(0, 4), (QList<QByteArray>{"./a.txt → a.text", "././b.txt → b.text",
+                                                           "sub/../sub/c.txt → c.text", "3 of 3 will change"}))
+        << run.out.toStdString();
+    EXPECT_EQ(namesIn(tree.root()), (QList<QByteArray>{"a.text", "b.text", "sub"}));
+    EXPECT_EQ(readAll(tree.path(QStringLiteral("sub/c.text"))), "c");
+}
+
 } // namespace
 } // namespace orwick::test

@@ -91,6 +91,26 @@ TEST(BatchRenameTest, ReplacementTemplateTakesEscapesAndOnlyGroupsThatExist)
     EXPECT_EQ(renamed(rule, {"ab"}), QList<QByteArray>{"$1=a,a2,,\\"});
 }
 
+TEST(BatchRenameTest, PatternReplacesEveryMatchIncludingEmptyOnes)
+{
+    BatchRename rule;
+    rule.usesRegex = true;
+    rule.find = QStringLiteral("o");
+    rule.replacement = QStringLiteral("0");
+    EXPECT_EQ(renamed(rule, {"foo.doc", "xyz"}), (QList<QByteArray>{"f00.d0c", "xyz"}));
+    // A pattern that matches nothing at all: each gap between characters is a match.
+    rule.find = QStringLiteral("x*");
+    rule.replacement = QStringLiteral("-");
+    EXPECT_EQ(renamed(rule, {"abc", "axxb"}), (QList<QByteArray>{"-a-b-c-", "-a--b-"}));
+    rule.find = QStringLiteral("\\b");
+    rule.replacement = QStringLiteral("|");
+    EXPECT_EQ(renamed(rule, {"ab cd"}), QList<QByteArray>{"|ab| |cd|"});
+    // Groups in a name with more than one match, and a group that took no part.
+    rule.find = QStringLiteral("(\\d)(x)?");
+    rule.replacement = QStringLiteral("<$1$2>");
+    EXPECT_EQ(renamed(rule, {"a1b2xc"}), QList<QByteArray>{"a<1>b<2x>c"});
+}
+
 TEST(BatchRenameTest, PatternThatDoesNotCompileGivesNoNameAndSaysWhy)
 {
     BatchRename rule;

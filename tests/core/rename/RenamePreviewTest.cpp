@@ -60,6 +60,9 @@ TEST_F(RenamePreviewTest, TwoItemsEndingWithOneNameBothHaveTheProblem)
     EXPECT_TRUE(result.entries[2].problem.isEmpty());
     EXPECT_TRUE(result.entries[3].problem.isEmpty()) << "another folder is another place";
     EXPECT_EQ(result.summary(), QStringLiteral("2 of 4 will change, 1 can't be renamed"));
+    EXPECT_TRUE(result.entries[0].target.isEmpty()) << "an item with a problem goes nowhere";
+    EXPECT_TRUE(result.entries[1].target.isEmpty());
+    EXPECT_EQ(result.renames(), (QList<FileMove>{{tree.path("b1"), tree.path("b")}, {tree.path("sub/a1"), tree.path("sub/a")}}));
 }
 
 TEST_F(RenamePreviewTest, SwapsAndCyclesAmongTheItemsAreFine)
@@ -80,6 +83,9 @@ TEST_F(RenamePreviewTest, NamesTheSystemWontTakeAreProblems)
     EXPECT_EQ(nameProblem(QByteArray("a\0b", 3)), QStringLiteral("Can't contain a NUL character"));
     EXPECT_EQ(nameProblem("   "), QStringLiteral("Needs a name: this one is empty or only blanks"));
     EXPECT_EQ(nameProblem(""), QStringLiteral("Needs a name: this one is empty or only blanks"));
+    EXPECT_EQ(nameProblem("\t \xe3\x80\x80"), QStringLiteral("Needs a name: this one is empty or only blanks"));
+    EXPECT_TRUE(nameProblem(" \xe3\x80\x80x").isEmpty());
+    EXPECT_TRUE(nameProblem("\xc3\xa9").isEmpty());
     EXPECT_EQ(nameProblem(".."), QStringLiteral("Can't be “.” or “..”"));
     EXPECT_EQ(nameProblem(QByteArray(256, 'x')), QStringLiteral("Too long: 256 bytes, a name can have at most 255"));
     EXPECT_TRUE(nameProblem(QByteArray(255, 'x')).isEmpty());
