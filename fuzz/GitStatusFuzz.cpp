@@ -1,10 +1,12 @@
 // Fuzzes the reader of `git status --porcelain=v1 -z -b --ignored`. Any output must read without
 // crashing; every path it records must lie below the repository's root (a badge or an ignored
-// mark never lands outside it); counts are never negative; the files come sorted.
+// mark never lands outside it); counts are never negative; the files come sorted; read in two
+// pieces it reads the same.
 
 #include "FuzzCheck.h"
 #include "files/NaturalCompare.h"
 #include "git/RepoStatus.h"
+#include "git/StatusParser.h"
 
 using namespace orwick;
 using fuzz::check;
@@ -32,6 +34,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
         check(naturalCompare(status.files[i - 1].path, status.files[i].path) <= 0, "files come sorted");
     for (const RepoStatus::File& file : status.files)
         check(!file.path.isEmpty(), "a file has a path");
+
+    // Read as it arrives, split anywhere, the output gives the same status.
+    StatusParser parser(root);
+    const QByteArray utf8 = text.toUtf8();
+    const qsizetype split = size > 1 ? qsizetype(bytes[1]) % (utf8.size() + 1) : 0;
+    parser.feed(QByteArrayView(utf8).first(split));
+    parser.feed(QByteArrayView(utf8).sliced(split));
+    check(parser.finish() == status, "a split output reads the same");
 
     const BranchLine branch = parseBranch(text.section(QChar(u'\0'), 0, 0));
     check(branch.ahead >= 0 && branch.behind >= 0, "a branch line's counts are never negative");

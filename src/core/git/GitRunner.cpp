@@ -76,8 +76,10 @@ struct Captured {
 // Reads both pipes to their ends, whichever has data first, and writes `input` to git's input
 // pipe as git takes it, so git never blocks on a full pipe while we wait on another. With a
 // cancel flag it wakes every 50 ms to look at it; once it is set, git and whatever it started
-// (its own process group) are stopped and reading ends. Closes `inFd` (when given).
-Captured readToEnd(int outFd, int errFd, int inFd, const QByteArray& input, pid_t child, const CancelFlag* cancel)
+// (its own process group) are stopped and reading ends. Standard output goes to `onOutput`
+// when given. Closes `inFd` (when given).
+Captured readToEnd(int outFd, int errFd, int inFd, const QByteArray& input, pid_t child, const CancelFlag* cancel,
+                   const std::function<void(QByteArrayView)>& onOutput)
 {
     Captured captured;
     pollfd fds[3] = {{outFd, POLLIN, 0}, {errFd, POLLIN, 0}, {inFd, POLLOUT, 0}};
@@ -106,7 +108,9 @@ Captured readToEnd(int outFd, int errFd, int inFd, const QByteArray& input, pid_
             if (fds[i].fd < 0 || fds[i].revents == 0)
                 continue;
             const ssize_t n = read(fds[i].fd, buffer, sizeof buffer);
-            if (n > 0)
+            if (n > 0 && i == 0 && onOutput)
+                onOutput(QByteArrayView(buffer, n));
+            else if (n > 0)
                 sinks[i]->append(buffer, n);
             else if (n == 0 || errno != EINTR) {
                 fds[i].fd = -1; // poll skips it from now on
@@ -163,6 +167,9 @@ GitOutput runGit(const FilePath& executable, const QList<QByteArray>& arguments,
         close(outPipe[1]);
         return launchFailure(error);
     }
+    // Room for a big status or diff at once, so git seldom waits for us to read (a pipe holds 64 KiB
+    // unless asked; a refusal leaves it so).
+    fcntl(outPipe[1], F_SETPIPE_SZ, 1 << 20);
     const bool feeding = !how.input.isNull();
     // A socket rather than a pipe: writing to a git that stopped reading gives EPIPE
     // (MSG_NOSIGNAL), never a SIGPIPE that would end this program.
@@ -202,7 +209,8 @@ GitOutput runGit(const FilePath& executable, const QList<QByteArray>& arguments,
         return launchFailure(spawnError);
     }
 
-    const Captured captured = readToEnd(outPipe[0], errPipe[0], feeding ? inPipe[1] : -1, how.input, child, cancel);
+    const Captured captured =
+        readToEnd(outPipe[0], errPipe[0], feeding ? inPipe[1] : -1, how.input, child, cancel, how.onOutput);
     close(outPipe[0]);
     close(errPipe[0]);
 

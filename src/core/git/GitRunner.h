@@ -11,6 +11,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <optional>
 
 namespace orwick {
@@ -34,6 +35,9 @@ struct GitRun {
     bool literalPathspecs = false;  // GIT_LITERAL_PATHSPECS=1: a path is only ever that path, never a pattern
     bool keepBytes = false;         // hand back standard output's bytes, not text (patches, names that aren't UTF-8)
     const CancelFlag* cancel = nullptr;
+    // Standard output handed over piece by piece as git writes it, instead of kept: the caller
+    // reads while git still works. `output` and `bytes` stay empty then.
+    std::function<void(QByteArrayView)> onOutput;
 };
 
 // Runs `executable -C root -c core.quotepath=off arguments…` and blocks until it ends. The

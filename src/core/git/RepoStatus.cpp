@@ -1,10 +1,9 @@
 #include "git/RepoStatus.h"
 
-#include "files/KeySort.h"
-#include "files/NaturalCompare.h"
+#include "git/StatusParser.h"
 
-#include <QRegularExpression>
 #include <algorithm>
+#include <climits>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -64,10 +63,29 @@ bool IgnoredPaths::contains(const FilePath& path) const
     return false;
 }
 
+namespace {
+
+// The number after the first "<word> " that has digits right after it ("ahead 2"), like the
+// pattern "ahead (\d+)"; 0 when there is none. A plain scan: a regular expression costs a
+// compile on a program's first status read.
+int countAfter(const QString& line, QLatin1StringView word)
+{
+    for (qsizetype at = line.indexOf(word); at >= 0; at = line.indexOf(word, at + 1)) {
+        qsizetype end = at + word.size();
+        qint64 value = 0;
+        while (end < line.size() && line[end] >= u'0' && line[end] <= u'9') {
+            value = std::min<qint64>(value * 10 + (line[end++].unicode() - u'0'), qint64(INT_MAX) + 1);
+        }
+        if (end > at + word.size())
+            return value > INT_MAX ? 0 : int(value); // too big to be a count: none
+    }
+    return 0;
+}
+
+} // namespace
+
 BranchLine parseBranch(const QString& line)
 {
-    static const QRegularExpression aheadPattern(QStringLiteral("ahead (\\d+)"));
-    static const QRegularExpression behindPattern(QStringLiteral("behind (\\d+)"));
     BranchLine result;
     QString rest = line;
     rest.remove(QStringLiteral("No commits yet on "));
@@ -76,56 +94,10 @@ BranchLine parseBranch(const QString& line)
     const QString word = rest.section(QLatin1Char(' '), 0, 0, QString::SectionSkipEmpty);
     const qsizetype dots = word.indexOf(QLatin1StringView("..."));
     result.branch = dots < 0 ? word : word.left(dots);
-    if (const auto match = aheadPattern.match(line); match.hasMatch())
-        result.ahead = match.captured(1).toInt();
-    if (const auto match = behindPattern.match(line); match.hasMatch())
-        result.behind = match.captured(1).toInt();
+    result.ahead = countAfter(line, QLatin1StringView("ahead "));
+    result.behind = countAfter(line, QLatin1StringView("behind "));
     return result;
 }
-
-namespace {
-
-Change changeOf(QChar x, QChar y)
-{
-    if (x == u'?' && y == u'?')
-        return Change::untracked;
-    if (x == u'U' || y == u'U' || (x == u'A' && y == u'A') || (x == u'D' && y == u'D'))
-        return Change::conflicted;
-    if (x == u'A')
-        return Change::added;
-    if (x == u'R' || x == u'C')
-        return Change::renamed;
-    if (x == u'D' || y == u'D')
-        return Change::deleted;
-    return Change::modified;
-}
-
-// The files in the natural order of their paths. Each path's sort key is made once, into one
-// buffer, and the keys are sorted as flat arrays (a tie keeps git's order).
-QList<RepoStatus::File> naturallySorted(QList<RepoStatus::File> files)
-{
-    std::u16string keys;
-    std::vector<size_t> offsets{0};
-    offsets.reserve(size_t(files.size()) + 1);
-    QString folded;
-    for (const RepoStatus::File& file : files) {
-        folded.clear();
-        appendNaturalFold(file.path, folded);
-        appendNaturalSortKey(folded, keys);
-        offsets.push_back(keys.size());
-    }
-    std::vector<SortKeyRef> entries(size_t(files.size()));
-    for (size_t i = 0; i < entries.size(); ++i)
-        entries[i] = {std::u16string_view(keys).substr(offsets[i], offsets[i + 1] - offsets[i]), int(i)};
-    sortKeys(entries);
-    QList<RepoStatus::File> sorted;
-    sorted.reserve(files.size());
-    for (const SortKeyRef& entry : entries)
-        sorted.append(std::move(files[entry.index]));
-    return sorted;
-}
-
-} // namespace
 
 RepoStatus parseStatus(const QString& output, const FilePath& root) { return parseStatus(output.toUtf8(), root); }
 
@@ -144,75 +116,9 @@ QList<FilePath> RepoStatus::pathsToDiscard(const File& file) const
 
 RepoStatus parseStatus(const QByteArray& output, const FilePath& root)
 {
-    RepoStatus status;
-    status.root = root;
-    status.ignored.root = root;
-    auto ignored = std::make_shared<QSet<FilePath>>();
-    const qsizetype rootLength = root.native().size();
-
-    // The records in place: views into the output, empty pieces dropped.
-    std::vector<QByteArrayView> records;
-    records.reserve(size_t(output.count('\0')) + 1);
-    for (qsizetype start = 0; start < output.size();) {
-        qsizetype end = output.indexOf('\0', start);
-        if (end < 0)
-            end = output.size();
-        if (end > start)
-            records.emplace_back(output.constData() + start, end - start);
-        start = end + 1;
-    }
-    // Sized once: a QHash computes every key's hash again each time it grows.
-    status.files.reserve(qsizetype(records.size()));
-    status.changedPaths.reserve(qsizetype(records.size()));
-    // git lists a folder's files together: when a file's folder is the last one's, its ancestors
-    // are recorded already.
-    FilePath lastFile;
-    qsizetype lastFolderLength = 0;
-    for (size_t i = 0; i < records.size(); ++i) {
-        const QByteArrayView record = records[i];
-        if (record.startsWith("## ")) {
-            const BranchLine branch = parseBranch(QString::fromUtf8(record));
-            status.branch = branch.branch;
-            status.ahead = branch.ahead;
-            status.behind = branch.behind;
-            continue;
-        }
-        if (record.size() < 4)
-            continue;
-        const char x = record[0];
-        const char y = record[1];
-        const QByteArrayView path = record.sliced(3);
-        QByteArray renamedFrom;
-        if (x == 'R' || x == 'C') {
-            ++i; // the source of the rename or copy
-            if (x == 'R' && i < records.size())
-                renamedFrom = records[i].toByteArray();
-        }
-        const FilePath file = root.child(path);
-        if (!root.isAncestorOf(file))
-            continue; // git names paths below the root; a mark never goes above it
-        if (x == '!' && y == '!') {
-            ignored->insert(file);
-            continue;
-        }
-        const Change change = changeOf(QLatin1Char(x), QLatin1Char(y));
-        status.files.append({QString::fromUtf8(path), change, x != ' ' && x != '?', y != ' ', path.toByteArray(), renamedFrom});
-        status.changedPaths.insert(file, change);
-        const QByteArrayView folder = QByteArrayView(file.native()).first(std::max(file.native().lastIndexOf('/'), qsizetype(0)));
-        if (folder == QByteArrayView(lastFile.native()).first(lastFolderLength))
-            continue;
-        lastFile = file; // shares the bytes
-        lastFolderLength = folder.size();
-        // A folder already recorded has all its ancestors recorded too.
-        for (FilePath above = file.parent(); above.native().size() > rootLength; above = above.parent()) {
-            if (status.foldersWithChanges.contains(above))
-                break;
-            status.foldersWithChanges.insert(above);
-        }
-    }
-    status.ignored.paths = std::move(ignored);
-    status.files = naturallySorted(std::move(status.files));
-    return status;
+    StatusParser parser(root);
+    parser.feed(output);
+    return parser.finish();
 }
 
 FilePath gitFolder(const FilePath& root)

@@ -44,7 +44,7 @@ struct RepoStatus {
         Change change = Change::modified;
         bool isStaged = false;
         bool hasUnstaged = false;
-        QByteArray nativePath = {}; // the same path byte for byte (a name need not be UTF-8); see pathOf()
+        QByteArray nativePath = {}; // the same path byte for byte, kept only when it isn't UTF-8; see pathOf()
         QByteArray renamedFrom = {};  // a renamed file's old path, relative to the root, as bytes; empty otherwise
         bool operator==(const File&) const = default;
     };

@@ -33,6 +33,8 @@ TEST(ParseBranch, ReadsNameAndCounts)
         {"## feature/x...origin/feature/x [behind 13]", "feature/x", 0, 13},
         {"## topic...up/topic [gone]", "topic", 0, 0},
         {"## HEAD (no branch)", "HEAD", 0, 0},
+        {"## behind...origin/behind [ahead 3]", "behind", 3, 0},
+        {"## ahead...origin/ahead [ahead 12, behind 7]", "ahead", 12, 7},
     };
     for (const Row& row : rows) {
         const BranchLine line = parseBranch(QString::fromUtf8(row.line));
