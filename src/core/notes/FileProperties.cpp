@@ -84,14 +84,14 @@ void FileProperties::load(const FileItems& items)
     std::weak_ptr<TaskSlot> weakSlot = slot;
     runInBackground(
         this, [targets, token = ticket.token] { return notefile::readAll(targets, token.get()); },
-        [this, weakSlot, ticket, startedAt](std::optional<QList<notefile::Loaded>> loaded) {
+        [this, weakSlot, ticket, startedAt, targets](std::optional<QList<notefile::Loaded>> loaded) {
             const auto slot = weakSlot.lock();
             if (!slot || !slot->isCurrent(ticket) || !loaded)
                 return;
             slot->finish(ticket);
             // A file written while the load ran keeps what was written.
             loaded->removeIf([&](const notefile::Loaded& entry) { return m_writtenAt.value(entry.path) > startedAt; });
-            apply(*loaded);
+            applyRead(*loaded, targets);
         });
 }
 
@@ -110,41 +110,73 @@ bool FileProperties::isSettled() const { return !isLoading() && m_jobs == 0 && m
 
 void FileProperties::refresh(const QList<FilePath>& files)
 {
-    QList<notefile::Target> targets;
     for (const FilePath& file : files) {
         // Until it is read again, no version is expected of it.
         m_versions.remove(file);
         m_writtenAt.insert(file, ++m_writeSerial);
-        targets.append({file, isDirectory(file)});
     }
     ++m_refreshes;
+    // Which files are folders is asked on the worker too: a stat of each of thousands of files
+    // would hold the window up.
     runInBackground(
-        this, [targets] { return *notefile::readAll(targets); },
-        [this](const QList<notefile::Loaded>& loaded) {
+        this,
+        [files] {
+            QList<notefile::Target> targets;
+            targets.reserve(files.size());
+            for (const FilePath& file : files)
+                targets.append({file, isDirectory(file)});
+            return std::pair(*notefile::readAll(targets), targets);
+        },
+        [this](const std::pair<QList<notefile::Loaded>, QList<notefile::Target>>& read) {
             --m_refreshes;
-            apply(loaded);
+            applyRead(read.first, read.second);
         });
 }
 
 void FileProperties::apply(const QList<notefile::Loaded>& loaded)
 {
+    bool changed = false;
     for (const notefile::Loaded& entry : loaded) {
-        if (entry.values.isEmpty())
+        const auto before = m_values.constFind(entry.path);
+        if (entry.values.isEmpty()) {
+            changed |= before != m_values.constEnd();
             m_values.remove(entry.path);
-        else
+        } else if (before == m_values.constEnd() || *before != entry.values) {
+            changed = true;
             m_values.insert(entry.path, entry.values);
+        }
         if (entry.fingerprint)
             m_versions.insert(entry.path, *entry.fingerprint);
         else
             m_versions.remove(entry.path);
     }
-    bump();
+    // A folder read again after each reload of its listing mostly finds what was there: the
+    // views are not redrawn for that.
+    if (changed)
+        bump();
+    else
+        ++m_revision;
+}
+
+void FileProperties::applyRead(const QList<notefile::Loaded>& loaded, const QList<notefile::Target>& targets)
+{
+    for (const notefile::Target& target : targets)
+        m_folders.insert(target.path, target.isFolder);
+    apply(loaded);
+}
+
+bool FileProperties::isFolder(const FilePath& path) const
+{
+    const auto known = m_folders.constFind(path);
+    return known != m_folders.constEnd() ? *known : isDirectory(path);
 }
 
 PropertyMap FileProperties::currentProperties(const FilePath& path)
 {
-    if (!m_values.contains(path) && !m_versions.contains(path))
-        apply({notefile::read(path, isDirectory(path))});
+    if (!m_folders.contains(path) && !m_values.contains(path) && !m_versions.contains(path)) {
+        const bool folder = isDirectory(path);
+        applyRead({notefile::read(path, folder)}, {{path, folder}});
+    }
     return m_values.value(path);
 }
 
@@ -172,7 +204,7 @@ Status FileProperties::commit(const QString& actionName, const QString& verb, co
     QList<FileOperations::Rewrite> rewrites;
     QList<FilePath> paths;
     for (const FileEdit& edit : edits) {
-        const bool note = !isDirectory(edit.path) && notefile::isNote(edit.path);
+        const bool note = notefile::isNote(edit.path) && !isFolder(edit.path);
         // A file that a job of this store is changing may be in a version not read yet.
         const auto seen = note && !m_changing.contains(edit.path) ? std::optional(m_versions.value(edit.path))
                                                                   : std::nullopt;
@@ -221,35 +253,80 @@ void FileProperties::restoreColumns(const FilePath& folder, const std::optional<
         Q_EMIT writeFailed(saved.error());
 }
 
+namespace {
+
+// What a folder's items carry under one key: their values (for a type guess) and, after the
+// folder's stored options, every further option their lists name, in item order.
+struct KeyGathering {
+    QList<PropertyValue> values;
+    QStringList options;
+    QSet<QString> seen;
+};
+
+// Gathers every key of `keys` in one pass over the items: one look-up of each item's properties
+// however many columns are shown (a 2,000-note table asks this after every change).
+QList<KeyGathering> gather(const QHash<FilePath, PropertyMap>& values, const FileItems& items, const QStringList& keys,
+                           const FolderColumns& columns)
+{
+    QList<KeyGathering> result(keys.size());
+    for (qsizetype k = 0; k < keys.size(); ++k) {
+        result[k].options = columns.options.value(keys[k]);
+        result[k].seen = QSet<QString>(result[k].options.begin(), result[k].options.end());
+    }
+    for (const FileItem& item : items) {
+        const auto properties = values.constFind(item.url);
+        if (properties == values.constEnd())
+            continue;
+        for (qsizetype k = 0; k < keys.size(); ++k) {
+            const auto value = properties->constFind(keys[k]);
+            if (value == properties->constEnd())
+                continue;
+            KeyGathering& gathering = result[k];
+            gathering.values.append(*value);
+            for (const QString& option : value->list())
+                if (!gathering.seen.contains(option)) {
+                    gathering.seen.insert(option);
+                    gathering.options.append(option);
+                }
+        }
+    }
+    return result;
+}
+
+PropertyType typeOf(const QString& key, const FolderColumns& columns, const KeyGathering& gathering)
+{
+    return columns.types.contains(key) ? columns.types.value(key) : guessPropertyType(gathering.values);
+}
+
+} // namespace
+
 PropertyType FileProperties::type(const QString& key, const FilePath& folder, const FileItems& items) const
 {
     const FolderColumns columns = this->columns(folder);
     if (columns.types.contains(key))
         return columns.types.value(key);
-    QList<PropertyValue> values;
-    for (const FileItem& item : items)
-        if (const auto value = this->value(item.url, key))
-            values.append(*value);
-    return guessPropertyType(values);
+    return typeOf(key, columns, gather(m_values, items, {key}, columns).first());
 }
 
 QStringList FileProperties::options(const QString& key, const FilePath& folder, const FileItems& items) const
 {
-    QStringList result = columns(folder).options.value(key);
-    for (const FileItem& item : items)
-        if (const auto value = this->value(item.url, key))
-            for (const QString& option : value->list())
-                if (!result.contains(option))
-                    result.append(option);
-    return result;
+    return gather(m_values, items, {key}, columns(folder)).first().options;
 }
 
 QList<PropertyColumn> FileProperties::shownColumns(const FilePath& folder, const FileItems& items) const
 {
     const FolderColumns settings = columns(folder);
+    if (m_shown && m_shown->revision == m_revision && m_shown->folder == folder && m_shown->settings == settings
+        && m_shown->items.constData() == items.constData() && m_shown->items.size() == items.size())
+        return m_shown->columns;
+    const QList<KeyGathering> gathered = gather(m_values, items, settings.shown, settings);
     QList<PropertyColumn> result;
-    for (const QString& key : settings.shown)
-        result.append({key, type(key, folder, items), options(key, folder, items), settings.optionColors.value(key)});
+    result.reserve(settings.shown.size());
+    for (qsizetype k = 0; k < settings.shown.size(); ++k) {
+        const QString& key = settings.shown[k];
+        result.append({key, typeOf(key, settings, gathered[k]), gathered[k].options, settings.optionColors.value(key)});
+    }
+    m_shown = ShownColumns{folder, settings, items, m_revision, result};
     return result;
 }
 

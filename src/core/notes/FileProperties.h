@@ -13,8 +13,11 @@
 // as not changed). The values of rewritten files are read again when the engine says so
 // (contentsChanged), undo and redo included. The changes are built in PropertyChanges.cpp;
 // option moves and colours touch only the folder's settings (a FolderColumnsCommand step).
+// The GUI thread asks nothing of the disk for files a load or a reading saw (it remembers which
+// are folders); only a file never read is read on the spot, once.
 //
-// Signals: valuesChanged() follows every change of values (revision() was bumped);
+// Signals: valuesChanged() follows every change of values (revision() was bumped; a reading that
+// found nothing new bumps revision() without it);
 // columnsChanged(folder) follows every change of a folder's settings (already saved);
 // writeFailed(message) reports settings that could not be saved.
 
@@ -108,7 +111,12 @@ private:
         FilePath path;
         QList<notefile::Change> changes;
     };
+    // The properties of a file as last read; a file never read is read now (once).
     PropertyMap currentProperties(const FilePath& path);
+    // Puts what a reading found in place and remembers which of the files are folders.
+    void applyRead(const QList<notefile::Loaded>& loaded, const QList<notefile::Target>& targets);
+    // Whether a file is a folder: as its last reading found, else asked of the disk.
+    bool isFolder(const FilePath& path) const;
     // Edits that rename an option of `key` (drop it when `replacement` is absent) in every item.
     QList<FileEdit> optionEdits(const QString& key, const QString& option, const std::optional<QString>& replacement,
                                 const FileItems& items);
@@ -126,10 +134,21 @@ private:
     QPointer<FileOperations> m_operations;
     QHash<FilePath, PropertyMap> m_values;
     QHash<FilePath, notefile::Fingerprint> m_versions;   // notes as last read
+    QHash<FilePath, bool> m_folders;                     // every file read, and whether it is a folder
     QHash<FilePath, int> m_changing;                     // files in running jobs of this store
     QHash<FilePath, quint64> m_writtenAt;                // write serial of each rewritten file
     quint64 m_writeSerial = 0;
     QHash<FilePath, std::shared_ptr<TaskSlot>> m_loads;  // one per folder
+    // The last shownColumns() answer, kept while the folder's settings, the items (the same list)
+    // and the values (the revision) it was made of stay: a table asks again after each change.
+    struct ShownColumns {
+        FilePath folder;
+        FolderColumns settings;
+        FileItems items; // held, so that its buffer is not reused by another list
+        int revision = -1;
+        QList<PropertyColumn> columns;
+    };
+    mutable std::optional<ShownColumns> m_shown;
     int m_jobs = 0;                                      // jobs started here and not yet ended
     int m_refreshes = 0;                                 // readings after a rewrite under way
     int m_revision = 0;
