@@ -92,10 +92,12 @@ TEST_F(SidebarStoreFixture, HiddenBuiltInAddedAgainShowsOnce)
     EXPECT_EQ(countOf(SidebarStore(file).allFavorites(), desktop), 1);
 }
 
-TEST_F(SidebarStoreFixture, RenamedFavoriteKeepsItsNameAfterTheFolderIsRenamed)
+TEST_F(SidebarStoreFixture, AFavoriteWhoseFolderIsGoneIsKeptWithItsNameAndMarkedMissing)
 {
     const FilePath old = tree.folder(QStringLiteral("Projects"));
+    const FilePath never = tree.path(QStringLiteral("never-made"));
     SidebarStore store(file);
+    store.addFavorite(never);
     store.addFavorite(old);
     store.renameFavorite(old, QStringLiteral("Work"));
     ASSERT_EQ(::rename(old.c_str(), tree.path(QStringLiteral("Renamed")).c_str()), 0);
@@ -104,18 +106,11 @@ TEST_F(SidebarStoreFixture, RenamedFavoriteKeepsItsNameAfterTheFolderIsRenamed)
     ASSERT_NE(work, favorites.end());
     EXPECT_EQ(work->name, "Work");
     EXPECT_TRUE(work->isMissing);
+    EXPECT_EQ(countOf(favorites, never), 1);
+    EXPECT_TRUE(favorites.at(favorites.size() - 2).isMissing) << "added while missing";
+    EXPECT_FALSE(favorites.first().isMissing);
     waitSaved(store);
     EXPECT_EQ(SidebarStore(file).allFavorites(), favorites) << "names, order and missing marks read back alike";
-}
-
-TEST_F(SidebarStoreFixture, FavoriteWhoseFolderIsGoneIsKeptAndMarkedMissing)
-{
-    SidebarStore store(file);
-    const FilePath gone = tree.path(QStringLiteral("never-made"));
-    store.addFavorite(gone);
-    EXPECT_EQ(countOf(store.allFavorites(), gone), 1);
-    EXPECT_TRUE(store.allFavorites().last().isMissing);
-    EXPECT_FALSE(store.allFavorites().first().isMissing);
 }
 
 TEST_F(SidebarStoreFixture, FavoritesFollowTheUsersOrder)
@@ -226,12 +221,12 @@ TEST_F(SidebarStoreFixture, NonUtf8PathsRoundTrip)
     ::rmdir(odd.c_str()); // QTemporaryDir can't remove a name that isn't UTF-8
 }
 
-TEST_F(SidebarStoreFixture, AddGoesToPinnedOnceAndToANamedGroup)
+TEST_F(SidebarStoreFixture, AddGoesToPinnedOnceAndToANamedGroupAndTogglePinnedAddsThenRemoves)
 {
     SidebarStore store(file);
     int groups = 0;
     QObject::connect(&store, &SidebarStore::groupsChanged, [&groups] { ++groups; });
-    const FilePath a = tree.folder(QStringLiteral("a")), b = tree.folder(QStringLiteral("b"));
+    const FilePath a = tree.folder(QStringLiteral("a")), b = tree.folder(QStringLiteral("b")), c = tree.folder(QStringLiteral("c"));
     const QString pinned = store.add({a, b});
     EXPECT_EQ(store.add({a}), pinned);
     EXPECT_EQ(store.group(pinned)->items.size(), 2);
@@ -240,19 +235,13 @@ TEST_F(SidebarStoreFixture, AddGoesToPinnedOnceAndToANamedGroup)
     EXPECT_NE(work, pinned);
     EXPECT_EQ(store.groups().size(), 2);
     EXPECT_EQ(groups, 3);
-}
 
-TEST_F(SidebarStoreFixture, TogglePinnedAddsThenRemoves)
-{
-    SidebarStore store(file);
-    const FilePath a = tree.folder(QStringLiteral("a")), b = tree.folder(QStringLiteral("b"));
-    store.togglePinned({a});
-    EXPECT_TRUE(store.arePinned({a}));
-    EXPECT_FALSE(store.arePinned({a, b}));
-    store.togglePinned({a, b}); // not all pinned: adds
-    EXPECT_TRUE(store.arePinned({a, b}));
-    store.togglePinned({a, b});
+    EXPECT_FALSE(store.arePinned({a, c}));
+    store.togglePinned({a, c}); // not all pinned: adds
+    EXPECT_TRUE(store.arePinned({a, c}));
+    store.togglePinned({a, c});
     EXPECT_FALSE(store.arePinned({a}));
+    EXPECT_FALSE(store.arePinned({c}));
     EXPECT_FALSE(store.arePinned({}));
 }
 
