@@ -47,11 +47,7 @@ struct ImageWindowTest : WindowTest {
         return path;
     }
     bool enabled(const QString& id) { return CommandCatalog::find(id)->enabledIn(*state); }
-    QStringList names()
-    {
-        QStringList listed = QDir(tree.root().text()).entryList(QDir::Files, QDir::Name);
-        return listed;
-    }
+    QStringList names() { return QDir(tree.root().text()).entryList(QDir::Files, QDir::Name); }
     // A line of text drawn large and black on white, for the text recognition.
     FilePath scanOfText()
     {
@@ -122,53 +118,44 @@ TEST_F(ImageWindowTest, TheImageFamilyOffersOnlyTheFormatsQtWritesHere)
     EXPECT_TRUE(titles.contains(QStringLiteral("Image: Convert to PNG")));
 }
 
-TEST_F(ImageWindowTest, ConvertToPngMakesThePngBesideTheJpegAndUndoMovesItToTheTrash)
+// The made files' pixels and names are the core tests'; here each command runs from the
+// catalogue on the window's selection, makes its files beside it and undoes in one step.
+TEST_F(ImageWindowTest, ConvertImageSetsAndCombineMakeFilesBesideThePicturesInOneUndoStep)
 {
     const FilePath photo = picture("photo.jpg", {64, 48}, "JPEG");
-    open(tree.root());
-    select(photo);
-    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("image.convert.png"), *state));
-    settle();
-    ASSERT_EQ(names(), (QStringList{"photo.jpg", "photo.png"}));
-    QImage made(tree.path("photo.png").text(), "PNG");
-    EXPECT_EQ(made.size(), QSize(64, 48));
-    EXPECT_EQ(state->undoStack()->count(), 1) << "one undo step";
-
-    state->undoStack()->undo();
-    settle();
-    EXPECT_EQ(names(), QStringList{"photo.jpg"});
-    EXPECT_TRUE(trashed().contains(QStringLiteral("photo.png"))) << trashed().join(u',').toStdString();
-}
-
-TEST_F(ImageWindowTest, MakeImageSetsMakesThreeFiles)
-{
     const FilePath icon = picture("icon.png", {90, 60}, "PNG");
+    const QString pdf = tree.root().fileName() + QStringLiteral(".pdf"); // named for the folder
     open(tree.root());
-    select(icon);
-    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("imageSets"), *state));
-    settle();
-    EXPECT_EQ(names(), (QStringList{"icon.png", "icon@1x.png", "icon@2x.png", "icon@3x.png"}));
-    EXPECT_EQ(QImage(tree.path("icon@1x.png").text()).size(), QSize(30, 20));
-    EXPECT_EQ(QImage(tree.path("icon@2x.png").text()).size(), QSize(60, 40));
-    state->undoStack()->undo();
-    settle();
-    EXPECT_EQ(names(), QStringList{"icon.png"}) << "one undo step takes all three";
-}
-
-TEST_F(ImageWindowTest, CombineIntoPdfMakesOnePdfNamedForTheFolder)
-{
-    const FilePath folder = tree.folder("Receipts");
-    const FilePath first = folder.child(QStringLiteral("a.png"));
-    const FilePath second = folder.child(QStringLiteral("b.jpg"));
-    QImage(40, 30, QImage::Format_RGB32).save(first.text(), "PNG");
-    QImage(30, 40, QImage::Format_RGB32).save(second.text(), "JPEG");
-    open(folder);
-    select(first);
-    pane()->click(second, Qt::ControlModifier);
-    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("combinePDF"), *state));
-    settle();
-    const QByteArray pdf = readAll(folder.child(QStringLiteral("Receipts.pdf")));
-    EXPECT_TRUE(pdf.startsWith("%PDF")) << "made beside the pictures, named for their folder";
+    const struct {
+        const char* command;
+        QList<FilePath> selected;
+        QStringList made;
+    } rows[] = {
+        {"image.convert.png", {photo}, {"photo.png"}},
+        {"imageSets", {icon}, {"icon@1x.png", "icon@2x.png", "icon@3x.png"}},
+        {"combinePDF", {icon, photo}, {pdf}},
+    };
+    const QStringList before = names();
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.command);
+        select(row.selected.first());
+        for (const FilePath& more : row.selected.mid(1))
+            pane()->click(more, Qt::ControlModifier);
+        const int steps = state->undoStack()->index();
+        ASSERT_TRUE(CommandCatalog::run(QString::fromLatin1(row.command), *state));
+        settle();
+        QStringList expected = before + row.made, after = names();
+        expected.sort();
+        after.sort();
+        EXPECT_EQ(after, expected);
+        EXPECT_EQ(state->undoStack()->index(), steps + 1) << "one undo step";
+        state->undoStack()->undo();
+        settle();
+        EXPECT_EQ(names(), before);
+        for (const QString& made : row.made)
+            EXPECT_TRUE(trashed().contains(made)) << made.toStdString();
+    }
+    EXPECT_TRUE(readAll(xdg::homeTrash().child(QStringLiteral("files")).child(pdf)).startsWith("%PDF"));
 }
 
 TEST_F(ImageWindowTest, CopyImagePutsThePicturesPixelsOnTheClipboard)
