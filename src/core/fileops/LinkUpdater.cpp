@@ -7,6 +7,8 @@
 #include "async/Background.h"
 #include "fileops/FileOperations.h"
 
+#include <algorithm>
+
 namespace orwick {
 
 namespace {
@@ -48,11 +50,14 @@ void LinkUpdater::done(LinkUpdateCount count, const Finished& finished)
 
 void LinkUpdater::filesMoved(const QList<FileMove>& given, QUndoStack* undo, Finished finished)
 {
-    // What comes back from the Trash had no links left pointing at it there.
-    QList<FileMove> moves = given;
-    moves.removeIf([](const FileMove& move) {
+    // What comes back from the Trash had no links left pointing at it there. A batch of
+    // thousands that has none is kept as it came, not copied.
+    const auto fromTrash = [](const FileMove& move) {
         return move.from.native().contains("/Trash/files/") || move.from.native().contains("/.Trash-");
-    });
+    };
+    QList<FileMove> moves = given;
+    if (std::any_of(given.begin(), given.end(), fromTrash))
+        moves.removeIf(fromTrash);
     if (moves.isEmpty() || !isEnabled()) {
         done({}, finished);
         return;

@@ -23,14 +23,33 @@ constexpr int kAttemptsBeside = 8;
 
 bool isAsciiLetter(char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }
 
+// A move's paths cut into folder part (with its closing "/") and name, once for every look at
+// them: a batch looks at thousands.
+struct MoveParts {
+    MoveParts(const FilePath& from, const FilePath& to)
+    {
+        const qsizetype fromStart = nameStart(from);
+        const qsizetype toStart = nameStart(to);
+        fromFolder = QByteArrayView(from.native()).first(fromStart);
+        fromName = QByteArrayView(from.native()).sliced(fromStart);
+        toFolder = QByteArrayView(to.native()).first(toStart);
+        toName = QByteArrayView(to.native()).sliced(toStart);
+    }
+    explicit MoveParts(const FileMove& move) : MoveParts(move.from, move.to) {}
+    QByteArrayView fromFolder;
+    QByteArrayView fromName;
+    QByteArrayView toFolder;
+    QByteArrayView toName;
+};
+
 // True when two different names in one folder are one name but for letter case; such a rename
 // goes through a temporary name, since a case-insensitive disk takes both for one item.
-bool onlyLetterCaseChanges(const FileMove& move)
+bool onlyLetterCaseChanges(const MoveParts& move)
 {
-    if (folderPartOf(move.from) != folderPartOf(move.to))
+    if (move.fromFolder != move.toFolder)
         return false;
-    const QByteArrayView from = nameOf(move.from);
-    const QByteArrayView to = nameOf(move.to);
+    const QByteArrayView from = move.fromName;
+    const QByteArrayView to = move.toName;
     bool ascii = true;
     for (const char c : from)
         ascii = ascii && static_cast<unsigned char>(c) < 0x80;
@@ -53,13 +72,13 @@ bool onlyLetterCaseChanges(const FileMove& move)
 // (kept open for the next rename in that folder), so the kernel walks the folder's path once.
 class FolderRenamer {
 public:
-    bool rename(const FilePath& from, const FilePath& to)
+    bool rename(const FilePath& from, const FilePath& to) { return rename(from, to, MoveParts(from, to)); }
+    bool rename(const FilePath& from, const FilePath& to, const MoveParts& parts)
     {
-        const QByteArrayView folder = folderPartOf(from);
-        if (folder != folderPartOf(to) || !openFolder(folder))
+        if (parts.fromFolder != parts.toFolder || !openFolder(parts.fromFolder))
             return renameNoReplace(from, to);
-        return ::renameat2(m_fd.get(), from.c_str() + folder.size(), m_fd.get(), to.c_str() + folder.size(),
-                           RENAME_NOREPLACE) == 0;
+        return ::renameat2(m_fd.get(), from.c_str() + parts.fromFolder.size(), m_fd.get(),
+                           to.c_str() + parts.toFolder.size(), RENAME_NOREPLACE) == 0;
     }
 
 private:
@@ -129,10 +148,11 @@ std::vector<RenameStepResult> renameInSteps(const QList<FileMove>& moves, WhenNa
     const auto renameFrom = [&](qsizetype first) {
         for (qsizetype i = first; i >= 0;) {
             const FileMove& move = moves[i];
+            const MoveParts parts(move);
             states[size_t(i)] = State::settled;
-            if (onlyLetterCaseChanges(move)) {
+            if (onlyLetterCaseChanges(parts)) {
                 goAside(i);
-            } else if (folders.rename(move.from, move.to)) {
+            } else if (folders.rename(move.from, move.to, parts)) {
                 results[size_t(i)] = {Outcome::renamed, move.to, {}};
             } else if (errno == EXDEV) {
                 waiting.push_back({i, {}});

@@ -1,5 +1,6 @@
 #include "rename/BatchRename.h"
 
+#include "files/PathParts.h"
 #include "rename/NameText.h"
 
 #include <utility>
@@ -288,7 +289,7 @@ std::optional<QByteArray> BatchRenamer::newName(const FilePath& item, int index,
 {
     if (!m_problem.isEmpty())
         return std::nullopt;
-    const QByteArray name = item.fileNameBytes();
+    const QByteArrayView name = item.isRoot() ? QByteArrayView(item.native()) : nameOf(item);
     if (m_rule.mode == BatchRename::Mode::replace) {
         const NameText whole = NameText::fromBytes(name);
         return NameText::toBytes(replaced(whole.text), whole.escaped);
@@ -298,8 +299,10 @@ std::optional<QByteArray> BatchRenamer::newName(const FilePath& item, int index,
     // The template may bring in the extension's or the folder's bytes too.
     const bool escaped = base.escaped || (m_rule.mode == BatchRename::Mode::fromTemplate && !isValidUtf8(item.native()));
     QByteArray result = NameText::toBytes(transformBase(base.text, item, index, count, modified), escaped);
-    if (!extension.isEmpty())
-        result += '.' + extension.toByteArray();
+    if (!extension.isEmpty()) {
+        result += '.';
+        result += extension;
+    }
     return result;
 }
 

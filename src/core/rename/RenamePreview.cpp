@@ -143,10 +143,12 @@ private:
 BatchRenameEntry entryIn(const FilePath& folder, const BatchRenamer& renamer, const FilePath& item, int index,
                          int count)
 {
-    BatchRenameEntry entry{item, item.fileNameBytes(), {}, {}};
+    BatchRenameEntry entry{item, {}, {}, {}};
     const QDateTime modified = renamer.needsDates() ? modifiedDate(item) : QDateTime();
     if (auto name = renamer.newName(item, index, count, modified))
         entry.newName = std::move(*name);
+    else
+        entry.newName = item.fileNameBytes();
     if (!entry.changes())
         return entry;
     entry.problem = nameProblem(entry.newName);
