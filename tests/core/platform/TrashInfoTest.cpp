@@ -17,37 +17,31 @@ std::optional<FilePath> read(const char* path, const FilePath& item)
     return trash::originalPathIn("[Trash Info]\nPath=" + QByteArray(path) + "\nDeletionDate=2024-05-01T10:20:30\n", item);
 }
 
-TEST(TrashInfo, ReadsAnAbsolutePathDecoded)
+TEST(TrashInfo, PathLines)
 {
-    EXPECT_EQ(read("/home/u/My%20Files/caf%C3%A9%FF.txt", homeItem),
-              FilePath::fromNative("/home/u/My Files/caf\xc3\xa9\xff.txt"));
+    const struct {
+        const char* path;
+        const FilePath& item;
+        std::optional<FilePath> original;
+    } rows[] = {
+        // An absolute path, decoded.
+        {"/home/u/My%20Files/caf%C3%A9%FF.txt", homeItem, FilePath::fromNative("/home/u/My Files/caf\xc3\xa9\xff.txt")},
+        // A path relative to the volume, of either Trash folder of a disk.
+        {"pictures/photo.jpg", volumeItem, FilePath::fromNative("/media/disk/pictures/photo.jpg")},
+        {"pictures/photo.jpg", sharedItem, FilePath::fromNative("/media/disk/pictures/photo.jpg")},
+        {"pictures/../photo.jpg", volumeItem, FilePath::fromNative("/media/disk/photo.jpg")},
+        // Refused: a way out of the volume, a NUL, no path.
+        {"../../etc/passwd", volumeItem, std::nullopt},
+        {"..", sharedItem, std::nullopt},
+        {".", volumeItem, std::nullopt},
+        {"/home/u/a%00/b", homeItem, std::nullopt},
+        {"a%00b", volumeItem, std::nullopt},
+        {"", homeItem, std::nullopt},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(read(row.path, row.item), row.original) << row.path;
     EXPECT_EQ(trash::originalPathIn("[Trash Info]\r\nPath=/a/b\r\n", homeItem), FilePath::fromNative("/a/b"));
-}
-
-TEST(TrashInfo, ReadsAPathRelativeToTheVolume)
-{
-    EXPECT_EQ(read("pictures/photo.jpg", volumeItem), FilePath::fromNative("/media/disk/pictures/photo.jpg"));
-    EXPECT_EQ(read("pictures/photo.jpg", sharedItem), FilePath::fromNative("/media/disk/pictures/photo.jpg"));
-    EXPECT_EQ(read("pictures/../photo.jpg", volumeItem), FilePath::fromNative("/media/disk/photo.jpg"));
-}
-
-TEST(TrashInfo, RefusesARelativePathThatLeavesTheVolume)
-{
-    EXPECT_EQ(read("../../etc/passwd", volumeItem), std::nullopt);
-    EXPECT_EQ(read("..", sharedItem), std::nullopt);
-    EXPECT_EQ(read(".", volumeItem), std::nullopt);
-}
-
-TEST(TrashInfo, RefusesAPathHoldingNul)
-{
-    EXPECT_EQ(read("/home/u/a%00/b", homeItem), std::nullopt);
-    EXPECT_EQ(read("a%00b", volumeItem), std::nullopt);
-}
-
-TEST(TrashInfo, NoPathLineGivesNothing)
-{
-    EXPECT_EQ(trash::originalPathIn("[Trash Info]\nDeletionDate=2024-05-01T10:20:30\n", homeItem), std::nullopt);
-    EXPECT_EQ(read("", homeItem), std::nullopt);
+    EXPECT_EQ(trash::originalPathIn("[Trash Info]\nDeletionDate=2024-05-01T10:20:30\n", homeItem), std::nullopt) << "no Path line";
 }
 
 } // namespace
