@@ -136,4 +136,19 @@ QIcon ThemedStyle::standardIcon(StandardPixmap icon, const QStyleOption* option,
     }
 }
 
+void ThemedStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter, const QWidget* widget) const
+{
+    if (element == CE_HeaderLabel)
+        if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
+            header && header->orientation == Qt::Horizontal && (header->textAlignment & Qt::AlignRight)) {
+            QStyleOptionHeader inset = *header;
+            inset.rect.setRight(inset.rect.right() - columnGutter(QFontMetrics(widget ? widget->font() : QApplication::font())));
+            QProxyStyle::drawControl(element, &inset, painter, widget);
+            return;
+        }
+    QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+int ThemedStyle::columnGutter(const QFontMetrics& metrics) { return 2 * metrics.averageCharWidth(); }
+
 } // namespace orwick

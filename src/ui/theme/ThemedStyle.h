@@ -8,6 +8,9 @@
 // Dialog buttons carry their words only: no stock tick and cross icons, whatever the desktop's
 // platform theme asks for; message boxes carry no stock question, warning or error picture
 // either (their title and words say what they ask, as the window's sheets do).
+// A right-aligned column (sizes) keeps a gutter before the column after it: its cells' text
+// and its header's title both end columnGutter() short of the edge, so a size never runs into
+// the kind beside it and the title stays over its numbers.
 //
 // theme::follow() installs it once for the application.
 
@@ -25,6 +28,11 @@ public:
     int styleHint(StyleHint hint, const QStyleOption* option = nullptr, const QWidget* widget = nullptr,
                   QStyleHintReturn* returnData = nullptr) const override;
     QIcon standardIcon(StandardPixmap icon, const QStyleOption* option = nullptr, const QWidget* widget = nullptr) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget = nullptr) const override;
+
+    // Two average characters of `metrics`' font: follows the font size and the scale.
+    static int columnGutter(const QFontMetrics& metrics);
 };
 
 } // namespace orwick

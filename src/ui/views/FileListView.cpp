@@ -1,6 +1,7 @@
 #include "ui/views/FileListView.h"
 
 #include "ui/pane/PaneKeys.h"
+#include "ui/theme/ThemedStyle.h"
 #include "ui/views/RowDelegate.h"
 #include "ui/views/ViewInput.h"
 
@@ -35,8 +36,9 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
     head->setSectionResizeMode(FileListModel::SizeColumn, QHeaderView::Interactive);
     head->setSectionResizeMode(FileListModel::KindColumn, QHeaderView::Interactive);
     fitColumns();
-    connect(head, &QHeaderView::sectionResized, this, [this](int column) {
-        if (!m_fitting && column != FileListModel::NameColumn)
+    // The header's own later passes size a column it hid to nothing; only a shown width is the user's.
+    connect(head, &QHeaderView::sectionResized, this, [this](int column, int, int newSize) {
+        if (!m_fitting && column != FileListModel::NameColumn && newSize > 0 && !header()->isSectionHidden(column))
             m_userSized = true;
     });
     head->setSectionsClickable(true);
@@ -117,9 +119,14 @@ void FileListView::changeEvent(QEvent* event)
 
 void FileListView::fitColumns()
 {
-    if (m_userSized)
-        return;
     QHeaderView* head = header();
+    if (m_userSized) { // the user's widths, and every column in sight
+        m_fitting = true;
+        head->setSectionHidden(FileListModel::ModifiedColumn, false);
+        head->setSectionHidden(FileListModel::KindColumn, false);
+        m_fitting = false;
+        return;
+    }
     const QFontMetrics rows = fontMetrics();
     const QFontMetrics titles = head->fontMetrics();
     // A cell's text sits between the delegate's margins; a title beside its sort mark.
@@ -133,20 +140,31 @@ void FileListView::fitColumns()
         return width;
     };
     const int modified = fit(QStringLiteral("Date Modified"), {"Yesterday 00:00", "30 Sep 2026 00:00"});
-    const int size = fit(QStringLiteral("Size"), {"999.9 MB", "999 bytes"});
+    const int size = fit(QStringLiteral("Size"), {"999.9 MB", "999 bytes"}) + ThemedStyle::columnGutter(rows);
     int kind = fit(QStringLiteral("Kind"), {"Markdown document"});
-    // A narrow pane: Name keeps a third of the width; Kind gives way first, then Date Modified.
+    // A narrow pane: Name keeps a third of the width; Kind gives way first, then Date Modified,
+    // each down to its title's width and then out of sight until the pane is wider again.
     const int room = viewport()->width() - viewport()->width() / 3 - size;
+    const int kindLeast = titles.horizontalAdvance(QStringLiteral("Kind")) + titlePadding;
+    const int dateLeast = titles.horizontalAdvance(QStringLiteral("Date")) + titlePadding;
     int date = modified;
-    if (room > 0 && date + kind > room) {
-        kind = std::max(titles.horizontalAdvance(QStringLiteral("Kind")) + titlePadding, room - date);
-        if (date + kind > room)
-            date = std::max(titles.horizontalAdvance(QStringLiteral("Date")) + titlePadding, room - kind);
+    bool showKind = true, showDate = true;
+    if (date + kind > room) {
+        kind = room - date;
+        if (kind < kindLeast) {
+            showKind = false;
+            date = std::min(date, room);
+            showDate = date >= dateLeast;
+        }
     }
     m_fitting = true;
-    head->resizeSection(FileListModel::ModifiedColumn, date);
+    head->setSectionHidden(FileListModel::KindColumn, !showKind);
+    head->setSectionHidden(FileListModel::ModifiedColumn, !showDate);
+    if (showDate)
+        head->resizeSection(FileListModel::ModifiedColumn, date);
     head->resizeSection(FileListModel::SizeColumn, size);
-    head->resizeSection(FileListModel::KindColumn, kind);
+    if (showKind)
+        head->resizeSection(FileListModel::KindColumn, kind);
     m_fitting = false;
 }
 

@@ -2,6 +2,7 @@
 
 #include "files/Arrangement.h"
 #include "ui/theme/Theme.h"
+#include "ui/theme/ThemedStyle.h"
 #include "ui/views/FileListModel.h"
 #include "ui/views/GitMarks.h"
 #include "ui/views/TagDots.h"
@@ -73,6 +74,8 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& givenOpti
     plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
     const int gitWidth = gitMarkWidth(index);
     plain.rect.setRight(plain.rect.right() - gitWidth - tagDotsWidth(index));
+    if (index.data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight) // a size keeps its gutter before the next column
+        plain.rect.setRight(plain.rect.right() - ThemedStyle::columnGutter(option.fontMetrics));
     paintCell(painter, plain, index);
     paintLocation(painter, plain, index);
     paintTagDots(painter, option.rect.right() - gitWidth, option.rect.center().y(), index);
