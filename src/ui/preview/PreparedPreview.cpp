@@ -113,9 +113,12 @@ void unbulletTasks(QTextDocument& document)
     for (QTextBlock& block : tasks) {
         QTextList* list = block.textList();
         const int indent = list->format().indent();
+        const bool lastOfList = block.next().textList() != list; // the tasks after it are still in the list
         list->remove(block);
         QTextBlockFormat format = block.blockFormat();
         format.setIndent(indent);
+        if (lastOfList) // the room a list keeps below it, as a paragraph does
+            format.setBottomMargin(std::max(format.bottomMargin(), 12.0));
         QTextCursor(block).setBlockFormat(format);
     }
 }

@@ -63,6 +63,11 @@ PreviewView::PreviewView(QWidget* parent) : QWidget(parent)
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_table->horizontalHeader()->setDefaultSectionSize(140);
     m_table->horizontalHeader()->setStretchLastSection(true);
+    // Calm rows as the file list has them: banded, no grid, titles over their cells' start.
+    m_table->setShowGrid(false);
+    m_table->setAlternatingRowColors(true);
+    m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    m_table->verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
 
     m_message = new QLabel(m_stack);
     m_message->setTextFormat(Qt::PlainText);
