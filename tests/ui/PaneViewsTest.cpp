@@ -1,7 +1,11 @@
-// The four views of one pane: the same keys move and select the same way in each, Ctrl+1…4
-// switch views and remember them per folder, the filter field narrows and clears, Vim keys move
-// when they are on, and a folder that changes under an open filter keeps the filter.
+// The four views of one pane, keys pressed as the window gets them: the same keys move and select
+// the same way in each, Return, Backspace and Esc run the catalogue's pane commands in each,
+// Ctrl+1…4 switch views and remember them per folder, Ctrl+Alt+1…4 sort, the filter field
+// narrows and clears, Vim keys move when they are on, and a folder that changes under an open
+// filter keeps the filter. The list's columns fit their text in a pane of its own.
 
+#include "state/WindowState.h"
+#include "support/KeyPress.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 #include "ui/pane/FilterBar.h"
@@ -10,6 +14,7 @@
 #include "ui/views/FileGridView.h"
 #include "ui/views/FileListView.h"
 #include "ui/views/FileTableView.h"
+#include "ui/window/MainWindow.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -22,40 +27,16 @@ namespace {
 using test::TempTree;
 using test::waitUntil;
 
-class PaneViewsTest : public ::testing::Test {
+// The folder of every test: six files and a folder with one file inside.
+class PaneViewsFixture : public ::testing::Test {
 protected:
-    void SetUp() override
+    void writeTree()
     {
         for (const char* name : {"alpha.txt", "beta.txt", "gamma.txt", "delta.txt", "epsilon.txt", "zeta.txt"})
             tree.file(QString::fromLatin1(name), "x");
         tree.folder(QStringLiteral("folder"));
         tree.file(QStringLiteral("folder/inside.txt"), "y");
         preferences.setGridForMedia(false);
-        pane = std::make_unique<PaneState>(tree.root(), &preferences);
-        widget = std::make_unique<PaneWidget>(pane.get());
-        widget->resize(900, 600);
-        widget->show();
-        ASSERT_TRUE(waitUntil([&] { return pane->items().size() == 7; }));
-    }
-
-    QWidget* keyTarget(ViewMode mode) const
-    {
-        switch (mode) {
-        case ViewMode::grid: return widget->gridView();
-        case ViewMode::columns: return widget->columnsView()->currentColumn();
-        case ViewMode::table: return widget->tableView();
-        case ViewMode::list: break;
-        }
-        return widget->listView();
-    }
-    void press(QWidget* target, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {})
-    {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers, text);
-        QApplication::sendEvent(target, &event);
-    }
-    void pressInView(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {})
-    {
-        press(keyTarget(pane->viewMode()), key, modifiers, text);
     }
     QStringList selectedNames() const
     {
@@ -75,8 +56,69 @@ protected:
 
     TempTree tree;
     ViewPreferences preferences;
-    std::unique_ptr<PaneState> pane;
-    std::unique_ptr<PaneWidget> widget;
+    PaneState* pane = nullptr;
+    PaneWidget* widget = nullptr;
+};
+
+// The keys as the window gets them: a real window on the folder, each key offered to the
+// window's shortcuts first (the catalogue's commands), then to the focused view.
+class PaneViewsTest : public PaneViewsFixture {
+protected:
+    void SetUp() override
+    {
+        writeTree();
+        state = std::make_unique<WindowState>(tree.root(), &preferences);
+        window = std::make_unique<MainWindow>(state.get());
+        window->resize(1100, 700);
+        window->show();
+        window->activateWindow();
+        ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == window.get(); }));
+        pane = state->activePane();
+        widget = window->activePaneWidget();
+        ASSERT_TRUE(waitUntil([&] { return pane->items().size() == 7; }));
+    }
+
+    QWidget* keyTarget(ViewMode mode) const
+    {
+        switch (mode) {
+        case ViewMode::grid: return widget->gridView();
+        case ViewMode::columns: return widget->columnsView()->currentColumn();
+        case ViewMode::table: return widget->tableView();
+        case ViewMode::list: break;
+        }
+        return widget->listView();
+    }
+    void press(QWidget* target, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {})
+    {
+        target->setFocus();
+        test::pressKey(target, key, modifiers, text);
+    }
+    void pressInView(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier, const QString& text = {})
+    {
+        press(keyTarget(pane->viewMode()), key, modifiers, text);
+    }
+
+    std::unique_ptr<WindowState> state;
+    std::unique_ptr<MainWindow> window;
+};
+
+// The list's columns in a pane of its own, resized at will.
+class PaneListColumnsTest : public PaneViewsFixture {
+protected:
+    void SetUp() override
+    {
+        writeTree();
+        ownPane = std::make_unique<PaneState>(tree.root(), &preferences);
+        ownWidget = std::make_unique<PaneWidget>(ownPane.get());
+        pane = ownPane.get();
+        widget = ownWidget.get();
+        widget->resize(900, 600);
+        widget->show();
+        ASSERT_TRUE(waitUntil([&] { return pane->items().size() == 7; }));
+    }
+
+    std::unique_ptr<PaneState> ownPane;
+    std::unique_ptr<PaneWidget> ownWidget;
 };
 
 TEST_F(PaneViewsTest, MovingAndSelectingAreTheSameInEveryView)
@@ -120,6 +162,34 @@ TEST_F(PaneViewsTest, MovingAndSelectingAreTheSameInEveryView)
     EXPECT_EQ(outcomes[0].cursor, "delta.txt");
     for (const Outcome& outcome : outcomes)
         EXPECT_EQ(outcome, outcomes[0]);
+}
+
+TEST_F(PaneViewsTest, ReturnBackspaceAndEscapeAreThePanesCommandsInEveryView)
+{
+    const FilePath folder = tree.path(QStringLiteral("folder"));
+    for (ViewMode mode : {ViewMode::list, ViewMode::table, ViewMode::grid, ViewMode::columns}) {
+        SCOPED_TRACE(viewModeName(mode).toStdString());
+        pane->chooseViewMode(mode);
+        ASSERT_TRUE(waitUntil([&] { return widget->itemsView()->isVisible(); }));
+        pane->click(folder, Qt::NoModifier);
+        pressInView(Qt::Key_Return);
+        ASSERT_TRUE(waitUntil([&] { return pane->url() == folder && !pane->isLoading(); }));
+        pressInView(Qt::Key_Backspace);
+        ASSERT_TRUE(waitUntil([&] { return pane->url() == tree.root() && !pane->isLoading(); }));
+        pane->click(tree.path(QStringLiteral("beta.txt")), Qt::NoModifier);
+        pane->setFiltering(true);
+        pressInView(Qt::Key_Escape);
+        EXPECT_TRUE(pane->selection().isEmpty());
+        EXPECT_TRUE(pane->isFiltering()) << "the selection goes first";
+        pressInView(Qt::Key_Escape);
+        EXPECT_FALSE(pane->isFiltering());
+    }
+    // In the filter field the keys are the field's: Return goes into the list, opening nothing.
+    pane->chooseViewMode(ViewMode::list);
+    pane->click(folder, Qt::NoModifier);
+    pane->setFiltering(true);
+    press(widget->filterBar(), Qt::Key_Return);
+    EXPECT_EQ(pane->url(), tree.root());
 }
 
 TEST_F(PaneViewsTest, ViewKeysSwitchAndAreRememberedPerFolder)
@@ -237,7 +307,7 @@ TEST_F(PaneViewsTest, VimKeysMoveOnlyWhenOn)
     EXPECT_EQ(pane->url(), tree.root());
 }
 
-TEST_F(PaneViewsTest, ListColumnsFitTheirTextAndGiveWayInANarrowPane)
+TEST_F(PaneListColumnsTest, FitTheirTextAndGiveWayInANarrowPane)
 {
     pane->chooseViewMode(ViewMode::list);
     FileListView* view = widget->listView();
@@ -260,10 +330,52 @@ TEST_F(PaneViewsTest, ListColumnsFitTheirTextAndGiveWayInANarrowPane)
               viewport + 1)
         << "nothing runs off the pane's edge";
 
+    // Narrower still: Kind and then Date Modified leave rather than show a few cut letters.
+    widget->resize(230, 600);
+    QApplication::processEvents();
+    EXPECT_TRUE(head->isSectionHidden(FileListModel::KindColumn));
+    EXPECT_TRUE(head->isSectionHidden(FileListModel::ModifiedColumn));
+    EXPECT_FALSE(head->isSectionHidden(FileListModel::SizeColumn));
+    EXPECT_GE(width(FileListModel::NameColumn), view->viewport()->width() / 3 - 1) << "Name keeps a third";
+    widget->resize(900, 600);
+    QApplication::processEvents();
+    EXPECT_FALSE(head->isSectionHidden(FileListModel::KindColumn)) << "back when there is room";
+    EXPECT_FALSE(head->isSectionHidden(FileListModel::ModifiedColumn));
+    EXPECT_GT(width(FileListModel::ModifiedColumn), date);
+
     head->resizeSection(FileListModel::KindColumn, 333); // the user's own width stays
     widget->resize(900, 600);
     QApplication::processEvents();
     EXPECT_EQ(width(FileListModel::KindColumn), 333);
+}
+
+TEST_F(PaneListColumnsTest, ASizeKeepsAGutterBeforeTheKind)
+{
+    pane->chooseViewMode(ViewMode::list);
+    FileListView* view = widget->listView();
+    QApplication::processEvents();
+    const QImage shot = view->viewport()->grab().toImage();
+    const QRect row = view->visualRect(view->model()->index(1, FileListModel::NameColumn));
+    const QHeaderView* head = view->header();
+    const QColor ground = shot.pixelColor(head->sectionPosition(FileListModel::SizeColumn) + 2, row.center().y());
+    // The ink of the row's size ("1 byte", right-aligned) and of its kind, column by column.
+    auto inked = [&](int x) {
+        for (int y = row.top(); y <= row.bottom() - 2; ++y) // above the caret's bar
+            if (shot.pixelColor(x, y) != ground)
+                return true;
+        return false;
+    };
+    const int sizeStart = head->sectionPosition(FileListModel::SizeColumn), kindStart = head->sectionPosition(FileListModel::KindColumn);
+    int sizeEnds = -1, kindBegins = -1;
+    for (int x = sizeStart; x < kindStart; ++x)
+        if (inked(x))
+            sizeEnds = x;
+    for (int x = kindStart; x < kindStart + head->sectionSize(FileListModel::KindColumn) && kindBegins < 0; ++x)
+        if (inked(x))
+            kindBegins = x;
+    ASSERT_GE(sizeEnds, 0) << "no size drawn";
+    ASSERT_GE(kindBegins, 0) << "no kind drawn";
+    EXPECT_GE(kindBegins - sizeEnds, 2 * view->fontMetrics().averageCharWidth()) << "a size stays clear of the kind beside it";
 }
 
 } // namespace

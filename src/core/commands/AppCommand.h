@@ -20,6 +20,10 @@ struct AppCommand {
     // Further keys that run it too (the Linux habits such as Alt+Left, the keypad's + and −);
     // menus and the palette name only `shortcut`, the Keyboard Shortcuts sheet names them all.
     QList<QKeySequence> otherShortcuts;
+    // Keys that run it only while a pane's items have the keyboard (its view, not a field or an
+    // editor inside it): Return, Backspace and Esc, which fields, editors and sheets keep for
+    // their own. The pane's views look them up here; no window shortcut holds them.
+    QList<QKeySequence> paneShortcuts;
     QString keywords;  // extra space-separated search words
     // Evaluated each time a menu or the palette shows the command; absent means always enabled.
     std::function<bool(const WindowState&)> isEnabled;
@@ -35,7 +39,12 @@ struct AppCommand {
     QString searchText() const { return keywords.isEmpty() ? title : title + QLatin1Char(' ') + keywords; }
     // The shortcut as shown in menus and the palette ("Ctrl+Shift+N").
     // Shift+Tab arrives as Backtab, the key a command binds; people call it Tab.
-    QString shortcutText() const { return shortcut.toString(QKeySequence::NativeText).replace(QStringLiteral("Backtab"), QStringLiteral("Tab")); }
+    // A command with pane keys only is named by its first one ("Esc").
+    QString shortcutText() const
+    {
+        const QKeySequence shown = shortcut.isEmpty() && !paneShortcuts.isEmpty() ? paneShortcuts.first() : shortcut;
+        return shown.toString(QKeySequence::NativeText).replace(QStringLiteral("Backtab"), QStringLiteral("Tab"));
+    }
 };
 
 } // namespace orwick

@@ -129,7 +129,7 @@ const char* kNoCounterpart = "Not available on Linux yet";
 const char* kNotYet = "Not built yet";
 const char* kNotInRepository = "This folder isn’t in a git repository";
 
-// The keys that run a command besides its own: the Linux habits and the keypad.
+// The keys that run a command besides its own: the Linux habits, the keypad, and the pane's own.
 void addOtherKeys(QList<AppCommand>& list)
 {
     const std::pair<const char*, QKeySequence> others[] = {
@@ -149,7 +149,31 @@ void addOtherKeys(QList<AppCommand>& list)
         for (AppCommand& command : list)
             if (command.id == QLatin1StringView(id))
                 command.otherShortcuts.append(key);
+    // The pane's own keys: they act in a pane's view only, so fields and editors keep them.
+    const std::pair<const char*, QKeySequence> paneKeys[] = {
+        {"open", QKeySequence(Qt::Key_Return)},
+        {"open", QKeySequence(Qt::Key_Enter)},
+        {"up", QKeySequence(Qt::Key_Backspace)},
+        {"deselectOrCloseFilter", QKeySequence(Qt::Key_Escape)},
+    };
+    for (const auto& [id, key] : paneKeys)
+        for (AppCommand& command : list)
+            if (command.id == QLatin1StringView(id))
+                command.paneShortcuts.append(key);
 }
+
+// Esc in a pane: first the selection goes, then an open filter closes (showing every row again).
+void deselectOrCloseFilter(WindowState& w)
+{
+    PaneState* pane = w.activePane();
+    if (!pane->selection().isEmpty())
+        pane->clearSelection();
+    else if (pane->isFiltering())
+        pane->setFiltering(false);
+}
+const Predicate hasSelectionOrFilter = [](const WindowState& w) {
+    return !w.activePane()->selection().isEmpty() || w.activePane()->isFiltering();
+};
 
 QList<AppCommand> buildFixed()
 {
@@ -278,6 +302,8 @@ QList<AppCommand> buildFixed()
              clipboardHasFiles),
         make("selectAll", "Select All", "checkmark.circle", keys(C | Qt::Key_A), "", [](WindowState& w) { w.activePane()->selectAll(); }),
         make("selectNone", "Select None", "circle", keys(C | A | Qt::Key_A), "deselect clear", [](WindowState& w) { w.activePane()->clearSelection(); }),
+        make("deselectOrCloseFilter", "Deselect or Close Filter", "xmark.circle", none(), "escape clear selection filter cancel",
+             deselectOrCloseFilter, hasSelectionOrFilter),
         make("invertSelection", "Invert Selection", "", keys(C | S | Qt::Key_I), "reverse", [](WindowState& w) { w.activePane()->invertSelection(); }),
         make("selectByPattern", "Select by Pattern…", "checkmark.circle", keys(C | Qt::Key_Plus), "mask wildcard glob mark matching extension *.txt",
              [](WindowState& w) { w.requestNamePattern(PaneState::Mark::select); }, hasItems),
@@ -457,14 +483,16 @@ QList<AppCommand> generated()
     struct Sort {
         const char *id, *title;
         SortKey key;
+        int digit; // with Ctrl+Alt, beside the view modes' Ctrl+1…4
     };
-    const Sort sorts[] = {{"sort.name", "Sort by Name", SortKey::name},
-                          {"sort.modified", "Sort by Date Modified", SortKey::modified},
-                          {"sort.size", "Sort by Size", SortKey::size},
-                          {"sort.kind", "Sort by Kind", SortKey::kind}};
+    const Sort sorts[] = {{"sort.name", "Sort by Name", SortKey::name, Qt::Key_1},
+                          {"sort.modified", "Sort by Date Modified", SortKey::modified, Qt::Key_2},
+                          {"sort.size", "Sort by Size", SortKey::size, Qt::Key_3},
+                          {"sort.kind", "Sort by Kind", SortKey::kind, Qt::Key_4}};
     for (const Sort& s : sorts) {
         const SortKey key = s.key;
-        list.append(make(s.id, s.title, "arrow.up.arrow.down", none(), "order arrange", [key](WindowState& w) { w.activePane()->sort(key); }));
+        list.append(make(s.id, s.title, "arrow.up.arrow.down", keys(Qt::CTRL | Qt::ALT | s.digit), "order arrange",
+                         [key](WindowState& w) { w.activePane()->sort(key); }));
     }
     return list;
 }

@@ -14,7 +14,7 @@ const QList<Group>& menus()
           "extract", "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab", "quit"}},
         {QStringLiteral("Edit"),
          {"cut", "copy", "paste", "moveHere", "duplicate", "rename", "toggleEditing", "-", "copyPath", "copyRelativePath", "copyContents", "copyDataURI", "-",
-          "selectAll", "selectNone", "invertSelection", "selectByPattern", "deselectByPattern", "-", "filter", "search", "saveSearch", "-",
+          "selectAll", "selectNone", "deselectOrCloseFilter", "invertSelection", "selectByPattern", "deselectByPattern", "-", "filter", "search", "saveSearch", "-",
           "customize"}},
         {QStringLiteral("View"),
          {"view.grid", "view.list", "view.columns", "view.table", "view.board", "view.calendar", "view.gallery", "view.tasks", "-", "sort.name", "sort.modified", "sort.size", "sort.kind", "groupByDate",

@@ -1,7 +1,9 @@
 #include "ui/pane/PaneKeys.h"
 
+#include "commands/CommandCatalog.h"
+#include "state/WindowState.h"
+
 #include <QKeyEvent>
-#include <optional>
 
 namespace orwick {
 
@@ -57,26 +59,29 @@ bool handleVimKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& conte
     return isTypeSelectText(event);
 }
 
-std::optional<ViewMode> viewModeForDigit(int key)
+// The window a pane belongs to (its tab's), if any.
+WindowState* windowOf(const PaneState& pane)
 {
-    switch (key) {
-    case Qt::Key_1: return ViewMode::grid;
-    case Qt::Key_2: return ViewMode::list;
-    case Qt::Key_3: return ViewMode::columns;
-    case Qt::Key_4: return ViewMode::table;
-    }
-    return std::nullopt;
+    for (QObject* above = pane.parent(); above; above = above->parent())
+        if (auto* window = qobject_cast<WindowState*>(above))
+            return window;
+    return nullptr;
 }
 
-std::optional<SortKey> sortKeyForDigit(int key)
+// A pane key of the catalogue (Return, Backspace, Esc): runs its command when it can run. The key
+// is the command's either way, so a view never acts on it besides.
+bool runPaneCommand(PaneState& pane, const QKeyEvent* event)
 {
-    switch (key) {
-    case Qt::Key_1: return SortKey::name;
-    case Qt::Key_2: return SortKey::modified;
-    case Qt::Key_3: return SortKey::size;
-    case Qt::Key_4: return SortKey::kind;
+    // The keypad's Enter is Enter, whatever the keypad flag says.
+    const QKeySequence key(QKeyCombination(event->modifiers() & ~Qt::KeypadModifier, Qt::Key(event->key())));
+    for (const AppCommand& command : CommandCatalog::fixed()) {
+        if (!command.paneShortcuts.contains(key))
+            continue;
+        if (WindowState* window = windowOf(pane))
+            CommandCatalog::run(command, *window);
+        return true;
     }
-    return std::nullopt;
+    return false;
 }
 
 } // namespace
@@ -89,20 +94,6 @@ bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& cont
     const bool alt = mods & Qt::AltModifier;
     const int rowStep = context.horizontalMoves ? std::max(1, pane.gridColumns()) : 1;
 
-    if (ctrl && !shift && !(mods & Qt::MetaModifier)) {
-        if (const auto mode = alt ? std::nullopt : viewModeForDigit(event->key())) {
-            pane.chooseViewMode(*mode);
-            return true;
-        }
-        if (const auto key = alt ? sortKeyForDigit(event->key()) : std::nullopt) {
-            pane.sort(*key);
-            return true;
-        }
-    }
-    if (event->key() == Qt::Key_G && ctrl && (mods & Qt::MetaModifier) && !alt && !shift) {
-        pane.setGroupByDate(!pane.groupByDate());
-        return true;
-    }
     if (pane.preferences() && pane.preferences()->vimKeys() && handleVimKey(pane, event, context))
         return true;
 
@@ -112,26 +103,14 @@ bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& cont
             pane.moveCursor(rowStep, shift);
             return true;
         }
-        if (ctrl && !shift) { // Ctrl+Down opens, like Return
-            pane.openSelection();
-            return true;
-        }
         break;
     case Qt::Key_Up:
         if (!ctrl && !alt) {
             pane.moveCursor(-rowStep, shift);
             return true;
         }
-        if ((alt || ctrl) && !shift) {
-            pane.goUp();
-            return true;
-        }
         break;
     case Qt::Key_Left:
-        if (alt && !ctrl) {
-            pane.goBack();
-            return true;
-        }
         if (context.horizontalMoves && !ctrl && !alt) {
             pane.moveCursor(-1, shift);
             return true;
@@ -142,10 +121,6 @@ bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& cont
         }
         break;
     case Qt::Key_Right:
-        if (alt && !ctrl) {
-            pane.goForward();
-            return true;
-        }
         if (context.horizontalMoves && !ctrl && !alt) {
             pane.moveCursor(1, shift);
             return true;
@@ -169,74 +144,11 @@ bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& cont
             return true;
         }
         break;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        if (!ctrl && !alt && !shift) {
-            pane.openSelection();
-            return true;
-        }
-        break;
-    case Qt::Key_Backspace:
-        if (mods == Qt::NoModifier) {
-            pane.goUp();
-            return true;
-        }
-        break;
-    case Qt::Key_BracketLeft:
-        if (ctrl && !alt) {
-            pane.goBack();
-            return true;
-        }
-        break;
-    case Qt::Key_BracketRight:
-        if (ctrl && !alt) {
-            pane.goForward();
-            return true;
-        }
-        break;
-    case Qt::Key_A:
-        if (ctrl && alt) {
-            pane.clearSelection();
-            return true;
-        }
-        if (ctrl && !shift) {
-            pane.selectAll();
-            return true;
-        }
-        break;
-    case Qt::Key_I:
-        if (ctrl && shift && !alt) {
-            pane.invertSelection();
-            return true;
-        }
-        break;
-    case Qt::Key_H:
-        if (ctrl && !shift && !alt) {
-            pane.setShowHidden(!pane.showHidden());
-            return true;
-        }
-        break;
-    case Qt::Key_Period:
-    case Qt::Key_Greater:
-        if (ctrl && shift) {
-            pane.setShowHidden(!pane.showHidden());
-            return true;
-        }
-        break;
-    case Qt::Key_Escape:
-        // First the selection goes, then an open filter closes (showing every row again).
-        if (!pane.selection().isEmpty()) {
-            pane.clearSelection();
-            return true;
-        }
-        if (pane.isFiltering()) {
-            pane.setFiltering(false);
-            return true;
-        }
-        break;
     default:
         break;
     }
+    if (runPaneCommand(pane, event))
+        return true;
     if (isTypeSelectText(event)) {
         pane.typeAhead(event->text());
         return true;

@@ -1,6 +1,9 @@
 #pragma once
-// The keys every view of a pane shares, so moving, extending, selecting, opening, history and
-// type-select work the same in the list, the table, the grid and the columns.
+// The keys every view of a pane shares, so moving, extending, type-select and the catalogue's
+// pane keys work the same in the list, the table, the grid and the columns. Only movement lives
+// here; every key that runs a command is the command catalogue's: its window keys are the
+// window's shortcuts, and its pane keys (Return, Backspace, Esc: AppCommand::paneShortcuts),
+// which fields and editors keep for themselves, are looked up here and run on the pane's window.
 
 #include "state/PaneState.h"
 
@@ -16,9 +19,11 @@ struct PaneKeyContext {
     bool* vimPendingG = nullptr; // the view's memory of a first "g" (for "gg")
 };
 
-// Acts on the key and returns true when it was one of the pane's. Besides moving and selecting:
-// Ctrl+1 grid, Ctrl+2 list, Ctrl+3 columns, Ctrl+4 table; Ctrl+Alt+1…4 sort by name, date
-// modified, size, kind; Ctrl+Meta+G groups by date; with "vimKeys" on, j k J K h l gg G.
+// Acts on the key and returns true when it was one of the pane's: arrows, Home, End, Page Up
+// and Page Down move the cursor (Shift extends the selection; in the grid Left and Right move
+// between tiles, in the columns they go out of and into folders), with "vimKeys" on j k J K h l
+// gg G move, printable text selects by name, and a pane key of the catalogue runs its command
+// (on the window the pane belongs to; a pane outside any window has none to run).
 bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& context);
 
 } // namespace orwick

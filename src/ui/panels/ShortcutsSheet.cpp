@@ -51,7 +51,7 @@ QString ShortcutsSheet::keysText(const AppCommand& command)
     QStringList keys;
     if (!command.shortcut.isEmpty())
         keys.append(keyText(command.shortcut));
-    for (const QKeySequence& key : command.otherShortcuts)
+    for (const QKeySequence& key : command.otherShortcuts + command.paneShortcuts)
         keys.append(keyText(key));
     return keys.join(QStringLiteral("  or  "));
 }

@@ -245,7 +245,7 @@ TEST_F(CatalogFixture, NoTwoCommandsShareAKey)
 {
     QHash<QKeySequence, QString> owner;
     for (const AppCommand& command : CommandCatalog::all(*window)) {
-        QList<QKeySequence> keys = command.otherShortcuts;
+        QList<QKeySequence> keys = command.otherShortcuts + command.paneShortcuts;
         if (!command.shortcut.isEmpty())
             keys.prepend(command.shortcut);
         for (const QKeySequence& key : keys) {
