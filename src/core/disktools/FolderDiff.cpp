@@ -1,10 +1,9 @@
 #include "disktools/FolderDiff.h"
 
-#include "disktools/FolderDiffPair.h"
+#include "disktools/FolderDiffContents.h"
 #include "disktools/FolderDiffWalk.h"
 #include "disktools/WalkPool.h"
 #include "platform/DirectoryReader.h"
-#include "platform/UniqueFd.h"
 
 #include <QHash>
 #include <QSet>
@@ -30,19 +29,14 @@ QByteArrayView parentOf(QByteArrayView path)
 // A key for the fold tables without copying the bytes (the tables copy it when they keep it).
 QByteArray borrowed(QByteArrayView bytes) { return QByteArray::fromRawData(bytes.data(), bytes.size()); }
 
-// Builds the entries from two sorted sides; byte comparisons are queued, not run.
+// Builds the entries from two sorted sides into `entries` (with room for one per item); file
+// pairs go to `checks`, which compares their bytes meanwhile.
 class Merger {
 public:
-    struct Pending {
-        size_t entry;
-        const SideItem* left;
-        const SideItem* right;
-    };
-
     // `leftRoot` and `rightRoot`: open descriptors of the two roots, for the sizes of files
     // listed alone on their side.
-    Merger(const Side& left, const Side& right, int leftRoot, int rightRoot)
-        : m_left(left), m_right(right), m_leftRoot(leftRoot), m_rightRoot(rightRoot)
+    Merger(const Side& left, const Side& right, int leftRoot, int rightRoot, std::vector<Entry>& entries, ContentChecks& checks)
+        : entries(entries), m_left(left), m_right(right), m_leftRoot(leftRoot), m_rightRoot(rightRoot), m_checks(checks)
     {
     }
 
@@ -51,8 +45,6 @@ public:
         size_t l = 0, r = 0;
         const auto& a = m_left.items;
         const auto& b = m_right.items;
-        // At most one entry per item: the entries are made where they stay.
-        entries.reserve(a.size() + b.size());
         while ((l < a.size() || r < b.size()) && !cancel.isCancelled()) {
             const int order = l >= a.size() ? 1 : r >= b.size() ? -1 : comparePaths(m_left.path(a[l]), m_right.path(b[r]));
             if (order < 0)
@@ -64,8 +56,7 @@ public:
         }
     }
 
-    std::vector<Entry> entries;
-    std::vector<Pending> pending;
+    std::vector<Entry>& entries;
 
 private:
     // True (and counted) when `item` lies in a folder already listed whole, or left out.
@@ -128,7 +119,7 @@ private:
         entry.isFolder = left.kind == Kind::folder;
         if (left.kind == Kind::file && right.kind == Kind::file) {
             entry.status = Status::same; // until comparePair says otherwise (it reads the sizes too)
-            pending.push_back({entries.size(), &left, &right});
+            m_checks.add(entries.size(), left);
             entries.push_back(std::move(entry));
             return;
         }
@@ -166,77 +157,10 @@ private:
     const Side& m_right;
     int m_leftRoot;
     int m_rightRoot;
+    ContentChecks& m_checks;
     QHash<QByteArray, size_t> m_foldedInto; // one-sided folders → the entry that lists them
     QSet<QByteArray> m_skipped;             // unreadable folders and what lies in them
 };
-
-// The byte comparisons, shared among the cores a folder at a time: the pending pairs come in
-// path order, so each folder's files are together; its two sides are opened once and each
-// file by its name in them, sparing the kernel a walk down the whole path per file.
-void compareContents(Merger& merger, const Side& leftSide, int leftRoot, int rightRoot, const CancelFlag& cancel)
-{
-    struct FolderRun {
-        size_t begin;
-        size_t end;
-        qsizetype nameStart; // where the names begin in these paths
-    };
-    std::vector<FolderRun> runs;
-    const auto& pending = merger.pending;
-    for (size_t i = 0; i < pending.size();) {
-        const QByteArrayView path = leftSide.path(*pending[i].left);
-        const qsizetype nameStart = path.lastIndexOf('/') + 1;
-        const QByteArrayView folder = path.first(nameStart);
-        size_t end = i + 1;
-        for (; end < pending.size(); ++end) {
-            const QByteArrayView next = leftSide.path(*pending[end].left);
-            if (!next.startsWith(folder) || next.sliced(nameStart).contains('/'))
-                break;
-        }
-        runs.push_back({i, end, nameStart});
-        i = end;
-    }
-    std::atomic<size_t> nextRun{0};
-    auto work = [&] {
-        for (size_t r; (r = nextRun.fetch_add(1)) < runs.size();) {
-            const FolderRun& run = runs[r];
-            const QByteArrayView first = leftSide.path(*pending[run.begin].left);
-            // A folder that can't be opened leaves -1: its pairs can't be read, so they are changed.
-            UniqueFd leftFolder, rightFolder;
-            if (run.nameStart > 0) {
-                const QByteArray folder = first.first(run.nameStart - 1).toByteArray();
-                constexpr int kFlags = O_PATH | O_DIRECTORY | O_CLOEXEC;
-                leftFolder = UniqueFd(openat(leftRoot, folder.constData(), kFlags));
-                rightFolder = UniqueFd(openat(rightRoot, folder.constData(), kFlags));
-            }
-            const int left = run.nameStart > 0 ? leftFolder.get() : leftRoot;
-            const int right = run.nameStart > 0 ? rightFolder.get() : rightRoot;
-            for (size_t i = run.begin; i < run.end; ++i) {
-                if (cancel.isCancelled())
-                    return;
-                const auto& job = pending[i];
-                const PairCheck check = comparePair(left, right, leftSide.pathText(*job.left) + run.nameStart, cancel);
-                Entry& entry = merger.entries[job.entry];
-                entry.leftSize = check.leftSize;
-                entry.rightSize = check.rightSize;
-                if (!check.same)
-                    entry.status = Status::changed;
-            }
-        }
-    };
-    // Threads of their own, each with its own table of descriptors: every pair is two opens and
-    // two closes, and threads sharing one table take turns at its lock for each (measured: 2% of
-    // the comparison spinning there on two cores). The roots' descriptors come along in the copy.
-    std::vector<std::thread> workers;
-    const int count = std::min<size_t>(diskWalkThreads(), runs.size());
-    for (int w = 0; w < count; ++w) {
-        workers.emplace_back([&work] {
-            unshare(CLONE_FILES); // where it can't, the shared table only costs some time
-            work();
-        });
-    }
-    for (std::thread& worker : workers)
-        worker.join();
-}
 
 } // namespace
 
@@ -285,20 +209,49 @@ Result compare(const FilePath& left, const FilePath& right, qint64 limit, const 
     Result result;
     if (problemWith(left, right))
         return result;
-    // Both sides at once: each walk is mostly waiting on the kernel.
-    Side leftSide;
-    std::thread other([&] { leftSide = walkSide(left, limit, cancel); });
-    Side rightSide = walkSide(right, limit, cancel);
-    other.join();
+    // The roots are opened first, so that every thread's table of descriptors has them.
+    const auto leftRoot = DirectoryHandle::open(left);
+    const auto rightRoot = DirectoryHandle::open(right);
+    const int leftFd = leftRoot ? leftRoot->fd() : -1;
+    const int rightFd = rightRoot ? rightRoot->fd() : -1;
+
+    // Both sides are walked at once. Then this thread merges them while the left side's thread
+    // (and one more per further core) compares the bytes of the pairs the merge hands on.
+    Side leftSide, rightSide;
+    std::atomic<bool> leftWalked{false};
+    std::atomic<ContentChecks*> checks{nullptr};
+    auto compareBytes = [&checks] {
+        checks.wait(nullptr);
+        // A table of descriptors of its own: every pair is two opens and two closes, and threads
+        // sharing a table take turns at its lock for each (measured: 2% of a comparison spinning
+        // there on two cores). Where it can't have one, the shared table only costs some time.
+        unshare(CLONE_FILES);
+        checks.load()->work();
+    };
+    std::vector<std::thread> workers;
+    workers.emplace_back([&] {
+        leftSide = walkSide(left, limit, cancel);
+        leftWalked.store(true);
+        leftWalked.notify_one();
+        compareBytes();
+    });
+    for (int extra = diskWalkThreads() - 2; extra > 0; --extra)
+        workers.emplace_back(compareBytes);
+    rightSide = walkSide(right, limit, cancel);
+    leftWalked.wait(false);
     result.isPartial = leftSide.isPartial || rightSide.isPartial;
 
-    const auto leftRoot = DirectoryHandle::open(leftSide.root);
-    const auto rightRoot = DirectoryHandle::open(rightSide.root);
-    Merger merger(leftSide, rightSide, leftRoot ? leftRoot->fd() : -1, rightRoot ? rightRoot->fd() : -1);
+    // Every entry is made in place (at most one per item), so the workers' entries never move.
+    result.entries.reserve(leftSide.items.size() + rightSide.items.size());
+    ContentChecks contents(leftSide, result.entries, leftFd, rightFd, std::min(leftSide.items.size(), rightSide.items.size()), cancel);
+    checks.store(&contents);
+    checks.notify_all();
+    Merger merger(leftSide, rightSide, leftFd, rightFd, result.entries, contents);
     merger.run(cancel);
-    if (!merger.pending.empty() && leftRoot && rightRoot)
-        compareContents(merger, leftSide, leftRoot->fd(), rightRoot->fd(), cancel);
-    result.entries = std::move(merger.entries);
+    contents.finish();
+    contents.work(); // this thread's table is shared with the rest of the program: left as it is
+    for (std::thread& worker : workers)
+        worker.join();
     return result;
 }
 
