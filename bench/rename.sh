@@ -47,8 +47,16 @@ for round in $(seq 1 "$rounds"); do
     timed perl "$work/p-$round" perlRenameRun; timed orwick "$work/o-$round" orwick
   fi
 done
-awk '{ sum[$1] += $2; n[$1]++ } END {
-  o = sum["orwick"] / n["orwick"]; p = sum["perl"] / n["perl"]
-  printf "rename %d files: orwick-cli %.0f ms, rename (perl) %.0f ms (means of %d)\n", '"$count"', o, p, n["perl"]
-  printf "ratio orwick-cli / rename: %.2f\n", o / p }' "$times"
+# Mean and median of each program's rounds, and the ratios of both.
+summary() { # name: "mean median" of that program's times
+  awk -v who="$1" '$1 == who { print $2 }' "$times" | sort -n | awk '{ t[++n] = $1; sum += $1 } END {
+    m = n % 2 ? t[(n + 1) / 2] : (t[n / 2] + t[n / 2 + 1]) / 2
+    printf "%.1f %.1f", sum / n, m }'
+}
+read -r orwickMean orwickMedian <<< "$(summary orwick)"
+read -r perlMean perlMedian <<< "$(summary perl)"
+echo "rename $count files over $rounds rounds: orwick-cli mean $orwickMean ms, median $orwickMedian ms;" \
+  "rename (perl) mean $perlMean ms, median $perlMedian ms"
+awk -v om="$orwickMean" -v pm="$perlMean" -v od="$orwickMedian" -v pd="$perlMedian" \
+  'BEGIN { printf "ratio orwick-cli / rename: %.2f (means), %.2f (medians)\n", om / pm, od / pd }'
 printf "  each run (ms):"; tr '\n' ' ' < "$times"; echo

@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QStringDecoder>
+#include <cstring>
 #include <unistd.h>
 
 namespace orwick {
@@ -191,12 +192,16 @@ FilePath FilePath::parent() const
 
 FilePath FilePath::child(QByteArrayView name) const
 {
-    QByteArray joined;
-    joined.reserve(m_bytes.size() + 1 + name.size()); // one allocation, however long the name
-    joined += m_bytes;
-    if (!isRoot())
-        joined += '/';
-    joined += name;
+    // One allocation, however long the name, filled in place: a batch joins thousands.
+    const bool root = isRoot();
+    QByteArray joined(m_bytes.size() + (root ? 0 : 1) + name.size(), Qt::Uninitialized);
+    char* out = joined.data();
+    std::memcpy(out, m_bytes.constData(), size_t(m_bytes.size()));
+    out += m_bytes.size();
+    if (!root)
+        *out++ = '/';
+    if (!name.isEmpty())
+        std::memcpy(out, name.data(), size_t(name.size()));
     if (isStandardized(joined))
         return FilePath(std::move(joined));
     return FilePath(standardize(joined));

@@ -217,11 +217,12 @@ QString BatchRenamer::replaced(const QString& name) const
     // Match after match from where the last one ended: the matches globalMatch finds while none
     // is empty, without the iterator's objects for each name. Stepping past an empty match takes
     // globalMatch's own rule, so a name with one goes through it.
-    QString result;
-    qsizetype last = 0;
     QRegularExpressionMatch match = m_expression.match(name);
     if (!match.hasMatch())
         return name;
+    QString result;
+    result.reserve(name.size() + 16);
+    qsizetype last = 0;
     for (; match.hasMatch(); match = m_expression.match(name, last)) {
         if (match.capturedLength() == 0)
             return replacedStepByStep(name);

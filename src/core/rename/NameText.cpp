@@ -59,6 +59,13 @@ void append(QString& text, char32_t codePoint)
 NameText NameText::fromBytes(QByteArrayView bytes)
 {
     NameText name;
+    bool ascii = true;
+    for (const char c : bytes)
+        ascii = ascii && static_cast<unsigned char>(c) < 0x80;
+    if (ascii) { // most names: one character for each byte
+        name.text = QString::fromLatin1(bytes);
+        return name;
+    }
     name.text.reserve(bytes.size());
     for (qsizetype at = 0; at < bytes.size();) {
         char32_t codePoint = 0;
