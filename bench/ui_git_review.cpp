@@ -1,8 +1,9 @@
 // Opening the review panel on a big repository: the time from opening the panel to its list of
-// changed files on screen, and from there to the first file's diff, against `git status` run
-// the way Orwick runs it (same arguments, same environment) on the same repository in the same
-// run. Each opening starts from a fresh Git (no status kept), as the first opening in a session.
-// Targets: the list within 1.2 × git status; the first diff within 50 ms after the list.
+// changed files on screen (the end of the list's first paint that shows them), and from there to
+// the first file's diff, against `git status` run the way Orwick runs it (same arguments, same
+// environment) on the same repository in the same run. Each opening starts from a fresh Git (no
+// status kept), as the first opening in a session. Targets: the list within 1.2 × git status; the
+// first diff within 50 ms after the list.
 //   bench_ui_git_review REPOSITORY   (needs a display; bench/git-review.sh runs it under Xvfb)
 
 #include "UiBenchTiming.h"
@@ -20,10 +21,34 @@
 #include <QMainWindow>
 #include <QTimer>
 #include <algorithm>
+#include <functional>
 #include <numeric>
 #include <cstdio>
 
 using namespace orwick;
+
+namespace {
+
+// Notes the first paint of `widget` once `ready` holds; `done` is read after the event loop
+// returns, so the paint has ended by then.
+class PaintWatch : public QObject {
+public:
+    PaintWatch(QWidget* widget, std::function<bool()> ready) : m_ready(std::move(ready)) { widget->installEventFilter(this); }
+    bool done = false;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint && m_ready())
+            done = true;
+        return false;
+    }
+
+private:
+    std::function<bool()> m_ready;
+};
+
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -43,7 +68,7 @@ int main(int argc, char** argv)
     window.show();
     waitFor([] { return false; }, 200);
 
-    std::vector<double> statusTimes, listTimes, diffTimes, builtTimes, statusInTimes;
+    std::vector<double> statusTimes, listTimes, diffTimes, builtTimes, statusInTimes, rowsTimes;
     int files = 0;
     for (int run = 0; run < kRuns; ++run) {
         // git status as Orwick runs it, just before each opening: both see the same machine.
@@ -69,11 +94,17 @@ int main(int argc, char** argv)
         });
         auto* panel = new GitReviewPanel(state, git, root, &window);
         const double builtAt = double(clock.nsecsElapsed()) / 1e6;
-        if (!waitIdly([&] { return !panel->fileList()->rows().isEmpty(); })) {
+        double rowsAt = 0;
+        PaintWatch painted(panel->fileList()->viewport(), [&] { return !panel->fileList()->rows().isEmpty(); });
+        if (!waitIdly([&] {
+                if (rowsAt == 0 && !panel->fileList()->rows().isEmpty())
+                    rowsAt = double(clock.nsecsElapsed()) / 1e6;
+                return painted.done;
+            })) {
             std::fprintf(stderr, "the list did not come\n");
             return 1;
         }
-        const double listAt = double(clock.nsecsElapsed()) / 1e6;
+        const double listAt = double(clock.nsecsElapsed()) / 1e6; // the first paint with rows has ended
         if (!waitIdly([&] { return panel->diffView()->rowCount() > 0; })) {
             std::fprintf(stderr, "the first diff did not come\n");
             return 1;
@@ -85,6 +116,7 @@ int main(int argc, char** argv)
             diffTimes.push_back(diffAt - listAt);
             builtTimes.push_back(builtAt);
             statusInTimes.push_back(statusAt);
+            rowsTimes.push_back(rowsAt);
         }
         panel->closeSheet();
         waitFor([] { return false; }, 100);
@@ -96,7 +128,8 @@ int main(int argc, char** argv)
     std::printf("  the list on screen          %7.1f ms   (mean %.1f ms)   list / git status = %.2f, means %.2f (target <= 1.20)\n",
                 list, mean(listTimes), list / status, mean(listTimes) / mean(statusTimes));
     std::printf("  the first diff after it     %7.1f ms   (mean %.1f ms; target <= 50 ms)\n", diff, mean(diffTimes));
-    std::printf("  where the list's time goes: panel built %.1f ms, status read in (Git::statusChanged) %.1f ms, rows shown %.1f ms\n",
-                median(builtTimes), median(statusInTimes), list);
+    std::printf("  where the list's time goes: panel built %.1f ms, status read in (Git::statusChanged) %.1f ms, rows in the list %.1f ms,"
+                " first paint with them ended %.1f ms\n",
+                median(builtTimes), median(statusInTimes), median(rowsTimes), list);
     return list <= 1.2 * status && diff <= 50 ? 0 : 1;
 }

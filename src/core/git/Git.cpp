@@ -95,31 +95,26 @@ void Git::apply(const FilePath& root, Result<RepoStatus> status)
     } else {
         m_repos.erase(kept);
     }
-    if (repoChanged)
-        rebuildMarks();
     if (repoChanged || failureChanged)
         Q_EMIT statusChanged(root);
-}
-
-void Git::rebuildMarks()
-{
-    m_marks.clear();
-    qsizetype count = 0;
-    for (const RepoStatus& status : std::as_const(m_repos))
-        count += status.foldersWithChanges.size() + status.changedPaths.size();
-    m_marks.reserve(count); // sized once: growing rehashes every path again
-    for (const RepoStatus& status : std::as_const(m_repos)) {
-        for (const FilePath& folder : status.foldersWithChanges)
-            m_marks[folder].changesBelow = true;
-        for (auto change = status.changedPaths.cbegin(); change != status.changedPaths.cend(); ++change)
-            m_marks[change.key()].change = change.value();
-    }
 }
 
 Git::RowMark Git::rowMark(const FilePath& path) const
 {
     ORWICK_ASSERT_GUI_THREAD();
-    return m_marks.value(path);
+    // The statuses are read as they are (no table of every repository's marks is made when one
+    // arrives: that would cost the GUI thread a hash of thousands of paths per status).
+    RowMark mark;
+    for (const RepoStatus& status : m_repos) {
+        if (!status.root.isAncestorOf(path))
+            continue;
+        if (!mark.change) {
+            if (const auto change = status.changedPaths.constFind(path); change != status.changedPaths.cend())
+                mark.change = *change;
+        }
+        mark.changesBelow = mark.changesBelow || status.foldersWithChanges.contains(path);
+    }
+    return mark;
 }
 
 IgnoredPaths Git::ignoredPaths(const FilePath& folder)

@@ -52,7 +52,8 @@ public:
     // True while a status read of the repository at `root` runs.
     bool isRefreshing(const FilePath& root) const;
 
-    // --- Rows: each answer is one hash lookup.
+    // --- Rows: each answer is a lookup in the status of each repository holding the path (one,
+    // unless repositories nest), in its changedPaths and foldersWithChanges.
     struct RowMark {
         std::optional<Change> change;  // the file's badge
         bool changesBelow = false;     // a folder on the way to a change
@@ -83,7 +84,6 @@ Q_SIGNALS:
 
 private:
     void apply(const FilePath& root, Result<RepoStatus> status);
-    void rebuildMarks();
 
     std::optional<FilePath> m_executable;
     QHash<FilePath, RepoStatus> m_repos;
@@ -92,7 +92,6 @@ private:
     bool m_hidesIgnored = false;
     QHash<FilePath, std::optional<FilePath>> m_roots;
     std::unordered_map<FilePath, TaskSlot> m_running;
-    QHash<FilePath, RowMark> m_marks; // every repository's badges and dots together
 };
 
 } // namespace orwick

@@ -152,6 +152,29 @@ TEST_F(GitStateTest, BadgesGoWhenTheRepositoryIsDeletedWhileShown)
     EXPECT_FALSE(git.isIgnored(repo.path("build/out")));
 }
 
+TEST_F(GitStateTest, TwoRepositoriesShowTheirBadgesTogetherAndEachGoesAlone)
+{
+    GitTestRepo other(tree, QStringLiteral("other"));
+    other.write("docs/b.txt", "b");
+    other.commitAll("one");
+    other.write("docs/b.txt", "changed");
+    repo.write("top.txt", "changed");
+    refreshAndSettle(repo.root());
+    git.refresh(other.root());
+    ASSERT_TRUE(waitUntil([&] { return !git.isRefreshing(other.root()); }));
+
+    EXPECT_EQ(git.badgeFor(repo.path("top.txt")), Change::modified);
+    EXPECT_EQ(git.badgeFor(other.path("docs/b.txt")), Change::modified);
+    EXPECT_TRUE(git.hasChangesBelow(other.path("docs")));
+
+    QDir(other.root().text()).removeRecursively();
+    git.refresh(other.root());
+    ASSERT_TRUE(waitUntil([&] { return !git.isRefreshing(other.root()); }));
+    EXPECT_FALSE(git.badgeFor(other.path("docs/b.txt")));
+    EXPECT_FALSE(git.hasChangesBelow(other.path("docs")));
+    EXPECT_EQ(git.badgeFor(repo.path("top.txt")), Change::modified);
+}
+
 TEST_F(GitStateTest, HidingIgnoredFilesIsRememberedAcrossStarts)
 {
     int toggles = 0;
