@@ -316,7 +316,10 @@ QList<AppCommand> buildFixed()
         make("up", "Enclosing Folder", "arrow.up", keys(C | Qt::Key_Up), "parent up", [](WindowState& w) { w.activePane()->goUp(); },
              [](const WindowState& w) { return !w.activePane()->url().isRoot() || w.activePane()->listing(); }),
         make("open", "Open", "arrow.down.right.square", keys(C | Qt::Key_Down), "", [](WindowState& w) { w.activePane()->openSelection(); },
-             [](const WindowState& w) { return !w.activePane()->selection().isEmpty(); }),
+             [](const WindowState& w) { // the selection, or the item under the cursor when none is selected
+                 const PaneState* pane = w.activePane();
+                 return !pane->selection().isEmpty() || (pane->cursor() && pane->item(*pane->cursor()));
+             }),
         withNote(make("openWith", "Open With…", "arrow.up.forward.app", none(), "application program app choose default handler mime type",
                       [](WindowState& w) { w.requestOpenWith(); }, cursorIsFile),
                  "Select a file to open"),

@@ -58,6 +58,7 @@ TEST_F(PaneKeyCommandsTest, EscapeDropsTheSelectionThenClosesTheFilter)
     EXPECT_TRUE(CommandCatalog::run("deselectOrCloseFilter", *window));
     EXPECT_TRUE(pane->selection().isEmpty());
     EXPECT_TRUE(pane->isFiltering()) << "the selection went first";
+    EXPECT_TRUE(CommandCatalog::find("open")->enabledIn(*window)) << "Return still opens the item under the cursor";
     EXPECT_TRUE(CommandCatalog::run("deselectOrCloseFilter", *window));
     EXPECT_FALSE(pane->isFiltering());
 }
