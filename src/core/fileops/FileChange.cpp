@@ -369,6 +369,7 @@ void ChangeRunner::redo(std::vector<FileChange>& changes)
 QList<FilePath> pathsTouched(const std::vector<FileChange>& changes)
 {
     QList<FilePath> paths;
+    paths.reserve(qsizetype(changes.size()) * 2); // a move touches two; a batch has thousands
     for (const FileChange& change : changes) {
         switch (change.kind) {
         case FileChange::Kind::trashed:
