@@ -6,6 +6,15 @@
 # orwick-cli works out the preview (every new name checked against the others and the disk) and
 # commits as one job of the engine: one rename per file (only names that wait for one another go
 # through a temporary name); rename renames each file once.
+#
+# Where orwick-cli's time goes (Release, 10,000 files, ~100 ms run on its own; strace and perf):
+#   start-up ~10 ms (orwick-cli hands rename on to orwick-cli-full, which loads ~60 libraries),
+#   arguments and one read of the folder ~7 ms, preview and the printed lines ~12 ms, the renames
+#   ~60 ms (10,000 renameat2: the same kernel work as rename's 10,000 rename(2), which also does
+#   a stat of each new name), the engine's report ~2 ms, the link scan after it (one read of the
+#   folder, no notes found) ~3.5 ms, exit ~3.5 ms. A temporary name for every file would double
+#   the renames: ~120 ms in the kernel alone, more than the whole of rename's run (~113 ms).
+# Both programs' times include the same subshell and the shell's expansion of the 10,000 names.
 #   bench/rename.sh BUILD_DIR
 # On disk, not in a memory file system: /var/tmp unless BENCH_TMPDIR says otherwise.
 BENCH_TMPDIR=${BENCH_TMPDIR:-/var/tmp}
