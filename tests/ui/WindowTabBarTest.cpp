@@ -1,10 +1,12 @@
-// The window's tab bar: tabs measured once per title lay out exactly as a QTabBar that measures
-// them every time (also after the current tab or the font changes), and setTabs() adds, removes
-// and retitles only where the window's tabs differ from the bar's.
+// The window's tab bar: tabs measured once per title, with close marks drawn by the bar, lay out
+// exactly as a closable QTabBar that measures them every time and has a button per tab (also
+// after the current tab or the font changes); a click on a close mark asks to close that tab and
+// nothing else; setTabs() adds, removes and retitles only where the window's tabs differ.
 
 #include "ui/tabs/WindowTabBar.h"
 
 #include <QApplication>
+#include <QMouseEvent>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
 
@@ -15,7 +17,7 @@ namespace {
 struct WindowTabBarTest : ::testing::Test {
     QWidget host;
     WindowTabBar* bar = nullptr;
-    QTabBar* plain = nullptr; // configured as WindowTabBar configures itself, measuring every time
+    QTabBar* plain = nullptr; // configured as WindowTabBar is, measuring every time, a button per tab
 
     void SetUp() override
     {
@@ -51,8 +53,10 @@ struct WindowTabBarTest : ::testing::Test {
     void expectSameLayout(const char* when)
     {
         ASSERT_EQ(bar->count(), plain->count()) << when;
-        for (int i = 0; i < bar->count(); ++i)
+        for (int i = 0; i < bar->count(); ++i) {
             EXPECT_EQ(bar->tabRect(i), plain->tabRect(i)) << when << ", tab " << i;
+            EXPECT_EQ(bar->closeRect(i), plain->tabButton(i, QTabBar::RightSide)->geometry()) << when << ", tab " << i;
+        }
         EXPECT_EQ(bar->sizeHint(), plain->sizeHint()) << when;
     }
 };
@@ -102,4 +106,37 @@ TEST_F(WindowTabBarTest, SetTabsChangesOnlyWhatDiffers)
     EXPECT_EQ(bar->tabText(1), QStringLiteral("B2"));
     EXPECT_EQ(bar->tabToolTip(1), QStringLiteral("/elsewhere/B2"));
     EXPECT_EQ(bar->tabText(0), QStringLiteral("A"));
+}
+
+namespace {
+
+void click(QWidget* widget, QPoint press, QPoint release)
+{
+    QMouseEvent down(QEvent::MouseButtonPress, press, widget->mapToGlobal(press), Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(widget, &down);
+    QMouseEvent up(QEvent::MouseButtonRelease, release, widget->mapToGlobal(release), Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+    QApplication::sendEvent(widget, &up);
+}
+
+} // namespace
+
+TEST_F(WindowTabBarTest, AClickOnACloseMarkAsksToCloseThatTabOnly)
+{
+    show({"A", "B", "C"});
+    bar->setCurrentIndex(0);
+    QList<int> closing;
+    QObject::connect(bar, &QTabBar::tabCloseRequested, [&closing](int index) { closing.append(index); });
+
+    const QPoint mark = bar->closeRect(2).center();
+    ASSERT_TRUE(bar->tabRect(2).contains(mark));
+    click(bar, mark, mark);
+    EXPECT_EQ(closing, QList<int>{2});
+    EXPECT_EQ(bar->currentIndex(), 0) << "the mark's tab isn't selected";
+
+    click(bar, bar->closeRect(1).center(), bar->tabRect(0).center());
+    EXPECT_EQ(closing, QList<int>{2}) << "a press taken off the mark before the release closes nothing";
+
+    click(bar, bar->tabRect(1).topLeft() + QPoint(3, 3), bar->tabRect(1).topLeft() + QPoint(3, 3));
+    EXPECT_EQ(bar->currentIndex(), 1);
+    EXPECT_EQ(closing, QList<int>{2}) << "a click beside the mark selects the tab";
 }
