@@ -3,9 +3,10 @@
 
 #include "fileops/LinkUpdater.h"
 #include "disktools/WalkPool.h"
+#include "fileops/NoteName.h"
+#include "files/PathParts.h"
 #include "notes/DailyNotes.h"
 #include "notes/NoteFile.h"
-#include "files/PathParts.h"
 #include "platform/ForEachEntry.h"
 
 #include <QHash>
@@ -20,27 +21,6 @@
 namespace orwick {
 
 namespace {
-
-// True when `name` ends in a Markdown extension (notefile::isNote's rule, letter case aside),
-// looked at in place: a folder of thousands of pictures makes no path or text of each name.
-bool isNoteName(const FilePath& folder, QByteArrayView name)
-{
-    const qsizetype dot = name.lastIndexOf('.');
-    if (dot <= 0 || dot == name.size() - 1)
-        return false;
-    const QByteArrayView extension = name.sliced(dot + 1);
-    char lower[8];
-    for (qsizetype i = 0; i < extension.size(); ++i) {
-        const char c = extension[i];
-        if (static_cast<unsigned char>(c) >= 0x80) // letter case beyond ASCII: the full rule
-            return notefile::isNote(folder.child(name));
-        if (i >= qsizetype(sizeof lower))
-            return false;
-        lower[i] = c >= 'A' && c <= 'Z' ? char(c | 0x20) : c;
-    }
-    const QByteArrayView lowered(lower, extension.size());
-    return lowered == "md" || lowered == "markdown" || lowered == "mdown" || lowered == "mkd" || lowered == "mdx";
-}
 
 // One folder's own entries, read once however many moved items it held and whatever asks (the
 // notes beside an item, the notes near it): its notes (the first kTreeLimit, hidden ones passed
@@ -58,7 +38,7 @@ FolderEntries readFolder(const FilePath& folder, const CancelFlag* cancel)
     forEachEntry(folder, cancel, [&](QByteArrayView name, unsigned char givenType) {
         const bool hidden = name.startsWith('.');
         if (givenType == DT_REG
-            && (hidden || entries.notes.size() >= LinkUpdater::kTreeLimit || !isNoteName(folder, name)))
+            && (hidden || entries.notes.size() >= LinkUpdater::kTreeLimit || !isNoteName(name)))
             return;
         if (givenType != DT_REG && givenType != DT_DIR && givenType != DT_UNKNOWN)
             return;
@@ -69,7 +49,7 @@ FolderEntries readFolder(const FilePath& folder, const CancelFlag* cancel)
             if (!hidden)
                 entries.subfolders.append(path);
         } else if (type == DT_REG && !hidden && entries.notes.size() < LinkUpdater::kTreeLimit
-                   && isNoteName(folder, name)) {
+                   && isNoteName(name)) {
             entries.notes.append(path);
         }
     });
@@ -101,7 +81,7 @@ void collect(const FilePath& folder, int depthLeft, int limit, QList<FilePath>& 
         if (name.startsWith('.'))
             continue;
         if (entry->d_type == DT_REG) {
-            if (isNoteName(folder, name))
+            if (isNoteName(name))
                 out.append(folder.child(name));
             continue;
         }
@@ -112,7 +92,7 @@ void collect(const FilePath& folder, int depthLeft, int limit, QList<FilePath>& 
         if (type == DT_DIR) {
             if (depthLeft > 1)
                 folders.append(path);
-        } else if (type == DT_REG && isNoteName(folder, name)) {
+        } else if (type == DT_REG && isNoteName(name)) {
             out.append(path);
         }
     }

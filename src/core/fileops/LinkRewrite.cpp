@@ -2,6 +2,8 @@
 // leaving code, URLs and links that still reach their target exactly as written.
 
 #include "fileops/LinkUpdater.h"
+#include "fileops/NoteName.h"
+#include "files/PathParts.h"
 #include "notes/LinkSyntax.h"
 #include "notes/NoteFile.h"
 
@@ -101,7 +103,7 @@ std::optional<QString> renamedWikiName(const QString& name, const QList<FileMove
         return out == name ? std::nullopt : std::optional<QString>(out);
     }
     for (const FileMove& move : moves) {
-        if (!notefile::isNote(move.from))
+        if (!isNoteName(nameOf(move.from))) // a batch of thousands of pictures passes here
             continue;
         bool fromExt = false;
         bool toExt = false;
