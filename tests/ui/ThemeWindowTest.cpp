@@ -6,6 +6,7 @@
 #include "theme/ThemeStore.h"
 #include "ui/panels/SettingsPanel.h"
 #include "ui/sidebar/Sidebar.h"
+#include "ui/tabs/WindowTabBar.h"
 #include "ui/theme/Theme.h"
 #include "WindowFixture.h"
 
@@ -66,6 +67,30 @@ struct ThemeWindowTest : WindowTest {
         return nullptr;
     }
 };
+
+TEST_F(ThemeWindowTest, TabCloseMarksAreThemedCrossesNotStockPictures)
+{
+    state->newTab();
+    QApplication::processEvents();
+    auto* tabs = qobject_cast<WindowTabBar*>(window->tabBar());
+    ASSERT_NE(tabs, nullptr);
+    ASSERT_EQ(tabs->count(), 2);
+    const QImage bar = tabs->grab().toImage();
+    for (int index = 0; index < tabs->count(); ++index) {
+        const QRect mark = tabs->closeRect(index);
+        ASSERT_FALSE(mark.isEmpty());
+        const QColor ground = bar.pixelColor(mark.topLeft());
+        int inked = 0, coloured = 0;
+        for (int y = mark.top(); y <= mark.bottom(); ++y)
+            for (int x = mark.left(); x <= mark.right(); ++x) {
+                const QColor c = bar.pixelColor(x, y);
+                inked += c != ground;
+                coloured += c.hsvSaturation() > 80; // the stock picture's red
+            }
+        EXPECT_GT(inked, 0) << "tab " << index << " shows a mark";
+        EXPECT_EQ(coloured, 0) << "tab " << index << " draws its cross in the theme's grey";
+    }
+}
 
 TEST_F(ThemeWindowTest, ThemeAndAppearanceCommandsRestyleTheOpenWindow)
 {

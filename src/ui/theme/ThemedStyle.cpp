@@ -96,6 +96,27 @@ void drawRadioButton(const QStyleOption& option, QPainter* painter)
     painter->restore();
 }
 
+// A tab's close mark: a thin cross in the dim text colour, the text colour on a soft round
+// ground under the pointer, instead of the stock picture that turns red on the current tab.
+void drawTabClose(const QStyleOption& option, QPainter* painter)
+{
+    const QRectF area = squareIn(option.rect);
+    const bool hovered = (option.state & QStyle::State_MouseOver) || (option.state & QStyle::State_Sunken);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (hovered) {
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(theme::hover());
+        painter->drawEllipse(area);
+    }
+    const qreal inset = area.width() * 0.32;
+    const QRectF cross = area.adjusted(inset, inset, -inset, -inset);
+    painter->setPen(QPen(hovered ? theme::text() : theme::dimText(), std::max(1.2, area.width() / 12.0), Qt::SolidLine, Qt::RoundCap));
+    painter->drawLine(cross.topLeft(), cross.bottomRight());
+    painter->drawLine(cross.topRight(), cross.bottomLeft());
+    painter->restore();
+}
+
 } // namespace
 
 // On the style the application was given (Fusion unless chosen otherwise), so only the boxes change.
@@ -110,6 +131,9 @@ void ThemedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
         return;
     case PE_IndicatorRadioButton:
         drawRadioButton(*option, painter);
+        return;
+    case PE_IndicatorTabClose:
+        drawTabClose(*option, painter);
         return;
     default:
         QProxyStyle::drawPrimitive(element, option, painter, widget);

@@ -7,7 +7,8 @@
 // nothing moves; colours are read when painting, so a new theme reaches every box at once.
 // Dialog buttons carry their words only: no stock tick and cross icons, whatever the desktop's
 // platform theme asks for; message boxes carry no stock question, warning or error picture
-// either (their title and words say what they ask, as the window's sheets do).
+// either (their title and words say what they ask, as the window's sheets do). A tab's close
+// mark is a thin cross in the theme's dim text colour, not the stock red picture.
 // A right-aligned column (sizes) keeps a gutter before the column after it: its cells' text
 // and its header's title both end columnGutter() short of the edge, so a size never runs into
 // the kind beside it and the title stays over its numbers.
