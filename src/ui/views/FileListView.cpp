@@ -142,20 +142,17 @@ void FileListView::fitColumns()
     const int modified = fit(QStringLiteral("Date Modified"), {"Yesterday 00:00", "30 Sep 2026 00:00"});
     const int size = fit(QStringLiteral("Size"), {"999.9 MB", "999 bytes"}) + ThemedStyle::columnGutter(rows);
     int kind = fit(QStringLiteral("Kind"), {"Markdown document"});
-    // A narrow pane: Name keeps a third of the width; Kind gives way first, then Date Modified,
-    // each down to its title's width and then out of sight until the pane is wider again.
+    // A narrow pane: Name keeps a third of the width; Kind gives way first, down to its title's
+    // width and then out of sight, then Date Modified leaves (a cut date tells nothing), until
+    // the pane is wider again.
     const int room = viewport()->width() - viewport()->width() / 3 - size;
     const int kindLeast = titles.horizontalAdvance(QStringLiteral("Kind")) + titlePadding;
-    const int dateLeast = titles.horizontalAdvance(QStringLiteral("Date")) + titlePadding;
-    int date = modified;
+    const int date = modified;
     bool showKind = true, showDate = true;
     if (date + kind > room) {
         kind = room - date;
-        if (kind < kindLeast) {
-            showKind = false;
-            date = std::min(date, room);
-            showDate = date >= dateLeast;
-        }
+        showKind = kind >= kindLeast;
+        showDate = date <= room;
     }
     m_fitting = true;
     head->setSectionHidden(FileListModel::KindColumn, !showKind);

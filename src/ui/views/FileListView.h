@@ -3,9 +3,9 @@
 // pane's selection and forwards keys and clicks to the pane; holds no selection of its own.
 //
 // Column widths follow the font: Date Modified fits the longest date, Size a size and Kind a
-// common kind. In a narrow pane Kind gives way first and then Date Modified (each down to its
-// title's width, then out of sight until the pane is wider), so that Name keeps a third of the
-// width and Size is never cut. Once the user drags a column's edge, the widths are
+// common kind. In a narrow pane Kind gives way first (down to its title's width, then out of
+// sight) and then Date Modified leaves whole, until the pane is wider: Name keeps a third of the
+// width and Size and dates are never cut. Once the user drags a column's edge, the widths are
 // theirs and the view leaves them alone.
 
 #include "ui/views/FileListModel.h"
