@@ -5,10 +5,17 @@
 #                            vs rsync -rcn --delete      (target: faster; checksum mode)
 # and checks that orwick-cli finds exactly the differences diff -rq finds.
 #   bench/compare.sh BUILD_DIR      (ORWICK_BENCH_RUNS; ORWICK_BENCH_FILES for a smaller tree)
-# Where the time goes (perf, 2 cores): the kernel's work per pair, the same as diff's (two opens,
-# two fstats, two reads, two closes; the copy into user space alone is ~32% of the samples). Ours
-# takes a little more CPU than diff in all (371 against 343 ms) and spreads it over both cores,
-# so with ~12 ms of start-up and the walk before the reads it lands near 0.6 × diff, not 0.5 ×.
+# Where the time goes (perf, 2 cores): nine tenths in the kernel, the same work per pair as
+# diff's (two opens, two fstats, two reads, two closes; the copy of the bytes into user space
+# alone is ~38% of the samples, the name lookups of the opens ~9%). orwick-cli takes a little
+# less CPU than diff in all (~300 against ~315 ms: no stat by path, one read per file, no
+# cancellation-point wrappers, no sort of the whole tree) and keeps both cores busy from start
+# to end: the two sides are walked at once, the bytes are compared while the merge goes on, and
+# each comparing thread has its own descriptor table, so opens and closes don't queue at a
+# shared lock. Its start-up is ~2 ms (the light orwick-cli). That lands it near 0.48 × diff;
+# the floor on two cores is half of diff's CPU, so the margin under 0.5 is small.
+# The cache is warm for every round: the machine pages out file pages that stay unused for
+# about 30 s, so the trees are read just before and hyperfine's warm-up round reads them again.
 here=$(dirname "$(realpath "$0")")
 source "$here/preamble.bash" "${1:-}" compare hyperfine diff rsync python3
 runs=${ORWICK_BENCH_RUNS:-5}

@@ -128,6 +128,37 @@ TEST(FolderDiff, WholePathsInByteOrderWhenNamesHoldBytesBelowTheSlash)
     EXPECT_EQ(entry(result, "a/y/z")->rightSize, 6);
 }
 
+TEST(FolderDiff, ManyFoldersEachPairClassedOnce)
+{
+    // Enough folders that the threads compare some while the merge is still making entries.
+    TwoSides sides;
+    int changed = 0, onlyLeft = 0;
+    for (int i = 0; i < 600; ++i) {
+        const QByteArray path = "f" + QByteArray::number(i / 4) + "/n" + QByteArray::number(i % 4);
+        const QByteArray content = "content of " + path;
+        sides.l(path.constData(), content);
+        if (i % 11 == 5) {
+            ++onlyLeft;
+            continue;
+        }
+        QByteArray other = content;
+        if (i % 7 == 3) {
+            other[other.size() - 1] = 'x'; // same size, last byte differs
+            ++changed;
+        }
+        sides.r(path.constData(), other);
+    }
+    const auto result = sides.compare();
+    EXPECT_EQ(result.count(FolderDiff::Status::changed), changed);
+    EXPECT_EQ(result.count(FolderDiff::Status::onlyLeft), onlyLeft);
+    EXPECT_EQ(result.count(FolderDiff::Status::same), 600 - changed - onlyLeft);
+    EXPECT_EQ(entry(result, "f0/n3")->status, FolderDiff::Status::changed);
+    EXPECT_EQ(entry(result, "f149/n0")->status, FolderDiff::Status::same);
+    EXPECT_EQ(entry(result, "f149/n0")->leftSize, entry(result, "f149/n0")->rightSize);
+    for (const Entry& e : result.entries)
+        EXPECT_TRUE(e.leftSize.has_value()) << e.path.constData();
+}
+
 TEST(FolderDiff, ReadingToCompareLeavesAccessTimesAlone)
 {
     TwoSides sides;
