@@ -24,6 +24,7 @@
 #include <QKeyEvent>
 #include <QMap>
 #include <QMetaEnum>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QTemporaryDir>
 #include <QThread>
@@ -148,7 +149,7 @@ bool waitFor(const std::function<bool()>& done, int timeoutMs = 10000)
 
 // With ORWICK_SLOW_EVENTS set, the GUI thread's events of each step that took over half a millisecond
 // (outermost ones, with their receiver) are kept, and those of the steps with the longest
-// frames printed: where a long frame went. ORWICK_SLOW_EVENTS=csv prints those of the first
+// frames printed with the widgets each step painted: where a long frame went. ORWICK_SLOW_EVENTS=csv prints those of the first
 // steps onto .csv files as well.
 class TimedApplication : public QApplication {
 public:
@@ -162,6 +163,10 @@ public:
         timer.start();
         ++m_depth;
         const QEvent::Type type = event->type();
+        if (type == QEvent::Paint && receiver->isWidgetType()) { // what each frame paints, by widget
+            const QRect area = static_cast<QPaintEvent*>(event)->rect();
+            stepPaints += QStringLiteral("%1 %2x%3").arg(QString::fromLatin1(receiver->metaObject()->className())).arg(area.width()).arg(area.height());
+        }
         const bool result = QApplication::notify(receiver, event);
         --m_depth;
         if (m_depth == 0 && timer.nsecsElapsed() > 500'000)
@@ -173,6 +178,7 @@ public:
     }
 
     QStringList stepEvents;
+    QStringList stepPaints;
 
 private:
     int m_depth = 0;
@@ -251,6 +257,7 @@ int main(int argc, char** argv)
         const qint64 stepCpu = threadCpuNs();
         stepLongest = 0;
         app.stepEvents.clear();
+        app.stepPaints.clear();
         QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
         QApplication::sendEvent(list, &down);
         QKeyEvent up(QEvent::KeyRelease, Qt::Key_Down, Qt::NoModifier);
@@ -273,7 +280,8 @@ int main(int argc, char** argv)
         latencies.push_back(ms);
         slowest.emplace_back(double(stepLongest) / 1e6, target.fileName());
         if (!app.stepEvents.isEmpty())
-            eventsOf[target.fileName()] = app.stepEvents.join(QStringLiteral("; "));
+            eventsOf[target.fileName()] = app.stepEvents.join(QStringLiteral("; ")) + QStringLiteral("\n      painted: ")
+                                          + app.stepPaints.join(QStringLiteral(", "));
         latest.emplace_back(ms, target.fileName());
         late += ms > 50;
     }
