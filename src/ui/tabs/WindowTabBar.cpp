@@ -101,8 +101,12 @@ void WindowTabBar::initStyleOption(QStyleOptionTab* option, int tabIndex) const
     QTabBar::initStyleOption(option, tabIndex);
     if (tabIndex < 0 || tabIndex >= count())
         return;
-    // The title is laid out beside the close mark, as the style lays it beside a tab button.
+    // The title is laid out beside the close mark, as the style lays it beside a tab button. A
+    // tab as wide as it asked to be shows its title whole; a narrower one shortens it there.
     option->rightButtonSize = closeSize();
+    const auto asked = m_sizes.constFind(keyFor(tabIndex, false));
+    if (asked != m_sizes.constEnd() && option->rect.width() >= asked->width())
+        return;
     const QRect text = style()->subElementRect(QStyle::SE_TabBarTabText, option, this);
     option->text = fontMetrics().elidedText(tabText(tabIndex), elideMode(), text.width(), Qt::TextShowMnemonic);
 }
@@ -113,8 +117,16 @@ QRect WindowTabBar::closeRect(int index) const
 {
     if (m_dragging || index < 0 || index >= count())
         return {};
+    // Where the style puts a tab's right button: it depends on the tab's place and state, not
+    // on its title, so no title is measured for it.
     QStyleOptionTab option;
-    initStyleOption(&option, index);
+    option.initFrom(this);
+    option.rect = tabRect(index);
+    option.shape = shape();
+    option.documentMode = documentMode();
+    option.rightButtonSize = closeSize();
+    if (index == currentIndex())
+        option.state |= QStyle::State_Selected;
     return style()->subElementRect(QStyle::SE_TabBarTabRightButton, &option, this);
 }
 
