@@ -6,7 +6,9 @@
 # main() to the painted rows of the front window's active pane (the selected tab's left pane
 # here, DIR there), the trace's quit closing the window through its close event in both.
 # A start varies by a few milliseconds either way, which is as much as the two kinds differ by:
-# 20 rounds by default, and the means as well as the medians.
+# 20 rounds by default, and the means as well as the medians. One untimed start of each kind goes
+# first: the first start on a fresh X server is slower (by about 3 ms on average here), and the rounds
+# begin with a restore, so without it that cost fell on the restore alone.
 #   bench/session-restore.sh BUILD_DIR     (SESSION_RESTORE_RUNS=N for another number of rounds)
 source "$(dirname "$(realpath "$0")")/preamble.bash" "${1:-}" session-restore xvfb-run python3
 orwick="$build/orwick"
@@ -40,15 +42,20 @@ start() {
     XDG_RUNTIME_DIR="$run" ORWICK_TRACE_STARTUP=quit "$orwick" "$@" 2>&1 |
     sed -n 's/^first rows shown after \([0-9]*\) ms, \([0-9]*\) items.*/\1 \2/p'
 }
+# One start of KIND (restore or single), printing "KIND MILLISECONDS ITEMS".
+one() {
+  if [ "$1" = restore ]; then
+    cp "$work/session.conf" "$work/restoring/.config/Orwick/Orwick.conf" # the last run saved over it
+    echo "restore $(start "$work/restoring")"
+  else
+    rm -f "$work/single/.config/Orwick/Orwick.conf"
+    echo "single $(start "$work/single" "$work/dirs/d1")"
+  fi
+}
+one restore >/dev/null; one single >/dev/null # untimed (see the top)
 for i in $(seq 1 "$runs"); do
   for kind in $( (( i % 2 )) && echo "restore single" || echo "single restore" ); do
-    if [ "$kind" = restore ]; then
-      cp "$work/session.conf" "$work/restoring/.config/Orwick/Orwick.conf" # the last run saved over it
-      echo "restore $(start "$work/restoring")"
-    else
-      rm -f "$work/single/.config/Orwick/Orwick.conf"
-      echo "single $(start "$work/single" "$work/dirs/d1")"
-    fi
+    one "$kind"
   done
 done
 INSIDE
