@@ -7,7 +7,10 @@
 #include "notes/LinkSyntax.h"
 #include "notes/NoteFile.h"
 
+#include <QHash>
 #include <QRegularExpression>
+#include <string_view>
+#include <unordered_map>
 
 namespace orwick {
 
@@ -18,6 +21,72 @@ using linksyntax::inCode;
 using linksyntax::Range;
 
 bool hasScheme(const QString& target) { return linksyntax::hasUrlScheme(target); }
+
+// The moves of one batch looked up by path instead of one after another, for batches large enough
+// that every link of every note scanning thousands of moves would cost more than the tables.
+constexpr qsizetype kIndexedMoves = 64;
+
+QString withoutNoteExtension(const QString& name, bool* hadExtension);
+
+// The first move (in the batch's order) from each path, to each path, and of each note whose
+// base name changes (by its old base, letter case folded). Each thread that rewrites notes for a
+// batch builds it once and keeps it until it rewrites for another batch; the batch's list is held
+// meanwhile, so its data can't come back as another list's.
+struct MoveIndex {
+    QList<FileMove> moves;
+    std::unordered_map<std::string_view, qsizetype> byFrom;
+    std::unordered_map<std::string_view, qsizetype> byTo;
+    QHash<QString, qsizetype> byNoteBase;
+};
+
+std::string_view viewOf(QByteArrayView bytes) { return {bytes.data(), size_t(bytes.size())}; }
+
+const MoveIndex& indexOf(const QList<FileMove>& moves)
+{
+    thread_local MoveIndex index;
+    if (index.moves.constData() == moves.constData() && index.moves.size() == moves.size())
+        return index;
+    index = {};
+    index.moves = moves;
+    index.byFrom.reserve(size_t(moves.size()));
+    index.byTo.reserve(size_t(moves.size()));
+    for (qsizetype i = 0; i < index.moves.size(); ++i) {
+        const FileMove& move = index.moves.at(i); // read only: the list stays shared with the batch's
+        index.byFrom.try_emplace(viewOf(move.from.native()), i);
+        index.byTo.try_emplace(viewOf(move.to.native()), i);
+        if (!isNoteName(nameOf(move.from)))
+            continue;
+        bool fromExt = false;
+        bool toExt = false;
+        const QString oldBase = withoutNoteExtension(move.from.fileName(), &fromExt);
+        if (oldBase != withoutNoteExtension(move.to.fileName(), &toExt))
+            if (const QString key = oldBase.toCaseFolded(); !index.byNoteBase.contains(key))
+                index.byNoteBase.insert(key, i);
+    }
+    return index;
+}
+
+// The first move whose path in `paths` is `path` or a folder above it; -1 for none.
+qsizetype firstMoveAbove(const std::unordered_map<std::string_view, qsizetype>& paths, const FilePath& path)
+{
+    qsizetype first = -1;
+    const auto look = [&](QByteArrayView candidate) {
+        if (const auto found = paths.find(viewOf(candidate)); found != paths.end() && (first < 0 || found->second < first))
+            first = found->second;
+    };
+    QByteArrayView at(path.native());
+    look(at);
+    while (at.size() > 1) {
+        const qsizetype slash = at.lastIndexOf('/');
+        if (slash < 0)
+            break;
+        at = slash == 0 ? QByteArrayView("/") : at.first(slash);
+        look(at);
+    }
+    if (!path.isEmpty())
+        look(QByteArrayView("")); // contains() takes an empty path for everything's ancestor
+    return first;
+}
 
 // The bytes of a path written into a link: as is in angle brackets; else with blanks,
 // parentheses, "%" and angle brackets encoded, or fully percent-encoded when the link was.
@@ -102,8 +171,17 @@ std::optional<QString> renamedWikiName(const QString& name, const QList<FileMove
             out.prepend(u'/');
         return out == name ? std::nullopt : std::optional<QString>(out);
     }
+    if (moves.size() >= kIndexedMoves) {
+        const MoveIndex& index = indexOf(moves);
+        const qsizetype found = index.byNoteBase.value(bare.toCaseFolded(), -1);
+        if (found < 0)
+            return std::nullopt;
+        const FileMove& move = index.moves[found];
+        bool toExt = false;
+        return hadExtension ? move.to.fileName() : withoutNoteExtension(move.to.fileName(), &toExt);
+    }
     for (const FileMove& move : moves) {
-        if (!isNoteName(nameOf(move.from))) // a batch of thousands of pictures passes here
+        if (!isNoteName(nameOf(move.from)))
             continue;
         bool fromExt = false;
         bool toExt = false;
@@ -177,6 +255,16 @@ QByteArray LinkUpdater::relativePath(const FilePath& folder, const FilePath& fil
 
 FilePath LinkUpdater::mapped(const FilePath& path, const QList<FileMove>& moves)
 {
+    if (moves.size() >= kIndexedMoves) {
+        const MoveIndex& index = indexOf(moves);
+        const qsizetype found = firstMoveAbove(index.byFrom, path);
+        if (found < 0)
+            return path;
+        const FileMove& move = index.moves[found];
+        if (move.from == path)
+            return move.to;
+        return FilePath::fromNative(move.to.native() + path.native().mid(move.from.native().size()));
+    }
     for (const FileMove& move : moves) {
         if (move.from == path)
             return move.to;
@@ -188,6 +276,16 @@ FilePath LinkUpdater::mapped(const FilePath& path, const QList<FileMove>& moves)
 
 FilePath LinkUpdater::unmapped(const FilePath& path, const QList<FileMove>& moves)
 {
+    if (moves.size() >= kIndexedMoves) {
+        const MoveIndex& index = indexOf(moves);
+        const qsizetype found = firstMoveAbove(index.byTo, path);
+        if (found < 0)
+            return path;
+        const FileMove& move = index.moves[found];
+        if (move.to == path)
+            return move.from;
+        return FilePath::fromNative(move.from.native() + path.native().mid(move.to.native().size()));
+    }
     for (const FileMove& move : moves) {
         if (move.to == path)
             return move.from;

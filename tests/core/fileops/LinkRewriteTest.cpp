@@ -13,6 +13,19 @@ namespace {
 
 FilePath at(const char* path) { return FilePath::fromNative(path); }
 
+// `moves` after enough moves elsewhere (pictures and notes of another folder) that the rewrite
+// looks the moves up by path instead of one after another: it must give what the few give.
+QList<FileMove> amongMany(const QList<FileMove>& moves)
+{
+    QList<FileMove> many;
+    for (int i = 0; i < 100; ++i) {
+        const QByteArray n = QByteArray::number(i);
+        many.append({FilePath::fromNative("/elsewhere/IMG_" + n + ".jpg"), FilePath::fromNative("/elsewhere/photo-" + n + ".jpg")});
+        many.append({FilePath::fromNative("/elsewhere/note " + n + ".md"), FilePath::fromNative("/elsewhere/renamed " + n + ".md")});
+    }
+    return many + moves;
+}
+
 TEST(LinkRewrite, RelativePathClimbsWithDotDotSteps)
 {
     EXPECT_EQ(LinkUpdater::relativePath(at("/v/a"), at("/v/a.md")), "../a.md");
@@ -65,7 +78,28 @@ TEST(LinkRewrite, TextAfterOneMove)
         SCOPED_TRACE(row.text.toStdString());
         const QList<FileMove> moves{{at(row.from), at(row.to)}};
         EXPECT_EQ(LinkUpdater::rewrite(row.text, at(row.note), at(row.movedTo), moves, at("/v")), row.expected);
+        EXPECT_EQ(LinkUpdater::rewrite(row.text, at(row.note), at(row.movedTo), amongMany(moves), at("/v")), row.expected)
+            << "among many moves";
     }
+}
+
+TEST(LinkRewrite, TheFirstMoveThatConcernsAPathWins)
+{
+    const QString text = QStringLiteral("[a](f/a.md) [[Note]] [n](Note.md)");
+    const QList<FileMove> folderFirst{{at("/v/f"), at("/v/g")}, {at("/v/f/a.md"), at("/v/z.md")},
+                                      {at("/v/Note.md"), at("/v/First.md")}, {at("/v/Note.md"), at("/v/Second.md")}};
+    const QList<FileMove> itemFirst{{at("/v/f/a.md"), at("/v/z.md")}, {at("/v/f"), at("/v/g")},
+                                    {at("/v/Note.md"), at("/v/Second.md")}, {at("/v/Note.md"), at("/v/First.md")}};
+    for (const QList<FileMove>& moves : {folderFirst, amongMany(folderFirst)})
+        EXPECT_EQ(LinkUpdater::rewrite(text, at("/v/n.md"), at("/v/n.md"), moves, at("/v")),
+                  QStringLiteral("[a](g/a.md) [[First]] [n](First.md)"));
+    for (const QList<FileMove>& moves : {itemFirst, amongMany(itemFirst)})
+        EXPECT_EQ(LinkUpdater::rewrite(text, at("/v/n.md"), at("/v/n.md"), moves, at("/v")),
+                  QStringLiteral("[a](z.md) [[Second]] [n](Second.md)"));
+    // Where a note was and is: the first move to it.
+    EXPECT_EQ(LinkUpdater::unmapped(at("/v/g/a.md"), amongMany(folderFirst)), at("/v/f/a.md"));
+    EXPECT_EQ(LinkUpdater::mapped(at("/v/f/b/c.md"), amongMany(folderFirst)), at("/v/g/b/c.md"));
+    EXPECT_EQ(LinkUpdater::mapped(at("/v/fx/c.md"), amongMany(folderFirst)), at("/v/fx/c.md"));
 }
 
 TEST(LinkRewrite, BytesKeepByteOrderMarkAndLineEnds)
