@@ -1,3 +1,4 @@
+#!/usr/bin/env bash
 # Reading a repository's git status: `orwick-cli status` against `git status` itself, in the same
 # run, on a generated repository of 20,000 tracked files (2,000 modified), 500 untracked files and
 # an ignored folder of 5,000 files. Git runs with the arguments and the environment Orwick gives
@@ -32,21 +33,33 @@ orwickGit=("$(command -v git)" -C "$repo" -c core.quotepath=off status --porcela
 
 printf -v gitCommand '%q ' "${orwickGit[@]}" # quoted, as hyperfine splits it like a shell
 
-# round NAME: times both and prints the ratios.
+# round NAME: times both in five rounds of hyperfine and prints each round's times and ratios,
+# then the mean and the median of the five rounds' ratios.
 round() {
-  local csv="$work/times-$1.csv"
-  hyperfine --shell=none --output=pipe --warmup 5 --runs 60 --export-csv "$csv" \
-    --command-name git "$gitCommand" \
-    --command-name orwick-cli "$cli status $repo" >/dev/null
+  local r csvs=()
+  for r in 1 2 3 4 5; do
+    csvs+=("$work/times-$1-$r.csv")
+    hyperfine --shell=none --output=pipe --warmup 5 --runs 30 --export-csv "${csvs[-1]}" \
+      --command-name git "$gitCommand" \
+      --command-name orwick-cli "$cli status $repo" >/dev/null
+  done
   # command,mean,stddev,median,user,system,min,max
   awk -F, -v name="$1" '
-    $1 == "git" { gMean = $2; gMedian = $4; gMin = $7; gCpu = $5 + $6 }
-    $1 == "orwick-cli" { oMean = $2; oMedian = $4; oMin = $7; oCpu = $5 + $6 }
+    FNR == 1 { ++r }
+    $1 == "git" { gMean[r] = $2; gMedian[r] = $4 }
+    $1 == "orwick-cli" { oMean[r] = $2; oMedian[r] = $4 }
     END {
-      printf "%s: git status %.1f ms, orwick-cli status %.1f ms (means)\n", name, gMean * 1000, oMean * 1000
-      printf "%s: ratio orwick-cli / git: %.3f (mean), %.3f (median), %.3f (fastest run), %.3f (CPU time); target <= 1.05\n",
-             name, oMean / gMean, oMedian / gMedian, oMin / gMin, oCpu / gCpu
-    }' "$csv"
+      for (i = 1; i <= r; ++i) {
+        printf "%s, round %d: git %.1f ms mean / %.1f ms median, orwick-cli %.1f / %.1f ms; ratio %.3f (mean), %.3f (median)\n",
+               name, i, gMean[i] * 1000, gMedian[i] * 1000, oMean[i] * 1000, oMedian[i] * 1000, oMean[i] / gMean[i], oMedian[i] / gMedian[i]
+        ratios[i] = oMean[i] / gMean[i]; sum += ratios[i]
+      }
+      n = r
+      for (i = 2; i <= n; ++i) # sorted in place (mawk has no asort)
+        for (j = i; j > 1 && ratios[j - 1] > ratios[j]; --j) { t = ratios[j]; ratios[j] = ratios[j - 1]; ratios[j - 1] = t }
+      middle = n % 2 ? ratios[(n + 1) / 2] : (ratios[n / 2] + ratios[n / 2 + 1]) / 2
+      printf "%s: ratio orwick-cli / git over %d rounds: %.3f (mean), %.3f (median); target <= 1.05\n", name, n, sum / n, middle
+    }' "${csvs[@]}"
 }
 
 # orwick-cli's own start (loading Qt and the libraries the core links) is part of every run above.
@@ -55,13 +68,28 @@ awk -F, '$1 == "start" { printf "orwick-cli start-up alone (--version): %.1f ms 
 
 round "as made"
 
-# Orwick asks for the ignored files in the same call (the window dims or hides them), and git
-# doesn't use its untracked cache while it lists ignored files: this round shows that the setting
-# costs neither side anything, not a gain for either.
+# With core.untrackedCache both sides run the same command, --ignored included. Why that is the
+# fair comparison, and what a user gets:
+# - The window needs the ignored paths in the same read (it dims or hides them), and git refuses
+#   its untracked cache while it collects ignored files (dir.c), so git itself, asked Orwick's
+#   question, gains nothing from the setting; neither does Orwick. Comparing our --ignored read
+#   with plain `git status` would compare two different questions.
+# - What a split read could give: plain `status` using the cache for the untracked files, beside
+#   `ls-files -o -i --exclude-standard --directory` for the ignored ones, run at the same time. On
+#   this repository with the cache: status --ignored ~26 ms, plain status ~17 ms, that ls-files
+#   ~8 ms, so ~17-19 ms on two cores (and twice the processes without the cache, where it gains
+#   nothing). It isn't done: ls-files doesn't give status's entries (it lists an ignored folder's
+#   files beside the folder, e.g. "onlyign/" and "onlyign/x.o", where status prints the folder
+#   alone), so a filter would have to be proved equal on ignored folders, ignored files in
+#   untracked folders and negated patterns first. The reference line below shows the gap.
 git -C "$repo" config core.untrackedCache true
 git -C "$repo" update-index --untracked-cache
-git -C "$repo" status >/dev/null # fills the cache once, as a developer's git would have
+# Fills the cache once, as a developer's git would have (this one may write the index).
+GIT_OPTIONAL_LOCKS=1 git -C "$repo" status >/dev/null
 round "core.untrackedCache"
+hyperfine --shell=none --output=pipe --warmup 5 --runs 30 --export-csv "$work/plain.csv" \
+  --command-name plain "$(command -v git) -C $repo -c core.quotepath=off status --porcelain=v1 -z -b" >/dev/null
+awk -F, '$1 == "plain" { printf "core.untrackedCache: for reference, not the target: git status without --ignored (uses the cache) %.1f ms (mean)\n", $2 * 1000 }' "$work/plain.csv"
 git -C "$repo" config --unset core.untrackedCache
 git -C "$repo" update-index --no-untracked-cache
 
@@ -69,7 +97,7 @@ git -C "$repo" update-index --no-untracked-cache
 
 if git -C "$repo" fsmonitor--daemon start >/dev/null 2>&1; then
   git -C "$repo" config core.fsmonitor true
-  git -C "$repo" status >/dev/null
+  GIT_OPTIONAL_LOCKS=1 git -C "$repo" status >/dev/null
   round "core.fsmonitor"
   git -C "$repo" fsmonitor--daemon stop >/dev/null 2>&1 || true
 else

@@ -122,6 +122,9 @@ void ReviewFileList::setRows(QList<ReviewRow> rows)
         setCurrentIndex(m_model.index(row));
         scrollTo(currentIndex());
     }
+    // The rows go on screen now, before what follows them (the diff, the header, the rest of
+    // the window's repaint): they are what is waited for.
+    viewport()->repaint();
     Q_EMIT currentRowChanged();
 }
 

@@ -19,6 +19,8 @@ class ReviewFileModel : public QAbstractListModel {
     Q_OBJECT
 public:
     using QAbstractListModel::QAbstractListModel;
+    // Shows `rows`, keeping the cursor on the same file where it can, and paints them at once
+    // (when shown); then emits currentRowChanged().
     void setRows(QList<ReviewRow> rows);
     const QList<ReviewRow>& rows() const { return m_rows; }
     int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : int(m_rows.size()); }
@@ -34,6 +36,8 @@ class ReviewFileList : public QListView {
 public:
     explicit ReviewFileList(QWidget* parent = nullptr);
 
+    // Shows `rows`, keeping the cursor on the same file where it can, and paints them at once
+    // (when shown); then emits currentRowChanged().
     void setRows(QList<ReviewRow> rows);
     const QList<ReviewRow>& rows() const { return m_model.rows(); }
     // The file row under the cursor; null when there is none.
