@@ -58,8 +58,12 @@ int status(const Arguments& arguments)
     text += ", ahead " + QByteArray::number(status->ahead) + ", behind " + QByteArray::number(status->behind) + '\n';
     if (status->operation)
         text += status->operation->toUtf8() + '\n';
+    QByteArray names[6]; // each kind's name, converted once
+    for (int kind = 0; kind < 6; ++kind)
+        names[kind] = changeName(Change(kind)).toLatin1();
+    text.reserve(text.size() + status->files.size() * 64);
     for (const RepoStatus::File& file : status->files) {
-        text += changeName(file.change).toLatin1();
+        text += names[int(file.change)];
         text += file.isStaged ? "\tstaged" : "\t-";
         text += file.hasUnstaged ? "\tunstaged\t" : "\t-\t";
         text += file.nativePath.isEmpty() ? file.path.toUtf8() : file.nativePath; // the name as on disk
