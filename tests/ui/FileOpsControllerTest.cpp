@@ -9,8 +9,11 @@
 
 #include <QClipboard>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QUndoStack>
 
 using namespace orwick;
 using test::waitUntil;
@@ -54,6 +57,18 @@ TEST_F(FileOpsWindowTest, DeleteTrashesAndCtrlZPutsBack)
     settle();
     EXPECT_FALSE(test::exists(file));
     EXPECT_EQ(toast(), QStringLiteral("Moved old.txt to the Trash"));
+    // The Edit menu's Undo (the catalogue's command, Ctrl+Z its key) names the step it undoes.
+    QMenu* edit = nullptr;
+    for (QAction* top : window->menuBar()->actions())
+        if (top->text() == QStringLiteral("&Edit"))
+            edit = top->menu();
+    ASSERT_NE(edit, nullptr);
+    Q_EMIT edit->aboutToShow();
+    ASSERT_FALSE(edit->actions().isEmpty());
+    EXPECT_EQ(edit->actions().first()->text(), QStringLiteral("Undo ") + state->undoStack()->undoText());
+    EXPECT_FALSE(state->undoStack()->undoText().isEmpty());
+    EXPECT_EQ(edit->actions().first()->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Z));
+    Q_EMIT edit->aboutToHide();
     press(Qt::Key_Z, Qt::ControlModifier);
     settle();
     EXPECT_EQ(test::readAll(file), "o");

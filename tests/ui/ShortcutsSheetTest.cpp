@@ -55,6 +55,7 @@ TEST_F(ShortcutsSheetTest, F1ListsEveryCommandWithAllItsKeysUnderTheMenusHeading
     EXPECT_EQ(shown.value("selectByPattern"), "Ctrl++  or  Num++");
     EXPECT_EQ(shown.value("keyboardShortcuts"), "F1  or  Ctrl+?");
     EXPECT_EQ(shown.value("undo"), "Ctrl+Z");
+    EXPECT_EQ(shown.value("redo"), "Ctrl+Shift+Z");
     EXPECT_EQ(shown.value("previousTab"), "Ctrl+Shift+Tab");
     EXPECT_TRUE(shown.contains("openWith"));
     // One owner of keys: each command of the catalogue is listed, with exactly its keys.

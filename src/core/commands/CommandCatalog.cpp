@@ -20,6 +20,7 @@
 #include "terminal/TerminalActions.h"
 
 #include <QCoreApplication>
+#include <QUndoStack>
 
 namespace orwick::CommandCatalog {
 
@@ -270,6 +271,10 @@ QList<AppCommand> buildFixed()
              test(&FileActions::canCompress)),
         make("extract", "Extract Here", "archivebox.circle", none(), "unzip decompress expand untar", files(&FileActions::extractSelection),
              test(&FileActions::canExtract)),
+        make("undo", "Undo", "arrow.uturn.backward", keys(C | Qt::Key_Z), "revert back step", [](WindowState& w) { w.undoStack()->undo(); },
+             [](const WindowState& w) { return w.undoStack()->canUndo(); }),
+        make("redo", "Redo", "arrow.uturn.forward", keys(C | S | Qt::Key_Z), "again repeat step", [](WindowState& w) { w.undoStack()->redo(); },
+             [](const WindowState& w) { return w.undoStack()->canRedo(); }),
         make("cut", "Cut", "scissors", keys(C | Qt::Key_X), "move", [](WindowState& w) { w.files().copySelection(true); }, onSelection),
         make("copy", "Copy", "doc.on.doc", keys(C | Qt::Key_C), "", [](WindowState& w) { w.files().copySelection(false); }, onSelection),
         withNote(make("copyImage", "Copy Image", "photo.on.rectangle", keys(C | M | Qt::Key_C), "picture clipboard figma paste pixels",

@@ -45,6 +45,7 @@ public:
     PaneState* activePane() const { return selectedTab()->activePane(); }
     const QList<FilePath>& closedTabURLs() const { return m_closedTabURLs; }
     QUndoStack* undoStack() { return &m_undoStack; }
+    const QUndoStack* undoStack() const { return &m_undoStack; }
     ViewPreferences* preferences() const { return m_preferences; }
 
     // --- Session

@@ -26,24 +26,6 @@ QString keyText(const QKeySequence& key)
     return key.toString(QKeySequence::NativeText).replace(QStringLiteral("Backtab"), QStringLiteral("Tab"));
 }
 
-// Undo and Redo belong to the window's undo stack rather than to the catalogue; they are listed
-// under Edit all the same.
-QList<AppCommand> undoCommands()
-{
-    AppCommand undo;
-    undo.id = QStringLiteral("undo");
-    undo.title = QStringLiteral("Undo");
-    undo.shortcut = QKeySequence(Qt::CTRL | Qt::Key_Z);
-    undo.keywords = QStringLiteral("revert back step");
-    AppCommand redo;
-    redo.id = QStringLiteral("redo");
-    redo.title = QStringLiteral("Redo");
-    redo.shortcut = QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
-    redo.otherShortcuts = {QKeySequence(Qt::CTRL | Qt::Key_Y)};
-    redo.keywords = QStringLiteral("again repeat step");
-    return {undo, redo};
-}
-
 } // namespace
 
 QString ShortcutsSheet::keysText(const AppCommand& command)
@@ -83,22 +65,8 @@ ShortcutsSheet::ShortcutsSheet(WindowState& state, QWidget* window)
 
 void ShortcutsSheet::fill()
 {
-    QList<AppCommand> commands = CommandCatalog::all(m_state);
-    commands = undoCommands() + commands; // "Undo" and "Redo" open the Edit group, as in its menu
     QStringList titles;
-    const QList<QList<AppCommand>> groups = CommandGroups::grouped(commands, &titles);
-    // The Edit menu doesn't name Undo and Redo (they come from the undo stack): move them there.
-    QList<QList<AppCommand>> placed = groups;
-    const qsizetype edit = titles.indexOf(QStringLiteral("Edit")), more = titles.indexOf(QStringLiteral("More"));
-    if (edit >= 0 && more >= 0) {
-        qsizetype at = 0;
-        for (const AppCommand& undoOrRedo : undoCommands())
-            for (qsizetype i = 0; i < placed[more].size(); ++i)
-                if (placed[more][i].id == undoOrRedo.id) {
-                    placed[edit].insert(at++, placed[more].takeAt(i));
-                    break;
-                }
-    }
+    const QList<QList<AppCommand>> placed = CommandGroups::grouped(CommandCatalog::all(m_state), &titles);
     QFont bold = m_list->font();
     bold.setBold(true);
     for (qsizetype g = 0; g < placed.size(); ++g) {

@@ -40,7 +40,7 @@ QIcon commandIcon(const QString& symbol)
         {"rectangle.split.3x1", "view-split-left-right"}, {"rectangle.split.2x1", "view-split-left-right"},
         {"chart.pie", "drive-harddisk"}, {"square.on.square", "edit-copy"}, {"sparkles", "edit-clear"},
         {"magnifyingglass", "edit-find"}, {"text.magnifyingglass", "edit-find"}, {"plus.magnifyingglass", "zoom-in"},
-        {"minus.magnifyingglass", "zoom-out"}, {"arrow.uturn.backward", "edit-undo"}, {"network", "network-server"},
+        {"minus.magnifyingglass", "zoom-out"}, {"arrow.uturn.backward", "edit-undo"}, {"arrow.uturn.forward", "edit-redo"}, {"network", "network-server"},
         {"arrow.right.doc.on.clipboard", "edit-copy"}, {"arrow.right.square", "go-next"}, {"archivebox.circle", "package-x-generic"},
         {"arrow.down.doc", "edit-paste"}, {"tray.2", "view-sort-ascending"}, {"folder.badge.gearshape", "folder"},
         {"photo", "image-x-generic"}, {"photo.on.rectangle", "image-x-generic"}};
@@ -55,6 +55,16 @@ QString menuText(const AppCommand& command)
     const QString title = command.title.startsWith(QLatin1StringView("Image: ")) ? command.title.mid(7) : command.title;
     return literalText(title);
 }
+
+// Undo and Redo name what they would undo ("Undo Rename"), as the undo stack words it.
+QString shownText(const AppCommand& command, const WindowState& state)
+{
+    if (command.id == QLatin1StringView("undo") && state.undoStack()->canUndo())
+        return literalText(command.title + QLatin1Char(' ') + state.undoStack()->undoText());
+    if (command.id == QLatin1StringView("redo") && state.undoStack()->canRedo())
+        return literalText(command.title + QLatin1Char(' ') + state.undoStack()->redoText());
+    return menuText(command);
+}
 } // namespace
 
 CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
@@ -68,16 +78,6 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     QMenu* file = menu("File");
     TagsMenu::addShortcuts(window, state);
     file->insertMenu(action(QStringLiteral("getInfo")), TagsMenu::addTo(file, window, state));
-    QMenu* edit = menu("Edit");
-    // Undo and Redo come from the window's undo stack, named by what they would undo.
-    QAction* undo = state->undoStack()->createUndoAction(edit, QStringLiteral("Undo"));
-    undo->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z));
-    QAction* redo = state->undoStack()->createRedoAction(edit, QStringLiteral("Redo"));
-    redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
-    const QList<QAction*> first = edit->actions();
-    edit->insertAction(first.isEmpty() ? nullptr : first.first(), undo);
-    edit->insertAction(first.isEmpty() ? nullptr : first.first(), redo);
-    edit->insertSeparator(first.isEmpty() ? nullptr : first.first());
 
     QMenu* view = menu("View");
     view->addSeparator();
@@ -145,8 +145,8 @@ void CommandMenus::refresh(QMenu* menu)
         const AppCommand* command = CommandCatalog::find(id);
         a->setProperty("fromCatalogue", true);
         a->setEnabled(command && command->enabledIn(*m_state));
-        if (command && a->text() != menuText(*command)) // "Open in …" follows the chosen program
-            a->setText(menuText(*command));
+        if (command && a->text() != shownText(*command, *m_state)) // "Open in …" follows the chosen program
+            a->setText(shownText(*command, *m_state));
         if (command && command->isChecked) { // "Hide Git-Ignored Files" shows whether they are hidden
             a->setCheckable(true);
             a->setChecked(command->isChecked(*m_state));
