@@ -3,6 +3,7 @@
 #include "notes/FileProperties.h"
 #include "ui/notes/PropertyColumnsModel.h"
 #include "ui/views/FileListModel.h"
+#include "ui/views/FileListView.h"
 
 #include <QHeaderView>
 #include <QScopeGuard>
@@ -47,9 +48,17 @@ void PropertyHeaderLayout::apply()
     const FolderColumns settings = m_store->columns(m_folder);
     const bool hasFolder = !m_folder.isEmpty();
     if (m_header->count() >= FileListModel::ColumnCount) {
-        m_header->setSectionHidden(FileListModel::ModifiedColumn, hasFolder && settings.hidesModified);
-        m_header->setSectionHidden(FileListModel::SizeColumn, hasFolder && settings.hidesSize);
-        m_header->setSectionHidden(FileListModel::KindColumn, hasFolder && !settings.showsKind);
+        // The list view owns its columns' visibility (it also hides some for room).
+        const std::pair<int, bool> leftOut[] = {{FileListModel::ModifiedColumn, hasFolder && settings.hidesModified},
+                                                {FileListModel::SizeColumn, hasFolder && settings.hidesSize},
+                                                {FileListModel::KindColumn, hasFolder && !settings.showsKind}};
+        auto* view = qobject_cast<FileListView*>(m_header->parentWidget());
+        for (const auto& [column, out] : leftOut) {
+            if (view)
+                view->leaveOut(column, out);
+            else
+                m_header->setSectionHidden(column, out);
+        }
     }
     // Property sections follow the built-in ones, in the folder's order (their logical order).
     const int first = m_model->firstPropertyColumn();

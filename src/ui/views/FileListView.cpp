@@ -117,13 +117,32 @@ void FileListView::changeEvent(QEvent* event)
         fitColumns();
 }
 
+void FileListView::leaveOut(int column, bool leftOut)
+{
+    if (leftOut == m_leftOut.contains(column))
+        return;
+    if (leftOut)
+        m_leftOut.insert(column);
+    else
+        m_leftOut.remove(column);
+    if (column == FileListModel::SizeColumn) // never hidden for room
+        header()->setSectionHidden(column, leftOut);
+    fitColumns();
+}
+
 void FileListView::fitColumns()
 {
     QHeaderView* head = header();
+    // Shows a column when it fits and isn't left out; says whether it shows.
+    const auto place = [&](int column, bool fits) {
+        const bool shown = fits && !m_leftOut.contains(column);
+        head->setSectionHidden(column, !shown);
+        return shown;
+    };
     if (m_userSized) { // the user's widths, and every column in sight
         m_fitting = true;
-        head->setSectionHidden(FileListModel::ModifiedColumn, false);
-        head->setSectionHidden(FileListModel::KindColumn, false);
+        place(FileListModel::ModifiedColumn, true);
+        place(FileListModel::KindColumn, true);
         m_fitting = false;
         return;
     }
@@ -147,16 +166,16 @@ void FileListView::fitColumns()
     // the pane is wider again.
     const int room = viewport()->width() - viewport()->width() / 3 - size;
     const int kindLeast = titles.horizontalAdvance(QStringLiteral("Kind")) + titlePadding;
-    const int date = modified;
+    const int date = m_leftOut.contains(FileListModel::ModifiedColumn) ? 0 : modified;
     bool showKind = true, showDate = true;
-    if (date + kind > room) {
+    if (date + (m_leftOut.contains(FileListModel::KindColumn) ? 0 : kind) > room) {
         kind = room - date;
         showKind = kind >= kindLeast;
         showDate = date <= room;
     }
     m_fitting = true;
-    head->setSectionHidden(FileListModel::KindColumn, !showKind);
-    head->setSectionHidden(FileListModel::ModifiedColumn, !showDate);
+    showKind = place(FileListModel::KindColumn, showKind);
+    showDate = place(FileListModel::ModifiedColumn, showDate);
     if (showDate)
         head->resizeSection(FileListModel::ModifiedColumn, date);
     head->resizeSection(FileListModel::SizeColumn, size);

@@ -10,6 +10,7 @@
 
 #include "ui/views/FileListModel.h"
 
+#include <QSet>
 #include <QTreeView>
 
 namespace orwick {
@@ -21,6 +22,9 @@ public:
 
     // Brings the cursor's row into view and redraws the selection.
     void followSelection();
+    // Keeps Date Modified, Size or Kind out of sight whatever the room (a notes table whose folder
+    // hides it), or lets it show again when there is room.
+    void leaveOut(int column, bool leftOut);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -38,6 +42,7 @@ private:
     FileListModel* m_model;
     bool m_fitting = false;
     bool m_userSized = false;
+    QSet<int> m_leftOut; // see leaveOut()
     bool m_vimPendingG = false;
 };
 
