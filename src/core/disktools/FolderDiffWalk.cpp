@@ -1,6 +1,7 @@
 #include "disktools/FolderDiffWalk.h"
 
 #include "platform/DirectoryReader.h"
+#include "platform/RawEntries.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,14 +17,6 @@
 namespace orwick::FolderDiff {
 
 namespace {
-
-struct LinuxDirent64 {
-    ino64_t d_ino;
-    off64_t d_off;
-    unsigned short d_reclen;
-    unsigned char d_type;
-    char d_name[];
-};
 
 constexpr size_t kDirentBufferSize = 64 * 1024;
 
@@ -93,42 +86,28 @@ private:
     bool readFolder(int fd, quint32 prefixStart, quint32 prefixLength, std::vector<Child>& children, quint32& folders)
     {
         thread_local std::unique_ptr<char[]> buffer(new char[kDirentBufferSize]);
-        for (;;) {
-            if (m_cancel.isCancelled())
-                return false;
-            const long n = syscall(SYS_getdents64, fd, buffer.get(), kDirentBufferSize);
-            if (n == 0)
-                break;
-            if (n < 0) {
-                if (errno == EINTR)
-                    continue;
-                return false;
+        const bool read = forEachRawEntry(fd, buffer.get(), kDirentBufferSize, &m_cancel,
+                                          [&](const char* name, size_t length, unsigned char type, ino64_t) {
+            const quint32 start = appendPath(prefixStart, prefixLength, name, length);
+            const quint32 nameStart = prefixLength > 0 ? prefixLength + 1 : 0;
+            Child child{start, quint32(nameStart + length), nameStart, 0, type, false};
+            if (child.type == DT_UNKNOWN) { // the file system doesn't say: ask
+                const auto st = statForWalk(fd, name);
+                if (!st)
+                    return true; // gone, or unreadable: left out
+                child.type = IFTODT(st->mode);
             }
-            for (long offset = 0; offset < n;) {
-                const auto* entry = reinterpret_cast<const LinuxDirent64*>(buffer.get() + offset);
-                offset += entry->d_reclen;
-                const char* name = entry->d_name;
-                if (name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0)))
-                    continue;
-                const size_t length = strlen(name);
-                const quint32 start = appendPath(prefixStart, prefixLength, name, length);
-                const quint32 nameStart = prefixLength > 0 ? prefixLength + 1 : 0;
-                Child child{start, quint32(nameStart + length), nameStart, 0, entry->d_type, false};
-                if (child.type == DT_UNKNOWN) { // the file system doesn't say: ask
-                    const auto st = statForWalk(fd, name);
-                    if (!st)
-                        continue; // gone, or unreadable: left out
-                    child.type = IFTODT(st->mode);
-                }
+            children.push_back(child);
+            if (child.type == DT_DIR) {
+                child.folder = folders++;
+                children.back().folder = child.folder;
+                child.holds = true;
                 children.push_back(child);
-                if (child.type == DT_DIR) {
-                    child.folder = folders++;
-                    children.back().folder = child.folder;
-                    child.holds = true;
-                    children.push_back(child);
-                }
             }
-        }
+            return true;
+        });
+        if (!read)
+            return false;
         std::sort(children.begin(), children.end(),
                   [&paths = m_side.paths](const Child& a, const Child& b) { return keyLess(paths, a, b); });
         return true;

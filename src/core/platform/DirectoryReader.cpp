@@ -1,5 +1,7 @@
 #include "platform/DirectoryReader.h"
 
+#include "platform/RawEntries.h"
+
 #include <cerrno>
 #include <cstring>
 #include <dirent.h>
@@ -12,14 +14,6 @@
 namespace orwick {
 
 namespace {
-
-struct LinuxDirent64 {
-    ino64_t d_ino;
-    off64_t d_off;
-    unsigned short d_reclen;
-    unsigned char d_type;
-    char d_name[];
-};
 
 constexpr size_t kReadBufferSize = 256 * 1024;
 
@@ -76,26 +70,11 @@ bool DirectoryHandle::readEntries(std::vector<DirEntry>& out, const CancelFlag* 
         return false;
     // One buffer per thread: a walker reads thousands of folders.
     thread_local std::unique_ptr<char[]> buffer(new char[kReadBufferSize]);
-    for (;;) {
-        if (cancel && cancel->isCancelled())
-            return false;
-        const long n = syscall(SYS_getdents64, m_fd, buffer.get(), kReadBufferSize);
-        if (n == 0)
-            return true;
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            return false;
-        }
-        for (long offset = 0; offset < n;) {
-            auto* entry = reinterpret_cast<LinuxDirent64*>(buffer.get() + offset);
-            offset += entry->d_reclen;
-            const char* name = entry->d_name;
-            if (name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0)))
-                continue;
-            out.push_back({QByteArray(name, qsizetype(strlen(name))), entry->d_type, entry->d_ino});
-        }
-    }
+    return forEachRawEntry(m_fd, buffer.get(), kReadBufferSize, cancel,
+                           [&out](const char* name, size_t length, unsigned char type, ino64_t inode) {
+                               out.push_back({QByteArray(name, qsizetype(length)), type, inode});
+                               return true;
+                           });
 }
 
 namespace {

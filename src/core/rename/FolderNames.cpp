@@ -1,6 +1,7 @@
 #include "rename/FolderNames.h"
 
 #include "platform/DirectoryReader.h"
+#include "platform/RawEntries.h"
 
 #include <cerrno>
 #include <cstring>
@@ -67,27 +68,13 @@ bool readNames(int fd, QByteArray& names)
 {
     constexpr size_t kBufferSize = 256 * 1024;
     const std::unique_ptr<char[]> buffer(new char[kBufferSize]);
-    for (;;) {
-        const ssize_t got = ::getdents64(fd, buffer.get(), kBufferSize);
-        if (got == 0)
-            return true;
-        if (got < 0) {
-            if (errno == EINTR)
-                continue;
+    return forEachRawEntry(fd, buffer.get(), kBufferSize, nullptr, [&names](const char* name, size_t length, unsigned char, ino64_t) {
+        const qsizetype stored = qsizetype(length) + 1; // with its NUL
+        if (names.size() + stored >= qsizetype(std::numeric_limits<quint32>::max()))
             return false;
-        }
-        for (ssize_t offset = 0; offset < got;) {
-            const auto* entry = reinterpret_cast<const struct dirent64*>(buffer.get() + offset);
-            offset += entry->d_reclen;
-            const char* name = entry->d_name;
-            if (name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0)))
-                continue;
-            const qsizetype length = qsizetype(strlen(name)) + 1;
-            if (names.size() + length >= qsizetype(std::numeric_limits<quint32>::max()))
-                return false;
-            names.append(name, length);
-        }
-    }
+        names.append(name, stored);
+        return true;
+    });
 }
 
 } // namespace
