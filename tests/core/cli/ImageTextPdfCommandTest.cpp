@@ -82,7 +82,7 @@ TEST(ImageOcrCommand, APictureWithoutTextPrintsNothingAndSaysSo)
 TEST(ImageOcrCommand, ADamagedOrMissingPictureFailsWithItsName)
 {
     TempTree tree;
-    const FilePath cut = tree.file("cut.jpg", picture({600, 400}, QStringLiteral("x"), "jpeg").left(400));
+    const FilePath cut = tree.file("cut.jpg", picture({600, 400}, {}, "jpeg").left(400));
     const CliRun damaged = runCli({"image", "ocr", cut.native()});
     EXPECT_EQ(damaged.status, 1);
     EXPECT_TRUE(damaged.err.startsWith("“cut.jpg”")) << damaged.err.toStdString();
