@@ -72,8 +72,10 @@ TEST_F(TabTerminalsTest, TheShellFollowsThePaneOnlyAtItsPrompt)
     tab.activePane()->navigate(inner);
     EXPECT_EQ(session->folder(), inner);
     session->write("pwd\r");
-    // The shell runs the cd and then the pwd: on a loaded machine that takes more than a moment.
-    EXPECT_TRUE(waitUntil([&] { return session->screen().screenText().contains(QLatin1Char('\n') + inner.text()); }, 20000))
+    // The shell runs the cd and then the pwd: on a loaded machine that takes more than a moment,
+    // and "pwd" typed ahead may be echoed before the prompt, its output then following the
+    // prompt on one line. The cd line ends in a quote, so only pwd's output ends in the path.
+    EXPECT_TRUE(waitUntil([&] { return session->screen().screenText().contains(inner.text() + QLatin1Char('\n')); }, 20000))
         << session->screen().screenText().toStdString();
 
     openSettings()->setValue(QLatin1StringView(settingsKey::terminalFollowsPane), false);
