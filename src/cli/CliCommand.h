@@ -33,6 +33,8 @@ struct CliCommand {
 
 void registerCommand(CliCommand command);
 const QList<CliCommand>& commands();
+// The command of that name; null when there is none.
+const CliCommand* findCommand(const QString& name);
 
 struct CliRegistration {
     explicit CliRegistration(CliCommand command) { registerCommand(std::move(command)); }

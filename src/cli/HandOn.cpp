@@ -12,15 +12,6 @@ namespace orwick::cli {
 
 namespace {
 
-const CliCommand* find(const char* name)
-{
-    const QString text = argumentText(name);
-    for (const CliCommand& command : commands())
-        if (command.name == text)
-            return &command;
-    return nullptr;
-}
-
 bool isHelp(const char* argument)
 {
     return !std::strcmp(argument, "--help") || !std::strcmp(argument, "-h") || !std::strcmp(argument, "help");
@@ -45,10 +36,10 @@ bool runsHere(int argc, char** argv)
         return false; // the overview names every command
     const char* first = argv[1];
     if (isHelp(first))
-        return argc > 2 && find(argv[2]);
+        return argc > 2 && findCommand(argumentText(argv[2]));
     if (first[0] == '-')
         return true; // --version, or an option this program refuses by name
-    const CliCommand* command = find(first);
+    const CliCommand* command = findCommand(argumentText(first));
     if (!command)
         return false;
     for (int i = 2; i < argc && std::strcmp(argv[i], "--"); ++i)

@@ -23,6 +23,14 @@ QList<CliCommand>& registry()
 void registerCommand(CliCommand command) { registry().append(std::move(command)); }
 const QList<CliCommand>& commands() { return registry(); }
 
+const CliCommand* findCommand(const QString& name)
+{
+    for (const CliCommand& command : commands())
+        if (command.name == name)
+            return &command;
+    return nullptr;
+}
+
 QTextStream& out()
 {
     static QTextStream stream(stdout);
@@ -59,14 +67,6 @@ void printHelp(const CliCommand& command)
     if (!command.details.isEmpty())
         out() << "\n" << command.details << "\n";
     out().flush();
-}
-
-const CliCommand* find(const QString& name)
-{
-    for (const CliCommand& command : commands())
-        if (command.name == name)
-            return &command;
-    return nullptr;
 }
 
 // The options a command documents: every "--word" and every one-letter "-m" in its usage and
@@ -131,7 +131,7 @@ int main(int argc, char** argv)
             printOverview();
             return 0;
         }
-        if (const CliCommand* command = find(argumentText(arguments.first()))) {
+        if (const CliCommand* command = findCommand(argumentText(arguments.first()))) {
             printHelp(*command);
             return 0;
         }
@@ -143,7 +143,7 @@ int main(int argc, char** argv)
     }
     if (first.startsWith('-'))
         return usageError(QStringLiteral("there is no option “%1”; see orwick-cli help").arg(argumentText(first)));
-    if (const CliCommand* command = find(argumentText(first)))
+    if (const CliCommand* command = findCommand(argumentText(first)))
         return runChecked(*command, arguments);
     return usageError(QStringLiteral("unknown command “%1”; see orwick-cli help").arg(argumentText(first)));
 }
