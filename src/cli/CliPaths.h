@@ -3,7 +3,7 @@
 // and checked before any work starts, so that a missing item, a file where a folder is needed
 // or a path longer than the system takes is said in plain words instead of passed over.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "rename/FolderNames.h"
 
 #include <QByteArray>

@@ -2,8 +2,8 @@
 // matcher scores, best first (by score, then by the line's bytes). The same score the pane
 // filter and the palette use, on a large input: the matcher's benchmark hook.
 
+#include "base/FuzzyMatch.h"
 #include "cli/CliCommand.h"
-#include "commands/FuzzyMatch.h"
 
 #include <QStringDecoder>
 #include <algorithm>

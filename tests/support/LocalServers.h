@@ -14,7 +14,7 @@
 //
 // Where one can't run, ok() is false and why() says so, for GTEST_SKIP().
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "support/TempHome.h"
 
 #include <QList>

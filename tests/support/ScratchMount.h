@@ -4,7 +4,7 @@
 // attributes, a bind mount. Mounting needs root (CI runs as root); elsewhere `ok()` is false
 // and `why()` says so, for GTEST_SKIP().
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QByteArray>
 #include <QString>

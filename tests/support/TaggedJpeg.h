@@ -2,7 +2,7 @@
 // taggedJpeg: a small real JPEG (32 × 24, written by Qt) given EXIF tags with exiv2, for the
 // tests of what the program reads from or strips off a photo's metadata.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <initializer_list>
 #include <utility>

@@ -2,7 +2,7 @@
 // Test isolation: every test program points HOME and the XDG variables at a fresh temporary
 // folder before anything reads them, so no test ever touches the real home.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QByteArray>
 #include <QString>

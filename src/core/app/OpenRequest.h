@@ -3,7 +3,7 @@
 // another program's "Show in folder"). A folder is opened; a file, or any item with `reveal`,
 // is selected in its parent folder.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 

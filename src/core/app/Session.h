@@ -14,8 +14,8 @@
 // The last window's session is kept in the preferences store under "session"; only the first
 // window of a run takes it back (forNewWindow).
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QJsonObject>
 #include <QList>

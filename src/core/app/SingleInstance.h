@@ -12,8 +12,8 @@
 //
 // Signals: received() follows each complete hand-over, after its receipt was sent.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QObject>
 

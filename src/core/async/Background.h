@@ -1,13 +1,15 @@
 #pragma once
 // Background work with one result delivered back to the GUI thread.
 //
-// runInBackground() runs `work` on the shared thread pool and calls `apply(result)` on the GUI
-// thread, unless `receiver` was destroyed first. TaskSlot keeps at most one task per purpose:
+// runInBackground() runs `work` on the shared thread pool (or, for glance work such as a preview,
+// on the low-priority pool) and calls `apply(result)` on the GUI thread, unless `receiver` was
+// destroyed first. TaskSlot keeps at most one task per purpose:
 // starting a new one cancels the old, and a result whose generation is not the newest is dropped.
 
-#include "async/CancelFlag.h"
+#include "async/GuiDelivery.h"
+#include "async/LowPriorityPool.h"
+#include "base/CancelFlag.h"
 
-#include <QCoreApplication>
 #include <QObject>
 #include <QPointer>
 #include <QThreadPool>
@@ -15,19 +17,23 @@
 
 namespace orwick {
 
+enum class WorkPriority {
+    normal, // the shared pool: work the user waits for
+    low     // the low-priority pool: work the user glances at (LowPriorityPool.h)
+};
+
 template <class Work, class Apply>
-void runInBackground(QObject* receiver, Work work, Apply apply)
+void runInBackground(QObject* receiver, Work work, Apply apply, WorkPriority priority = WorkPriority::normal)
 {
     QPointer<QObject> guard(receiver);
-    QThreadPool::globalInstance()->start([guard, work = std::move(work), apply = std::move(apply)]() mutable {
+    auto task = [guard, work = std::move(work), apply = std::move(apply)]() mutable {
         auto result = std::make_shared<decltype(work())>(work());
-        // Posted to the application object (which outlives every receiver) and checked there,
-        // so a receiver deleted meanwhile is never touched.
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, apply = std::move(apply), result]() mutable {
-            if (guard)
-                apply(std::move(*result));
-        }, Qt::QueuedConnection);
-    });
+        deliverToGui(guard, [apply = std::move(apply), result](QObject&) mutable { apply(std::move(*result)); });
+    };
+    if (priority == WorkPriority::low)
+        startLowPriority(std::move(task));
+    else
+        QThreadPool::globalInstance()->start(std::move(task));
 }
 
 // One running task of a kind per owner.

@@ -7,7 +7,8 @@
 // lets it go. Nothing is delivered once `receiver` is gone; exactly one of `apply` and
 // `timedOut` runs otherwise.
 
-#include <QCoreApplication>
+#include "async/GuiDelivery.h"
+
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -28,10 +29,10 @@ void runWithTimeLimit(QObject* receiver, int limitMs, Work work, Apply apply, Ti
     });
     std::thread([guard, settled, work = std::move(work), apply = std::move(apply)]() mutable {
         auto result = std::make_shared<decltype(work())>(work());
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, settled, apply = std::move(apply), result]() mutable {
-            if (guard && !std::exchange(*settled, true))
+        deliverToGui(guard, [settled, apply = std::move(apply), result](QObject&) mutable {
+            if (!std::exchange(*settled, true))
                 apply(std::move(*result));
-        }, Qt::QueuedConnection);
+        });
     }).detach();
 }
 

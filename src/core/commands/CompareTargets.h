@@ -3,7 +3,7 @@
 // (two folders, or two files), else the folders of the active pane and the other pane, left one
 // first (the pane further left or higher in the grid).
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <optional>
 #include <utility>

@@ -3,7 +3,7 @@
 // "--goto FILE:LINE", Zed and Sublime Text "FILE:LINE", Kate "--line LINE FILE", and the rest
 // (vim, nano, emacs, gedit, …) the old "+LINE FILE".
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QStringList>
 

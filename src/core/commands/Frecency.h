@@ -16,7 +16,7 @@
 // Signals: saved() follows each save written; saveFailed(message) follows a save that did not
 // succeed, with the sentence to show.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "platform/StoreFile.h"
 
 #include <QDateTime>

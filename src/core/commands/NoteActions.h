@@ -3,7 +3,7 @@
 // a note is made by the file operations engine (one job, one undo step on the window's stack
 // whose undo moves the note to the Trash), whose failures reach the window's messages.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QDate>
 #include <functional>

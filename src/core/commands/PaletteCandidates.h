@@ -10,8 +10,8 @@
 // index's table (files anywhere under home) is kept as it is: a query pre-checks its names and
 // scores at most 5,000 of them (NameQuery.h).
 
+#include "base/FuzzyMatch.h"
 #include "commands/Frecency.h"
-#include "commands/FuzzyMatch.h"
 #include "search/NameTable.h"
 
 #include <QSet>

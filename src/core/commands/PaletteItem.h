@@ -3,7 +3,7 @@
 // Plain values, replaced whole on every keystroke; the view draws them and the window acts on
 // the chosen one (a command by its id, a folder or file by its path).
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <QString>

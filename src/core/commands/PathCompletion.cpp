@@ -1,7 +1,7 @@
 #include "commands/PathCompletion.h"
 
-#include "commands/FuzzyMatch.h"
-#include "files/NaturalCompare.h"
+#include "base/FuzzyMatch.h"
+#include "base/NaturalCompare.h"
 #include "platform/DirectoryReader.h"
 
 #include <algorithm>

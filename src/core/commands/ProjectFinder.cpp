@@ -1,6 +1,6 @@
 #include "commands/ProjectFinder.h"
 
-#include "files/NaturalCompare.h"
+#include "base/NaturalCompare.h"
 #include "platform/DirectoryReader.h"
 
 #include <algorithm>

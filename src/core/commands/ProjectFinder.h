@@ -5,8 +5,8 @@
 // hidden folders and build output. A folder that holds ".git" (a folder, or a file as in
 // worktrees and submodules) is a repository; the walk does not look inside it.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 
 #include <vector>
 

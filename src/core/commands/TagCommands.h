@@ -6,8 +6,8 @@
 // it. Either way it is one job of the engine with one undo step. The colour tags have the keys
 // Alt+1 … Alt+7 in menu order (Red … Gray); Ctrl+1 … Ctrl+4 choose the view mode.
 
+#include "base/FilePath.h"
 #include "commands/AppCommand.h"
-#include "files/FilePath.h"
 
 #include <QList>
 

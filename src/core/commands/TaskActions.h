@@ -4,7 +4,7 @@
 // occurrence added) through the file operations engine, as one undoable change ("Toggle Task")
 // on the window's undo stack. Failures reach the window's messages through the engine.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <functional>
 

@@ -5,8 +5,8 @@
 // "Library" are never entered; another mounted file system is never entered. Results come in
 // walk order. Pure; runs on any thread and stops when the CancelFlag is set.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 
 #include <QString>
 #include <vector>

@@ -8,7 +8,7 @@
 //
 // Values only: safe to copy between threads.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,10 +1,10 @@
 #include "disktools/ContentSearchRun.h"
 
+#include "async/GuiDelivery.h"
 #include "disktools/ContentSearchOutput.h"
 #include "git/RepositoryRoot.h"
 #include "platform/ChildSpawnAttributes.h"
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QPointer>
 #include <QThreadPool>
@@ -192,10 +192,10 @@ void startSearch(QObject* receiver, const QString& query, const FilePath& folder
     // deleted meanwhile, or a search replaced meanwhile, is never called.
     auto deliver = [guard, cancel, shared](std::vector<FileMatches>&& batch, bool done, RunOutcome outcome) {
         auto moved = std::make_shared<std::vector<FileMatches>>(std::move(batch));
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, cancel, shared, moved, done, outcome] {
-            if (guard && !cancel->isCancelled())
+        deliverToGui(guard, [cancel, shared, moved, done, outcome](QObject&) {
+            if (!cancel->isCancelled())
                 (*shared)(std::move(*moved), done, outcome);
-        }, Qt::QueuedConnection);
+        });
     };
     QThreadPool::globalInstance()->start([=] {
         std::vector<FileMatches> pending;

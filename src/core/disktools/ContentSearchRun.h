@@ -9,7 +9,7 @@
 // `done` set, and it is the last; nothing arrives once the token is cancelled or `receiver` is
 // gone. Cancelling stops the tool (and what it started) within about 50 ms.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "disktools/ContentSearch.h"
 
 #include <QObject>

@@ -5,7 +5,7 @@
 // apart to match within kMaxEdits is shown as removed and added whole. Files larger than
 // kMaxBytes are compared over their first kMaxBytes, and a note line says so. Pure functions.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #include "disktools/DiskNames.h"
 
+#include "base/Formatting.h"
 #include "files/FileCategory.h"
-#include "files/Formatting.h"
 
 namespace orwick {
 

@@ -8,8 +8,8 @@
 // file systems are never entered. find() is pure and may run on any thread; it stops early when
 // the CancelFlag is set and reports its progress through atomic counters a panel samples.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 
 #include <QString>
 #include <array>

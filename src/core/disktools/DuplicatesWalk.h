@@ -3,9 +3,9 @@
 // minimum size, with what identifies it (device, inode) and what orders it (size, time).
 // Internal to Duplicates; kept apart so the walk reads top to bottom.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "disktools/Duplicates.h"
-#include "files/FilePath.h"
 
 #include <vector>
 

@@ -6,8 +6,8 @@
 // read, or no longer has the expected size gives no digest. Reads are advised to the kernel
 // (posix_fadvise) so that a scan of many large files leaves the page cache as it found it.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 
 #include <array>
 #include <memory>

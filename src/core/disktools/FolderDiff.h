@@ -11,9 +11,9 @@
 // while being read, counts as changed. Unreadable folders are left out with all they hold.
 // compare() and plan() are pure; compare() may run on any thread and stops early when cancelled.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "fileops/FileChange.h"
-#include "files/FilePath.h"
 
 #include <QList>
 #include <functional>

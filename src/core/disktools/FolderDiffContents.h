@@ -10,7 +10,7 @@
 // file. A worker writes only the sizes and status of its own pairs' entries; `entries` must have
 // room reserved for every entry the merge will make, so that they never move meanwhile.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "disktools/FolderDiff.h"
 #include "disktools/FolderDiffWalk.h"
 

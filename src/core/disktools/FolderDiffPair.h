@@ -9,7 +9,7 @@
 // that changed while it was read. Safe on several threads at once: each thread keeps its own two
 // chunk buffers.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 
 #include <QtGlobal>
 #include <optional>

@@ -10,8 +10,8 @@
 // counts as its name for its own row and as its name + "/" for what it holds), so the items come
 // out in ascending byte order of their whole paths without sorting them all at the end.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 
 #include <QByteArrayView>
 #include <vector>

@@ -1,5 +1,6 @@
 #include "disktools/FolderSizes.h"
 
+#include "async/GuiDelivery.h"
 #include "disktools/SpaceScan.h"
 #include "disktools/WalkPool.h"
 #include "platform/DirectoryReader.h"
@@ -66,10 +67,7 @@ void FolderSizes::measure(const FilePath& folder, const QList<FilePath>& subfold
         QElapsedTimer sinceSent;
         sinceSent.start();
         auto send = [&](bool last) { // under `lock`, or after the pool is done
-            QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, generation, batch = std::move(batch), last] {
-                if (guard)
-                    guard->apply(generation, batch, last);
-            }, Qt::QueuedConnection);
+            deliverToGui(guard, [generation, batch = std::move(batch), last](FolderSizes& sizes) { sizes.apply(generation, batch, last); });
             batch = {};
             sinceSent.restart();
         };

@@ -10,7 +10,7 @@
 // isUnreadable() says so once its turn has come. Lives on the GUI thread.
 
 #include "async/Background.h"
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QHash>
 #include <QObject>

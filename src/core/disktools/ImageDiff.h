@@ -4,7 +4,7 @@
 // more. The difference picture shows same pixels as a dim grey of the left one and differing
 // pixels in red by how much they differ. Pure functions; load() reads a file (any thread).
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QImage>
 #include <optional>

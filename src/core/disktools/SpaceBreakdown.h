@@ -5,8 +5,8 @@
 // "spaceBreakdown" so it shows again next time. measure() reads every file: call it off the GUI
 // thread.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "platform/Drives.h"
 
 #include <QDateTime>

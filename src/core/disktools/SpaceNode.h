@@ -6,7 +6,7 @@
 // folded into their folder's `smallFiles` and `smallCount`. After a walk the tree is plain data:
 // hand it to the GUI thread whole and change it there only.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QByteArray>
 #include <memory>

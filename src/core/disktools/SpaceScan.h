@@ -8,7 +8,7 @@
 // The top three levels are walked in parallel. Every function may run on any thread and stops
 // soon after the CancelFlag is set.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "disktools/SpaceNode.h"
 
 #include <atomic>

@@ -1,8 +1,8 @@
 #include "editing/EditSession.h"
 
+#include "base/Formatting.h"
 #include "fileops/FileOperations.h"
 #include "files/DirectoryWatcher.h"
-#include "files/Formatting.h"
 #include "platform/DirectoryReader.h"
 #include "preview/FileHead.h"
 

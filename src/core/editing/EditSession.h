@@ -23,8 +23,8 @@
 // was refused (with refusal(), the sentence, set when not ok). Lives on the GUI thread.
 
 #include "async/Background.h"
+#include "base/FilePath.h"
 #include "editing/EditableText.h"
-#include "files/FilePath.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,6 +1,6 @@
 #include "editing/EditableText.h"
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QStringDecoder>
 

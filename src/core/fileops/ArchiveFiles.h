@@ -8,8 +8,8 @@
 // folder, named after the archive — beside the archive under a free name. The temporary folder
 // is removed in every case. Progress is by bytes (of the items read, or of the archive read).
 
+#include "base/FilePath.h"
 #include "fileops/CopyProgress.h"
-#include "files/FilePath.h"
 
 #include <QList>
 

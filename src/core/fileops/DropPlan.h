@@ -10,7 +10,7 @@
 // links and bind mounts count).
 // Pure decisions over the file system's answers (stat); safe on any thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <QString>

@@ -3,7 +3,7 @@
 // permission bits (including set-id and sticky) and the numeric owner and group. A plain value
 // that the engine records before and after a change so that undo puts back exactly what was.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <optional>
 #include <sys/types.h>

@@ -6,10 +6,10 @@
 // inverses backwards, redo runs them forwards again; both update the records (a copy undone
 // waits in the Trash, and redo takes it back from there).
 
+#include "base/FilePath.h"
+#include "base/Result.h"
 #include "fileops/CopyProgress.h"
 #include "fileops/FileAccess.h"
-#include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QList>
 #include <functional>

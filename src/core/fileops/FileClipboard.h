@@ -6,7 +6,7 @@
 // Drag and drop carries the same data: a drag out of Orwick is a clipboard's data, and a drop
 // is read here too.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <QMimeData>

@@ -1,5 +1,6 @@
 #include "fileops/FileOperations.h"
 
+#include "async/GuiDelivery.h"
 #include "fileops/FileOperationCommand.h"
 #include "fileops/ItemCopier.h"
 #include "fileops/OperationTexts.h"
@@ -96,10 +97,7 @@ void FileOperations::run(JobRequest request)
         ChangeRunner runner(*progress);
         work(runner, *output);
         output->report = std::move(runner.report());
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, id, output]() {
-            if (guard)
-                guard->finish(id, std::move(*output));
-        }, Qt::QueuedConnection);
+        deliverToGui(guard, [id, output](FileOperations& operations) { operations.finish(id, std::move(*output)); });
     });
 }
 

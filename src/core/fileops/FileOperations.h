@@ -18,7 +18,7 @@
 // is."); redo then leaves it be.
 // Lives on the interface thread; all members must be called there.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "fileops/FileChange.h"
 #include "fileops/FileJob.h"
 #include "fileops/OperationOutcome.h"

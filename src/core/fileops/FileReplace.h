@@ -9,8 +9,8 @@
 // Used by ChangeRunner (rewrites and their undo) only: the engine is the one writer of users'
 // files. Pure functions of the file system; safe on any thread.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 #include "notes/NoteFile.h"
 
 #include <QList>

@@ -4,11 +4,11 @@
 // the rewrite wrote. A file that is gone is skipped; one that isn't a regular file, is larger
 // than FileOperations::kLargestRewrite or is read-only is refused before it is read.
 
+#include "base/Formatting.h"
 #include "fileops/FileChange.h"
 #include "fileops/FileOperations.h"
 #include "fileops/FileReplace.h"
 #include "fileops/OperationTexts.h"
-#include "files/Formatting.h"
 
 #include <cerrno>
 #include <climits>

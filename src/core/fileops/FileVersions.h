@@ -16,8 +16,8 @@
 // Failures are sentences in the engine's shape ("Couldn’t change “a.jpg”: it is read-only.").
 // Pure functions of the file system; safe on any thread.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 #include "notes/NoteFile.h"
 
 #include <QByteArray>

@@ -2,8 +2,8 @@
 // The small file steps under FileVersions (made files, replacements, and the swaps of undo and
 // redo): writing, temporary files beside a path, and streamed copies. Safe on any thread.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 #include "platform/UniqueFd.h"
 
 #include <QByteArray>

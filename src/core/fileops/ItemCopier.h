@@ -17,9 +17,9 @@
 // - Cancellation is honoured between files and between chunks of a large file.
 // Safe on any thread; no Qt objects are touched.
 
-#include "fileops/CopyProgress.h"
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
+#include "fileops/CopyProgress.h"
 
 #include <QStringList>
 

@@ -1,10 +1,10 @@
 // LinkUpdater's reading part: which notes may link to moved items, and the edits they need.
 // Reads only; safe on any thread.
 
-#include "fileops/LinkUpdater.h"
+#include "base/PathParts.h"
 #include "disktools/WalkPool.h"
+#include "fileops/LinkUpdater.h"
 #include "fileops/NoteName.h"
-#include "files/PathParts.h"
 #include "notes/DailyNotes.h"
 #include "notes/NoteFile.h"
 #include "platform/ForEachEntry.h"

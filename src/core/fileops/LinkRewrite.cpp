@@ -1,9 +1,9 @@
 // LinkUpdater's pure text part: Markdown link targets and wikilink names rewritten after moves,
 // leaving code, URLs and links that still reach their target exactly as written.
 
+#include "base/PathParts.h"
 #include "fileops/LinkUpdater.h"
 #include "fileops/NoteName.h"
-#include "files/PathParts.h"
 #include "notes/LinkSyntax.h"
 #include "notes/NoteFile.h"
 

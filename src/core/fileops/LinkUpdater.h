@@ -13,9 +13,9 @@
 // The static functions are pure (or read the disk only) and safe on any thread; the object
 // lives on the interface thread. Planning runs on a background task after the move is done.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "fileops/FileChange.h"
-#include "files/FilePath.h"
 
 #include <QObject>
 #include <QPointer>

@@ -22,7 +22,7 @@
 // Pure functions of the file system, safe on any thread. A folder is walked once (one statx per
 // entry, no contents read), so the state of a large copied tree costs about one listing of it.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QByteArray>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 // The small text pieces the operations' titles and toasts are made of.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <QString>

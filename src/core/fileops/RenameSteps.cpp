@@ -1,8 +1,8 @@
 #include "fileops/RenameSteps.h"
 
+#include "base/PathParts.h"
 #include "fileops/ItemCopier.h"
 #include "fileops/UniqueName.h"
-#include "files/PathParts.h"
 #include "platform/DirectoryReader.h"
 #include "platform/ErrorText.h"
 #include "platform/UniqueFd.h"

@@ -1,8 +1,8 @@
 #include "fileops/TrashContents.h"
 
+#include "base/Formatting.h"
 #include "fileops/ItemCopier.h"
 #include "fileops/OperationTexts.h"
-#include "files/Formatting.h"
 #include "platform/AllTrashes.h"
 #include "platform/ForEachEntry.h"
 

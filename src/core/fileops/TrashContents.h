@@ -4,8 +4,8 @@
 // deletes exactly those items, so nothing trashed after the question is lost.
 // measure() walks every item; call it off the GUI thread.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <QString>

@@ -12,8 +12,8 @@
 // the Trash's safety checks (another user's) are never put back from the log.
 // Lives on the interface thread.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 #include "platform/StoreFile.h"
 
 #include <QHash>

@@ -14,8 +14,8 @@
 //   pre-order, so a move can later remove exactly what was copied and nothing else.
 // Not thread-safe; one copier per copy. No Qt objects are touched.
 
+#include "base/FilePath.h"
 #include "fileops/CopyProgress.h"
-#include "files/FilePath.h"
 
 #include <QHash>
 #include <QStringList>

@@ -1,7 +1,7 @@
 #pragma once
 // The free-name rule every operation uses, and the volume test that decides rename or copy.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 namespace orwick {
 

@@ -1,7 +1,7 @@
 #include "files/Arrangement.h"
 
+#include "base/NaturalCompare.h"
 #include "files/DateGroups.h"
-#include "files/NaturalCompare.h"
 
 #include <algorithm>
 #include <cmath>

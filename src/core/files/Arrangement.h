@@ -9,8 +9,8 @@
 // keeps per load: every re-arrangement of the same load (a keystroke in the filter, a new sort)
 // reuses it. arrange() prepares on its own when it is not given one for these items.
 
-#include "async/CancelFlag.h"
-#include "commands/FuzzyMatch.h"
+#include "base/CancelFlag.h"
+#include "base/FuzzyMatch.h"
 #include "files/FileItem.h"
 
 #include <QHash>

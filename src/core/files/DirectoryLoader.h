@@ -7,7 +7,7 @@
 // read, and for a large folder its first batch of items as soon as they are read, so that a
 // pane shows rows long before the whole folder is in.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "files/Listing.h"
 
 #include <atomic>

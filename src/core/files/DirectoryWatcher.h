@@ -7,7 +7,7 @@
 // inotify instance — the name index's folders — and says which folder changed. A watched folder
 // that goes or is renamed is forgotten (whoever watches it learns that through its parent).
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "platform/InotifyFolders.h"
 
 #include <QHash>

@@ -2,7 +2,7 @@
 // FileCategory: the coarse class of an item. It picks the icon tint and symbol, the "grid for
 // image and video folders" rule and the kind filters of searches.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QString>
 

@@ -5,9 +5,9 @@
 // measureFolder() adds up a folder's contents for the panel's size line, stoppable and with a
 // running count.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "fileops/FileAccess.h"
-#include "files/FilePath.h"
 
 #include <QDateTime>
 #include <QList>

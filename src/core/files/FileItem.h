@@ -2,8 +2,9 @@
 // FileItem: one directory entry as a pane shows it — an immutable snapshot taken when the
 // listing loads. Its identity is `url`; selections, cursors and histories hold paths, not items.
 
+#include "base/FilePath.h"
+#include "base/Timestamp.h"
 #include "files/FileCategory.h"
-#include "files/FilePath.h"
 
 #include <QList>
 #include <QString>
@@ -11,10 +12,6 @@
 #include <optional>
 
 namespace orwick {
-
-// Milliseconds since the epoch; unknown dates are the distant past so they sort as oldest.
-using Timestamp = qint64;
-inline constexpr Timestamp kDistantPast = std::numeric_limits<qint64>::min() / 2;
 
 struct FileItem {
     // Present for files a cloud-storage provider manages; Linux has no such provider, so it is

@@ -4,7 +4,7 @@
 // streams its search results itself).
 // Pure and thread-safe: call it from a background task.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "files/DirectoryLoader.h"
 #include "files/Listing.h"
 

@@ -1,7 +1,7 @@
 #include "files/NameOrder.h"
 
+#include "base/NaturalCompare.h"
 #include "files/KeySort.h"
-#include "files/NaturalCompare.h"
 
 #include <algorithm>
 

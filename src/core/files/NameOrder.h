@@ -4,7 +4,7 @@
 // large folder in the order a pane shows it. A list that already is in that order (a load read
 // in name order) is recognised in one pass and not sorted again.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 
 #include <QString>
 #include <vector>

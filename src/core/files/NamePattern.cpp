@@ -1,6 +1,6 @@
 #include "files/NamePattern.h"
 
-#include "search/TextMatch.h"
+#include "base/TextMatch.h"
 
 #include <vector>
 

@@ -4,7 +4,7 @@
 // readable; any other is written as its percent-encoded file URL, which keeps every byte. A path
 // never starts with "file:", so reading tells the two apart.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QString>
 

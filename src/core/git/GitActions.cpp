@@ -96,10 +96,10 @@ void GitActions::change(const FilePath& root, const char* action, std::function<
             GitOutcome outcome = work(repository);
             if (outcome.indexLocked) {
                 // Another git program is at work: say so, and go again once it is done.
-                QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, root] {
-                    if (guard && guard->busy().contains(root))
-                        guard->setBusy(root, busyLabel("waitForLock"));
-                }, Qt::QueuedConnection);
+                deliverToGui(guard, [root](Git& service) {
+                    if (service.busy().contains(root))
+                        service.setBusy(root, busyLabel("waitForLock"));
+                });
                 if (lockWentAway(root))
                     outcome = work(repository);
             }

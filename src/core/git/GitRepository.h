@@ -13,8 +13,8 @@
 // Without git every action answers "git isn't installed". Safe to use from any thread; one
 // instance is a pair of paths and may be copied freely.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QDateTime>
 #include <QList>

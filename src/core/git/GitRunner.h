@@ -6,8 +6,8 @@
 // succeeds (an unreadable folder, trace output asked for with GIT_TRACE) therefore never reaches
 // a parser; gitFailureMessage() (GitMessage.h) makes the sentence shown when git fails.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 
 #include <QString>
 #include <QStringList>

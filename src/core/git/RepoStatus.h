@@ -4,7 +4,7 @@
 // pure functions that read git's output into it. A plain value, compared field by field, so an
 // unchanged status can be recognised and nothing redrawn.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QHash>
 #include <QList>

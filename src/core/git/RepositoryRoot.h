@@ -2,7 +2,7 @@
 // Finding the working copy a folder belongs to: the nearest folder, walking up, that holds a
 // `.git` entry (a folder, or the file of a worktree or submodule). Reads the disk; Git memoises it.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 #include "git/StatusParser.h"
 
+#include "base/NaturalCompare.h"
 #include "files/KeySort.h"
-#include "files/NaturalCompare.h"
 
 #include <algorithm>
 

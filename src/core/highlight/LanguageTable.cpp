@@ -3,7 +3,7 @@
 
 #include "highlight/Language.h"
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QHash>
 

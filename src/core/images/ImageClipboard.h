@@ -4,8 +4,8 @@
 // kClipboardLongestSide pixels on its longest side so that a camera picture pastes quickly and
 // a huge one never fills memory. A damaged picture fails with its name. Safe on any thread.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QImage>
 

@@ -13,10 +13,10 @@
 //   "photo (50%).jpg", "photo (800x600).jpg" (converted and resized: "photo (1600 px).webp").
 //   The engine makes a taken name free ("photo 2.webp").
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
 #include "fileops/FileOperations.h"
-#include "files/FilePath.h"
 
 #include <QByteArray>
 #include <QSize>

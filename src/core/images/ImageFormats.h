@@ -4,7 +4,7 @@
 // this machine's Qt can really write (WebP and AVIF come from optional plugins); a format that
 // isn't here is never offered. Safe on any thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QByteArray>
 #include <QList>

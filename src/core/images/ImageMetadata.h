@@ -18,9 +18,9 @@
 // exif:GPS*), and the written place (IPTC and XMP city, sub-location, state, country, the IPTC
 // extension's location created and shown), which tells where as well as coordinates do.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QDateTime>
 #include <QPointF>

@@ -19,9 +19,9 @@
 // whole combine with a sentence naming it: no PDF with pages missing is made. Safe on any thread;
 // the CancelFlag is polled between pages.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QByteArray>
 #include <QList>

@@ -9,9 +9,9 @@
 // through the same functions.
 // Every function is safe on any thread.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QFile>
 #include <QImage>

@@ -12,10 +12,10 @@
 // - An SVG is drawn at its own size for @1x and at twice and three times it, as PNG files.
 // - A format Qt can't write (GIF…) gives PNG files.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
 #include "fileops/FileOperations.h"
-#include "files/FilePath.h"
 
 namespace orwick {
 

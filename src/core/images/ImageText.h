@@ -9,9 +9,9 @@
 // no text is not a failure: the text is empty (noTextFoundText() says so in the user's words).
 // Tesseract's diagnostics ("Estimating resolution…") go to /dev/null, never to standard error.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QStringList>
 

@@ -2,8 +2,8 @@
 // PictureFile: a picture's bytes read whole, or the sentence why not, for the image tools that
 // work on a file in memory and hand new bytes to the engine. Any thread.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QByteArray>
 

@@ -13,7 +13,7 @@
 // A plain value: built off the interface thread, then handed over whole; never shared while
 // changed.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "notes/NoteLinks.h"
 #include "notes/NoteNames.h"
 

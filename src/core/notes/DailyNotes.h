@@ -4,7 +4,7 @@
 // Moment-style format, template); elsewhere the note is "yyyy-MM-dd.md" in the folder itself.
 // Pure apart from reading the settings and the template; safe on any thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QDate>
 #include <QJsonObject>

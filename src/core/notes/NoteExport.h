@@ -16,8 +16,8 @@
 // Pure apart from reading the note and its pictures; safe on any thread. Writing the file is the
 // file operations engine's (FileOperations::createFile).
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QByteArray>
 #include <QString>

@@ -10,9 +10,9 @@
 //
 // Pure functions of the file system (reads only); safe on any thread.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 #include "notes/PropertyValue.h"
 
 #include <functional>

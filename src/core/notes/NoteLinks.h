@@ -8,7 +8,7 @@
 //
 // Pure functions; safe on any thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <QString>

@@ -9,7 +9,7 @@
 //
 // A plain value; not shared across threads while changed.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QHash>
 #include <QList>

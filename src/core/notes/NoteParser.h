@@ -3,8 +3,8 @@
 // open or done) and its links (Markdown link targets and wiki-link names), and a note's bytes
 // with one task flipped (written by the engine: actions::toggleTask). Pure; safe on any thread.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QDate>
 #include <QSet>

@@ -1,6 +1,6 @@
 #include "notes/PropertyValue.h"
 
-#include "files/NaturalCompare.h"
+#include "base/NaturalCompare.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

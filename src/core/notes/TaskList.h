@@ -8,7 +8,7 @@
 // was listed, so a note changed meanwhile is refused rather than a different line flipped.
 // Pure apart from reading the notes; safe on any thread.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "notes/NoteParser.h"
 #include "notes/TaskDates.h"
 

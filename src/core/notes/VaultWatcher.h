@@ -9,7 +9,7 @@
 // kernel's order (each once); overflowed() when the kernel dropped events, so that any entry may
 // have changed.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "platform/InotifyFolders.h"
 
 #include <QHash>

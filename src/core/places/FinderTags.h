@@ -19,8 +19,8 @@
 // Signals: changed() follows every change of the cache, after `revision` increased; it is not
 // emitted when a reading finds what the cache already held.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "places/TagList.h"
 
 #include <QHash>

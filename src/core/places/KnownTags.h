@@ -5,7 +5,7 @@
 // Kept apart from FinderTags so that a program that only lists folders (orwick-cli list) does not
 // link the tag cache, which follows the file operations engine.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "places/TagList.h"
 
 #include <QHash>

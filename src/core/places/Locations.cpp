@@ -1,12 +1,12 @@
 #include "places/Locations.h"
 
-#include "files/Formatting.h"
+#include "async/GuiDelivery.h"
+#include "base/Formatting.h"
 #include "platform/AllTrashes.h"
 #include "platform/Drives.h"
 #include "platform/XdgPaths.h"
 #include "servers/ServerMounts.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 #include <condition_variable>
 #include <mutex>
@@ -121,19 +121,19 @@ void Locations::refresh()
         const int trashCount = trash::countAllItems();
         if (reading->abandoned)
             return;
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [reading, self, rows = std::move(rows), trashCount] {
-            if (!self || reading->abandoned || self->m_reading != reading)
+        deliverToGui(self, [reading, rows = std::move(rows), trashCount](Locations& locations) {
+            if (reading->abandoned || locations.m_reading != reading)
                 return;
-            self->m_reading.reset();
-            self->m_timeout.stop();
-            const bool same = self->m_hasRead && !self->m_stale && self->m_drives == rows && self->m_trashCount == trashCount;
-            self->m_drives = rows;
-            self->m_trashCount = trashCount;
-            self->m_stale = false;
-            self->m_hasRead = true;
+            locations.m_reading.reset();
+            locations.m_timeout.stop();
+            const bool same = locations.m_hasRead && !locations.m_stale && locations.m_drives == rows && locations.m_trashCount == trashCount;
+            locations.m_drives = rows;
+            locations.m_trashCount = trashCount;
+            locations.m_stale = false;
+            locations.m_hasRead = true;
             if (!same)
-                Q_EMIT self->changed();
-        }, Qt::QueuedConnection);
+                Q_EMIT locations.changed();
+        });
     }).detach();
 }
 

@@ -2,7 +2,7 @@
 // Place: one row of the sidebar's Favourites, Recent or Locations section, as a plain value, and
 // the built-in favourites of this computer (home and the XDG user folders that exist).
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <QString>

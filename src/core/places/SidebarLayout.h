@@ -8,7 +8,7 @@
 // default, and an entry of a list that is not the right shape is left out, so one bad value never
 // costs the rest. Paths are written through StoredPath (text when UTF-8, else a file URL).
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "search/SavedSearch.h"
 
 #include <QHash>

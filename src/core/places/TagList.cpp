@@ -1,6 +1,6 @@
 #include "places/TagList.h"
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 namespace orwick {
 

@@ -9,7 +9,7 @@
 // a folder on a server that stopped answering could wait forever. One lstat per candidate; call
 // it off the GUI thread all the same. Safe on any thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "platform/MountTable.h"
 
 #include <QList>

@@ -10,7 +10,7 @@
 // or whose Exec doesn't parse, is left out of every list (a broken file loses nothing).
 // Everything is read from disk on each call, honouring the XDG variables at once.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <QString>

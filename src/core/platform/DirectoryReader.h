@@ -3,8 +3,8 @@
 // statx relative to the descriptor, never following links unless asked. Every walker (listing,
 // duplicates, space, clean-up) reads folders through this.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 
 #include <QByteArray>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "platform/Drives.h"
 
-#include "files/Formatting.h"
-#include "files/NaturalCompare.h"
+#include "base/Formatting.h"
+#include "base/NaturalCompare.h"
 
 #include <QFile>
 #include <QStorageInfo>

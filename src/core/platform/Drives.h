@@ -4,7 +4,7 @@
 // space tools' drive breakdown both read them. listDrives() asks every mount for its space, and
 // a hung network share can block that: call it off the GUI thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 

@@ -3,8 +3,8 @@
 // that look at each entry as it comes (the Trash's size, the notes around a renamed one). The
 // walkers that read many folders fast use DirectoryReader instead.
 
-#include "async/CancelFlag.h"
-#include "files/FilePath.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 
 #include <QByteArrayView>
 #include <functional>

@@ -7,7 +7,7 @@
 // off before the descriptor closes. A folder seen again under a new path (the kernel gives an
 // inode one watch descriptor) is known by the new path only.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QHash>
 #include <cstdint>

@@ -5,8 +5,8 @@
 // old file or the new one, never half of one. Orwick's own stores add locking, damage handling
 // and messages on top of this (StoreFile.h).
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QJsonDocument>
 #include <optional>

@@ -1,8 +1,13 @@
 #include "platform/MountTable.h"
 
-#include <QFile>
+#include "platform/UniqueFd.h"
+
 #include <cerrno>
+#include <fcntl.h>
+#include <mutex>
+#include <poll.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace orwick {
 
@@ -44,12 +49,61 @@ QList<MountEntry> parseMountTable(QByteArrayView text)
     return mounts;
 }
 
+namespace {
+
+// The whole of an open mountinfo, read from its start.
+std::optional<QByteArray> readFromStart(int fd)
+{
+    if (::lseek(fd, 0, SEEK_SET) != 0)
+        return std::nullopt;
+    QByteArray text;
+    char buffer[16384];
+    for (;;) {
+        const ssize_t got = ::read(fd, buffer, sizeof buffer);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return std::nullopt;
+        if (got == 0)
+            return text;
+        text.append(buffer, got);
+    }
+}
+
+// mountinfo marks itself with POLLPRI once after each change to the mounts, as seen by this
+// descriptor; a table read after the mark is current until the next one.
+struct CachedTable {
+    std::mutex lock;
+    UniqueFd fd;
+    QList<MountEntry> table;
+    bool read = false;
+};
+
+} // namespace
+
 QList<MountEntry> readMountTable()
 {
-    QFile file(QStringLiteral("/proc/self/mountinfo"));
-    if (!file.open(QIODevice::ReadOnly))
+    static CachedTable& cache = *new CachedTable; // never destroyed: detached threads may still ask at exit
+    const std::lock_guard<std::mutex> locked(cache.lock);
+    if (!cache.fd.ok()) {
+        cache.fd = UniqueFd(::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
+        if (!cache.fd.ok())
+            return {};
+        cache.read = false;
+    }
+    if (cache.read) {
+        pollfd watch{cache.fd.get(), POLLPRI, 0};
+        if (::poll(&watch, 1, 0) == 0)
+            return cache.table;
+    }
+    const std::optional<QByteArray> text = readFromStart(cache.fd.get());
+    if (!text) {
+        cache.fd = UniqueFd();
         return {};
-    return parseMountTable(file.readAll());
+    }
+    cache.table = parseMountTable(*text);
+    cache.read = true;
+    return cache.table;
 }
 
 bool isNetworkFileSystem(QByteArrayView type)

@@ -4,7 +4,7 @@
 // mounts (nfs, cifs, sshfs, the gvfs FUSE folder…) from local ones, and which mount holds a path.
 // Plain functions, safe on any thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <optional>
@@ -18,7 +18,9 @@ struct MountEntry {
     bool operator==(const MountEntry&) const = default;
 };
 
-// Every mount, in the kernel's order (a mount over another comes after it).
+// Every mount, in the kernel's order (a mount over another comes after it). Kept between calls
+// and read again only after the kernel says a mount came or went (mountinfo is pollable), so a
+// pane asking on every folder change costs a poll, not a read of a few hundred lines.
 QList<MountEntry> readMountTable();
 // Parses the text of a mountinfo file.
 QList<MountEntry> parseMountTable(QByteArrayView text);

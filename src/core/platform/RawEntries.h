@@ -3,7 +3,7 @@
 // name as the kernel gave it (no copy), its type and inode. DirectoryReader, the folder
 // comparison's walk and batch rename's name table each keep names their own way on top of it.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 
 #include <cerrno>
 #include <cstddef>

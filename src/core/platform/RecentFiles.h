@@ -2,7 +2,7 @@
 // The desktop's shared list of recently used files ($XDG_DATA_HOME/recently-used.xbel), read
 // and added to, so that Orwick's recents and other programs' agree.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QDateTime>
 #include <QList>

@@ -17,8 +17,8 @@
 // A StoreFile is a small value with no state of its own: copy it into background work freely.
 // Every function may block briefly on the lock; none throws.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QJsonDocument>
 #include <functional>

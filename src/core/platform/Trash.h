@@ -10,8 +10,8 @@
 //
 // All functions are plain system calls, safe on any thread, and keep names as bytes.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <optional>
 

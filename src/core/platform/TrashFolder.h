@@ -13,8 +13,8 @@
 // reason names the problem. A folder another user controls never receives the user's files, and
 // the records in it (.trashinfo) are never believed. Plain system calls, safe on any thread.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <sys/stat.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 // Extended attributes in the "user." namespace (tags, properties), never following links.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QByteArray>
 #include <QList>

@@ -2,7 +2,7 @@
 // Where Orwick and the desktop keep things, read from the environment on every call so that a
 // test that points HOME and the XDG variables at a temporary folder is honoured at once.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 namespace orwick::xdg {
 

@@ -5,7 +5,7 @@
 // Entries whose names would land outside a folder they were extracted into ("../x", "/etc/x")
 // are listed and counted, never followed. Safe on any thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "preview/PreviewLimits.h"
 
 #include <QList>

@@ -1,6 +1,6 @@
 #include "preview/FileHead.h"
 
-#include "files/Formatting.h"
+#include "base/Formatting.h"
 #include "platform/ErrorText.h"
 #include "platform/UniqueFd.h"
 

@@ -2,9 +2,9 @@
 // FileHead: the first bytes of a file, read in chunks that stop early when the load is
 // cancelled, with the file's whole size, so a loader never reads more than it shows.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QByteArray>
 

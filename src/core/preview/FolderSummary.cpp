@@ -1,7 +1,7 @@
 #include "preview/FolderSummary.h"
 
+#include "base/Formatting.h"
 #include "files/FileCategory.h"
-#include "files/Formatting.h"
 #include "platform/DirectoryReader.h"
 
 #include <QHash>

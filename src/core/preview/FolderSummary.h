@@ -4,7 +4,7 @@
 // as a second, slower step, the total size of everything below it (allocated bytes, links not
 // followed, other disks not entered), stopped by its budget with what it had. Safe on any thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "preview/PreviewLimits.h"
 
 #include <QStringList>

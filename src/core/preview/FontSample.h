@@ -3,9 +3,9 @@
 // and a pangram — without installing it anywhere (the font is read into a QRawFont, used only
 // for this picture). Safe on any thread where the platform draws text off the GUI thread.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QColor>
 #include <QImage>

@@ -7,9 +7,9 @@
 // as damaged, as the picture tools count it, rather than shown with a grey bottom. Safe on any
 // thread.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 #include "preview/PreviewLimits.h"
 
 #include <QImage>

@@ -11,7 +11,7 @@
 // - front matter is not rendered (its lines still count for the task lines).
 // Pure; safe on any thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <QString>

@@ -4,7 +4,7 @@
 // kind does not use stay empty. A loader that can't read the item says why in `message` (kind
 // `message`), in the user's words; a cancelled load gives kind `none`.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QHash>
 #include <QImage>

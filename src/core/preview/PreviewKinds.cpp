@@ -2,7 +2,7 @@
 
 #include "preview/PreviewLoader.h"
 
-#include "files/Formatting.h"
+#include "base/Formatting.h"
 #include "preview/ArchiveListing.h"
 #include "preview/DelimitedTable.h"
 #include "preview/FileHead.h"

@@ -3,7 +3,7 @@
 // 20,000 × 20,000 picture or a huge archive never stalls the panel or exhausts memory. Every
 // loader takes one, with the CancelFlag of its task.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 
 #include <QElapsedTimer>
 #include <QSize>

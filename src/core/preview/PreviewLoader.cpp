@@ -1,7 +1,7 @@
 #include "preview/PreviewLoader.h"
 
+#include "base/Formatting.h"
 #include "files/FileCategory.h"
-#include "files/Formatting.h"
 #include "notes/NoteFile.h"
 #include "platform/DirectoryReader.h"
 #include "platform/ErrorText.h"

@@ -1,6 +1,6 @@
 #include "rename/BatchRename.h"
 
-#include "files/PathParts.h"
+#include "base/PathParts.h"
 #include "rename/NameText.h"
 
 #include <utility>

@@ -9,7 +9,7 @@
 // extension back; replace works on the whole name. A name's bytes that are not UTF-8 are kept
 // as they are wherever the rule leaves them (see NameText).
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QDateTime>
 #include <QRegularExpression>

@@ -12,7 +12,7 @@
 // one batch, so that the steps that look at it (its items are there, their new names are free)
 // share one read of each folder.
 
-#include "files/PathParts.h"
+#include "base/PathParts.h"
 
 #include <QByteArray>
 #include <QHash>

@@ -7,7 +7,7 @@
 // modification dates a template asks for), so it runs off the interface thread for large
 // batches; it checks `cancel` once per item and returns what it has when cancelled.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "fileops/FileChange.h"
 #include "rename/BatchRename.h"
 #include "rename/FolderNames.h"

@@ -8,7 +8,7 @@
 // that pass are scored, at most `candidateLimit` of them, shallow folders first (the table's
 // order). Both checks only drop names the matcher would not match.
 
-#include "commands/FuzzyMatch.h"
+#include "base/FuzzyMatch.h"
 #include "search/NameTable.h"
 
 #include <functional>

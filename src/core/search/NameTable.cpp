@@ -1,6 +1,6 @@
 #include "search/NameTable.h"
 
-#include "search/TextMatch.h"
+#include "base/TextMatch.h"
 
 #include <QChar>
 #include <algorithm>

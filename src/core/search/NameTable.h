@@ -15,7 +15,7 @@
 // A value type, implicitly shared: copying is cheap, and a copy handed to a background task
 // (a save, a rescan) stays as it was while the GUI thread edits its own. Not thread-safe.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QByteArrayView>
 #include <QExplicitlySharedDataPointer>

@@ -8,7 +8,7 @@
 // reads the direct entries of a few folders, for the index's small updates.
 // Both run on the calling thread (a background task) and stop soon after `cancel` is set.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "search/NameTable.h"
 
 #include <vector>

@@ -6,9 +6,9 @@
 //
 // Text matching is TextMatch's: case and accents folded, the text taken literally.
 
+#include "base/TextMatch.h"
 #include "files/FileItem.h"
 #include "search/SavedSearch.h"
-#include "search/TextMatch.h"
 
 #include <QDateTime>
 #include <QString>

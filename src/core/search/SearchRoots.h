@@ -2,7 +2,7 @@
 // Where searches look beyond one folder, and where they must not go: read from the kernel's
 // mount table (/proc/self/mountinfo), which never blocks on a hung network share.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QSet>
 #include <vector>

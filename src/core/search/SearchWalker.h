@@ -11,7 +11,7 @@
 // the end, so the first results show while the walk goes on. The sink is called from walker threads, one call at a time; nothing
 // is delivered after run() returns. Cancelling stops the walk soon and quietly.
 
-#include "async/CancelFlag.h"
+#include "base/CancelFlag.h"
 #include "files/FileItem.h"
 #include "platform/DirectoryReader.h"
 

@@ -16,7 +16,7 @@
 //
 // Lives on the GUI thread; never blocks it.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "servers/ServerAddress.h"
 
 #include <QObject>

@@ -7,8 +7,8 @@
 // gvfs's FUSE program from its own table, but that program can hang with a server: call
 // mounted() off the GUI thread, with a time limit (Locations and ServerConnection do).
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 #include "servers/ServerAddress.h"
 
 #include <QObject>

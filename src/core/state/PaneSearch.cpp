@@ -1,11 +1,11 @@
 // PaneState's search field: the query it describes, the debounced run, and the search listing
 // whose results stream in while the walker goes on.
 
+#include "async/GuiDelivery.h"
 #include "state/PaneState.h"
 
 #include "search/QuerySearch.h"
 
-#include <QCoreApplication>
 #include <QThreadPool>
 
 namespace orwick {
@@ -180,27 +180,27 @@ void PaneState::loadSearch()
     // deleted meanwhile, or a newer search, drops them unseen.
     QThreadPool::globalInstance()->start([guard, ticket, query, options, started] {
         const qint64 hits = QuerySearch::run(query, options, [guard, ticket](SearchBatch&& batch) {
-            QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, ticket, items = std::move(batch.items)] {
-                if (!guard || !guard->m_loadTask.isCurrent(ticket))
+            deliverToGui(guard, [ticket, items = std::move(batch.items)](PaneState& pane) {
+                if (!pane.m_loadTask.isCurrent(ticket))
                     return;
-                guard->m_unsortedItems.append(items);
-                guard->m_prepared.reset();
-                guard->rearrange();
-            }, Qt::QueuedConnection);
+                pane.m_unsortedItems.append(items);
+                pane.m_prepared.reset();
+                pane.rearrange();
+            });
         }, *ticket.token);
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, ticket, started, hits] {
-            if (!guard || !guard->m_loadTask.isCurrent(ticket))
+        deliverToGui(guard, [ticket, started, hits](PaneState& pane) {
+            if (!pane.m_loadTask.isCurrent(ticket))
                 return;
-            guard->m_loadTask.finish(ticket);
-            if (hits >= kSearchResultLimit && guard->m_listingNote) {
-                *guard->m_listingNote += QStringLiteral(" · The first %L1 results").arg(kSearchResultLimit);
-                Q_EMIT guard->locationChanged(); // the note is redrawn
+            pane.m_loadTask.finish(ticket);
+            if (hits >= kSearchResultLimit && pane.m_listingNote) {
+                *pane.m_listingNote += QStringLiteral(" · The first %L1 results").arg(kSearchResultLimit);
+                Q_EMIT pane.locationChanged(); // the note is redrawn
             }
-            guard->m_isLoading = false;
-            guard->m_lastLoadTime = started.elapsed();
-            Q_EMIT guard->loadingChanged();
-            guard->rearrange();
-        }, Qt::QueuedConnection);
+            pane.m_isLoading = false;
+            pane.m_lastLoadTime = started.elapsed();
+            Q_EMIT pane.loadingChanged();
+            pane.rearrange();
+        });
     });
 }
 

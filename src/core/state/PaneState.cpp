@@ -1,16 +1,17 @@
 #include "state/PaneState.h"
 
+#include "async/GuiDelivery.h"
 #include "async/TimeLimited.h"
+#include "base/Formatting.h"
+#include "base/TextMatch.h"
+#include "fileops/OutsideMoves.h"
 #include "files/DirectoryLoader.h"
 #include "files/DirectoryWatcher.h"
-#include "files/Formatting.h"
-#include "fileops/OutsideMoves.h"
 #include "files/ListingLoader.h"
 #include "platform/AllTrashes.h"
 #include "platform/MountTable.h"
 #include "platform/XdgPaths.h"
 #include "servers/ServerMounts.h"
-#include "search/TextMatch.h"
 
 #include <QDateTime>
 #include <cmath>
@@ -364,10 +365,10 @@ void PaneState::load(const QList<FilePath>& selecting)
     // A folder shown afresh (not a reload of rows on screen) shows its first batch early.
     if (!listing && m_unsortedItems.isEmpty()) {
         feedback->firstBatch = [guard = QPointer<PaneState>(this), ticket, selecting](FileItems items) {
-            QMetaObject::invokeMethod(QCoreApplication::instance(), [guard, ticket, selecting, items = std::move(items)]() mutable {
-                if (guard && guard->m_loadTask.isCurrent(ticket))
-                    guard->applyFirstBatch(std::move(items), selecting);
-            }, Qt::QueuedConnection);
+            deliverToGui(guard, [ticket, selecting, items = std::move(items)](PaneState& pane) mutable {
+                if (pane.m_loadTask.isCurrent(ticket))
+                    pane.applyFirstBatch(std::move(items), selecting);
+            });
         };
     }
     startLoadingClock(feedback);

@@ -8,7 +8,7 @@
 // name another host, or hold no absolute path. The host may be empty, "localhost" or this
 // machine's name. CAN or SUB abandon a report, as a terminal does.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QByteArray>
 #include <QList>

@@ -6,7 +6,7 @@
 // holds a control character (a newline, an escape) is never typed: the shell's line editor would
 // act on it before the quote closed.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QByteArray>
 #include <QList>

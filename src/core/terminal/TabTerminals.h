@@ -10,7 +10,7 @@
 // asks the panel's view to take the keyboard (the terminal was opened or chosen by a command);
 // focusToggleRequested() asks it to move the keyboard between the terminal and the pane.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QObject>
 #include <QPointer>

@@ -2,7 +2,7 @@
 // The window's terminal actions, as the commands call them: they change the selected tab's
 // TabTerminals; the panel on screen follows its signals.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 namespace orwick {
 

@@ -13,7 +13,7 @@
 // status as a shell gives it (the exit code, or 128 + the signal). A session that could not
 // start is finished at once, its reason in failure().
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "terminal/FolderReports.h"
 #include "terminal/TerminalScreen.h"
 

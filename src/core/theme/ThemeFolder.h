@@ -2,8 +2,8 @@
 // The themes folder, $XDG_DATA_HOME/Orwick/Themes: where it is, making it, and reading the theme
 // files in it. No state: ThemeStore calls these and keeps the result.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 #include "theme/ThemeDefinition.h"
 
 #include <QList>

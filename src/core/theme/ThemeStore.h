@@ -14,7 +14,7 @@
 // Signals: changed() follows every change of what current() or appearance() give (a reload, a
 // new choice, the desktop turning dark); revision() is bumped just before it.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "theme/ResolvedTheme.h"
 #include "theme/ThemeDefinition.h"
 

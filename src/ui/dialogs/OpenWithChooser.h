@@ -6,7 +6,7 @@
 // becomes the type's default in the user's mimeapps.list. A program that can't start is said in
 // the chooser, which stays open. Esc cancels.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "platform/DesktopApps.h"
 
 #include <QDialog>

@@ -1,7 +1,7 @@
 #include "ui/fileops/FileOpsController.h"
 
+#include "base/Formatting.h"
 #include "fileops/OperationTexts.h"
-#include "files/Formatting.h"
 #include "state/FileActions.h"
 #include "ui/fileops/ConflictDialog.h"
 #include "ui/fileops/DialogFocus.h"

@@ -5,7 +5,7 @@
 // The editor stays through reloads of the folder (a new folder's own arrival, a change on
 // disk), following its row as the rows are laid out again.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QRect>
 #include <functional>

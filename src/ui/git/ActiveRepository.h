@@ -3,7 +3,7 @@
 // opens — the repository holding the active pane's folder. Finding it and making room for the
 // new sheet are one step, so that every git sheet opens, or declines to, in the same way.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <optional>
 

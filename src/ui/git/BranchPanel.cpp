@@ -1,6 +1,6 @@
 #include "ui/git/BranchPanel.h"
 
-#include "commands/FuzzyMatch.h"
+#include "base/FuzzyMatch.h"
 #include "git/Git.h"
 #include "state/WindowState.h"
 #include "ui/git/ActiveRepository.h"

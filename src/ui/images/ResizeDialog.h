@@ -6,7 +6,7 @@
 // nothing. Typing in a size's field, or reaching it by Tab, chooses that way of sizing. The
 // choices made are offered again the next time.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QDialog>
 

@@ -3,7 +3,7 @@
 // each takes the keyboard by Tab and by click, over a background of the window's colour, and
 // Return (or Enter) opens the keyboard's item through the view's openRequested signal.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QKeyEvent>
 #include <QWidget>

@@ -6,7 +6,7 @@
 // from one render to the next. Lives on the GUI thread.
 
 #include "async/Background.h"
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QObject>
 #include <QTimer>

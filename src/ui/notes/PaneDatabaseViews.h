@@ -10,7 +10,7 @@
 // Owned by the pane widget.
 
 #include "async/Background.h"
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "notes/PropertyValue.h"
 
 #include <QDate>

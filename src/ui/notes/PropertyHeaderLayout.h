@@ -6,7 +6,7 @@
 // header goes back into the folder's settings, saved in columns.json: dragging a property section
 // to another place reorders the folder's columns, resizing one stores its width.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,6 +1,6 @@
 #include "ui/pane/StatusLine.h"
 
-#include "files/Formatting.h"
+#include "base/Formatting.h"
 #include "ui/theme/Theme.h"
 
 #include <QHBoxLayout>

@@ -5,7 +5,7 @@
 // BacklinkIndex::shared(), opening the note's vault there, and redraws when the index changes;
 // it draws nothing for anything but a Markdown note. Lives on the GUI thread.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QWidget>
 

@@ -1,7 +1,7 @@
 #include "ui/panels/InfoPanel.h"
 
 #include "app/Services.h"
-#include "files/Formatting.h"
+#include "base/Formatting.h"
 #include "images/PhotoFactsText.h"
 #include "notes/FileProperties.h"
 #include "platform/DesktopApps.h"

@@ -5,7 +5,7 @@
 // must stop within a fraction of a second), then the sheet goes and the keyboard focus returns to
 // where it was when the sheet opened. closed() follows every close.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QPointer>
 #include <QWidget>

@@ -9,7 +9,7 @@
 // picture is out of date. `replayed` then runs (once the file operations are idle again, so the
 // files are where the step left them), for the panel to look again.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QList>
 #include <functional>

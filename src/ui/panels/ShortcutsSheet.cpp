@@ -1,8 +1,8 @@
 #include "ui/panels/ShortcutsSheet.h"
 
+#include "base/TextMatch.h"
 #include "commands/CommandCatalog.h"
 #include "commands/CommandGroups.h"
-#include "search/TextMatch.h"
 #include "state/WindowState.h"
 #include "ui/text/LiteralText.h"
 

@@ -1,7 +1,8 @@
 #include "ui/preview/DocumentDisposal.h"
 
+#include "async/LowPriorityPool.h"
+
 #include <QPlainTextDocumentLayout>
-#include <QThreadPool>
 
 namespace orwick {
 
@@ -13,7 +14,7 @@ void disposeInBackground(std::shared_ptr<QTextDocument> document)
         return;
     // No thread's document any more, so the pool's thread may free it.
     document->moveToThread(nullptr);
-    QThreadPool::globalInstance()->start([document = std::move(document)]() mutable { document.reset(); });
+    startLowPriority([document = std::move(document)]() mutable { document.reset(); });
 }
 
 } // namespace orwick

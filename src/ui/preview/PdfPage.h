@@ -2,8 +2,8 @@
 // PdfPage: the first page of a PDF drawn to fit a box, through Qt PDF, with the page count.
 // Runs on any thread (each call has its own document). A damaged or locked PDF gives a sentence.
 
+#include "base/FilePath.h"
 #include "base/Result.h"
-#include "files/FilePath.h"
 
 #include <QImage>
 

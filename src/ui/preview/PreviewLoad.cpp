@@ -60,7 +60,8 @@ void PreviewLoad::start()
             Q_EMIT ready(std::move(prepared));
             if (measures)
                 measure(path);
-        });
+        },
+        WorkPriority::low);
 }
 
 void PreviewLoad::measure(const FilePath& folder)
@@ -77,7 +78,8 @@ void PreviewLoad::measure(const FilePath& folder)
                 return;
             m_sizeTask.finish(ticket);
             Q_EMIT sizeMeasured(folder, preview::describeSize(size));
-        });
+        },
+        WorkPriority::low);
 }
 
 } // namespace orwick

@@ -7,7 +7,7 @@
 //
 // Signals: messageRequested(text) carries a sentence for the window's toast.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QWidget>
 

@@ -7,7 +7,7 @@
 // searches are editable in place (setData renames them in the store). A rebuild that changes
 // nothing leaves the model alone; one that does resets it, and the view keeps its current place.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "files/Listing.h"
 #include "search/SavedSearch.h"
 

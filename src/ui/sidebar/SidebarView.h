@@ -5,7 +5,7 @@
 // asks for it to be opened (a title folds), the Menu key, Shift+F10 or a right click ask for the
 // row's menu, F2 edits a name, and folders dropped on it are handed on with the row they fell on.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QListView>
 

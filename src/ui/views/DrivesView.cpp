@@ -1,7 +1,7 @@
 #include "ui/views/DrivesView.h"
 
 #include "async/TimeLimited.h"
-#include "files/Formatting.h"
+#include "base/Formatting.h"
 #include "places/Locations.h"
 #include "ui/views/CategoryIcons.h"
 

@@ -1,6 +1,6 @@
 #include "ui/views/FileListModel.h"
 
-#include "files/Formatting.h"
+#include "base/Formatting.h"
 #include "ui/theme/Theme.h"
 #include "ui/views/CategoryIcons.h"
 

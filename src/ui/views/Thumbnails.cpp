@@ -1,9 +1,10 @@
 #include "ui/views/Thumbnails.h"
 
+#include "async/GuiDelivery.h"
 #include "images/ImageRead.h"
 #include "platform/MountTable.h"
+#include "platform/ThreadPriority.h"
 
-#include <QCoreApplication>
 #include <QPointer>
 
 namespace orwick {
@@ -72,18 +73,17 @@ QImage Thumbnails::thumbnail(const FileItem& item, int edge)
     const FilePath url = item.url;
     // Later requests get higher priority: what is on screen now is made first.
     m_pool.start([self, key, path, url, edge] {
+        lowerThisThreadsPriority(); // a thumbnail is glance work: the GUI thread goes first
         QImage image = readScaled(path, edge);
-        QMetaObject::invokeMethod(QCoreApplication::instance(), [self, key, url, image = std::move(image)] {
-            if (!self)
-                return;
-            self->m_pending.remove(key);
+        deliverToGui(self, [key, url, image = std::move(image)](Thumbnails& thumbnails) {
+            thumbnails.m_pending.remove(key);
             if (image.isNull()) {
-                self->m_failed.insert(key);
+                thumbnails.m_failed.insert(key);
                 return;
             }
-            self->m_cache.insert(key, new QImage(image), int(std::min<qint64>(qint64(image.width()) * image.height(), kCachePixels)));
-            Q_EMIT self->ready(url);
-        }, Qt::QueuedConnection);
+            thumbnails.m_cache.insert(key, new QImage(image), int(std::min<qint64>(qint64(image.width()) * image.height(), kCachePixels)));
+            Q_EMIT thumbnails.ready(url);
+        });
     }, ++m_priority);
     return {};
 }

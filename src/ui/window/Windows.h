@@ -14,7 +14,7 @@
 // window that went, after it left all() and front().
 
 #include "app/OpenRequest.h"
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <QObject>
 #include <QPointer>

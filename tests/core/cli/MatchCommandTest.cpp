@@ -3,7 +3,7 @@
 // a final newline included.
 
 #include "CliRun.h"
-#include "commands/FuzzyMatch.h"
+#include "base/FuzzyMatch.h"
 
 #include <QString>
 #include <algorithm>

@@ -2,7 +2,7 @@
 // Helpers for the disk-tool tests: real trees with the awkward parts real disks have —
 // unreadable folders (even when the tests run as root), mounts inside the tree, hard links.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "support/TempHome.h"
 
 #include <QByteArray>

@@ -1,5 +1,5 @@
 #include "files/Arrangement.h"
-#include "files/NaturalCompare.h"
+#include "base/NaturalCompare.h"
 
 #include <QDateTime>
 #include <gtest/gtest.h>

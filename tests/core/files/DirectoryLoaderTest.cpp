@@ -1,5 +1,5 @@
 #include "files/DirectoryLoader.h"
-#include "files/NaturalCompare.h"
+#include "base/NaturalCompare.h"
 #include "support/TempHome.h"
 
 #include <QDir>

@@ -3,7 +3,7 @@
 
 #include "TokenText.h"
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 // JPEG given an EXIF orientation, a PNG that only claims a huge size or is huge and white, a
 // two-frame GIF and WebP.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 #include "support/TempHome.h"
 
 #include <QByteArray>

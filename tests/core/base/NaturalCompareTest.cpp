@@ -1,4 +1,4 @@
-#include "files/NaturalCompare.h"
+#include "base/NaturalCompare.h"
 
 #include <QStringList>
 #include <gtest/gtest.h>

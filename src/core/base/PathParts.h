@@ -2,7 +2,7 @@
 // A path's last name and the folder part before it, as views of the path's own bytes: for code
 // that looks at thousands of paths and shouldn't make a FilePath or a string of each part.
 
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 namespace orwick {
 

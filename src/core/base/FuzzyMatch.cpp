@@ -1,6 +1,6 @@
-#include "commands/FuzzyMatch.h"
+#include "base/FuzzyMatch.h"
 
-#include "search/TextMatch.h"
+#include "base/TextMatch.h"
 
 #include <QChar>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "files/FilePath.h"
+#include "base/FilePath.h"
 
 #include <gtest/gtest.h>
 

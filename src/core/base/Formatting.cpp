@@ -1,4 +1,4 @@
-#include "files/Formatting.h"
+#include "base/Formatting.h"
 
 #include <QDateTime>
 #include <QLocale>

@@ -1,6 +1,6 @@
-#include "search/TextMatch.h"
+#include "base/TextMatch.h"
 
-#include "files/NaturalCompare.h"
+#include "base/NaturalCompare.h"
 
 #include <algorithm>
 #include <string>

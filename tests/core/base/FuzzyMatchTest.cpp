@@ -1,4 +1,4 @@
-#include "commands/FuzzyMatch.h"
+#include "base/FuzzyMatch.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "search/TextMatch.h"
+#include "base/TextMatch.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 // How sizes, counts and dates read in rows, status lines, footers and toasts.
 
-#include "files/FileItem.h"
+#include "base/Timestamp.h"
 
 #include <QString>
 
