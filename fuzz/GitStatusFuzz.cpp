@@ -4,7 +4,7 @@
 // pieces it reads the same.
 
 #include "FuzzCheck.h"
-#include "files/NaturalCompare.h"
+#include "base/NaturalCompare.h"
 #include "git/RepoStatus.h"
 #include "git/StatusParser.h"
 

@@ -5,9 +5,9 @@
 // ascend; each line's state survives the editor's block state.
 
 #include "FuzzCheck.h"
+#include "base/FilePath.h"
 #include "editing/EditableText.h"
 #include "editing/MarkdownSyntax.h"
-#include "files/FilePath.h"
 
 using namespace orwick;
 using fuzz::check;
