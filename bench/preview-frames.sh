@@ -6,14 +6,13 @@
 # ORWICK_SLOW_EVENTS=1 prints, for the steps with the longest frames, the GUI thread's events over
 # half a millisecond and the widgets each step painted.
 #
-# Release, Xvfb, two cores, 1,000 steps a run, 5 runs in a row (2026-11-24): longest frame 17.6,
-# 9.6, 13.7, 44.8, 10.2 ms; frames over 16 ms 3, 0, 0, 2, 0; preview shown after a median of
-# 3.7-4.1 ms, 95th percentile 19.7-20.4 ms, worst 22.5-46.7 ms (none over 50). The steps
-# nearest the limit are the 2 MB log's (about 8 ms of the GUI thread: showing its first 512 kB,
-# 6,900 lines, in the text view lays every line out afresh, then two paints); the frames over
-# 16 ms were log steps preempted 222 times in one frame (7 ms of own CPU) and, once, a key press
-# and paint that waited 35 ms off the CPU (10 ms of own CPU). Four earlier runs the same day:
-# 11.3, 14.2, 14.6, 10.2 ms, none over 16 ms.
+# Release, Xvfb, two cores, 1,000 steps a run, 10 runs in a row (2026-11-24, the preview's loads
+# on the niced pool): longest frame 9.1, 11.0, 10.9, 9.5, 14.0, 9.8, 10.4, 10.9, 9.5, 10.3 ms;
+# no frame over 16 ms in any run; preview shown after a median of 3.9-4.1 ms, 95th percentile
+# 20.2-21.2 ms, worst 23.1-27.8 ms. The longest frames are the 2 MB log's (about 7.5 ms of the
+# GUI thread: its first 512 kB, 6,900 lines, laid out by the text view, then painted). Before the
+# loads ran niced, 2 of 5 runs had frames over 16 ms (17.6 and 44.8 ms): the GUI thread was
+# preempted by the preview's worker up to 222 times in one frame.
 set -euo pipefail
 program="${1:?usage: bench/preview-frames.sh BUILD_DIR [FILES]}/bench/bench_ui_preview_frames"
 files="${2:-1000}"
