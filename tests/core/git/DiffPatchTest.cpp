@@ -60,15 +60,50 @@ protected:
 
 const QByteArray kTwelve = "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n";
 
-TEST_F(DiffPatchTest, StagesOnlyTheFirstHunk)
+// One file per row: committed as `base`, changed to `changed` (and staged when `fromIndex`),
+// then the picked lines (or the one hunk) staged, or unstaged when `fromIndex`.
+struct PickRow {
+    const char* name;
+    QByteArray base, changed;
+    bool fromIndex;
+    int hunk; // -1: the picked lines instead
+    QList<QByteArray> picks;
+    QByteArray staged;
+};
+
+TEST_F(DiffPatchTest, StagesAndUnstagesWhatIsPicked)
 {
-    repo.write("f.txt", kTwelve);
+    const PickRow rows[] = {
+        {"first-hunk.txt", kTwelve, "one\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\ntwelve\n", false, 0, {},
+         "one\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n"},
+        {"some-added.txt", "a\nb\n", "a\nx\ny\nz\nb\n", false, -1, {"+y"}, "a\ny\nb\n"},
+        {"some-removed.txt", "a\nb\nc\nd\n", "a\nd\n", false, -1, {"-c"}, "a\nb\nd\n"},
+        {"removal-alone.txt", "a\nold\nb\n", "a\nnew\nb\n", false, -1, {"-old"}, "a\nb\n"},
+        {"crlf.txt", "a\r\nb\r\nc\r\n", "a\r\nB\r\nc\r\nd\r\n", false, -1, {"-b\r", "+B\r"}, "a\r\nB\r\nc\r\n"},
+        {"unstage-one.txt", kTwelve, "0\n" + kTwelve + "13\n", true, -1, {"+13"}, "0\n" + kTwelve},
+    };
+    for (const PickRow& row : rows)
+        repo.write(row.name, row.base);
     repo.commitAll("base");
-    repo.write("f.txt", "one\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\ntwelve\n");
-    const FileDiff file = diffOf({"--", "f.txt"});
-    ASSERT_EQ(file.hunks.size(), 2);
-    apply(buildPatch(file, hunkSelection(file, 0), PatchDirection::forward), {"--cached"});
-    EXPECT_EQ(staged("f.txt"), "one\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n");
+    for (const PickRow& row : rows) {
+        repo.write(row.name, row.changed);
+        if (row.fromIndex)
+            repo.git({"add", row.name});
+    }
+    for (const PickRow& row : rows) {
+        SCOPED_TRACE(row.name);
+        const FileDiff file = diffOf(row.fromIndex ? QStringList{"--cached", "--", row.name} : QStringList{"--", row.name});
+        const DiffLineSelection picked = row.hunk >= 0 ? hunkSelection(file, row.hunk) : pick(file, row.picks);
+        if (row.fromIndex)
+            apply(buildPatch(file, picked, PatchDirection::reverse), {"--cached", "--reverse"});
+        else
+            apply(buildPatch(file, picked, PatchDirection::forward), {"--cached"});
+        EXPECT_EQ(staged(row.name), row.staged);
+    }
+    // What is left to stage is the rest, and it stages too.
+    const FileDiff rest = diffOf({"--", "some-added.txt"});
+    apply(buildPatch(rest, wholeFileSelection(rest), PatchDirection::forward), {"--cached"});
+    EXPECT_EQ(staged("some-added.txt"), "a\nx\ny\nz\nb\n");
 }
 
 TEST_F(DiffPatchTest, StagesOnlyTheLastHunkAfterTheFirstGrewTheFile)
@@ -85,40 +120,6 @@ TEST_F(DiffPatchTest, StagesOnlyTheLastHunkAfterTheFirstGrewTheFile)
     EXPECT_EQ(staged("f.txt"), kTwelve + "13\n");
 }
 
-TEST_F(DiffPatchTest, StagesSomeAddedLinesOnly)
-{
-    repo.write("f.txt", "a\nb\n");
-    repo.commitAll("base");
-    repo.write("f.txt", "a\nx\ny\nz\nb\n");
-    const FileDiff file = diffOf({"--", "f.txt"});
-    apply(buildPatch(file, pick(file, {"+y"}), PatchDirection::forward), {"--cached"});
-    EXPECT_EQ(staged("f.txt"), "a\ny\nb\n");
-    // What is left to stage is the rest, and it stages too.
-    const FileDiff rest = diffOf({"--", "f.txt"});
-    apply(buildPatch(rest, wholeFileSelection(rest), PatchDirection::forward), {"--cached"});
-    EXPECT_EQ(staged("f.txt"), "a\nx\ny\nz\nb\n");
-}
-
-TEST_F(DiffPatchTest, StagesSomeRemovedLinesOnly)
-{
-    repo.write("f.txt", "a\nb\nc\nd\n");
-    repo.commitAll("base");
-    repo.write("f.txt", "a\nd\n");
-    const FileDiff file = diffOf({"--", "f.txt"});
-    apply(buildPatch(file, pick(file, {"-c"}), PatchDirection::forward), {"--cached"});
-    EXPECT_EQ(staged("f.txt"), "a\nb\nd\n");
-}
-
-TEST_F(DiffPatchTest, StagesARemovalWithoutTheLineThatReplacesIt)
-{
-    repo.write("f.txt", "a\nold\nb\n");
-    repo.commitAll("base");
-    repo.write("f.txt", "a\nnew\nb\n");
-    const FileDiff file = diffOf({"--", "f.txt"});
-    apply(buildPatch(file, pick(file, {"-old"}), PatchDirection::forward), {"--cached"});
-    EXPECT_EQ(staged("f.txt"), "a\nb\n");
-}
-
 TEST_F(DiffPatchTest, UnstagesTheFirstAndTheLastHunkApart)
 {
     repo.write("f.txt", kTwelve);
@@ -133,18 +134,6 @@ TEST_F(DiffPatchTest, UnstagesTheFirstAndTheLastHunkApart)
     apply(buildPatch(left, hunkSelection(left, 0), PatchDirection::reverse), {"--cached", "--reverse"});
     EXPECT_EQ(staged("f.txt"), kTwelve);
     EXPECT_EQ(onDisk("f.txt"), "one\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\ntwelve\n") << "unstaging keeps the working tree";
-}
-
-TEST_F(DiffPatchTest, UnstagesOneAddedLineOfSeveralHunks)
-{
-    repo.write("f.txt", kTwelve);
-    repo.commitAll("base");
-    repo.write("f.txt", "0\n1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n13\n");
-    repo.git({"add", "f.txt"});
-    const FileDiff file = diffOf({"--cached", "--", "f.txt"});
-    ASSERT_EQ(file.hunks.size(), 2);
-    apply(buildPatch(file, pick(file, {"+13"}), PatchDirection::reverse), {"--cached", "--reverse"});
-    EXPECT_EQ(staged("f.txt"), "0\n" + kTwelve);
 }
 
 TEST_F(DiffPatchTest, DiscardsPickedLinesFromTheWorkingTree)
@@ -221,18 +210,6 @@ TEST_F(DiffPatchTest, ARenamedFile)
     apply(buildPatch(left, wholeFileSelection(left), PatchDirection::reverse), {"--cached", "--reverse"});
     EXPECT_EQ(staged("old name.txt"), "a\nb\nc\nd\ne\nf\ng\n");
     EXPECT_TRUE(repo.git({"ls-files", "--cached", "new name.txt"}).isEmpty());
-}
-
-TEST_F(DiffPatchTest, CrlfLinesKeepTheirCarriageReturns)
-{
-    repo.write("w.txt", "a\r\nb\r\nc\r\n");
-    repo.commitAll("base");
-    repo.write("w.txt", "a\r\nB\r\nc\r\nd\r\n");
-    const FileDiff file = diffOf({"--", "w.txt"});
-    ASSERT_EQ(file.hunks.size(), 1);
-    EXPECT_TRUE(file.hunks[0].lines.first().text.endsWith('\r'));
-    apply(buildPatch(file, pick(file, {"-b\r", "+B\r"}), PatchDirection::forward), {"--cached"});
-    EXPECT_EQ(staged("w.txt"), "a\r\nB\r\nc\r\n");
 }
 
 TEST_F(DiffPatchTest, PartOfANewFile)
