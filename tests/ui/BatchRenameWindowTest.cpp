@@ -115,21 +115,6 @@ TEST_F(BatchRenameWindowTest, PreviewMarksEachProblemOnItsRow)
     EXPECT_EQ(model->index(0).data(BatchRenameModel::problemRole).toString(), QStringLiteral("Same name as another"));
     EXPECT_EQ(model->index(2).data(BatchRenameModel::problemRole).toString(), QString());
     EXPECT_FALSE(renameButton()->isEnabled());
-
-    // One of them only: a.txt → taken.txt is taken by a file outside the batch.
-    press(Qt::Key_Tab, Qt::ShiftModifier);
-    press(Qt::Key_Tab, Qt::ShiftModifier);
-    press(Qt::Key_Tab, Qt::ShiftModifier);
-    ASSERT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("find"));
-    press(Qt::Key_End);
-    press(Qt::Key_Backspace);
-    press(Qt::Key_Backspace);
-    press(Qt::Key_Backspace);
-    type(QStringLiteral("a]"));
-    ASSERT_TRUE(waitUntil([&] { return summary() == QStringLiteral("0 of 3 will change, 1 can't be renamed"); }))
-        << summary().toStdString();
-    EXPECT_EQ(model->index(0).data(BatchRenameModel::problemRole).toString(),
-              QStringLiteral("“taken.txt” already exists in this folder."));
 }
 
 TEST_F(BatchRenameWindowTest, OneItemStillRenamesInPlace)

@@ -1,5 +1,5 @@
 // The window's file keys (catalogue commands), toasts with Undo, the progress card, the
-// conflict question and inline rename, driven through a real window over real files.
+// inline name of a new folder, driven through a real window over real files.
 
 #include "WindowFixture.h"
 #include "fileops/FileClipboard.h"
@@ -11,7 +11,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QUndoStack>
 
@@ -97,47 +96,6 @@ TEST_F(FileOpsWindowTest, NewFolderStartsInlineRename)
     EXPECT_TRUE(test::exists(tree.path("Invoices")));
     EXPECT_FALSE(test::exists(tree.path("untitled folder")));
     EXPECT_EQ(state->undoStack()->undoText(), QStringLiteral("Rename untitled folder"));
-}
-
-TEST_F(FileOpsWindowTest, F2RenamesAndEscapeCancels)
-{
-    const FilePath file = tree.file("draft.md", "d");
-    open(tree.root());
-    select(file);
-    press(Qt::Key_F2);
-    auto* editor = window->activePaneWidget()->listView()->viewport()->findChild<QLineEdit*>();
-    ASSERT_NE(editor, nullptr);
-    EXPECT_EQ(editor->selectedText(), QStringLiteral("draft")); // the extension stays out
-    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-    QApplication::sendEvent(editor, &escape);
-    QApplication::processEvents();
-    settle();
-    EXPECT_TRUE(test::exists(file));
-    EXPECT_FALSE(window->fileOps()->isRenaming());
-}
-
-TEST_F(FileOpsWindowTest, ConflictQuestionOffersTheFourChoices)
-{
-    const FilePath file = tree.file("in/a.txt", "new");
-    const FilePath dest = tree.folder("Docs");
-    tree.file("Docs/a.txt", "old");
-    open(dest);
-    QApplication::clipboard()->setMimeData(makeFileClipboard({file}, false).release());
-    press(Qt::Key_V, Qt::ControlModifier);
-    QMessageBox* box = nullptr;
-    ASSERT_TRUE(waitUntil([&] { return (box = window->findChild<QMessageBox*>()) && box->isVisible(); }));
-    EXPECT_EQ(box->text(), QStringLiteral("“a.txt” is already in “Docs”"));
-    EXPECT_EQ(box->informativeText(), QStringLiteral("Replacing moves the ones there now to the Trash."));
-    QStringList titles;
-    for (QAbstractButton* button : box->buttons())
-        titles.append(button->text());
-    titles.sort();
-    EXPECT_EQ(titles, (QStringList{QStringLiteral("Cancel"), QStringLiteral("Keep Both"), QStringLiteral("Replace"), QStringLiteral("Skip")}));
-    for (QAbstractButton* button : box->buttons())
-        if (button->text() == QStringLiteral("Replace"))
-            button->click();
-    settle();
-    EXPECT_EQ(test::readAll(dest.child(QStringLiteral("a.txt"))), "new");
 }
 
 TEST_F(FileOpsWindowTest, ProgressCardShowsEachRunningJob)

@@ -143,17 +143,18 @@ TEST_F(PaneKeyboardTest, NewFolderNameEditorStaysOpenWhileTheFolderReloads)
     EXPECT_TRUE(test::exists(tree.path("Plans")));
 }
 
-TEST_F(PaneKeyboardTest, F2EditsTheNameInPlaceInTheGridAndTheColumns)
+TEST_F(PaneKeyboardTest, F2EditsTheNameInPlaceInEveryView)
 {
     const FilePath file = tree.file("draft.md", "d");
     open(tree.root());
-    for (ViewMode mode : {ViewMode::grid, ViewMode::columns, ViewMode::table}) {
+    for (ViewMode mode : {ViewMode::list, ViewMode::grid, ViewMode::columns, ViewMode::table}) {
         pane()->chooseViewMode(mode);
         QApplication::processEvents();
         select(file);
         press(Qt::Key_F2);
         PaneWidget* widget = window->activePaneWidget();
-        QAbstractItemView* view = mode == ViewMode::grid      ? static_cast<QAbstractItemView*>(widget->gridView())
+        QAbstractItemView* view = mode == ViewMode::list      ? static_cast<QAbstractItemView*>(widget->listView())
+                                : mode == ViewMode::grid    ? static_cast<QAbstractItemView*>(widget->gridView())
                                 : mode == ViewMode::columns ? static_cast<QAbstractItemView*>(widget->columnsView()->currentColumn())
                                                             : static_cast<QAbstractItemView*>(widget->tableView());
         EXPECT_EQ(window->findChild<QInputDialog*>(), nullptr) << "no dialog";
@@ -163,6 +164,7 @@ TEST_F(PaneKeyboardTest, F2EditsTheNameInPlaceInTheGridAndTheColumns)
         press(Qt::Key_Escape);
         QApplication::processEvents();
         EXPECT_FALSE(window->fileOps()->isRenaming());
+        EXPECT_TRUE(test::exists(file)) << "Esc keeps the name";
     }
 }
 

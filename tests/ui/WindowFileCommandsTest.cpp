@@ -127,18 +127,24 @@ TEST_F(WindowFileCommandsTest, F5CopiesIntoTheOtherPanesFolderAndCtrlZTakesTheCo
     EXPECT_FALSE(test::exists(copied));
     EXPECT_TRUE(test::exists(file));
 
-    // Again, into a folder that now holds one: the conflict question, then Keep Both.
+    // Again, into a folder that now holds one: the conflict question's four choices, then Replace.
     tree.file("right/report.txt", "older");
     press(Qt::Key_F5);
     QMessageBox* box = nullptr;
     ASSERT_TRUE(waitUntil([&] { return (box = window->findChild<QMessageBox*>()) && box->isVisible(); }));
     EXPECT_EQ(box->text(), QStringLiteral("“report.txt” is already in “right”"));
+    EXPECT_EQ(box->informativeText(), QStringLiteral("Replacing moves the ones there now to the Trash."));
+    QStringList titles;
     for (QAbstractButton* button : box->buttons())
-        if (button->text() == QStringLiteral("Keep Both"))
+        titles.append(button->text());
+    titles.sort();
+    EXPECT_EQ(titles, (QStringList{QStringLiteral("Cancel"), QStringLiteral("Keep Both"), QStringLiteral("Replace"), QStringLiteral("Skip")}));
+    for (QAbstractButton* button : box->buttons())
+        if (button->text() == QStringLiteral("Replace"))
             button->click();
     settle();
-    EXPECT_EQ(test::readAll(copied), "older");
-    EXPECT_EQ(test::readAll(right.child(QStringLiteral("report 2.txt"))), "r");
+    EXPECT_EQ(test::readAll(copied), "r");
+    EXPECT_FALSE(test::exists(right.child(QStringLiteral("report 2.txt"))));
 }
 
 TEST_F(WindowFileCommandsTest, F6MovesIntoTheOtherPanesFolder)
