@@ -214,9 +214,9 @@ Status Session::saveEncoded(const QByteArray& bytes)
     return {};
 }
 
-std::optional<Session> Session::forNewWindow()
+std::optional<Session> Session::forNewWindow(bool wanted)
 {
-    if (g_firstWindowRestored.exchange(true))
+    if (g_firstWindowRestored.exchange(true) || !wanted)
         return std::nullopt;
     const QVariant value = openSettings()->value(QLatin1StringView(kSettingsKey));
     if (!value.isValid())

@@ -65,8 +65,10 @@ struct Session {
     // Stores already encoded bytes; safe on any thread (it opens its own settings handle).
     static Status saveEncoded(const QByteArray& bytes);
     // The stored session for the first window of a run; every later call, and a missing or
-    // undecodable value, gives nothing (a fresh window).
-    static std::optional<Session> forNewWindow();
+    // undecodable value, gives nothing (a fresh window). A first window that opens folders of
+    // its own (`wanted` false) passes its turn without reading the store, and later windows
+    // still start fresh.
+    static std::optional<Session> forNewWindow(bool wanted = true);
     // Starts a new run: the next forNewWindow() reads the stored session again (tests that
     // play several starts of the program).
     static void beginRun();

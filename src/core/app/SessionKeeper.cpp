@@ -48,8 +48,9 @@ SessionKeeper::SessionKeeper(WindowState* window) : QObject(window), m_window(wi
 
 bool SessionKeeper::restore(WindowState* window, bool restoring)
 {
-    const auto session = Session::forNewWindow();
-    if (!session || !restoring)
+    // A start with folders to open passes its turn without reading the saved session.
+    const auto session = Session::forNewWindow(restoring);
+    if (!session)
         return false;
     window->restore(*session);
     return true;

@@ -145,6 +145,10 @@ TEST_F(SessionFixture, OnlyTheFirstWindowOfARunTakesTheSavedSession)
     EXPECT_FALSE(Session::forNewWindow()); // a second window starts fresh
     Session::beginRun();
     EXPECT_TRUE(Session::forNewWindow());
+    // A first window opening folders of its own passes its turn: a later window starts fresh too.
+    Session::beginRun();
+    EXPECT_FALSE(Session::forNewWindow(false));
+    EXPECT_FALSE(Session::forNewWindow());
 }
 
 TEST_F(SessionFixture, NoneOrDamagedStoredSessionGivesAFreshWindow)
