@@ -22,15 +22,52 @@ PreviewContent load(const FilePath& path, PreviewLimits limits = {})
 
 } // namespace
 
-TEST(TextPreview, ShowsSmallSourceWhole)
+TEST(TextPreview, SmallFilesShowTheirTextWithTheirNote)
 {
     test::TempTree tree;
-    const PreviewContent content = load(tree.file("main.py", "print('hi')\n"));
-    EXPECT_EQ(content.kind, Kind::text);
-    EXPECT_EQ(content.text, "print('hi')\n");
-    EXPECT_EQ(content.language, "main.py");
-    EXPECT_TRUE(content.note.isEmpty());
-    EXPECT_EQ(content.title, "main.py");
+    const struct {
+        const char* name;
+        QByteArray bytes;
+        qint64 textBytes; // 0: the usual limit
+        QString text, note;
+    } rows[] = {
+        {"main.py", "print('hi')\n", 0, "print('hi')\n", ""},
+        {"old.txt", "caf\xe9 cr\xe8me\n", 0, "café crème\n", "Not UTF-8: shown as Latin-1"},
+        // "aé" is 3 bytes, "€" 3 more: the limit cuts inside the euro sign, which is no encoding error.
+        {"cut.txt", "a\xc3\xa9\xe2\x82\xac", 4, "aé", "Showing the first 4 bytes of 6 bytes"},
+        // CRLF, a lone CR and the byte-order mark.
+        {"dos.txt", "\xef\xbb\xbfone\r\ntwo\rthree\n", 0, "one\ntwo\nthree\n", ""},
+        {"empty.txt", "", 0, "", "Empty file"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        PreviewLimits limits;
+        if (row.textBytes)
+            limits.textBytes = row.textBytes;
+        const PreviewContent content = load(tree.file(row.name, row.bytes), limits);
+        EXPECT_EQ(content.kind, Kind::text);
+        EXPECT_EQ(content.text, row.text);
+        EXPECT_EQ(content.note, row.note) << content.note.toStdString();
+        EXPECT_EQ(content.title, row.name);
+    }
+    EXPECT_EQ(load(tree.path("main.py")).language, "main.py");
+}
+
+TEST(TextPreview, WhatCantBeShownSaysWhyAndAFifoIsNeverRead)
+{
+    test::TempTree tree;
+    const PreviewContent gone = load(tree.path("gone.txt"));
+    EXPECT_EQ(gone.kind, Kind::message);
+    EXPECT_EQ(gone.message, "Can’t read “gone.txt”: it isn’t there any more.");
+    const PreviewContent broken = load(tree.link("dangling", "nowhere"));
+    EXPECT_EQ(broken.kind, Kind::message);
+    EXPECT_EQ(broken.message, "“dangling” is a broken link.");
+    const FilePath fifo = tree.path("pipe");
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    EXPECT_EQ(load(fifo).kind, Kind::details); // would block forever if it were read
+    CancelFlag cancel;
+    cancel.cancel();
+    EXPECT_EQ(loadPreview({tree.file("a.txt", "text"), {800, 800}, Qt::black, {}}, cancel).kind, Kind::none);
 }
 
 TEST(TextPreview, ReadsOnlyTheFirstPartOfALargeFileAndSaysSo)
@@ -69,33 +106,6 @@ TEST(TextPreview, AVeryLongSingleLineIsCutAndBounded)
     EXPECT_TRUE(content.note.contains("Lines longer than 4,000 characters are cut")) << content.note.toStdString();
 }
 
-TEST(TextPreview, TextThatIsNotUtf8IsShownAsLatin1WithANote)
-{
-    test::TempTree tree;
-    const PreviewContent content = load(tree.file("old.txt", "caf\xe9 cr\xe8me\n"));
-    ASSERT_EQ(content.kind, Kind::text);
-    EXPECT_EQ(content.text, QString::fromUtf8("café crème\n"));
-    EXPECT_EQ(content.note, "Not UTF-8: shown as Latin-1");
-}
-
-TEST(TextPreview, ACharacterCutAtTheLimitIsNotAnEncodingError)
-{
-    test::TempTree tree;
-    PreviewLimits limits;
-    limits.textBytes = 4; // "aé" is 3 bytes, "€" 3 more: cut inside the euro sign
-    const PreviewContent content = load(tree.file("cut.txt", "a\xc3\xa9\xe2\x82\xac"), limits);
-    ASSERT_EQ(content.kind, Kind::text);
-    EXPECT_EQ(content.text, QString::fromUtf8("aé"));
-    EXPECT_FALSE(content.note.contains("Latin-1"));
-}
-
-TEST(TextPreview, LineEndsBecomeNewlines)
-{
-    test::TempTree tree;
-    const PreviewContent content = load(tree.file("dos.txt", "\xef\xbb\xbfone\r\ntwo\rthree\n"));
-    EXPECT_EQ(content.text, "one\ntwo\nthree\n") << "CRLF, lone CR and the byte-order mark";
-}
-
 TEST(TextPreview, NulBytesMakeAHexDump)
 {
     test::TempTree tree;
@@ -114,47 +124,3 @@ TEST(TextPreview, HexDumpPadsAShortLastRow)
     EXPECT_EQ(preview::hexDump("AB", 16), "00000010  41 42                                             |AB|\n");
 }
 
-TEST(TextPreview, EmptyFileSaysSo)
-{
-    test::TempTree tree;
-    const PreviewContent content = load(tree.file("empty.txt"));
-    EXPECT_EQ(content.kind, Kind::text);
-    EXPECT_EQ(content.note, "Empty file");
-}
-
-TEST(TextPreview, AFileThatIsGoneGivesAMessage)
-{
-    test::TempTree tree;
-    const FilePath gone = tree.file("gone.txt", "x");
-    ASSERT_EQ(::unlink(gone.c_str()), 0);
-    const PreviewContent content = load(gone);
-    EXPECT_EQ(content.kind, Kind::message);
-    EXPECT_EQ(content.message, "Can’t read “gone.txt”: it isn’t there any more.") << content.message.toStdString();
-}
-
-TEST(TextPreview, ABrokenLinkSaysSo)
-{
-    test::TempTree tree;
-    const FilePath link = tree.link("dangling", "nowhere");
-    const PreviewContent content = load(link);
-    EXPECT_EQ(content.kind, Kind::message);
-    EXPECT_EQ(content.message, "“dangling” is a broken link.");
-}
-
-TEST(TextPreview, ACancelledLoadGivesNothing)
-{
-    test::TempTree tree;
-    const FilePath file = tree.file("a.txt", "text");
-    CancelFlag cancel;
-    cancel.cancel();
-    EXPECT_EQ(loadPreview({file, {800, 800}, Qt::black, {}}, cancel).kind, Kind::none);
-}
-
-TEST(TextPreview, AFifoIsNeverOpenedForReading)
-{
-    test::TempTree tree;
-    const FilePath fifo = tree.path("pipe");
-    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
-    const PreviewContent content = load(fifo); // would block forever if it were read
-    EXPECT_EQ(content.kind, Kind::details);
-}
