@@ -51,16 +51,39 @@ struct OpenRouterFixture : ::testing::Test {
     }
 };
 
-TEST_F(OpenRouterFixture, AFileShowsItsFolderWithItSelectedWithOrWithoutReveal)
+// Per row: a window on `from`, the requests delivered, the tabs' folders after, and what the
+// active pane shows with what selected.
+TEST_F(OpenRouterFixture, RequestsShowTheirFolderInANewTabUnlessShownAndSelectTheirItem)
 {
-    const FilePath file = tree.path("a.txt");
-    for (bool reveal : {false, true}) {
-        window = std::make_unique<WindowState>(tree.path("B"), &preferences);
+    const FilePath root = tree.root(), a = tree.path("A"), b = tree.path("B"), file = tree.path("a.txt");
+    const struct {
+        const char* what;
+        FilePath from;
+        OpenRequests requests;
+        QList<FilePath> tabs;
+        FilePath shown;
+        QSet<FilePath> selected;
+    } rows[] = {
+        {"a file elsewhere", b, {{file, false}}, {b, root}, root, {file}},
+        {"a file elsewhere, revealed", b, {{file, true}}, {b, root}, root, {file}},
+        {"a folder revealed", b, {{a, true}}, {b, root}, root, {a}},
+        {"a file in the shown folder", root, {{file, false}}, {root}, root, {file}},
+        {"two folders, in the order given", root, {{b, false}, {a, false}}, {root, b, a}, a, {}},
+        {"a missing path", root, {{tree.path("A/gone.txt"), false}}, {root, a}, a, {}},
+        {"a missing path, revealed", root, {{tree.path("A/gone.txt"), true}}, {root, a}, a, {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        window = std::make_unique<WindowState>(row.from, &preferences);
         settle();
-        OpenRouter::deliver({{file, reveal}}, *window, false);
-        EXPECT_EQ(tabFolders(), (QList<FilePath>{tree.path("B"), tree.root()})) << reveal;
-        EXPECT_TRUE(shows(tree.root(), {file})) << reveal;
+        OpenRouter::deliver(row.requests, *window, false);
+        EXPECT_EQ(tabFolders(), row.tabs);
+        EXPECT_EQ(window->selectedTab(), window->tabs().last());
+        EXPECT_TRUE(shows(row.shown, row.selected));
     }
+    // Once more with its folder shown: nothing new.
+    OpenRouter::deliver({{tree.path("A/gone.txt"), true}}, *window, false);
+    EXPECT_EQ(window->tabs().size(), 2);
 }
 
 TEST_F(OpenRouterFixture, ALinkToAFileInTmpShowsTmpWithTheFileSelected)
@@ -89,14 +112,6 @@ TEST_F(OpenRouterFixture, ALinkToTildeDocumentsOpensTheHomesDocuments)
     EXPECT_TRUE(shows(documents, {}));
 }
 
-TEST_F(OpenRouterFixture, RevealingAFolderSelectsItInItsParent)
-{
-    window->activePane()->navigate(tree.path("B"));
-    settle();
-    OpenRouter::deliver({{tree.path("A"), true}}, *window, false);
-    EXPECT_TRUE(shows(tree.root(), {tree.path("A")}));
-}
-
 TEST_F(OpenRouterFixture, AFolderTheActivePaneShowsOpensNoTabAndSelectsNothingNew)
 {
     window->activePane()->click(tree.path("B"), Qt::NoModifier);
@@ -106,36 +121,12 @@ TEST_F(OpenRouterFixture, AFolderTheActivePaneShowsOpensNoTabAndSelectsNothingNe
     EXPECT_TRUE(shows(tree.root(), {tree.path("B")}));
 }
 
-TEST_F(OpenRouterFixture, AFileInTheShownFolderIsSelectedWithoutANewTab)
-{
-    OpenRouter::deliver({{tree.path("a.txt"), false}}, *window, false);
-    EXPECT_EQ(window->tabs().size(), 1);
-    EXPECT_TRUE(shows(tree.root(), {tree.path("a.txt")}));
-}
-
-TEST_F(OpenRouterFixture, TwoFoldersGiveTwoNewTabsInTheOrderGiven)
-{
-    OpenRouter::deliver({{tree.path("B"), false}, {tree.path("A"), false}}, *window, false);
-    EXPECT_EQ(tabFolders(), (QList<FilePath>{tree.root(), tree.path("B"), tree.path("A")}));
-    EXPECT_EQ(window->selectedTab(), window->tabs().last());
-}
-
 TEST_F(OpenRouterFixture, TheStartRequestReusesTheFirstTab)
 {
     OpenRouter::deliver({{tree.path("A/inner.txt"), false}, {tree.path("B"), false}}, *window, true);
     EXPECT_EQ(tabFolders(), (QList<FilePath>{tree.path("A"), tree.path("B")}));
     window->selectTab(-1);
     EXPECT_TRUE(shows(tree.path("A"), {tree.path("A/inner.txt")}));
-}
-
-TEST_F(OpenRouterFixture, AMissingPathShowsItsParentWithNothingSelected)
-{
-    OpenRouter::deliver({{tree.path("A/gone.txt"), false}}, *window, false);
-    EXPECT_EQ(tabFolders(), (QList<FilePath>{tree.root(), tree.path("A")}));
-    EXPECT_TRUE(shows(tree.path("A"), {}));
-    // Revealing it changes nothing.
-    OpenRouter::deliver({{tree.path("A/gone.txt"), true}}, *window, false);
-    EXPECT_EQ(window->tabs().size(), 2);
 }
 
 TEST_F(OpenRouterFixture, ANameThatIsNotUtf8IsSelected)

@@ -195,7 +195,7 @@ TEST_F(SheetFixture, TheShowInFolderRowWorksThroughItsServiceAndShowsItsProblem)
     QObject::connect(sheet.get(), &SettingsSheet::changed, [&] { ++changes; });
     const SettingRow& showInFolder = row("takeOverShowInFolder");
     EXPECT_TRUE(showInFolder.isAvailable());
-    EXPECT_EQ(showInFolder.help, ShowInFolderService::helpText());
+    EXPECT_EQ(showInFolder.help, QStringLiteral("Other apps' “Show in folder” opens Orwick instead. Change it any time in Customize."));
     EXPECT_FALSE(showInFolder.isOn());
     EXPECT_EQ(showInFolder.noteText(), "");
 

@@ -25,12 +25,6 @@ namespace {
 
 const QString kTaken = QStringLiteral("Another file manager answers “Show in folder” right now, so Orwick leaves it alone.");
 
-TEST(ShowInFolderService, TheHelpTextSaysWhatTheSwitchDoes)
-{
-    EXPECT_EQ(ShowInFolderService::helpText(),
-              QStringLiteral("Other apps' “Show in folder” opens Orwick instead. Change it any time in Customize."));
-}
-
 TEST(ShowInFolderService, WithoutABusItSaysSoAndOrwickRunsOn)
 {
     openSettings()->setValue(QLatin1StringView(ShowInFolderService::settingKey), true);
