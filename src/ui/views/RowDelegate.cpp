@@ -72,6 +72,10 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& givenOpti
     }
     QStyleOptionViewItem plain = option;
     plain.state &= ~(QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_MouseOver);
+    // A name is cut in its middle, so its end and extension stay; a kind or a property's text
+    // reads from its start ("Applicati…", not "Appli…n log").
+    if (index.column() != FileListModel::NameColumn)
+        plain.textElideMode = Qt::ElideRight;
     const int gitWidth = gitMarkWidth(index);
     plain.rect.setRight(plain.rect.right() - gitWidth - tagDotsWidth(index));
     if (index.data(Qt::TextAlignmentRole).toInt() & Qt::AlignRight) // a size keeps its gutter before the next column
