@@ -27,37 +27,33 @@ PropertyMap readNote(const FilePath& path) { return read(path, false).values; }
 
 constexpr auto write = test::writeProperties;
 
-struct ReadCase {
-    const char* name;
-    friend void PrintTo(const ReadCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
-    QByteArray content;
-    PropertyMap expected;
-};
-
-class ReadTest : public testing::TestWithParam<ReadCase> {};
-
-TEST_P(ReadTest, ReadsOnlyWhatItUnderstands)
-{
-    TempTree tree;
-    EXPECT_EQ(readNote(tree.file(QString("note.md"), GetParam().content)), GetParam().expected);
-}
-
 const PropertyMap kStatus{{"status", PropertyValue::ofText("done")}};
 
-INSTANTIATE_TEST_SUITE_P(
-    NoteFile, ReadTest,
-    testing::Values(ReadCase{"plain", "---\nstatus: done\n---\nbody", kStatus},
-                    ReadCase{"windowsLineEndings", "---\r\nstatus: done\r\n---\r\nbody\r\n", kStatus},
-                    ReadCase{"notUtf8", "---\nstatus: d\xffne\n---\n", {}},
-                    ReadCase{"notUtf8InBodyWithinHead", "---\nstatus: done\n---\n\xc3\x28", {}},
-                    ReadCase{"unclosed", "---\nstatus: done\n", {}},
-                    ReadCase{"nestedMap", "---\nstatus: done\nmeta:\n  a: 1\n---\n", {}},
-                    ReadCase{"blockScalar", "---\nstatus: done\ntext: |\n---\n", {}},
-                    ReadCase{"flowMap", "---\nstatus: done\nm: {a: 1}\n---\n", {}},
-                    ReadCase{"repeatedKeyFirstWins", "---\nstatus: done\nstatus: open\n---\n", kStatus},
-                    ReadCase{"noFrontMatter", "status: done\n", {}},
-                    ReadCase{"empty", "", {}}),
-    [](const auto& info) { return std::string(info.param.name); });
+TEST(NoteFile, ReadsOnlyWhatItUnderstands)
+{
+    const struct {
+        const char* name;
+        QByteArray content;
+        PropertyMap expected;
+    } rows[] = {
+        {"plain", "---\nstatus: done\n---\nbody", kStatus},
+        {"windowsLineEndings", "---\r\nstatus: done\r\n---\r\nbody\r\n", kStatus},
+        {"notUtf8", "---\nstatus: d\xffne\n---\n", {}},
+        {"notUtf8InBodyWithinHead", "---\nstatus: done\n---\n\xc3\x28", {}},
+        {"unclosed", "---\nstatus: done\n", {}},
+        {"nestedMap", "---\nstatus: done\nmeta:\n  a: 1\n---\n", {}},
+        {"blockScalar", "---\nstatus: done\ntext: |\n---\n", {}},
+        {"flowMap", "---\nstatus: done\nm: {a: 1}\n---\n", {}},
+        {"repeatedKeyFirstWins", "---\nstatus: done\nstatus: open\n---\n", kStatus},
+        {"noFrontMatter", "status: done\n", {}},
+        {"empty", "", {}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        TempTree tree;
+        EXPECT_EQ(readNote(tree.file(QString("note.md"), row.content)), row.expected);
+    }
+}
 
 TEST(NoteFile, ReadsOnlyTheHeadOfANote)
 {
@@ -126,40 +122,35 @@ TEST(NoteFile, WritingKeepsPermissionsAndLinks)
     EXPECT_EQ(readAll(note), "---\nn: 3\n---\nbody\n");
 }
 
-struct RefusalCase {
-    const char* name;
-    friend void PrintTo(const RefusalCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
-    QByteArray content;
-    Change change;
-};
-
-class RefusalTest : public testing::TestWithParam<RefusalCase> {};
-
-TEST_P(RefusalTest, RefusedWritesLeaveTheNoteAlone)
-{
-    TempTree tree;
-    const FilePath note = tree.file(QString("n.md"), GetParam().content);
-    const auto written = write(note, false, {GetParam().change});
-    EXPECT_FALSE(written);
-    EXPECT_EQ(readAll(note), GetParam().content);
-}
-
 const Change kSetDone{"status", PropertyValue::ofText("done"), {}};
 
-INSTANTIATE_TEST_SUITE_P(
-    NoteFile, RefusalTest,
-    testing::Values(RefusalCase{"notUtf8", "---\na: 1\n---\n\xff\xfe body", kSetDone},
-                    RefusalCase{"unclosed", "---\na: 1\nbody", kSetDone},
-                    RefusalCase{"nestedMap", "---\nmeta:\n  a: 1\n---\n", kSetDone},
-                    RefusalCase{"nestedMapUnderTheKey", "---\nstatus:\n  a: 1\n---\n", kSetDone},
-                    RefusalCase{"blockScalar", "---\nstatus: >\n  folded\n---\n", kSetDone},
-                    RefusalCase{"flowMap", "---\nm: {a: 1}\n---\n", kSetDone},
-                    RefusalCase{"openingNotReadable", "--- \nstatus: open\n---\n", kSetDone},
-                    RefusalCase{"valueWithLineBreak", "---\na: 1\n---\n", {"a", PropertyValue::ofText("two\nlines"), {}}},
-                    RefusalCase{"lineBreakBeforeComment", "---\na: 1\n---\n", {"a", PropertyValue::ofText("x\n# y: z"), {}}},
-                    RefusalCase{"keyWithColon", "---\na: 1\n---\n", {"a:b", PropertyValue::ofText("x"), {}}},
-                    RefusalCase{"listItemWithLineBreak", "body", {"t", PropertyValue::ofList({"a\nb"}), {}}}),
-    [](const auto& info) { return std::string(info.param.name); });
+TEST(NoteFile, RefusedWritesLeaveTheNoteAlone)
+{
+    const struct {
+        const char* name;
+        QByteArray content;
+        Change change;
+    } rows[] = {
+        {"notUtf8", "---\na: 1\n---\n\xff\xfe body", kSetDone},
+        {"unclosed", "---\na: 1\nbody", kSetDone},
+        {"nestedMap", "---\nmeta:\n  a: 1\n---\n", kSetDone},
+        {"nestedMapUnderTheKey", "---\nstatus:\n  a: 1\n---\n", kSetDone},
+        {"blockScalar", "---\nstatus: >\n  folded\n---\n", kSetDone},
+        {"flowMap", "---\nm: {a: 1}\n---\n", kSetDone},
+        {"openingNotReadable", "--- \nstatus: open\n---\n", kSetDone},
+        {"valueWithLineBreak", "---\na: 1\n---\n", {"a", PropertyValue::ofText("two\nlines"), {}}},
+        {"lineBreakBeforeComment", "---\na: 1\n---\n", {"a", PropertyValue::ofText("x\n# y: z"), {}}},
+        {"keyWithColon", "---\na: 1\n---\n", {"a:b", PropertyValue::ofText("x"), {}}},
+        {"listItemWithLineBreak", "body", {"t", PropertyValue::ofList({"a\nb"}), {}}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        TempTree tree;
+        const FilePath note = tree.file(QString("n.md"), row.content);
+        EXPECT_FALSE(write(note, false, {row.change}));
+        EXPECT_EQ(readAll(note), row.content);
+    }
+}
 
 TEST(NoteFile, ValuesFullOfQuotesAndBackslashesAreWritten)
 {

@@ -13,70 +13,64 @@ namespace {
 
 std::optional<PropertyValue> text(const QString& t) { return PropertyValue::ofText(t); }
 
-struct MatchCase {
-    const char* name;
-    friend void PrintTo(const MatchCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
-    C condition;
-    QString operand;
-    PropertyType type;
-    std::optional<PropertyValue> value;
-    bool matches;
-};
-
-class MatchTest : public testing::TestWithParam<MatchCase> {};
-
-TEST_P(MatchTest, Matches)
-{
-    const MatchCase& c = GetParam();
-    const PropertyFilter filter{QUuid::createUuid(), "k", c.condition, c.operand};
-    EXPECT_EQ(filter.matches(c.value, c.type), c.matches);
-}
-
 const auto list = [](QStringList items) { return std::optional(PropertyValue::ofList(std::move(items))); };
 const auto number = [](double n) { return std::optional(PropertyValue::ofNumber(n)); };
 const auto flag = [](bool b) { return std::optional(PropertyValue::ofBool(b)); };
 
-INSTANTIATE_TEST_SUITE_P(
-    PropertyFilter, MatchTest,
-    testing::Values(
-        MatchCase{"blankOperandPassesEquals", C::equals, "  ", PropertyType::text, text("x"), true},
-        MatchCase{"blankOperandPassesBefore", C::before, "", PropertyType::date, std::nullopt, true},
-        MatchCase{"equalsIgnoresCase", C::equals, " Done ", PropertyType::select, text("done"), true},
-        MatchCase{"equalsOther", C::equals, "done", PropertyType::select, text("doing"), false},
-        MatchCase{"equalsMissing", C::equals, "done", PropertyType::select, std::nullopt, false},
-        MatchCase{"differsMissing", C::differs, "done", PropertyType::select, std::nullopt, true},
-        MatchCase{"equalsListItem", C::equals, "B", PropertyType::list, list({"a", "b"}), true},
-        MatchCase{"equalsListNotWhole", C::equals, "a, b", PropertyType::list, list({"a", "b"}), false},
-        MatchCase{"equalsTextOfList", C::equals, "a, b", PropertyType::text, list({"a", "b"}), true},
-        MatchCase{"containsListItem", C::contains, "OJE", PropertyType::list, list({"x", "project"}), true},
-        MatchCase{"containsNoItem", C::contains, "q", PropertyType::list, list({"x", "project"}), false},
-        MatchCase{"containsSplitsText", C::contains, "ea", PropertyType::list, text("tea, coffee"), true},
-        MatchCase{"lacks", C::lacks, "z", PropertyType::text, text("abc"), true},
-        MatchCase{"lacksFound", C::lacks, "B", PropertyType::text, text("abc"), false},
-        MatchCase{"beforeByDay", C::before, "2024-06-01", PropertyType::date, text("2024-05-31T23:59"), true},
-        MatchCase{"beforeSameDay", C::before, "2024-06-01", PropertyType::date, text("2024-06-01"), false},
-        MatchCase{"afterDay", C::after, "2024-06-01", PropertyType::date, text("2024-06-02"), true},
-        MatchCase{"afterWithoutDate", C::after, "2024-06-01", PropertyType::date, text("soon"), false},
-        MatchCase{"beforeWithoutDate", C::before, "2024-06-01", PropertyType::date, text("soon"), false},
-        MatchCase{"operandNotADate", C::before, "June", PropertyType::date, text("2024-01-01"), false},
-        MatchCase{"greater", C::greater, "2", PropertyType::number, number(2.5), true},
-        MatchCase{"greaterNumericText", C::greater, "10", PropertyType::number, text(" 9 "), false},
-        MatchCase{"lessMissing", C::less, "10", PropertyType::number, std::nullopt, false},
-        MatchCase{"lessNotANumber", C::less, "many", PropertyType::number, number(1), false},
-        MatchCase{"emptyMissing", C::empty, "", PropertyType::text, std::nullopt, true},
-        MatchCase{"emptyEmptyText", C::empty, "", PropertyType::text, text(""), true},
-        MatchCase{"emptyEmptyList", C::empty, "", PropertyType::list, list({}), true},
-        MatchCase{"emptyFilled", C::empty, "x", PropertyType::text, text("a"), false},
-        MatchCase{"filled", C::filled, "", PropertyType::text, text("a"), true},
-        MatchCase{"checkedX", C::checked, "", PropertyType::text, text("x"), true},
-        MatchCase{"checkedYes", C::checked, "", PropertyType::text, text("Yes"), true},
-        MatchCase{"checkedNo", C::checked, "", PropertyType::text, text("no"), false},
-        MatchCase{"checkedOne", C::checked, "", PropertyType::number, number(1), true},
-        MatchCase{"checkedBool", C::checked, "", PropertyType::checkbox, flag(false), false},
-        MatchCase{"checkedMissing", C::checked, "", PropertyType::checkbox, std::nullopt, false},
-        MatchCase{"uncheckedMissing", C::unchecked, "", PropertyType::checkbox, std::nullopt, true},
-        MatchCase{"uncheckedTrue", C::unchecked, "", PropertyType::checkbox, flag(true), false}),
-    [](const auto& info) { return std::string(info.param.name); });
+TEST(PropertyFilter, Matches)
+{
+    const struct {
+        const char* name;
+        C condition;
+        QString operand;
+        PropertyType type;
+        std::optional<PropertyValue> value;
+        bool matches;
+    } rows[] = {
+        {"blankOperandPassesEquals", C::equals, "  ", PropertyType::text, text("x"), true},
+        {"blankOperandPassesBefore", C::before, "", PropertyType::date, std::nullopt, true},
+        {"equalsIgnoresCase", C::equals, " Done ", PropertyType::select, text("done"), true},
+        {"equalsOther", C::equals, "done", PropertyType::select, text("doing"), false},
+        {"equalsMissing", C::equals, "done", PropertyType::select, std::nullopt, false},
+        {"differsMissing", C::differs, "done", PropertyType::select, std::nullopt, true},
+        {"equalsListItem", C::equals, "B", PropertyType::list, list({"a", "b"}), true},
+        {"equalsListNotWhole", C::equals, "a, b", PropertyType::list, list({"a", "b"}), false},
+        {"equalsTextOfList", C::equals, "a, b", PropertyType::text, list({"a", "b"}), true},
+        {"containsListItem", C::contains, "OJE", PropertyType::list, list({"x", "project"}), true},
+        {"containsNoItem", C::contains, "q", PropertyType::list, list({"x", "project"}), false},
+        {"containsSplitsText", C::contains, "ea", PropertyType::list, text("tea, coffee"), true},
+        {"lacks", C::lacks, "z", PropertyType::text, text("abc"), true},
+        {"lacksFound", C::lacks, "B", PropertyType::text, text("abc"), false},
+        {"beforeByDay", C::before, "2024-06-01", PropertyType::date, text("2024-05-31T23:59"), true},
+        {"beforeSameDay", C::before, "2024-06-01", PropertyType::date, text("2024-06-01"), false},
+        {"afterDay", C::after, "2024-06-01", PropertyType::date, text("2024-06-02"), true},
+        {"afterWithoutDate", C::after, "2024-06-01", PropertyType::date, text("soon"), false},
+        {"beforeWithoutDate", C::before, "2024-06-01", PropertyType::date, text("soon"), false},
+        {"operandNotADate", C::before, "June", PropertyType::date, text("2024-01-01"), false},
+        {"greater", C::greater, "2", PropertyType::number, number(2.5), true},
+        {"greaterNumericText", C::greater, "10", PropertyType::number, text(" 9 "), false},
+        {"lessMissing", C::less, "10", PropertyType::number, std::nullopt, false},
+        {"lessNotANumber", C::less, "many", PropertyType::number, number(1), false},
+        {"emptyMissing", C::empty, "", PropertyType::text, std::nullopt, true},
+        {"emptyEmptyText", C::empty, "", PropertyType::text, text(""), true},
+        {"emptyEmptyList", C::empty, "", PropertyType::list, list({}), true},
+        {"emptyFilled", C::empty, "x", PropertyType::text, text("a"), false},
+        {"filled", C::filled, "", PropertyType::text, text("a"), true},
+        {"checkedX", C::checked, "", PropertyType::text, text("x"), true},
+        {"checkedYes", C::checked, "", PropertyType::text, text("Yes"), true},
+        {"checkedNo", C::checked, "", PropertyType::text, text("no"), false},
+        {"checkedOne", C::checked, "", PropertyType::number, number(1), true},
+        {"checkedBool", C::checked, "", PropertyType::checkbox, flag(false), false},
+        {"checkedMissing", C::checked, "", PropertyType::checkbox, std::nullopt, false},
+        {"uncheckedMissing", C::unchecked, "", PropertyType::checkbox, std::nullopt, true},
+        {"uncheckedTrue", C::unchecked, "", PropertyType::checkbox, flag(true), false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const PropertyFilter filter{QUuid::createUuid(), "k", row.condition, row.operand};
+        EXPECT_EQ(filter.matches(row.value, row.type), row.matches);
+    }
+}
 
 TEST(PropertyFilter, ConditionsInOrderWithTitles)
 {
@@ -129,34 +123,34 @@ TEST(PropertyFilter, StoredByFieldNames)
     EXPECT_EQ(PropertyFilter::fromJson(noId), std::nullopt);
 }
 
-struct GroupCase {
-    const char* name;
-    friend void PrintTo(const GroupCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
-    QDateTime date;
-    const char* title;
-};
-
-class DateGroupTest : public testing::TestWithParam<GroupCase> {};
-
 // Wednesday 15 May 2024, 12:00 UTC; weeks start on Monday.
 const QDateTime kNow(QDate(2024, 5, 15), QTime(12, 0), QTimeZone::utc());
 QDateTime at(int y, int m, int d, int h = 12) { return QDateTime(QDate(y, m, d), QTime(h, 0), QTimeZone::utc()); }
 
-TEST_P(DateGroupTest, Titles) { EXPECT_EQ(DateGroup::title(GetParam().date, kNow, Qt::Monday), GetParam().title); }
-
-INSTANTIATE_TEST_SUITE_P(DateGroup, DateGroupTest,
-                         testing::Values(GroupCase{"laterToday", kNow.addSecs(3600), "Today"},
-                                         GroupCase{"earlierToday", at(2024, 5, 15, 0), "Today"},
-                                         GroupCase{"tomorrow", at(2024, 5, 16), "Upcoming"},
-                                         GroupCase{"yesterday", at(2024, 5, 14, 1), "Yesterday"},
-                                         GroupCase{"monday", at(2024, 5, 13), "Earlier this week"},
-                                         GroupCase{"sundayBefore", at(2024, 5, 12), "Last week"},
-                                         GroupCase{"lastMonday", at(2024, 5, 6), "Last week"},
-                                         GroupCase{"earlierThisMonth", at(2024, 5, 1), "Earlier this month"},
-                                         GroupCase{"lastMonth", at(2024, 4, 2), "Last month"},
-                                         GroupCase{"thisYear", at(2024, 1, 1), "Earlier this year"},
-                                         GroupCase{"olderYear", at(2023, 12, 31), "2023"}),
-                         [](const auto& info) { return std::string(info.param.name); });
+TEST(DateGroup, Titles)
+{
+    const struct {
+        const char* name;
+        QDateTime date;
+        const char* title;
+    } rows[] = {
+        {"laterToday", kNow.addSecs(3600), "Today"},
+        {"earlierToday", at(2024, 5, 15, 0), "Today"},
+        {"tomorrow", at(2024, 5, 16), "Upcoming"},
+        {"yesterday", at(2024, 5, 14, 1), "Yesterday"},
+        {"monday", at(2024, 5, 13), "Earlier this week"},
+        {"sundayBefore", at(2024, 5, 12), "Last week"},
+        {"lastMonday", at(2024, 5, 6), "Last week"},
+        {"earlierThisMonth", at(2024, 5, 1), "Earlier this month"},
+        {"lastMonth", at(2024, 4, 2), "Last month"},
+        {"thisYear", at(2024, 1, 1), "Earlier this year"},
+        {"olderYear", at(2023, 12, 31), "2023"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(DateGroup::title(row.date, kNow, Qt::Monday), row.title);
+    }
+}
 
 TEST(DateGroup, WeekStartMatters)
 {

@@ -83,32 +83,29 @@ TEST(PropertyValue, JsonRoundTripAndRefusals)
     EXPECT_EQ(PropertyValue::fromJson(QJsonObject{{"a", 1}}), std::nullopt);
 }
 
-struct GuessCase {
-    const char* name;
-    friend void PrintTo(const GuessCase& c, std::ostream* os) { *os << c.name; } // the name, not bytes
-    QList<PropertyValue> values;
-    PropertyType type;
-};
-
-class GuessTest : public testing::TestWithParam<GuessCase> {};
-
-TEST_P(GuessTest, FirstRuleThatHoldsWins) { EXPECT_EQ(guessPropertyType(GetParam().values), GetParam().type); }
-
-INSTANTIATE_TEST_SUITE_P(
-    PropertyValue, GuessTest,
-    testing::Values(GuessCase{"none", {}, PropertyType::text},
-                    GuessCase{"anyList", {text("a"), PropertyValue::ofList({})}, PropertyType::list},
-                    GuessCase{"bools", {PropertyValue::ofBool(true), PropertyValue::ofBool(false)}, PropertyType::checkbox},
-                    GuessCase{"numbersAndNumericTexts", {number(1), text(" 2 ")}, PropertyType::number},
-                    GuessCase{"dates", {text("2024-01-01"), text("2024-02-03 10:00")}, PropertyType::date},
-                    GuessCase{"repeatedFew", {text("a"), text("a"), text("b")}, PropertyType::select},
-                    GuessCase{"twoNeverSelect", {text("a"), text("a")}, PropertyType::text},
-                    GuessCase{"allDistinct", {text("a"), text("b"), text("c")}, PropertyType::text},
-                    GuessCase{"tooLong", {text("a very long value, 25 chars"), text("a very long value, 25 chars"), text("b")},
-                              PropertyType::text},
-                    GuessCase{"boolAndTextSelect", {PropertyValue::ofBool(true), text("true"), text("maybe")},
-                              PropertyType::select}),
-    [](const auto& info) { return std::string(info.param.name); });
+TEST(PropertyValue, GuessingTheTypeTheFirstRuleThatHoldsWins)
+{
+    const struct {
+        const char* name;
+        QList<PropertyValue> values;
+        PropertyType type;
+    } rows[] = {
+        {"none", {}, PropertyType::text},
+        {"anyList", {text("a"), PropertyValue::ofList({})}, PropertyType::list},
+        {"bools", {PropertyValue::ofBool(true), PropertyValue::ofBool(false)}, PropertyType::checkbox},
+        {"numbersAndNumericTexts", {number(1), text(" 2 ")}, PropertyType::number},
+        {"dates", {text("2024-01-01"), text("2024-02-03 10:00")}, PropertyType::date},
+        {"repeatedFew", {text("a"), text("a"), text("b")}, PropertyType::select},
+        {"twoNeverSelect", {text("a"), text("a")}, PropertyType::text},
+        {"allDistinct", {text("a"), text("b"), text("c")}, PropertyType::text},
+        {"tooLong", {text("a very long value, 25 chars"), text("a very long value, 25 chars"), text("b")}, PropertyType::text},
+        {"boolAndTextSelect", {PropertyValue::ofBool(true), text("true"), text("maybe")}, PropertyType::select},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(guessPropertyType(row.values), row.type);
+    }
+}
 
 TEST(PropertyValue, SelectNeedsAtMostTwelveDistinct)
 {
