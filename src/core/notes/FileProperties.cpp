@@ -78,8 +78,10 @@ void FileProperties::load(const FileItems& items)
     const TaskSlot::Ticket ticket = slot->start();
     QList<notefile::Target> targets;
     targets.reserve(items.size());
-    for (const FileItem& item : items)
-        targets.append({item.url, item.isFolder});
+    for (const FileItem& item : items) {
+        const auto known = m_versions.constFind(item.url);
+        targets.append({item.url, item.isFolder, known != m_versions.constEnd() ? std::optional(*known) : std::nullopt});
+    }
     const quint64 startedAt = m_writeSerial;
     std::weak_ptr<TaskSlot> weakSlot = slot;
     runInBackground(

@@ -11,6 +11,7 @@
 #include <climits>
 #include <cstdlib>
 #include <fcntl.h>
+#include <ctime>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -25,6 +26,8 @@ namespace {
 
 // The UTF-8 byte-order mark some editors put at the start of a file.
 constexpr QByteArrayView kByteOrderMark("\xEF\xBB\xBF");
+// A note modified this recently is read again whatever its version says (see readAll).
+constexpr time_t kRecentSeconds = 2;
 
 // Reads up to `limit` bytes (all when negative).
 bool readUpTo(int fd, QByteArray& out, qsizetype limit)
@@ -198,9 +201,16 @@ std::optional<QList<Loaded>> readAll(const QList<Target>& targets, const CancelF
 {
     QList<Loaded> results;
     results.reserve(targets.size());
+    const time_t settledBefore = ::time(nullptr) - kRecentSeconds;
     for (const Target& target : targets) {
         if (cancel && cancel->isCancelled())
             return std::nullopt;
+        if (target.known && !target.isFolder) {
+            struct stat st;
+            if (::stat(target.path.c_str(), &st) == 0 && S_ISREG(st.st_mode) && st.st_mtim.tv_sec < settledBefore
+                && versionOf(st) == *target.known)
+                continue; // as last read
+        }
         results.append(read(target.path, target.isFolder));
     }
     return results;

@@ -49,10 +49,15 @@ Loaded read(const FilePath& path, bool isFolder);
 // block. A multi-byte character cut off at the end of the head is ignored.
 PropertyMap propertiesOfNoteText(QByteArrayView bytes);
 
-// Reads many files in order; nothing when cancelled before the end.
+// Reads many files in order; nothing when cancelled before the end. A note whose version is
+// still `known` (the one it had when last read) is left out of the result, so a folder read
+// again after each reload of its listing reads only the notes that changed. A note modified in
+// the last two seconds is always read: a file's time moves in clock ticks, so a rewrite of the
+// same size just after the last read may show the same version.
 struct Target {
     FilePath path;
     bool isFolder = false;
+    std::optional<Fingerprint> known;
 };
 std::optional<QList<Loaded>> readAll(const QList<Target>& targets, const CancelFlag* cancel = nullptr);
 
