@@ -15,54 +15,47 @@ CommandLine parsed(const QList<QByteArray>& arguments)
     return line.value_or(CommandLine{});
 }
 
-TEST(CommandLine, ItemsKeepTheirOrderAndBytes)
+TEST(CommandLine, ItemsKeepTheirOrderAndBytesAmongTheOptions)
 {
-    const CommandLine line = parsed({"a", QByteArray("caf\xe9"), "orwick://open?path=~", "-"});
-    EXPECT_EQ(line.action, CommandLine::Action::open);
-    EXPECT_FALSE(line.newWindow);
-    EXPECT_EQ(line.items, (QList<QByteArray>{"a", QByteArray("caf\xe9"), "orwick://open?path=~", "-"}));
-}
-
-TEST(CommandLine, OptionsAnywhereAndNamesAfterTheDoubleDash)
-{
-    const CommandLine line = parsed({"a", "--new-window", "--", "--help", "-b"});
-    EXPECT_TRUE(line.newWindow);
-    EXPECT_EQ(line.action, CommandLine::Action::open);
-    EXPECT_EQ(line.items, (QList<QByteArray>{"a", "--help", "-b"}));
-    EXPECT_EQ(parsed({"x", "--help"}).action, CommandLine::Action::help);
-    EXPECT_EQ(parsed({"-h"}).action, CommandLine::Action::help);
-    EXPECT_EQ(parsed({"--version"}).action, CommandLine::Action::version);
-}
-
-TEST(CommandLine, QtsOwnOptionsAreLeftToQt)
-{
-    const CommandLine line = parsed({"-platform", "offscreen", "-style", "Fusion", "-reverse", "folder"});
-    EXPECT_EQ(line.items, QList<QByteArray>{"folder"});
-}
-
-TEST(CommandLine, ShowTakesAListingName)
-{
+    using Action = CommandLine::Action;
+    const struct {
+        QList<QByteArray> arguments, items;
+        Action action;
+        bool newWindow;
+    } rows[] = {
+        {{"a", QByteArray("caf\xe9"), "orwick://open?path=~", "-"}, {"a", QByteArray("caf\xe9"), "orwick://open?path=~", "-"},
+         Action::open, false},
+        // Options anywhere, names after the double dash.
+        {{"a", "--new-window", "--", "--help", "-b"}, {"a", "--help", "-b"}, Action::open, true},
+        // Qt's own options are left to Qt.
+        {{"-platform", "offscreen", "-style", "Fusion", "-reverse", "folder"}, {"folder"}, Action::open, false},
+        {{"docs", "--activation-token=abc_123"}, {"docs"}, Action::open, false},
+        {{"x", "--help"}, {"x"}, Action::help, false},
+        {{"-h"}, {}, Action::help, false},
+        {{"--version"}, {}, Action::version, false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.arguments.join(' ').toStdString());
+        const CommandLine line = parsed(row.arguments);
+        EXPECT_EQ(line.items, row.items);
+        EXPECT_EQ(line.action, row.action);
+        EXPECT_EQ(line.newWindow, row.newWindow);
+    }
+    EXPECT_EQ(parsed({"docs", "--activation-token=abc_123"}).activationToken, "abc_123");
     EXPECT_EQ(parsed({"--show", "trash"}).listing, Listing::of(Listing::Kind::trash));
     EXPECT_EQ(parsed({"--show=tag:Work"}).listing, Listing::tag(QStringLiteral("Work")));
-    for (const QList<QByteArray>& wrong : {QList<QByteArray>{"--show"}, QList<QByteArray>{"--show", "nowhere"}}) {
-        const Result<CommandLine> line = CommandLine::parse(wrong);
+}
+
+TEST(CommandLine, AWrongOptionIsNamed)
+{
+    const QString show = QStringLiteral("orwick: --show takes trash, recents, screenshots, drives or tag:NAME");
+    for (const auto& [arguments, message] :
+         {std::pair(QList<QByteArray>{"--show"}, show), std::pair(QList<QByteArray>{"--show", "nowhere"}, show),
+          std::pair(QList<QByteArray>{"--frobnicate"}, QStringLiteral("orwick: there is no option “--frobnicate” (orwick --help lists them)"))}) {
+        const Result<CommandLine> line = CommandLine::parse(arguments);
         ASSERT_FALSE(line);
-        EXPECT_EQ(line.error(), QStringLiteral("orwick: --show takes trash, recents, screenshots, drives or tag:NAME"));
+        EXPECT_EQ(line.error(), message);
     }
-}
-
-TEST(CommandLine, AnUnknownOptionIsNamed)
-{
-    const Result<CommandLine> line = CommandLine::parse({"--frobnicate"});
-    ASSERT_FALSE(line);
-    EXPECT_EQ(line.error(), QStringLiteral("orwick: there is no option “--frobnicate” (orwick --help lists them)"));
-}
-
-TEST(CommandLine, AnActivationTokenIsKeptApart)
-{
-    const CommandLine line = parsed({"docs", "--activation-token=abc_123"});
-    EXPECT_EQ(line.activationToken, "abc_123");
-    EXPECT_EQ(line.items, QList<QByteArray>{"docs"});
 }
 
 TEST(CommandLine, RequestsAreTakenFromTheWorkingFolder)
