@@ -16,9 +16,12 @@ template <class Receiver, class Deliver>
 void deliverToGui(QPointer<Receiver> receiver, Deliver deliver)
 {
     // Posted to the application object, which outlives every receiver, and checked there, so a
-    // receiver deleted meanwhile is never touched.
+    // receiver deleted meanwhile is never touched. Once the application is going, nothing is.
+    QCoreApplication* application = QCoreApplication::instance();
+    if (!application)
+        return;
     QMetaObject::invokeMethod(
-        QCoreApplication::instance(),
+        application,
         [receiver = std::move(receiver), deliver = std::move(deliver)]() mutable {
             if (receiver)
                 deliver(*receiver);

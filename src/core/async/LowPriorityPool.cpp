@@ -2,16 +2,20 @@
 
 #include "platform/ThreadPriority.h"
 
+#include <QCoreApplication>
+#include <QPointer>
+
 namespace orwick {
 
 QThreadPool& lowPriorityPool()
 {
-    // Never destroyed: tasks may still finish while the application object goes.
-    static QThreadPool* pool = [] {
-        auto* made = new QThreadPool;
-        made->setMaxThreadCount(QThread::idealThreadCount());
-        return made;
-    }();
+    // Owned by the application object, whose end waits for its tasks as it waits for the shared
+    // pool's: no load is still running while the application goes.
+    static QPointer<QThreadPool> pool;
+    if (!pool) {
+        pool = new QThreadPool(QCoreApplication::instance());
+        pool->setMaxThreadCount(QThread::idealThreadCount());
+    }
     return *pool;
 }
 

@@ -9,7 +9,8 @@
 
 namespace orwick {
 
-// Runs `work` on a thread of the low-priority pool.
+// Runs `work` on a thread of the low-priority pool. From the GUI thread. The pool belongs to the
+// application object, whose end waits for the tasks still running.
 void startLowPriority(std::function<void()> work);
 
 // The pool itself, for tests and for waiting until it is idle.
