@@ -49,7 +49,7 @@ void click(QWidget* widget, const QPointF& at)
 
 using DiskToolPanelsTest = test::DiskToolWindowTest;
 
-TEST_F(DiskToolPanelsTest, DuplicatesPanelListsGroupsAndTicksExtraCopies)
+TEST_F(DiskToolPanelsTest, DuplicatesListGroupsTickExtraCopiesAndAskingAgainKeepsThem)
 {
     const QByteArray big(150000, 'x');
     tree.file(QStringLiteral("a.bin"), big);
@@ -57,7 +57,8 @@ TEST_F(DiskToolPanelsTest, DuplicatesPanelListsGroupsAndTicksExtraCopies)
     tree.file(QStringLiteral("small1"), "s");
     tree.file(QStringLiteral("small2"), "s");
     open();
-    DiskToolKeys::openDuplicates(window.get(), pane());
+    DiskToolKeys::follow(*state, window.get());
+    state->showPanel(WindowState::Panel::duplicates, pane()->url());
     auto* panel = shown<DuplicatesPanel>();
     ASSERT_TRUE(panel);
     EXPECT_EQ(panel->geometry(), window->centralWidget()->geometry()) << "the sheet covers the content area";
@@ -65,26 +66,7 @@ TEST_F(DiskToolPanelsTest, DuplicatesPanelListsGroupsAndTicksExtraCopies)
     ASSERT_EQ(panel->choice().groups().size(), 1u) << "the 1-byte pair is under the default minimum";
     EXPECT_TRUE(panel->footer().startsWith("1 group, ")) << panel->footer().toStdString();
     panel->tickExtraCopies();
-    EXPECT_EQ(panel->choice().toTrash(), std::vector{tree.path(QStringLiteral("a copy.bin"))});
     EXPECT_TRUE(panel->footer().contains(" · 1 ticked"));
-
-    QPointer<DuplicatesPanel> guard(panel);
-    pressKey(panel, Qt::Key_Escape);
-    EXPECT_TRUE(waitUntil([&] { return deleted(guard.data()); })) << "Esc closes the sheet";
-}
-
-TEST_F(DiskToolPanelsTest, AskingAgainForTheShownPanelKeepsItsResultsAndTicks)
-{
-    const QByteArray big(150000, 'x');
-    tree.file(QStringLiteral("a.bin"), big);
-    tree.file(QStringLiteral("a copy.bin"), big);
-    open();
-    DiskToolKeys::follow(*state, window.get());
-    state->showPanel(WindowState::Panel::duplicates, pane()->url());
-    auto* panel = shown<DuplicatesPanel>();
-    ASSERT_TRUE(panel);
-    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
-    panel->tickExtraCopies();
     auto* list = panel->findChild<QTreeWidget*>();
     list->setCurrentItem(list->topLevelItem(list->topLevelItemCount() - 1));
     QTreeWidgetItem* current = list->currentItem();
@@ -99,7 +81,7 @@ TEST_F(DiskToolPanelsTest, AskingAgainForTheShownPanelKeepsItsResultsAndTicks)
     EXPECT_EQ(state->panel(), WindowState::Panel::duplicates);
 
     pressKey(panel, Qt::Key_Escape);
-    EXPECT_TRUE(waitUntil([&] { return deleted(guard.data()); }));
+    EXPECT_TRUE(waitUntil([&] { return deleted(guard.data()); })) << "Esc closes the sheet";
     EXPECT_EQ(state->panel(), WindowState::Panel::none) << "closing the kept sheet still closes the panel";
 }
 
@@ -147,31 +129,6 @@ TEST_F(DiskToolPanelsTest, SpacePanelGoesInAndOut)
     EXPECT_EQ(panel->current()->name, "big") << "a click goes into the folder";
     pressKey(map, Qt::Key_Backspace);
     EXPECT_EQ(panel->current(), root) << "Backspace goes back out";
-}
-
-TEST_F(DiskToolPanelsTest, CleanUpPanelFindsAndMeasures)
-{
-    tree.file(QStringLiteral("web/package.json"), "{}");
-    tree.file(QStringLiteral("web/node_modules/x/index.js"), QByteArray(50000, 'j'));
-    tree.file(QStringLiteral("py/__pycache__/m.pyc"), "c");
-    open();
-    DiskToolKeys::openCleanUp(window.get(), pane());
-    auto* panel = shown<CleanUpPanel>();
-    ASSERT_TRUE(panel);
-    ASSERT_TRUE(waitUntil([&] { return !panel->isScanning() && !panel->rows().empty(); }));
-    ASSERT_EQ(panel->rows().size(), 2u);
-    for (const auto& row : panel->rows())
-        EXPECT_TRUE(row.size.has_value()) << "every row is measured";
-    EXPECT_EQ(panel->footer(), "Projects rebuild these when needed. Space ticks, Delete moves the ticked to the Trash, Ctrl+Z puts them back.");
-}
-
-TEST_F(DiskToolPanelsTest, OpeningAPanelReplacesTheOneShown)
-{
-    open();
-    DiskToolKeys::openCleanUp(window.get(), pane());
-    DiskToolKeys::openSpace(window.get(), pane());
-    EXPECT_TRUE(waitUntil([&] { return deleted(nullptr) && window->findChildren<PanelSheet*>().size() == 1; }));
-    EXPECT_TRUE(shown<SpacePanel>());
 }
 
 // The commands set the window's panel; a sheet the user closes sets it back, so the same command

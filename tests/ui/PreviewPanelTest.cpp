@@ -84,7 +84,7 @@ TEST_F(PreviewWindowTest, TheCatalogueKeyTogglesThePanelToo)
     EXPECT_FALSE(window->previewPanel()->isVisible());
 }
 
-TEST_F(PreviewWindowTest, ClickingATaskTogglesItAsOneUndoableChange)
+TEST_F(PreviewWindowTest, ClickingOrSpaceTogglesATaskAsOneUndoableChangeUnlessItChangedMeanwhile)
 {
     select(note);
     state->setShowPreview(true);
@@ -103,6 +103,27 @@ TEST_F(PreviewWindowTest, ClickingATaskTogglesItAsOneUndoableChange)
     state->undoStack()->undo();
     settle();
     EXPECT_EQ(test::readAll(note), before);
+
+    // Space on the focused box toggles it too.
+    QTextBrowser* browser = panelView()->noteView();
+    ASSERT_TRUE(test::waitUntil([&] { return browser->toHtml().count(QChar(0x2611)) == 1; }));
+    browser->setFocus();
+    ASSERT_TRUE(test::waitUntil([&] { return QApplication::focusWidget() == browser; }));
+    press(Qt::Key_Tab); // the first link: the box of "write"
+    ASSERT_EQ(browser->textCursor().charFormat().anchorHref(), "task:3");
+    press(Qt::Key_Space);
+    settle();
+    EXPECT_TRUE(test::readAll(note).contains("- [x] write")) << test::readAll(note).toStdString();
+
+    // A task that changed meanwhile is refused and nothing is lost.
+    const QByteArray changed = "# Plan\n\nno tasks here\n";
+    ASSERT_TRUE(test::writeFile(note, changed));
+    const int stepsNow = state->undoStack()->count();
+    Q_EMIT browser->anchorClicked(QUrl(QStringLiteral("task:3")));
+    settle();
+    EXPECT_EQ(test::readAll(note), changed);
+    EXPECT_EQ(state->undoStack()->count(), stepsNow);
+    EXPECT_TRUE(test::waitUntil([&] { return toast().contains("That task is no longer in “b.md”."); })) << toast().toStdString();
 }
 
 TEST_F(PreviewWindowTest, TasksShowTheirBoxWithoutABullet)
@@ -121,39 +142,6 @@ TEST_F(PreviewWindowTest, TasksShowTheirBoxWithoutABullet)
     EXPECT_EQ(unbulleted[1], QString(QChar(0x2611)) + " read");
     // Each stays indented as the list's items are.
     EXPECT_GT(document->begin().blockFormat().indent(), 0);
-}
-
-TEST_F(PreviewWindowTest, SpaceOnAFocusedTaskTogglesIt)
-{
-    select(note);
-    state->setShowPreview(true);
-    ASSERT_TRUE(shows(panelView(), "b.md"));
-    QTextBrowser* browser = panelView()->noteView();
-    browser->setFocus();
-    ASSERT_TRUE(test::waitUntil([&] { return QApplication::focusWidget() == browser; }));
-    press(Qt::Key_Tab); // the first link: the box of "write"
-    ASSERT_EQ(browser->textCursor().charFormat().anchorHref(), "task:3");
-    press(Qt::Key_Space);
-    settle();
-    EXPECT_TRUE(test::readAll(note).contains("- [x] write")) << test::readAll(note).toStdString();
-}
-
-TEST_F(PreviewWindowTest, ATaskThatChangedMeanwhileIsRefusedAndNothingIsLost)
-{
-    select(note);
-    state->setShowPreview(true);
-    ASSERT_TRUE(shows(panelView(), "b.md"));
-    const QByteArray changed = "# Plan\n\nno tasks here\n";
-    QFile file(note.text());
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(changed);
-    file.close();
-    const int steps = state->undoStack()->count();
-    Q_EMIT panelView()->noteView()->anchorClicked(QUrl(QStringLiteral("task:3")));
-    settle();
-    EXPECT_EQ(test::readAll(note), changed);
-    EXPECT_EQ(state->undoStack()->count(), steps);
-    EXPECT_TRUE(test::waitUntil([&] { return toast().contains("That task is no longer in “b.md”."); })) << toast().toStdString();
 }
 
 TEST_F(PreviewWindowTest, SpaceOpensQuickLookArrowsMoveAndEscCloses)

@@ -55,18 +55,14 @@ TEST_F(SidebarWindowTest, F9TogglesTheSidebarAndTheChoiceIsKept)
     EXPECT_TRUE(readSettingsBool(*openSettings(), QStringLiteral("showSidebar"), false));
 }
 
-TEST_F(SidebarWindowTest, HidingTheFocusedSidebarGivesTheKeyboardToThePane)
+TEST_F(SidebarWindowTest, ArrowsAndReturnOpenDocumentsInTheActivePane)
 {
+    // Hiding the focused sidebar gives the keyboard to the pane; the focus key shows it again.
     press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
     ASSERT_EQ(QApplication::focusWidget(), view());
     press(Qt::Key_F9);
     EXPECT_NE(QApplication::focusWidget(), view());
     EXPECT_TRUE(window->activePaneWidget()->isAncestorOf(QApplication::focusWidget()));
-}
-
-TEST_F(SidebarWindowTest, ArrowsAndReturnOpenDocumentsInTheActivePane)
-{
-    press(Qt::Key_F9); // hidden first: the focus key shows it again
     press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
     EXPECT_TRUE(window->sidebar()->isVisible());
     ASSERT_EQ(QApplication::focusWidget(), view());
@@ -157,13 +153,17 @@ TEST_F(SidebarWindowTest, PinAddsTheSelectedFolderThenRemovesIt)
     EXPECT_FALSE(SidebarStore::shared().arePinned({folder}));
 }
 
-TEST_F(SidebarWindowTest, TrashThisComputerAndTagsShowTheirListings)
+TEST_F(SidebarWindowTest, TrashThisComputerTagsAndSavedSearchesShowTheirListings)
 {
+    SavedSearch saved{QStringLiteral("7d3c1a52-0000-4000-8000-000000000001"), QStringLiteral("Notes"), QStringLiteral("note"),
+                      QStringLiteral("below"), tree.root().text(), QStringLiteral("any"), QStringLiteral("any")};
+    SidebarStore::shared().save(saved);
     press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
     auto openRow = [&](SidebarRow::Kind kind) {
         for (int i = 0; i < model()->rowCount(); ++i)
             if (model()->rowAt(i).kind == kind) {
                 view()->setCurrentIndex(model()->index(i));
+                view()->setFocus();
                 press(Qt::Key_Return);
                 return true;
             }
@@ -176,24 +176,7 @@ TEST_F(SidebarWindowTest, TrashThisComputerAndTagsShowTheirListings)
     EXPECT_EQ(pane()->listing()->kind, Listing::Kind::thisMac);
     ASSERT_TRUE(openRow(SidebarRow::Kind::tag));
     EXPECT_EQ(*pane()->listing(), Listing::tag(QStringLiteral("Red")));
-}
-
-TEST_F(SidebarWindowTest, ASavedSearchRunsInThePane)
-{
-    SavedSearch saved{QStringLiteral("7d3c1a52-0000-4000-8000-000000000001"), QStringLiteral("Notes"), QStringLiteral("note"),
-                      QStringLiteral("below"), tree.root().text(), QStringLiteral("any"), QStringLiteral("any")};
-    SidebarStore::shared().save(saved);
-    ASSERT_TRUE(waitUntil([&] {
-        for (int i = 0; i < model()->rowCount(); ++i)
-            if (model()->rowAt(i).kind == SidebarRow::Kind::search) {
-                view()->setCurrentIndex(model()->index(i));
-                return true;
-            }
-        return false;
-    }));
-    view()->setFocus();
-    press(Qt::Key_Return);
-    ASSERT_TRUE(pane()->listing().has_value());
+    ASSERT_TRUE(waitUntil([&] { return openRow(SidebarRow::Kind::search); }));
     EXPECT_EQ(pane()->listing()->kind, Listing::Kind::search);
     SidebarStore::shared().removeSearch(saved.id);
 }

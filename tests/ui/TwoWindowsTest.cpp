@@ -116,9 +116,10 @@ TEST_F(TwoWindowsTest, NewWindowOpensAFreshWindowOnTheHomeFolder)
     EXPECT_FALSE(command->enabledIn(*first->state()));
 }
 
-TEST_F(TwoWindowsTest, AToastShowsInTheWindowWhoseCommandStartedTheJob)
+TEST_F(TwoWindowsTest, AToastOrAFailureShowsInTheWindowWhoseCommandStartedTheJob)
 {
     const FilePath file = tree.file("a.txt", "a");
+    tree.file("b.txt", "b");
     MainWindow* first = openOn(tree.root());
     MainWindow* second = openOn(tree.root());
     pressIn(first, file, Qt::Key_D, Qt::ControlModifier); // Duplicate
@@ -129,6 +130,13 @@ TEST_F(TwoWindowsTest, AToastShowsInTheWindowWhoseCommandStartedTheJob)
     // Its Undo is that window's: the other window's Undo has nothing to undo.
     EXPECT_TRUE(first->state()->undoStack()->canUndo());
     EXPECT_FALSE(second->state()->undoStack()->canUndo());
+
+    // The second window (not the active one) renames onto a name that is taken.
+    FileOperations::shared().rename(file, "b.txt", second->state()->undoStack());
+    settle();
+    EXPECT_EQ(toastOf(second), QStringLiteral("“b.txt” already exists in this folder."));
+    EXPECT_FALSE(toastOf(first).contains(QStringLiteral("already exists"))) << toastOf(first).toStdString();
+    EXPECT_EQ(test::readAll(file), "a");
 }
 
 TEST_F(TwoWindowsTest, AnUndoThatFailsSaysSoInItsOwnWindow)
@@ -147,21 +155,6 @@ TEST_F(TwoWindowsTest, AnUndoThatFailsSaysSoInItsOwnWindow)
     EXPECT_TRUE(waitUntil([&] { return toastOf(first).contains(QStringLiteral("a.txt")); })) << toastOf(first).toStdString();
     EXPECT_EQ(toastOf(second), QString());
     EXPECT_EQ(test::readAll(destination.child(QStringLiteral("a.txt"))), "a");
-}
-
-TEST_F(TwoWindowsTest, AFailureShowsInTheWindowWhoseCommandStartedTheJob)
-{
-    const FilePath file = tree.file("a.txt", "a");
-    tree.file("b.txt", "b");
-    MainWindow* first = openOn(tree.root());
-    MainWindow* second = openOn(tree.root());
-    // The second window (not the last one opened) renames onto a name that is taken.
-    activate(first);
-    FileOperations::shared().rename(file, "b.txt", second->state()->undoStack());
-    settle();
-    EXPECT_EQ(toastOf(second), QStringLiteral("“b.txt” already exists in this folder."));
-    EXPECT_EQ(toastOf(first), QString());
-    EXPECT_EQ(test::readAll(file), "a");
 }
 
 TEST_F(TwoWindowsTest, AConflictQuestionShowsInTheWindowWhoseCommandStartedTheJob)

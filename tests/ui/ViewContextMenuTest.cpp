@@ -148,45 +148,32 @@ protected:
 
 const ViewMode kModes[] = {ViewMode::list, ViewMode::table, ViewMode::grid, ViewMode::columns};
 
-TEST_F(ViewContextMenuTest, ARightClickOnAnUnselectedPictureSelectsItAndShowsItsMenuInEveryView)
+// In every view: on an unselected picture, on one row of a selection, and on empty space.
+TEST_F(ViewContextMenuTest, ARightClickSelectsWhatItIsOnAndShowsItsMenuInEveryView)
 {
     for (ViewMode mode : kModes) {
         SCOPED_TRACE(int(mode));
         show(mode);
         select(notes);
-        const OpenedMenu menu = menuOpenedBy([&] { rightClick(view(), rowRect(photo).center()); });
-        expectPictureMenu(menu, "right click");
+        const OpenedMenu picture = menuOpenedBy([&] { rightClick(view(), rowRect(photo).center()); });
+        expectPictureMenu(picture, "right click");
         EXPECT_EQ(selectedNames(), QStringList{"photo.png"}) << "the clicked row is the selection";
-    }
-}
 
-TEST_F(ViewContextMenuTest, ARightClickOnASelectedRowKeepsTheWholeSelection)
-{
-    for (ViewMode mode : kModes) {
-        SCOPED_TRACE(int(mode));
-        show(mode);
-        select(photo);
+        focusView();
         pane()->click(notes, Qt::ControlModifier);
         ASSERT_EQ(selectedNames().size(), 2);
-        const OpenedMenu menu = menuOpenedBy([&] { rightClick(view(), rowRect(photo).center()); });
-        ASSERT_TRUE(menu.opened);
-        EXPECT_TRUE(menu.has("Move to Trash")) << menu.text();
-        EXPECT_FALSE(menu.has("Image")) << "not every item is a picture: " << menu.text();
-        EXPECT_EQ(selectedNames().size(), 2);
-    }
-}
+        const OpenedMenu both = menuOpenedBy([&] { rightClick(view(), rowRect(photo).center()); });
+        ASSERT_TRUE(both.opened);
+        EXPECT_TRUE(both.has("Move to Trash")) << both.text();
+        EXPECT_FALSE(both.has("Image")) << "not every item is a picture: " << both.text();
+        EXPECT_EQ(selectedNames().size(), 2) << "a click on a selected row keeps the whole selection";
 
-TEST_F(ViewContextMenuTest, ARightClickOnEmptySpaceShowsTheFolderMenuInEveryView)
-{
-    for (ViewMode mode : kModes) {
-        SCOPED_TRACE(int(mode));
-        show(mode);
-        select(photo);
-        const OpenedMenu menu = menuOpenedBy([&] { rightClick(view(), emptySpace()); });
-        ASSERT_TRUE(menu.opened);
-        EXPECT_TRUE(menu.has("New Folder")) << menu.text();
-        EXPECT_TRUE(menu.has("New File")) << menu.text();
-        EXPECT_FALSE(menu.has("Move to Trash")) << menu.text();
+        focusView();
+        const OpenedMenu folder = menuOpenedBy([&] { rightClick(view(), emptySpace()); });
+        ASSERT_TRUE(folder.opened);
+        EXPECT_TRUE(folder.has("New Folder")) << folder.text();
+        EXPECT_TRUE(folder.has("New File")) << folder.text();
+        EXPECT_FALSE(folder.has("Move to Trash")) << folder.text();
         EXPECT_TRUE(selectedNames().isEmpty()) << "the menu is for the folder, so nothing stays selected";
     }
 }
