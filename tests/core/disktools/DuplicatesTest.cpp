@@ -84,7 +84,7 @@ TEST(Duplicates, HardLinksOfOneFileAreOneFile)
     EXPECT_EQ(scan.groups[0].files.size(), 2u) << "the linked name and the copy, not the file twice";
 }
 
-TEST(Duplicates, NeverFollowsLinksNorEntersSkippedHiddenOrPackageFolders)
+TEST(Duplicates, NeverFollowsLinksNorTakesSkippedHiddenOrPackageFoldersOrWhatDesktopsHide)
 {
     TempTree tree;
     put(tree, "real/data", "payload");
@@ -97,18 +97,11 @@ TEST(Duplicates, NeverFollowsLinksNorEntersSkippedHiddenOrPackageFolders)
     put(tree, "real/.data", "payload");
     put(tree, "Thing.app/data", "payload");
     put(tree, "Build/data", "payload");               // only "build" is skipped
+    put(tree, "real/twin", "payload");
+    put(tree, "real/.hidden", "twin\n");             // desktops hide what .hidden names
     const auto scan = findIn(tree);
     EXPECT_EQ(groupSets(tree, scan), QList<Set>({Set{"real/data", "Build/data"}}));
     EXPECT_EQ(scan.files, 2);
-}
-
-TEST(Duplicates, FilesDesktopsHideAreLeftOut)
-{
-    TempTree tree;
-    put(tree, "a", "x");
-    put(tree, "b", "x");
-    put(tree, ".hidden", "b\n");
-    EXPECT_TRUE(findIn(tree).groups.empty());
 }
 
 TEST(Duplicates, UnreadableFoldersAndFilesAreLeftOutInSilence)

@@ -19,9 +19,11 @@ using test::waitFinished;
 using test::waitForText;
 using test::waitUntil;
 
-TEST(TerminalSessionTest, ColoursAndAttributesReachTheCells)
+TEST(TerminalSessionTest, ColoursAttributesWideCharactersAndTheCursorReachTheCells)
 {
-    auto session = shell("printf '\\033[31mR\\033[38;5;208mO\\033[38;2;1;2;3mT\\033[1;3;4mB\\033[0mN\\n'");
+    // Colours and attributes; 中x é(e + U+0301)y; then tput moves the cursor.
+    auto session = shell("printf '\\033[31mR\\033[38;5;208mO\\033[38;2;1;2;3mT\\033[1;3;4mB\\033[0mN\\n'; "
+                         "printf '\\344\\270\\255x e\\314\\201y'; tput cup 5 10; printf X; sleep 0.2");
     ASSERT_TRUE(waitFinished(*session));
     const TerminalScreen& screen = session->screen();
     EXPECT_EQ(screen.cell(0, 0).characters[0], U'R');
@@ -38,6 +40,18 @@ TEST(TerminalSessionTest, ColoursAndAttributesReachTheCells)
     EXPECT_EQ(plain.characters[0], U'N');
     EXPECT_TRUE(plain.foreground.isDefault());
     EXPECT_EQ(plain.attributes, 0);
+
+    EXPECT_EQ(screen.cell(1, 0).characters[0], U'中');
+    EXPECT_EQ(screen.cell(1, 0).width, 2);
+    EXPECT_EQ(screen.cell(1, 1).width, 0);
+    EXPECT_EQ(screen.cell(1, 2).characters[0], U'x');
+    EXPECT_EQ(screen.cell(1, 4).characters[0], U'e');
+    EXPECT_EQ(screen.cell(1, 4).characters[1], U'\u0301');
+    EXPECT_EQ(screen.cell(1, 5).characters[0], U'y');
+
+    EXPECT_EQ(screen.cell(5, 10).characters[0], U'X');
+    EXPECT_EQ(screen.cursorRow(), 5);
+    EXPECT_EQ(screen.cursorCol(), 11);
 }
 
 TEST(TerminalSessionTest, TheShellGetsATerminalOfItsOwn)
@@ -46,15 +60,6 @@ TEST(TerminalSessionTest, TheShellGetsATerminalOfItsOwn)
     ASSERT_TRUE(waitFinished(*session));
     EXPECT_TRUE(session->screen().screenText().contains(QStringLiteral("[xterm-256color][truecolor] tty")))
         << session->screen().screenText().toStdString();
-}
-
-TEST(TerminalSessionTest, TputMovesTheCursor)
-{
-    auto session = shell("tput cup 5 10; printf X; sleep 0.2");
-    ASSERT_TRUE(waitFinished(*session));
-    EXPECT_EQ(session->screen().cell(5, 10).characters[0], U'X');
-    EXPECT_EQ(session->screen().cursorRow(), 5);
-    EXPECT_EQ(session->screen().cursorCol(), 11);
 }
 
 TEST(TerminalSessionTest, TheAlternateScreenComesAndGoes)
@@ -79,20 +84,6 @@ TEST(TerminalSessionTest, AResizeReachesTheProgram)
     ASSERT_TRUE(waitFinished(*session));
     EXPECT_EQ(session->screen().rows(), 30);
     EXPECT_TRUE(session->screen().screenText().contains(QStringLiteral("30 100"))) << session->screen().screenText().toStdString();
-}
-
-TEST(TerminalSessionTest, WideAndCombiningCharactersTakeTheirCells)
-{
-    auto session = shell("printf '\\344\\270\\255x e\\314\\201y'"); // 中x é(e + U+0301)y
-    ASSERT_TRUE(waitFinished(*session));
-    const TerminalScreen& screen = session->screen();
-    EXPECT_EQ(screen.cell(0, 0).characters[0], U'中');
-    EXPECT_EQ(screen.cell(0, 0).width, 2);
-    EXPECT_EQ(screen.cell(0, 1).width, 0);
-    EXPECT_EQ(screen.cell(0, 2).characters[0], U'x');
-    EXPECT_EQ(screen.cell(0, 4).characters[0], U'e');
-    EXPECT_EQ(screen.cell(0, 4).characters[1], U'\u0301');
-    EXPECT_EQ(screen.cell(0, 5).characters[0], U'y');
 }
 
 TEST(TerminalSessionTest, AHundredThousandLinesKeepTheLastTenThousand)
