@@ -42,15 +42,12 @@ protected:
     TempTree tree;
 };
 
-TEST_F(StoreFileTest, MissingFileIsNoNews)
+TEST_F(StoreFileTest, DamagedOrWronglyShapedFileIsKeptAsideUnderAFreeNameWithOneMessage)
 {
+    // A missing file is no news.
     EXPECT_FALSE(store().read());
     EXPECT_TRUE(StoreNotices::takePending().isEmpty());
     EXPECT_FALSE(exists(tree.path("data")));
-}
-
-TEST_F(StoreFileTest, DamagedFileIsKeptAsideUnderAFreeNameWithOneMessage)
-{
     tree.file("data/things.damaged.json", "an earlier one");
     tree.file("data/things.json", "{ not json");
     EXPECT_FALSE(store().read());
@@ -62,15 +59,12 @@ TEST_F(StoreFileTest, DamagedFileIsKeptAsideUnderAFreeNameWithOneMessage)
     EXPECT_EQ(messages[0], QStringLiteral("Orwick couldn’t read its things, so it starts with none. The damaged file "
                                           "was kept as “%1”.")
                                .arg(tree.path("data/things.damaged 2.json").abbreviated()));
-}
 
-TEST_F(StoreFileTest, FileOfTheWrongShapeCountsAsDamaged)
-{
+    // A file of the wrong shape counts as damaged; a sound one reads as it is, without a word.
     tree.file("data/things.json", "[1, 2]");
     EXPECT_FALSE(store().read());
-    EXPECT_EQ(readAll(tree.path("data/things.damaged.json")), "[1, 2]");
+    EXPECT_EQ(readAll(tree.path("data/things.damaged 3.json")), "[1, 2]");
     EXPECT_EQ(StoreNotices::takePending().size(), 1);
-    // A sound one reads as it is, without a word.
     tree.file("data/things.json", "{\"a\": 1}");
     ASSERT_TRUE(store().read());
     EXPECT_EQ(store().read()->object().value("a").toInt(), 1);
