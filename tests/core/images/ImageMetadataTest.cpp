@@ -139,10 +139,11 @@ TEST(ImageMetadata, ReadsCameraDateTakenPlaceAndGroups)
     EXPECT_EQ(facts->groups, (QStringList{"EXIF", "XMP", "IPTC", "ICC", "Comment"}));
 }
 
-TEST(ImageMetadata, NamesTheMakeOnlyWhenTheModelLeavesItOut)
+TEST(ImageMetadata, NamesTheMakeOnlyWhenTheModelLeavesItOutAndReadsThePlaceFromXmpWhenExifHasNone)
 {
     test::TempTree tree;
     const FilePath photo = savePicture(tree, QStringLiteral("a.jpg"), "jpeg");
+    const FilePath png = savePicture(tree, QStringLiteral("x.png"), "png");
     {
         const auto image = openWithExiv2(photo);
         image->exifData()["Exif.Image.Make"] = "FUJIFILM";
@@ -150,30 +151,22 @@ TEST(ImageMetadata, NamesTheMakeOnlyWhenTheModelLeavesItOut)
         image->exifData()["Exif.Photo.DateTimeOriginal"] = "2023:12:31 23:59:58";
         image->exifData()["Exif.Photo.OffsetTimeOriginal"] = "+09:00";
         image->writeMetadata();
+        const auto xmp = openWithExiv2(png);
+        xmp->xmpData()["Xmp.exif.GPSLatitude"] = "33,51.5S";
+        xmp->xmpData()["Xmp.exif.GPSLongitude"] = "151,12,30E";
+        xmp->writeMetadata();
     }
     const auto facts = readPhotoFacts(photo);
     ASSERT_TRUE(facts.has_value()) << facts.error().toStdString();
     EXPECT_EQ(facts->camera, QStringLiteral("FUJIFILM X-T4"));
     EXPECT_EQ(facts->taken.toUTC(), QDateTime(QDate(2023, 12, 31), QTime(14, 59, 58), Qt::UTC));
     EXPECT_FALSE(facts->location.has_value());
-}
-
-TEST(ImageMetadata, ReadsThePlaceFromXmpWhenExifHasNone)
-{
-    test::TempTree tree;
-    const FilePath photo = savePicture(tree, QStringLiteral("x.png"), "png");
-    {
-        const auto image = openWithExiv2(photo);
-        image->xmpData()["Xmp.exif.GPSLatitude"] = "33,51.5S";
-        image->xmpData()["Xmp.exif.GPSLongitude"] = "151,12,30E";
-        image->writeMetadata();
-    }
-    const auto facts = readPhotoFacts(photo);
-    ASSERT_TRUE(facts.has_value()) << facts.error().toStdString();
-    ASSERT_TRUE(facts->location.has_value());
-    EXPECT_NEAR(facts->location->x(), -33.858333, 1e-5);
-    EXPECT_NEAR(facts->location->y(), 151.208333, 1e-5);
-    EXPECT_TRUE(facts->groups.contains(QStringLiteral("XMP")));
+    const auto placed = readPhotoFacts(png);
+    ASSERT_TRUE(placed.has_value()) << placed.error().toStdString();
+    ASSERT_TRUE(placed->location.has_value());
+    EXPECT_NEAR(placed->location->x(), -33.858333, 1e-5);
+    EXPECT_NEAR(placed->location->y(), 151.208333, 1e-5);
+    EXPECT_TRUE(placed->groups.contains(QStringLiteral("XMP")));
 }
 
 TEST(ImageMetadata, UprightPhotoLosesEveryExifTag)
