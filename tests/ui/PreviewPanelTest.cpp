@@ -219,8 +219,9 @@ TEST_F(PreviewWindowTest, AFileDeletedWhileLoadingGivesAMessageOrItsLastContents
     ASSERT_TRUE(test::waitUntil([&] { return result != nullptr; }));
     const auto kind = result->content.kind;
     EXPECT_TRUE(kind == PreviewContent::Kind::message || kind == PreviewContent::Kind::text);
-    if (kind == PreviewContent::Kind::message)
+    if (kind == PreviewContent::Kind::message) {
         EXPECT_EQ(result->content.message, "Can’t read “doomed.txt”: it isn’t there any more.");
+    }
 }
 
 TEST_F(PreviewWindowTest, AFolderShowsItsCountsThenItsSize)

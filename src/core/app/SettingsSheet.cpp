@@ -215,8 +215,8 @@ SettingsSheet::Owners SettingsSheet::programOwners(ViewPreferences* views)
 SettingsSheet::SettingsSheet(const Owners& owners, QObject* parent) : QObject(parent)
 {
     m_sections.append(themeSettingsSection(owners.themes)); // first: "Choose Theme…" opens the sheet on it
-    m_sections.append({QStringLiteral("File List"), viewRows(owners.views) << hideIgnoredRow(owners.git) << updateLinksRow()});
-    m_sections.append({QStringLiteral("Other Programs"), programRows(owners.programs) << showInFolderRow(owners.showInFolder)});
+    m_sections.append({QStringLiteral("File List"), viewRows(owners.views) << hideIgnoredRow(owners.git) << updateLinksRow(), {}});
+    m_sections.append({QStringLiteral("Other Programs"), programRows(owners.programs) << showInFolderRow(owners.showInFolder), {}});
     m_sections.append(terminalSettingsSection());
     m_sections.append({QStringLiteral("Sidebar"), sidebarRows(owners.sidebar),
                        QStringLiteral("Click a section’s title in the sidebar to fold it away.")});

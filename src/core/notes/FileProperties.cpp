@@ -126,7 +126,7 @@ void FileProperties::refresh(const QList<FilePath>& files)
             QList<notefile::Target> targets;
             targets.reserve(files.size());
             for (const FilePath& file : files)
-                targets.append({file, isDirectory(file)});
+                targets.append({file, isDirectory(file), std::nullopt});
             return std::pair(*notefile::readAll(targets), targets);
         },
         [this](const std::pair<QList<notefile::Loaded>, QList<notefile::Target>>& read) {
@@ -177,7 +177,7 @@ PropertyMap FileProperties::currentProperties(const FilePath& path)
 {
     if (!m_folders.contains(path) && !m_values.contains(path) && !m_versions.contains(path)) {
         const bool folder = isDirectory(path);
-        applyRead({notefile::read(path, folder)}, {{path, folder}});
+        applyRead({notefile::read(path, folder)}, {{path, folder, std::nullopt}});
     }
     return m_values.value(path);
 }

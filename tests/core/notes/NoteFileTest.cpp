@@ -71,7 +71,7 @@ TEST(NoteFile, ReadsOnlyTheHeadOfANote)
 TEST(NoteFile, ACancelledReadGivesNothing)
 {
     TempTree tree;
-    const QList<Target> targets{{tree.file(QString("a.md"), "---\na: 1\n---\n"), false}};
+    const QList<Target> targets{{tree.file(QString("a.md"), "---\na: 1\n---\n"), false, std::nullopt}};
     CancelFlag cancel;
     EXPECT_EQ(readAll(targets, &cancel)->first().values.value("a"), PropertyValue::ofNumber(1));
     cancel.cancel();
