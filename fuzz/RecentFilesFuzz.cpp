@@ -74,6 +74,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     const FilePath path = FilePath::fromNative(QByteArray("/home/user/") + name.c_str());
     const QDateTime now = QDateTime(QDate(2030, 1, 2), QTime(3, 4, 5), Qt::UTC);
     const QByteArray after = RecentFiles::adding(list, path, mimeType, now);
+    if (!RecentFiles::isUtf8List(list)) {
+        check(after == list, "a list declared in another encoding is left as it is");
+        return 0;
+    }
     if (!list.isEmpty() && (!readsCleanly(list) || !usesTheStandardPrefixes(list)))
         return 0;
     check(readsCleanly(after), "adding to a clean list gives a clean list");

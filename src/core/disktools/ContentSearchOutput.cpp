@@ -18,10 +18,17 @@ QByteArrayView cutToColumns(QByteArrayView text)
 {
     if (text.size() <= kMaxColumns)
         return text;
+    // Characters as a UTF-8 decoder counts them: a lead byte with the continuation bytes it
+    // announces is one, and so is every byte that belongs to none (shown as a replacement mark).
     int characters = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if ((uchar(text[i]) & 0xC0) != 0x80 && ++characters > kMaxColumns)
+    for (qsizetype i = 0; i < text.size(); ++characters) {
+        if (characters == kMaxColumns)
             return text.first(i);
+        const uchar lead = uchar(text[i]);
+        const int length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF8 ? 4 : 1;
+        ++i;
+        for (int more = 1; more < length && i < text.size() && (uchar(text[i]) & 0xC0) == 0x80; ++more)
+            ++i;
     }
     return text;
 }

@@ -75,7 +75,10 @@ void add(const FilePath& path, const QString& mimeType)
     if (file.open(QIODevice::ReadOnly))
         content = file.readAll();
     file.close();
-    content = adding(std::move(content), path, mimeType, QDateTime::currentDateTimeUtc());
+    const QByteArray added = adding(content, path, mimeType, QDateTime::currentDateTimeUtc());
+    if (added == content)
+        return; // a list this can't add to stays as it was
+    content = added;
     QDir().mkpath(listPath.parent().text());
     QSaveFile save(listPath.text());
     if (save.open(QIODevice::WriteOnly)) {
@@ -84,8 +87,19 @@ void add(const FilePath& path, const QString& mimeType)
     }
 }
 
+bool isUtf8List(QByteArrayView content)
+{
+    QXmlStreamReader xml(content.toByteArray());
+    if (xml.readNext() != QXmlStreamReader::StartDocument)
+        return true; // no declaration: XML's own default, UTF-8
+    const QStringView encoding = xml.documentEncoding();
+    return encoding.isEmpty() || encoding.compare(u"UTF-8", Qt::CaseInsensitive) == 0;
+}
+
 QByteArray adding(QByteArray content, const FilePath& path, const QString& mimeType, const QDateTime& date)
 {
+    if (!isUtf8List(content))
+        return content;
     const QString now = date.toUTC().toString(Qt::ISODateWithMs);
     const QByteArray href = path.toUrl().toEncoded();
     // Drop an older bookmark of the same file, then add ours before the closing tag.

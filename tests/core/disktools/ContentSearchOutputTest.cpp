@@ -100,6 +100,10 @@ TEST(ContentSearchOutput, LinesAreCutAt400CharactersNotInsideALetter)
     EXPECT_EQ(QString::fromUtf8(cut).size(), 300);
     QByteArray long_ = QByteArray(399, 'a') + "éé";
     EXPECT_EQ(QString::fromUtf8(cutToColumns(long_)), QString(399, 'a') + "é");
+    // Bytes that belong to no letter are a character each, as they are shown: a line of them is
+    // cut too.
+    EXPECT_EQ(cutToColumns(QByteArray(1000, '\xbb')).size(), 400);
+    EXPECT_EQ(QString::fromUtf8(cutToColumns(QByteArray(300, '\xe4') + QByteArray(300, '\xbb'))).size(), 400);
 }
 
 TEST(ContentSearchOutput, FailureMessages)

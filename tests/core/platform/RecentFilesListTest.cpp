@@ -56,5 +56,16 @@ TEST(RecentFilesList, AddingToNoListMakesOne)
     EXPECT_EQ(entries[0].lastUsed, now);
 }
 
+TEST(RecentFilesList, AListDeclaredInAnotherEncodingIsLeftAsItIs)
+{
+    QByteArray latin1 = kList;
+    latin1.replace("encoding=\"UTF-8\"", "encoding=\"ISO-8859-1\"");
+    const QDateTime now = utc("2025-01-01T12:00:00.000Z");
+    EXPECT_EQ(RecentFiles::adding(latin1, FilePath::fromNative("/home/u/a~b.md"), QStringLiteral("text/markdown"), now), latin1);
+    QByteArray lowerCase = kList;
+    lowerCase.replace("encoding=\"UTF-8\"", "encoding=\"utf-8\"");
+    EXPECT_NE(RecentFiles::adding(lowerCase, FilePath::fromNative("/home/u/a~b.md"), QStringLiteral("text/markdown"), now), lowerCase);
+}
+
 } // namespace
 } // namespace orwick
