@@ -6,8 +6,9 @@
 
 namespace orwick {
 
-// Makes the calling thread nice (10, as `nice` does by default). Once per thread; later calls
-// cost a thread-local test. Best effort: a refusal leaves the thread as it was.
+// Makes the calling thread nice (10, as `nice` does by default), unless it is nicer already.
+// Once per thread; later calls cost a thread-local test. Best effort: a refusal leaves the
+// thread as it was.
 void lowerThisThreadsPriority();
 
 } // namespace orwick
