@@ -4,25 +4,14 @@
 #include "PropertyStoreFixture.h"
 #include "notes/NoteFile.h"
 
-#include <fcntl.h>
+#include <ctime>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 using namespace orwick;
 
 namespace {
 
 using NoteReadAgainTest = test::PropertyStoreTest;
-
-// Sets a file's modification time `secondsAgo` in the past (a note not touched lately).
-void age(const FilePath& path, int secondsAgo)
-{
-    timespec times[2];
-    ::clock_gettime(CLOCK_REALTIME, &times[0]);
-    times[0].tv_sec -= secondsAgo;
-    times[1] = times[0];
-    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
-}
 
 QList<FilePath> pathsOf(const QList<notefile::Loaded>& loaded)
 {
@@ -37,13 +26,13 @@ TEST_F(NoteReadAgainTest, OnlyNotesThatChangedOrChangedLatelyAreReadAgain)
     const FilePath kept = tree.file(QString("n/kept.md"), "---\nstatus: done\n---\n");
     const FilePath edited = tree.file(QString("n/edited.md"), "---\nstatus: open\n---\n");
     const FilePath fresh = tree.file(QString("n/fresh.md"), "---\nstatus: new\n---\n");
-    age(kept, 60);
-    age(edited, 60);
-    const auto first = notefile::readAll({{kept}, {edited}, {fresh}});
+    tree.touch(kept, ::time(nullptr) - 60); // not touched lately
+    tree.touch(edited, ::time(nullptr) - 60);
+    const auto first = notefile::readAll({{kept, false, std::nullopt}, {edited, false, std::nullopt}, {fresh, false, std::nullopt}});
     ASSERT_TRUE(first && first->size() == 3);
 
     tree.file(QString("n/edited.md"), "---\nstatus: closed\n---\n");
-    age(edited, 30);
+    tree.touch(edited, ::time(nullptr) - 30);
     QList<notefile::Target> again;
     for (const notefile::Loaded& entry : *first)
         again.append({entry.path, false, entry.fingerprint});
@@ -59,8 +48,8 @@ TEST_F(NoteReadAgainTest, TheStoreKeepsWhatItReadWhenTheFolderIsLoadedAgain)
 {
     const FilePath a = tree.file(QString("v/a.md"), "---\nstatus: done\n---\n");
     const FilePath b = tree.file(QString("v/b.md"), "---\nstatus: open\n---\n");
-    age(a, 60);
-    age(b, 60);
+    tree.touch(a, ::time(nullptr) - 60);
+    tree.touch(b, ::time(nullptr) - 60);
     const FileItems items = load({a, b});
     ASSERT_EQ(store.value(a, "status"), PropertyValue::ofText("done"));
 
