@@ -156,15 +156,17 @@ TEST_F(TerminalPanelTest, DroppedFilesAreTypedAsQuotedPaths)
 TEST_F(TerminalPanelTest, AProgramGetsTheClickedCellEvenAtItsEdges)
 {
     // A program that asks for mouse clicks and prints the bytes of the first two (press and
-    // release each: ESC [ M, the button, then column and row, each plus 33).
+    // release each: ESC [ M, the button, then column and row, each plus 33). It asks only once
+    // the echo is off, so the clicks are never echoed ahead of its output, and the view is wide
+    // enough for that output to stay on one row.
     TerminalSession::Options options;
     options.folder = tree.root();
     options.command = QList<QByteArray>{"/bin/sh", "-c",
-                                        "printf '\\033[?1000h'; stty raw -echo; head -c 24 | od -An -tu1 | tr -s ' \\n' '  '; "
+                                        "stty raw -echo; printf '\\033[?1000h'; head -c 24 | od -An -tu1 | tr -s ' \\n' '  '; "
                                         "printf '|done'; sleep 5"};
     TerminalSession session(options);
     TerminalView view(&session);
-    view.resize(400, 240);
+    view.resize(900, 240);
     view.show();
     ASSERT_TRUE(test::waitUntil([&] { return session.screen().wantsMouse() && session.screen().cols() > 6; }));
     const auto click = [&](const QPoint& at) {
