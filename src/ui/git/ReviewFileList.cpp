@@ -1,5 +1,6 @@
 #include "ui/git/ReviewFileList.h"
 
+#include "ui/theme/TextLine.h"
 #include "ui/theme/Theme.h"
 #include "ui/views/GitMarks.h"
 
@@ -44,18 +45,14 @@ public:
         }
         const int markWidth = gitMarkWidth(index);
         const QRect text = cell.adjusted(16, 0, -markWidth - 4, 0);
-        const QString name = index.data().toString();
-        const QString folder = index.data(kFolderRole).toString();
         painter->setFont(option.font);
         painter->setPen(theme::text());
-        const QFontMetrics metrics(option.font);
-        const QString shownName = metrics.elidedText(name, Qt::ElideMiddle, text.width());
-        painter->drawText(text, Qt::AlignLeft | Qt::AlignVCenter, shownName);
-        const int used = metrics.horizontalAdvance(shownName + QStringLiteral("  "));
+        const int used = drawTextLine(painter, option.fontMetrics, text, index.data().toString(), Qt::ElideMiddle) +
+                         option.fontMetrics.horizontalAdvance(QStringLiteral("  "));
+        const QString folder = index.data(kFolderRole).toString();
         if (!folder.isEmpty() && used < text.width()) {
             painter->setPen(theme::dimText());
-            painter->drawText(text.adjusted(used, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                              metrics.elidedText(folder, Qt::ElideLeft, text.width() - used));
+            drawTextLine(painter, option.fontMetrics, text.adjusted(used, 0, 0, 0), folder, Qt::ElideLeft);
         }
         paintGitMark(painter, cell.adjusted(0, 0, -4, 0), index);
         painter->restore();

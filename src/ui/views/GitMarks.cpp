@@ -1,5 +1,6 @@
 #include "ui/views/GitMarks.h"
 
+#include "ui/theme/TextLine.h"
 #include "ui/theme/Theme.h"
 
 #include <QFont>
@@ -13,12 +14,22 @@ namespace {
 constexpr int padding = 6;
 constexpr int dotSize = 5;
 
-QFont letterFont()
+// Made once: a font resolved again for every row's paint costs more than drawing its letter.
+const QFont& letterFont()
 {
-    QFont font;
-    font.setPointSizeF(9.5);
-    font.setBold(true);
-    return font;
+    static const QFont* const font = [] {
+        auto* made = new QFont; // never freed: a QFont must not outlive the application's fonts
+        made->setPointSizeF(9.5);
+        made->setBold(true);
+        return made;
+    }();
+    return *font;
+}
+
+const QFontMetrics& letterMetrics()
+{
+    static const QFontMetrics* const metrics = new QFontMetrics(letterFont());
+    return *metrics;
 }
 
 std::optional<int> markOf(const QModelIndex& index)
@@ -51,7 +62,7 @@ int gitMarkWidth(const QModelIndex& index)
         return 0;
     if (*mark == changesBelowMark)
         return dotSize + 2 * padding;
-    static const int letterWidth = QFontMetrics(letterFont()).horizontalAdvance(QLatin1Char('M'));
+    static const int letterWidth = letterMetrics().horizontalAdvance(QLatin1Char('M'));
     return letterWidth + 2 * padding;
 }
 
@@ -74,7 +85,7 @@ void paintGitMark(QPainter* painter, const QRect& cell, const QModelIndex& index
         painter->setFont(letterFont());
         painter->setPen(gitMarkColor(change));
         const QRect area(cell.right() - gitMarkWidth(index) + 1, cell.top(), gitMarkWidth(index) - padding, cell.height());
-        painter->drawText(area, Qt::AlignRight | Qt::AlignVCenter, changeLetter(change));
+        drawTextLine(painter, letterMetrics(), area, changeLetter(change), Qt::ElideNone, Qt::AlignRight);
     }
     painter->restore();
 }
