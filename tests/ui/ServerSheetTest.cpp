@@ -12,6 +12,7 @@
 #include "ui/servers/ServerSheet.h"
 
 #include <QAbstractButton>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -68,6 +69,9 @@ TEST_F(ServerSheetTest, OffersRecentServersNewestFirst)
 
 TEST_F(ServerSheetTest, EmptyTrashAsksWithWhatItFreesAndDeletesOnlyWhenAnswered)
 {
+    // The temporary home's Trash is the process's: tests run before this one in the same
+    // program may have left items there.
+    QDir(xdg::homeTrash().text()).removeRecursively();
     const FilePath item = tree.file("old draft.txt", QByteArray(1500, 'x'));
     open(tree.root());
     ops().trash({item}, QStringLiteral("Move to Trash"), state->undoStack(), false);
