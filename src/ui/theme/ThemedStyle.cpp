@@ -1,6 +1,7 @@
 #include "ui/theme/ThemedStyle.h"
 
 #include "theme/ThemeColors.h"
+#include "ui/theme/ScrollBarLook.h"
 #include "ui/theme/Theme.h"
 
 #include <QApplication>
@@ -8,6 +9,7 @@
 #include <QPainterPath>
 #include <QStyleFactory>
 #include <QStyleOption>
+#include <QStyleOptionSlider>
 
 namespace orwick {
 
@@ -135,9 +137,16 @@ void ThemedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
     case PE_IndicatorTabClose:
         drawTabClose(*option, painter);
         return;
+    case PE_PanelScrollAreaCorner: // between two scroll bars: the ground they sit on
+        if (const auto ground = scrollbars::groundUnder(widget)) {
+            painter->fillRect(option->rect, *ground);
+            return;
+        }
+        break;
     default:
-        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        break;
     }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
 int ThemedStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* returnData) const
@@ -171,6 +180,32 @@ void ThemedStyle::drawControl(ControlElement element, const QStyleOption* option
             return;
         }
     QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+void ThemedStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                     const QWidget* widget) const
+{
+    if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option); bar && control == CC_ScrollBar) {
+        scrollbars::paint(*bar, painter, widget);
+        return;
+    }
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+QRect ThemedStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part, const QWidget* widget) const
+{
+    if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option); bar && control == CC_ScrollBar)
+        return scrollbars::partRect(*bar, part);
+    return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
+int ThemedStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
+{
+    switch (metric) {
+    case PM_ScrollBarExtent: return scrollbars::thickness();
+    case PM_ScrollBarSliderMin: return scrollbars::shortestThumb();
+    default: return QProxyStyle::pixelMetric(metric, option, widget);
+    }
 }
 
 int ThemedStyle::columnGutter(const QFontMetrics& metrics) { return 2 * metrics.averageCharWidth(); }
