@@ -11,6 +11,8 @@
 #include "WindowFixture.h"
 
 #include <QAbstractItemView>
+#include <QScrollBar>
+#include <QStyleOptionSlider>
 #include <QComboBox>
 #include <QFile>
 #include <QMenu>
@@ -90,6 +92,42 @@ TEST_F(ThemeWindowTest, TabCloseMarksAreThemedCrossesNotStockPictures)
         EXPECT_GT(inked, 0) << "tab " << index << " shows a mark";
         EXPECT_EQ(coloured, 0) << "tab " << index << " draws its cross in the theme's grey";
     }
+}
+
+TEST_F(ThemeWindowTest, ScrollBarsAreThinThumbsOnTheGroundOfTheirList)
+{
+    for (int i = 0; i < 300; ++i)
+        tree.file(QStringLiteral("f%1.txt").arg(i));
+    open(tree.root());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("appearance.dark"), *state));
+    auto* view = qobject_cast<QAbstractScrollArea*>(window->activePaneWidget()->focusTarget());
+    ASSERT_NE(view, nullptr);
+    ASSERT_TRUE(waitUntil([&] { return view->verticalScrollBar()->maximum() > 0; }));
+    QScrollBar* bar = view->verticalScrollBar();
+    const QColor ground = listGround();
+    EXPECT_LE(bar->width(), 12) << "thin";
+    const QImage shot = bar->grab().toImage();
+    // Where the arrow buttons were: the list's ground at both ends once the thumb has left one.
+    bar->setValue(bar->maximum() / 2);
+    const QImage middle = bar->grab().toImage();
+    EXPECT_EQ(middle.pixelColor(middle.width() / 2, 2), ground);
+    EXPECT_EQ(middle.pixelColor(middle.width() / 2, middle.height() - 3), ground);
+    EXPECT_EQ(middle.pixelColor(0, middle.height() / 4), ground) << "no groove of another colour";
+    int thumb = 0;
+    for (int y = 0; y < middle.height(); ++y)
+        thumb += middle.pixelColor(middle.width() / 2, y) != ground;
+    EXPECT_GT(thumb, 20) << "a thumb is drawn";
+    EXPECT_NE(shot, middle) << "and it moves";
+    QStyleOptionSlider option;
+    option.initFrom(bar);
+    option.orientation = Qt::Vertical;
+    option.minimum = bar->minimum();
+    option.maximum = bar->maximum();
+    option.pageStep = bar->pageStep();
+    option.sliderPosition = option.sliderValue = bar->value();
+    EXPECT_TRUE(bar->style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSubLine, bar).isEmpty());
+    EXPECT_EQ(bar->style()->hitTestComplexControl(QStyle::CC_ScrollBar, &option, QPoint(5, 2), bar), QStyle::SC_ScrollBarSubPage)
+        << "a click at the end pages, as there is no arrow there";
 }
 
 TEST_F(ThemeWindowTest, ThemeAndAppearanceCommandsRestyleTheOpenWindow)
