@@ -60,6 +60,19 @@ TEST_F(InfoPanelTest, EveryNameLinesUpInOneColumnWithThePermissionsLast)
     const QPoint permissionsEdge = permissions->mapTo(panel, permissions->rect().topRight());
     EXPECT_EQ(nameEdge.x(), permissionsEdge.x()) << "right edges of the names";
     EXPECT_GT(permissionsEdge.y(), nameEdge.y());
+    // On the line of the grid's own heading, as every other name is on its value's first line.
+    QLabel* read = labelNamed(QStringLiteral("Read"));
+    ASSERT_NE(read, nullptr);
+    const auto textTop = [panel](QLabel* label) { // the first row of the label with ink on it
+        const QImage shot = label->grab().toImage();
+        const QColor ground = shot.pixelColor(0, 0);
+        for (int y = 0; y < shot.height(); ++y)
+            for (int x = 0; x < shot.width(); ++x)
+                if (shot.pixelColor(x, y) != ground)
+                    return label->mapTo(panel, QPoint()).y() + y * label->height() / shot.height();
+        return -1;
+    };
+    EXPECT_NEAR(textTop(permissions), textTop(read), 1) << "Permissions on the heading's line";
     // Another item's rows: the permissions still once, still last.
     select(second);
     ASSERT_TRUE(waitUntil([&] { return panel->info().path == second; }));

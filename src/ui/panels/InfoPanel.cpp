@@ -69,6 +69,8 @@ InfoPanel::InfoPanel(WindowState& window, QWidget* parent)
     m_access = new AccessEditor(content);
     auto* permissions = new QLabel(QStringLiteral("Permissions"));
     permissions->setForegroundRole(QPalette::PlaceholderText);
+    // The form gives a name beside a tall field more height than its line; its text keeps to the top.
+    permissions->setAlignment(Qt::AlignRight | Qt::AlignTop);
     m_form->addRow(permissions, m_access);
     m_backlinks = new BacklinksView(content);
     column->addWidget(m_backlinks);
