@@ -6,7 +6,10 @@
 #include "theme/ThemeStore.h"
 #include "ui/panels/SettingsPanel.h"
 #include "ui/sidebar/Sidebar.h"
+#include "ui/pane/FilterBar.h"
+#include "ui/pane/PaneWidget.h"
 #include "ui/tabs/WindowTabBar.h"
+#include "ui/window/CommandMenus.h"
 #include "ui/theme/Theme.h"
 #include "WindowFixture.h"
 
@@ -128,6 +131,55 @@ TEST_F(ThemeWindowTest, ScrollBarsAreThinThumbsOnTheGroundOfTheirList)
     EXPECT_TRUE(bar->style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSubLine, bar).isEmpty());
     EXPECT_EQ(bar->style()->hitTestComplexControl(QStyle::CC_ScrollBar, &option, QPoint(5, 2), bar), QStyle::SC_ScrollBarSubPage)
         << "a click at the end pages, as there is no arrow there";
+}
+
+TEST_F(ThemeWindowTest, AFieldsClearMarkIsTheThemesGreyCrossDrawnSharpAtTwiceTheScale)
+{
+    press(Qt::Key_F, Qt::ControlModifier);
+    FilterBar* field = window->activePaneWidget()->filterBar();
+    ASSERT_TRUE(waitUntil([&] { return field->isVisible(); }));
+    const QIcon mark = field->style()->standardIcon(QStyle::SP_LineEditClearButton, nullptr, field);
+    const QImage big = mark.pixmap(QSize(16, 16), 2.0).toImage();
+    ASSERT_EQ(big.size(), QSize(32, 32)) << "drawn for the scale, not stretched";
+    int inked = 0, coloured = 0;
+    for (int y = 0; y < big.height(); ++y)
+        for (int x = 0; x < big.width(); ++x) {
+            const QColor c = big.pixelColor(x, y);
+            inked += c.alpha() > 0;
+            coloured += c.alpha() > 0 && c.hsvSaturation() > 80; // a stock picture's red or blue
+        }
+    EXPECT_GT(inked, 20);
+    EXPECT_EQ(coloured, 0);
+    EXPECT_EQ(big.pixelColor(16, 16).rgb(), theme::dimText().rgb()) << "the cross's middle, in the theme's grey";
+}
+
+TEST_F(ThemeWindowTest, MenuIconsComeFromTheDesktopsIconThemeWhenTheMenuOpens)
+{
+    // An icon theme of one picture, in the temporary home.
+    const FilePath themes = tree.folder("icons");
+    tree.file("icons/Plain/index.theme", "[Icon Theme]\nName=Plain\nDirectories=16x16/actions\n\n[16x16/actions]\nSize=16\nType=Fixed\n");
+    QImage picture(16, 16, QImage::Format_ARGB32);
+    picture.fill(Qt::red);
+    tree.folder("icons/Plain/16x16/actions");
+    ASSERT_TRUE(picture.save(themes.child(QStringLiteral("Plain/16x16/actions/edit-copy.png")).text()));
+    const QStringList searchPaths = QIcon::themeSearchPaths();
+    const QString themeName = QIcon::themeName();
+    QIcon::setThemeSearchPaths({themes.text()});
+    QIcon::setThemeName(QStringLiteral("Plain"));
+
+    QMenu* edit = nullptr;
+    for (QAction* top : window->menuBar()->actions())
+        if (top->text() == QStringLiteral("&Edit"))
+            edit = top->menu();
+    ASSERT_NE(edit, nullptr);
+    QAction* copy = window->menus()->action(QStringLiteral("copy"));
+    ASSERT_NE(copy, nullptr);
+    edit->popup(window->mapToGlobal(QPoint(10, 10)));
+    ASSERT_TRUE(waitUntil([&] { return edit->isVisible(); }));
+    EXPECT_FALSE(copy->icon().isNull()) << "Copy shows the theme's edit-copy";
+    edit->hide();
+    QIcon::setThemeName(themeName);
+    QIcon::setThemeSearchPaths(searchPaths);
 }
 
 TEST_F(ThemeWindowTest, ThemeAndAppearanceCommandsRestyleTheOpenWindow)

@@ -1,6 +1,7 @@
 #include "ui/theme/ThemedStyle.h"
 
 #include "theme/ThemeColors.h"
+#include "ui/theme/DrawnIcons.h"
 #include "ui/theme/ScrollBarLook.h"
 #include "ui/theme/Theme.h"
 
@@ -164,6 +165,9 @@ QIcon ThemedStyle::standardIcon(StandardPixmap icon, const QStyleOption* option,
     case SP_MessageBoxCritical:
     case SP_MessageBoxQuestion:
         return {}; // a message box without a picture leaves its icon column out
+    case SP_LineEditClearButton: return drawn::clearMark();
+    case SP_ToolBarHorizontalExtensionButton: return drawn::moreChevron(Qt::Horizontal);
+    case SP_ToolBarVerticalExtensionButton: return drawn::moreChevron(Qt::Vertical);
     default:
         return QProxyStyle::standardIcon(icon, option, widget);
     }

@@ -8,7 +8,8 @@
 // Dialog buttons carry their words only: no stock tick and cross icons, whatever the desktop's
 // platform theme asks for; message boxes carry no stock question, warning or error picture
 // either (their title and words say what they ask, as the window's sheets do). A tab's close
-// mark is a thin cross in the theme's dim text colour, not the stock red picture.
+// mark is a thin cross in the theme's dim text colour, not the stock red picture, and so is a
+// field's clear button; a bar's overflow button shows a drawn chevron (DrawnIcons.h).
 // Scroll bars are thin thumbs on the ground of what they scroll (ScrollBarLook.h).
 // A right-aligned column (sizes) keeps a gutter before the column after it: its cells' text
 // and its header's title both end columnGutter() short of the edge, so a size never runs into
