@@ -94,7 +94,9 @@ QAction* CommandMenus::makeAction(const QString& id)
     const AppCommand* command = CommandCatalog::find(id);
     if (!command)
         return nullptr;
-    auto* action = new QAction(commandIcon(command->symbol), menuText(*command), m_window);
+    // Without its icon until a menu shows it: looking icons up in the desktop's theme is most of
+    // what making the menu bar costs, and a window shows its files before anyone opens a menu.
+    auto* action = new QAction(menuText(*command), m_window);
     QList<QKeySequence> keys;
     if (!command->shortcut.isEmpty())
         keys.append(command->shortcut); // first: the one the menu names
@@ -136,6 +138,14 @@ QMenu* CommandMenus::addMenu(const QString& title, const QStringList& ids)
     return menu;
 }
 
+void CommandMenus::giveIcon(QAction* action, const AppCommand& command)
+{
+    if (m_withIcons.contains(action))
+        return;
+    m_withIcons.insert(action);
+    action->setIcon(commandIcon(command.symbol));
+}
+
 void CommandMenus::refresh(QMenu* menu)
 {
     for (QAction* a : menu->actions()) {
@@ -143,6 +153,8 @@ void CommandMenus::refresh(QMenu* menu)
         if (id.isEmpty())
             continue;
         const AppCommand* command = CommandCatalog::find(id);
+        if (command)
+            giveIcon(a, *command);
         a->setProperty("fromCatalogue", true);
         a->setEnabled(command && command->enabledIn(*m_state));
         if (command && a->text() != shownText(*command, *m_state)) // "Open in …" follows the chosen program
@@ -174,8 +186,10 @@ void CommandMenus::addImageMenu(QMenu& menu)
         QAction* a = action(id);
         if (id == QLatin1StringView("-"))
             images->addSeparator();
-        else if (a && command && command->enabledIn(*m_state) && id != QLatin1StringView("copyImage")) // Copy Image is with Copy
+        else if (a && command && command->enabledIn(*m_state) && id != QLatin1StringView("copyImage")) { // Copy Image is with Copy
+            giveIcon(a, *command);
             images->addAction(a);
+        }
     }
     if (images->isEmpty() || std::ranges::all_of(images->actions(), &QAction::isSeparator)) {
         delete images;
@@ -208,6 +222,8 @@ void CommandMenus::showContextMenu(const QPoint& globalPosition)
                 continue; // a context menu lists what can be done here
             if (command && a->text() != menuText(*command))
                 a->setText(menuText(*command));
+            if (command)
+                giveIcon(a, *command);
             menu.addAction(a);
         }
     }

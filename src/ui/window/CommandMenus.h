@@ -6,6 +6,7 @@
 #include "state/WindowState.h"
 
 #include <QHash>
+#include <QSet>
 #include <QObject>
 
 class QAction;
@@ -13,6 +14,8 @@ class QMainWindow;
 class QMenu;
 
 namespace orwick {
+
+struct AppCommand;
 
 class CommandMenus : public QObject {
     Q_OBJECT
@@ -30,11 +33,14 @@ private:
     QAction* makeAction(const QString& id);
     QMenu* addMenu(const QString& title, const QStringList& ids);
     void refresh(QMenu* menu);
+    // Sets the command's icon on its action the first time a menu shows it.
+    void giveIcon(QAction* action, const AppCommand& command);
     void addImageMenu(QMenu& menu);
 
     QMainWindow* m_window;
     WindowState* m_state;
     QHash<QString, QAction*> m_actions;
+    QSet<QAction*> m_withIcons;
 };
 
 // A desktop icon for a command's symbol name (empty when there is no good match).
