@@ -26,7 +26,9 @@ SidebarModel::SidebarModel(SidebarStore* store, Locations* locations, Frecency* 
     rebuild();
 }
 
-QIcon SidebarModel::icon(const QString& symbol)
+namespace {
+
+QIcon lookUpIcon(const QString& symbol)
 {
     static const QHash<QString, QString> names{
         {"house", "user-home"}, {"menubar.dock.rectangle", "user-desktop"}, {"doc", "folder-documents"},
@@ -44,6 +46,25 @@ QIcon SidebarModel::icon(const QString& symbol)
         return command;
     // No icon theme (a bare X server, some window managers): Orwick's own folder and page shapes.
     return categoryIcon(symbol == QLatin1StringView("magnifyingglass") || symbol == QLatin1StringView("trash") ? FileCategory::other : FileCategory::folder);
+}
+
+} // namespace
+
+QIcon SidebarModel::icon(const QString& symbol)
+{
+    // Each row's paint asks again: the desktop's icon theme is searched once per symbol (a name
+    // the theme lacks would otherwise be searched for on every paint), and again after the
+    // desktop switches icon themes.
+    // Never freed: icons must not outlive the application's pixmaps.
+    static auto* const cachedTheme = new QString;
+    static auto* const cache = new QHash<QString, QIcon>;
+    if (const QString theme = QIcon::themeName(); theme != *cachedTheme) {
+        cache->clear();
+        *cachedTheme = theme;
+    }
+    if (const auto known = cache->constFind(symbol); known != cache->cend())
+        return *known;
+    return *cache->insert(symbol, lookUpIcon(symbol));
 }
 
 QString SidebarModel::sectionTitle(const QString& sectionId)
