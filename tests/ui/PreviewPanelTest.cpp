@@ -43,7 +43,8 @@ struct PreviewWindowTest : test::WindowTest {
 
 TEST_F(PreviewWindowTest, F3ShowsThePanelAndItFollowsTheCursor)
 {
-    EXPECT_FALSE(window->previewPanel()->isVisible());
+    EXPECT_EQ(window->previewPanel(), nullptr) << "made when first shown";
+    EXPECT_EQ(window->quickLook(), nullptr) << "made when first asked for";
     select(code);
     press(Qt::Key_F3);
     EXPECT_TRUE(state->showPreview()) << "kept with the window's session";

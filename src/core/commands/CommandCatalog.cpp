@@ -156,6 +156,7 @@ void addOtherKeys(QList<AppCommand>& list)
         {"open", QKeySequence(Qt::Key_Enter)},
         {"up", QKeySequence(Qt::Key_Backspace)},
         {"deselectOrCloseFilter", QKeySequence(Qt::Key_Escape)},
+        {"quickLook", QKeySequence(Qt::Key_Space)}, // a table's box cell keeps Space to tick itself
     };
     for (const auto& [id, key] : paneKeys)
         for (AppCommand& command : list)

@@ -1,12 +1,9 @@
 #include "ui/preview/QuickLook.h"
 
-#include "commands/CommandCatalog.h"
-#include "ui/pane/PaneWidget.h"
 #include "ui/preview/PreviewFollower.h"
 #include "ui/preview/PreviewLoad.h"
 #include "ui/preview/PreviewView.h"
 
-#include <QAbstractItemView>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QPainter>
@@ -26,8 +23,7 @@ QuickLook::QuickLook(WindowState* window, QWidget* parentWindow) : QWidget(paren
     m_follower = new PreviewFollower(window, m_view, this);
     connect(m_view, &PreviewView::taskToggleRequested, this, &QuickLook::taskToggleRequested);
     connect(window, &WindowState::quickLookRequested, this, [this] { isOpen() ? close() : open(); });
-    parentWindow->installEventFilter(this);
-    qApp->installEventFilter(this);
+    parentWindow->installEventFilter(this); // follows the window's size
 }
 
 void QuickLook::open()
@@ -74,33 +70,10 @@ void QuickLook::keyPressEvent(QKeyEvent* event)
     event->accept();
 }
 
-// Space on a pane's list (not while a checkbox cell of the table has the keyboard).
-bool QuickLook::isPaneSpace(QObject* watched, QEvent* event) const
-{
-    if (event->type() != QEvent::KeyPress || watched != QApplication::focusWidget())
-        return false;
-    const auto* key = static_cast<QKeyEvent*>(event);
-    if (key->key() != Qt::Key_Space || (key->modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier || key->isAutoRepeat())
-        return false;
-    auto* view = qobject_cast<QAbstractItemView*>(watched);
-    if (!view || view->window() != parentWidget())
-        return false;
-    if (view->currentIndex().flags() & Qt::ItemIsUserCheckable)
-        return false;
-    for (QObject* up = view->parent(); up; up = up->parent())
-        if (qobject_cast<PaneWidget*>(up))
-            return true;
-    return false;
-}
-
 bool QuickLook::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == parentWidget() && event->type() == QEvent::Resize && isOpen())
         setGeometry(parentWidget()->rect());
-    if (isPaneSpace(watched, event)) {
-        CommandCatalog::run(QStringLiteral("quickLook"), *m_window);
-        return true;
-    }
     return QWidget::eventFilter(watched, event);
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 // QuickLook: the cursor's item previewed over the whole window. Opened by the quickLook command
-// (Ctrl+Y) and by Space in a pane's list; Up and Down (Left and Right too) move the pane's
+// (Ctrl+Y, and Space in a pane's list as the command's pane key); Up and Down (Left and Right too) move the pane's
 // cursor to the previous or next item, whose preview follows; Space, Esc or the command again
 // close it and give the keyboard back to the pane. Lives on the GUI thread, a child of the
 // window it covers.
@@ -34,7 +34,6 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    bool isPaneSpace(QObject* watched, QEvent* event) const;
 
     WindowState* m_window;
     PreviewView* m_view;

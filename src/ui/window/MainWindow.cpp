@@ -150,18 +150,28 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
 
 // The preview column at the right of the content and Quick Look over the window; whether the
 // column shows is the state's showPreview() (kept in the session), whether it takes the whole
-// content area its previewExpanded() (kept as "previewExpanded").
+// content area its previewExpanded() (kept as "previewExpanded"). Both are made when first
+// wanted: a window that never previews doesn't pay for their views as it opens.
 void MainWindow::setUpPreview(QSplitter* splitter)
 {
-    m_previewPanel = new PreviewPanel(m_state, splitter);
-    splitter->addWidget(m_previewPanel);
-    splitter->setStretchFactor(2, 0);
-    m_quickLook = new QuickLook(m_state, this);
+    m_previewSplitter = splitter;
+    connect(m_state, &WindowState::quickLookRequested, this, [this] {
+        if (m_quickLook)
+            return; // it follows the requests itself
+        m_quickLook = new QuickLook(m_state, this);
+        connect(m_quickLook, &QuickLook::taskToggleRequested, this, &MainWindow::toggleTask);
+        m_quickLook->open();
+    });
     m_state->setPreviewExpanded(readSettingsBool(*openSettings(), QStringLiteral("previewExpanded"), false));
     // The splitter's sizes before the preview covered the content, given back when it stops.
     auto uncovered = std::make_shared<QList<int>>();
     auto place = [this, uncovered] {
         const bool shown = m_state->showPreview();
+        if (!m_previewPanel) {
+            if (!shown)
+                return; // not made yet, and not wanted
+            makePreviewPanel();
+        }
         // The editor (and its live preview) takes the whole content area too.
         const bool expanded = shown && (m_state->previewExpanded() || m_state->documentMode() != DocumentMode::preview);
         QWidget* focus = QApplication::focusWidget();
@@ -202,24 +212,36 @@ void MainWindow::setUpPreview(QSplitter* splitter)
         else if ((focusInPreview || !focus) && activePaneWidget())
             activePaneWidget()->takeFocus();
     };
+    m_placePreview = place;
     connect(m_state, &WindowState::showPreviewChanged, this, place);
-    connect(m_state, &WindowState::documentModeChanged, this, place);
+    // (documentModeChanged is followed once the panel exists: editing always shows the column first.)
     connect(m_state, &WindowState::previewExpandedChanged, this, [this, place] {
         openSettings()->setValue(QStringLiteral("previewExpanded"), m_state->previewExpanded());
         place();
     });
     place();
-    // A task box clicked in a note toggles the task in the file, as one undoable change.
-    auto toggle = [this](const FilePath& note, int line) {
-        actions::toggleTask(*m_state, note, line, [panel = QPointer(m_previewPanel), look = QPointer(m_quickLook)] {
-            if (panel)
-                panel->follower()->reload();
-            if (look)
-                look->follower()->reload();
-        });
-    };
-    connect(m_previewPanel, &PreviewPanel::taskToggleRequested, this, toggle);
-    connect(m_quickLook, &QuickLook::taskToggleRequested, this, toggle);
+}
+
+void MainWindow::makePreviewPanel()
+{
+    m_previewPanel = new PreviewPanel(m_state, m_previewSplitter);
+    m_previewPanel->hide(); // placed, and shown, by the preview's place()
+    m_previewSplitter->addWidget(m_previewPanel);
+    m_previewSplitter->setStretchFactor(2, 0);
+    connect(m_previewPanel, &PreviewPanel::taskToggleRequested, this, &MainWindow::toggleTask);
+    // After the panel's own connection: a new editor is made before it is given the keyboard.
+    connect(m_state, &WindowState::documentModeChanged, this, [this] { m_placePreview(); });
+}
+
+// A task box clicked in a note toggles the task in the file, as one undoable change.
+void MainWindow::toggleTask(const FilePath& note, int line)
+{
+    actions::toggleTask(*m_state, note, line, [panel = QPointer(m_previewPanel), look = QPointer(m_quickLook)] {
+        if (panel)
+            panel->follower()->reload();
+        if (look)
+            look->follower()->reload();
+    });
 }
 
 QTabBar* MainWindow::tabBar() const { return m_tabBar; }
@@ -311,7 +333,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
     // first. Text the editor holds is saved before the window goes: the close is tried again
     // once the engine says it saved; a refused save keeps the window and shows why.
     QPointer<MainWindow> self(this);
-    if (!m_previewPanel->readyToClose([self] {
+    if (m_previewPanel && !m_previewPanel->readyToClose([self] {
             if (self)
                 QMetaObject::invokeMethod(self, &QWidget::close, Qt::QueuedConnection);
         })) {

@@ -42,6 +42,7 @@ public:
     // The column of places on the left (shown or hidden with the state's showSidebar()).
     Sidebar* sidebar() const { return m_sidebar; }
     // The preview column on the right (shown with the state's showPreview()) and Quick Look.
+    // The preview column, made when first shown; Quick Look, made when first asked for. Null before.
     PreviewPanel* previewPanel() const { return m_previewPanel; }
     QuickLook* quickLook() const { return m_quickLook; }
 
@@ -67,6 +68,8 @@ private:
     PaneGrid* gridFor(TabState* tab);
     void decorate(PaneWidget* widget);
     void setUpPreview(QSplitter* splitter);
+    void makePreviewPanel();
+    void toggleTask(const FilePath& note, int line);
 
     WindowState* m_state;
     bool m_closeConfirmed = false;
@@ -76,8 +79,10 @@ private:
     ToastHost* m_toasts;
     Sidebar* m_sidebar;
     QWidget* m_content; // the tab bar over the pane grids
-    PreviewPanel* m_previewPanel;
-    QuickLook* m_quickLook;
+    QSplitter* m_previewSplitter = nullptr;
+    std::function<void()> m_placePreview; // shows, hides and sizes the preview column
+    PreviewPanel* m_previewPanel = nullptr;
+    QuickLook* m_quickLook = nullptr;
     CommandMenus* m_menus;
     PaletteController* m_palette;
     FileOpsController* m_fileOps;
