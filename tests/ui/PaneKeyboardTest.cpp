@@ -4,6 +4,7 @@
 // says instead of nothing.
 
 #include "WindowFixture.h"
+#include "ui/preview/QuickLook.h"
 #include "files/DirectoryLoader.h"
 #include "state/TabState.h"
 #include "ui/fileops/FileOpsController.h"
@@ -102,6 +103,29 @@ TEST_F(PaneKeyboardTest, F8MovesTheActivePaneAndTheKeyboardToTheOtherPane)
     press(Qt::Key_F8);
     EXPECT_EQ(pane(), left);
     EXPECT_TRUE(waitUntil([&] { return keyboardIsIn(left); }));
+}
+
+TEST_F(PaneKeyboardTest, AHeldPaneKeyActsOnce)
+{
+    tree.file("inner/deeper/a.txt", "a");
+    tree.folder("inner/empty");
+    open(tree.path("inner/deeper"));
+    const auto held = [this](int key) { // the press a held key repeats, to whatever has the keyboard
+        QKeyEvent repeat(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+        QApplication::sendEvent(window->activePaneWidget()->focusTarget(), &repeat);
+        QApplication::processEvents();
+    };
+    held(Qt::Key_Backspace);
+    held(Qt::Key_Space);
+    EXPECT_EQ(pane()->url(), tree.path("inner/deeper")) << "a held Backspace doesn't race up";
+    EXPECT_EQ(window->quickLook(), nullptr) << "nor does a held Space open Quick Look";
+    press(Qt::Key_Backspace);
+    EXPECT_TRUE(waitUntil([&] { return pane()->url() == tree.path("inner"); })) << "a press goes up";
+    // An empty folder shows a message in place of the list; it keeps the same rule.
+    pane()->navigate(tree.path("inner/empty"));
+    ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading() && pane()->url() == tree.path("inner/empty"); }));
+    held(Qt::Key_Backspace);
+    EXPECT_EQ(pane()->url(), tree.path("inner/empty"));
 }
 
 TEST_F(PaneKeyboardTest, EscInTheListClearsTheSelectionThenClosesTheFilter)

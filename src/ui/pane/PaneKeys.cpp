@@ -77,6 +77,10 @@ bool runPaneCommand(PaneState& pane, const QKeyEvent* event)
     for (const AppCommand& command : CommandCatalog::fixed()) {
         if (!command.paneShortcuts.contains(key))
             continue;
+        // A held key acts once: holding Return doesn't open the same file again and again,
+        // nor Backspace race up to the root, nor Space flicker Quick Look.
+        if (event->isAutoRepeat())
+            return true;
         if (WindowState* window = windowOf(pane))
             CommandCatalog::run(command, *window);
         return true;

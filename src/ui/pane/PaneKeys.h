@@ -2,7 +2,7 @@
 // The keys every view of a pane shares, so moving, extending, type-select and the catalogue's
 // pane keys work the same in the list, the table, the grid and the columns. Only movement lives
 // here; every key that runs a command is the command catalogue's: its window keys are the
-// window's shortcuts, and its pane keys (Return, Backspace, Esc: AppCommand::paneShortcuts),
+// window's shortcuts, and its pane keys (Return, Backspace, Esc, Space: AppCommand::paneShortcuts),
 // which fields and editors keep for themselves, are looked up here and run on the pane's window.
 
 #include "state/PaneState.h"
@@ -23,7 +23,8 @@ struct PaneKeyContext {
 // and Page Down move the cursor (Shift extends the selection; in the grid Left and Right move
 // between tiles, in the columns they go out of and into folders), with "vimKeys" on j k J K h l
 // gg G move, printable text selects by name, and a pane key of the catalogue runs its command
-// (on the window the pane belongs to; a pane outside any window has none to run).
+// (on the window the pane belongs to; a pane outside any window has none to run) once per
+// press: a held pane key doesn't repeat its command.
 bool handlePaneKey(PaneState& pane, QKeyEvent* event, const PaneKeyContext& context);
 
 } // namespace orwick

@@ -185,6 +185,8 @@ bool PaneWidget::eventFilter(QObject* watched, QEvent* event)
         const bool forward = (key->key() == Qt::Key_Right && key->modifiers() & Qt::AltModifier)
                           || (key->key() == Qt::Key_BracketRight && key->modifiers() & Qt::ControlModifier);
         const bool up = key->key() == Qt::Key_Backspace || (key->key() == Qt::Key_Up && key->modifiers() & (Qt::AltModifier | Qt::ControlModifier));
+        if ((back || forward || up) && key->isAutoRepeat())
+            return true; // a held key acts once, as in the list
         if (back)
             m_pane->goBack();
         else if (forward)
