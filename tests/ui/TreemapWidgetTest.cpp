@@ -93,6 +93,18 @@ TEST_F(TreemapWidgetTest, AFoldersNextLevelIsDrawnInsideItInItsCategorysTint)
     const QColor folder = mixColors(theme::background(), theme::categoryTint(FileCategory::folder), 0.42);
     EXPECT_LT(distance(drawn, image), 40);
     EXPECT_GT(distance(drawn, folder), 40);
+
+    // Each is named in its corner, in the text colour over its tint, so the next level reads
+    // without going in.
+    const QImage shot = map.grab().toImage();
+    for (const TreemapWidget::Block::Inner& inner : block->inside) {
+        const QRect corner(inner.rect.toAlignedRect().topLeft() + QPoint(4, 2), QSize(40, map.fontMetrics().height()));
+        int inked = 0;
+        for (int y = corner.top(); y <= corner.bottom(); ++y)
+            for (int x = corner.left(); x <= corner.right(); ++x)
+                inked += distance(shot.pixelColor(x, y), theme::text()) < 120;
+        EXPECT_GT(inked, 10) << inner.node->name.constData() << " is named";
+    }
 }
 
 TEST_F(TreemapWidgetTest, OnlyTheMouseOpensAMenuThroughTheContextEvent)

@@ -4,6 +4,7 @@
 #include "disktools/Treemap.h"
 #include "files/FileCategory.h"
 #include "theme/ThemeColors.h"
+#include "ui/theme/TextLine.h"
 #include "ui/theme/Theme.h"
 
 #include <QContextMenuEvent>
@@ -60,7 +61,7 @@ std::vector<TreemapWidget::Block::Inner> layOutInside(const SpaceNode& folder, c
             continue;
         const SpaceNode* node = shown[size_t(child++)];
         if (rects[size_t(i)].width() >= 2 && rects[size_t(i)].height() >= 2)
-            inside.push_back({rects[size_t(i)], categoryOf(*node)});
+            inside.push_back({rects[size_t(i)], categoryOf(*node), node});
     }
     return inside;
 }
@@ -121,7 +122,9 @@ void TreemapWidget::relayout()
         std::vector<double> values;
         for (const auto& child : m_node->children) {
             if (child->size > 0) {
-                m_blocks.push_back({child.get(), {}});
+                Block block;
+                block.node = child.get();
+                m_blocks.push_back(block);
                 values.push_back(double(child->size));
             }
         }
@@ -130,7 +133,7 @@ void TreemapWidget::relayout()
             auto at = std::find_if(values.begin(), values.end(), [&](double v) { return v < double(m_node->smallFiles); });
             const auto index = at - values.begin();
             values.insert(at, double(m_node->smallFiles));
-            m_blocks.insert(m_blocks.begin() + index, Block{nullptr, {}});
+            m_blocks.insert(m_blocks.begin() + index, Block{}); // the small files: no node
         }
         const QRectF area = QRectF(rect()).adjusted(1, 1, -1, -1 - legendArea().height());
         const auto rects = Treemap::layout(values, area);
@@ -289,6 +292,8 @@ void TreemapWidget::paintEvent(QPaintEvent*)
             paintCushion(painter, inner.rect, inner.category, lit ? 0.62 : 0.42);
             painter.drawRect(inner.rect);
         }
+        for (const Block::Inner& inner : block.inside) // named where the name fits, its size below when that fits too
+            paintInnerLabel(painter, inner, metrics);
         if (&block == currentBlock() && hasFocus()) {
             painter.setPen(QPen(theme::cursorRing(), 2));
             painter.drawRect(block.rect.adjusted(1, 1, -1, -1));
@@ -303,6 +308,20 @@ void TreemapWidget::paintEvent(QPaintEvent*)
         }
     }
     paintLegend(painter);
+}
+
+void TreemapWidget::paintInnerLabel(QPainter& painter, const Block::Inner& inner, const QFontMetrics& metrics) const
+{
+    const int line = metrics.height();
+    const QRect room = inner.rect.toAlignedRect().adjusted(4, 2, -4, -2);
+    if (!inner.node || room.width() < kLabelMinWidth || room.height() < line)
+        return;
+    painter.setPen(theme::text());
+    drawTextLine(&painter, metrics, QRect(room.left(), room.top(), room.width(), line), inner.node->displayName(), Qt::ElideMiddle);
+    if (room.height() >= 2 * line) {
+        painter.setPen(theme::dimText());
+        drawTextLine(&painter, metrics, QRect(room.left(), room.top() + line, room.width(), line), byteCountText(inner.node->size));
+    }
 }
 
 QRectF TreemapWidget::legendArea() const

@@ -38,6 +38,7 @@ public:
         struct Inner {
             QRectF rect;
             FileCategory category;
+            const SpaceNode* node = nullptr; // named in its corner when there is room
         };
         std::vector<Inner> inside;
     };
@@ -68,6 +69,7 @@ protected:
 private:
     const Block* blockAt(const QPointF& point) const;
     QString describe(const Block& block) const;
+    void paintInnerLabel(QPainter& painter, const Block::Inner& inner, const QFontMetrics& metrics) const;
     QRectF legendArea() const;
     void setCurrent(int index);
     // The nearest block from the current one whose centre lies beyond it in direction (dx, dy).
