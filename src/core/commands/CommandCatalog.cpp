@@ -20,6 +20,7 @@
 #include "terminal/TerminalActions.h"
 
 #include <QCoreApplication>
+#include <algorithm>
 #include <QUndoStack>
 
 namespace orwick::CommandCatalog {
@@ -567,33 +568,38 @@ const AppCommand* find(const QString& id)
     for (const AppCommand& command : families)
         if (command.id == id)
             return &command;
-    static QList<AppCommand> places;
-    places = favorites();
-    for (const AppCommand& command : std::as_const(places))
-        if (command.id == id)
-            return &command;
-    // The tag family follows the tags in use: made afresh too.
-    static QList<AppCommand> tags;
-    tags = TagCommands::family(FinderTags::shared());
-    for (const AppCommand& command : std::as_const(tags))
-        if (command.id == id)
-            return &command;
-    // The workspace family changes with the saved workspaces: it is made afresh here, and the
-    // command found stays valid until the next call.
-    static QList<AppCommand> workspaces;
-    workspaces = WorkspaceCommands::family();
-    for (const AppCommand& command : std::as_const(workspaces))
-        if (command.id == id)
-            return &command;
-    static QList<AppCommand> themes;
-    themes = ThemeCommands::family();
-    for (const AppCommand& command : std::as_const(themes))
-        if (command.id == id)
-            return &command;
-    // The image family follows the installed text recognition languages: made afresh too.
-    static QList<AppCommand> images;
-    images = ImageCommands::family();
-    for (const AppCommand& command : std::as_const(images))
+    // The other families follow what changes while Orwick runs (the favorites, the saved
+    // searches, the tags in use, the saved workspaces, the themes, the text recognition
+    // languages), so each is made afresh and the command found stays valid until the next call.
+    // Only the family an id can belong to is made: making one reads stores and asks the system
+    // (a menu looks up each of its commands).
+    const auto startsWithAny = [&id](std::initializer_list<QLatin1StringView> prefixes) {
+        return std::ranges::any_of(prefixes, [&id](QLatin1StringView prefix) { return id.startsWith(prefix); });
+    };
+    static QList<AppCommand> places, searches, tags, workspaces, themes, images; // one list each, as each call keeps its own
+    QList<AppCommand>* made = nullptr;
+    if (startsWithAny({QLatin1StringView("goToFavorite:")})) {
+        made = &places;
+        *made = favorites();
+    } else if (startsWithAny({QLatin1StringView("savedSearch.")})) {
+        made = &searches;
+        *made = savedSearches();
+    } else if (startsWithAny({TagCommands::kPrefix})) {
+        made = &tags;
+        *made = TagCommands::family(FinderTags::shared());
+    } else if (startsWithAny({WorkspaceCommands::kOpenPrefix, WorkspaceCommands::kDeletePrefix, WorkspaceCommands::kSaveId})) {
+        made = &workspaces;
+        *made = WorkspaceCommands::family();
+    } else if (startsWithAny({ThemeCommands::kThemePrefix, ThemeCommands::kAccentPrefix, QLatin1StringView("appearance.")})) {
+        made = &themes;
+        *made = ThemeCommands::family();
+    } else if (startsWithAny({QLatin1StringView("image.")})) {
+        made = &images;
+        *made = ImageCommands::family();
+    } else {
+        return nullptr;
+    }
+    for (const AppCommand& command : std::as_const(*made))
         if (command.id == id)
             return &command;
     return nullptr;

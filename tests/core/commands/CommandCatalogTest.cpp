@@ -31,8 +31,11 @@ TEST_F(CatalogFixture, EveryCommandHasOneIdATitleAndAnAction)
         ids.insert(command.id);
         EXPECT_FALSE(command.title.isEmpty()) << command.id.toStdString();
         EXPECT_TRUE(command.run) << command.id.toStdString();
-        if (!command.disabledNote.isEmpty())
+        const AppCommand* found = CommandCatalog::find(command.id); // each family answers for its own ids
+        EXPECT_TRUE(found && found->id == command.id) << "found by its id: " << command.id.toStdString();
+        if (!command.disabledNote.isEmpty()) {
             EXPECT_FALSE(command.enabledIn(*window)) << "a command with a note is one that is not built: " << command.id.toStdString();
+        }
     }
     // Catalogue order: the fixed commands first, in their order, then the families.
     const QList<AppCommand> all = CommandCatalog::all(*window);
