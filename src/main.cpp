@@ -13,9 +13,11 @@
 #include "app/SessionKeeper.h"
 #include "app/ShowInFolderService.h"
 #include "app/SingleInstance.h"
+#include "async/Background.h"
 #include "commands/ExternalPrograms.h"
 #include "commands/Frecency.h"
 #include "git/Git.h"
+#include "images/ImageFormats.h"
 #include "fileops/FileOperations.h"
 #include "fileops/LinkUpdater.h"
 #include "notes/FileProperties.h"
@@ -166,6 +168,9 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Orwick"));
     QApplication::setDesktopFileName(QStringLiteral("orwick"));
+    // Qt finds its image plugins (the picture commands ask which formats it can write) on a
+    // worker thread while this one makes the window, instead of in the middle of making it.
+    runInBackground(&app, [] { return writableImageFormats(); }, [](const QList<QByteArray>&) {});
     SingleInstance instance;
     if (alone.isEmpty())
         if (const Status listening = instance.listen(*socket); !listening)
