@@ -4,6 +4,7 @@
 #include "platform/DefaultApps.h"
 #include "platform/RecentFiles.h"
 #include "ui/pane/FilterBar.h"
+#include "ui/pane/PaneKeys.h"
 #include "ui/pane/PathBar.h"
 #include "ui/pane/SearchBar.h"
 #include "ui/pane/StatusLine.h"
@@ -178,27 +179,11 @@ bool PaneWidget::eventFilter(QObject* watched, QEvent* event)
             return true;
         }
     }
-    if (watched == m_message && event->type() == QEvent::KeyPress) {
-        auto* key = static_cast<QKeyEvent*>(event);
-        const bool back = (key->key() == Qt::Key_Left && key->modifiers() & Qt::AltModifier)
-                       || (key->key() == Qt::Key_BracketLeft && key->modifiers() & Qt::ControlModifier);
-        const bool forward = (key->key() == Qt::Key_Right && key->modifiers() & Qt::AltModifier)
-                          || (key->key() == Qt::Key_BracketRight && key->modifiers() & Qt::ControlModifier);
-        const bool up = key->key() == Qt::Key_Backspace || (key->key() == Qt::Key_Up && key->modifiers() & (Qt::AltModifier | Qt::ControlModifier));
-        if ((back || forward || up) && key->isAutoRepeat())
-            return true; // a held key acts once, as in the list
-        if (back)
-            m_pane->goBack();
-        else if (forward)
-            m_pane->goForward();
-        else if (up)
-            m_pane->goUp();
-        else if (key->key() == Qt::Key_H && key->modifiers() == Qt::ControlModifier)
-            m_pane->setShowHidden(!m_pane->showHidden());
-        else
-            return false;
-        return true;
-    }
+    // An empty folder's message has the keyboard in place of a view: the pane's keys work there
+    // as in the list (Backspace goes up, once per press); back, forward and the rest are the
+    // window's shortcuts and need nothing here.
+    if (watched == m_message && event->type() == QEvent::KeyPress)
+        return handlePaneKey(*m_pane, static_cast<QKeyEvent*>(event), PaneKeyContext{});
     return QWidget::eventFilter(watched, event);
 }
 
