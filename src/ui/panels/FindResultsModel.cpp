@@ -1,5 +1,6 @@
 #include "ui/panels/FindResultsModel.h"
 
+#include "ui/theme/TextLine.h"
 #include "ui/theme/Theme.h"
 
 #include <QPainter>
@@ -115,7 +116,7 @@ void MatchLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     QString text = opt.text;
     text.replace(QLatin1Char('\t'), QLatin1String("    ")); // tabs as four spaces, the same width as the marks
     int x = area.left() + gutter;
-    const int baseline = area.top() + (area.height() + metrics.ascent() - metrics.descent()) / 2;
+    const int baseline = centredBaseline(metrics, area);
     int drawn = 0;
     auto drawRun = [&](int from, int to, bool marked) {
         if (to <= from || x > area.right())
