@@ -230,7 +230,7 @@ void MainWindow::makePreviewPanel()
     m_previewSplitter->setStretchFactor(2, 0);
     connect(m_previewPanel, &PreviewPanel::taskToggleRequested, this, &MainWindow::toggleTask);
     // After the panel's own connection: a new editor is made before it is given the keyboard.
-    connect(m_state, &WindowState::documentModeChanged, this, [this] { m_placePreview(); });
+    connect(m_state, &WindowState::documentModeChanged, this, m_placePreview);
 }
 
 // A task box clicked in a note toggles the task in the file, as one undoable change.
