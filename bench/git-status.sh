@@ -62,7 +62,8 @@ round() {
     }' "${csvs[@]}"
 }
 
-# orwick-cli's own start (loading Qt and the libraries the core links) is part of every run above.
+# A plain `status DIR` loads no Qt (src/cli/StatusReport.h); --version loads the commands library
+# and QtCore, as every other command does: what the status is spared.
 hyperfine --shell=none --warmup 5 --runs 60 --export-csv "$work/start.csv" --command-name start "$cli --version" >/dev/null
 awk -F, '$1 == "start" { printf "orwick-cli start-up alone (--version): %.1f ms (mean)\n", $2 * 1000 }' "$work/start.csv"
 

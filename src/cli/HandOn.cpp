@@ -1,6 +1,7 @@
 #include "cli/HandOn.h"
 
 #include "cli/CliCommand.h"
+#include "cli/ProgramFolder.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -15,17 +16,6 @@ namespace {
 bool isHelp(const char* argument)
 {
     return !std::strcmp(argument, "--help") || !std::strcmp(argument, "-h") || !std::strcmp(argument, "help");
-}
-
-// The folder this program was started from, with its final slash.
-std::string ownFolder()
-{
-    char path[4096];
-    const ssize_t length = readlink("/proc/self/exe", path, sizeof path - 1);
-    if (length <= 0)
-        return {};
-    std::string own(path, std::size_t(length));
-    return own.substr(0, own.rfind('/') + 1);
 }
 
 } // namespace
@@ -51,7 +41,7 @@ bool runsHere(int argc, char** argv)
 
 int handOn(char** argv)
 {
-    const std::string folder = ownFolder();
+    const std::string folder = programFolder();
     for (const char* place : {"orwick-cli-full", "../libexec/orwick/orwick-cli-full"}) {
         const std::string program = folder + place;
         execv(program.c_str(), argv);

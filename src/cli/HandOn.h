@@ -1,9 +1,11 @@
 #pragma once
-// The command line is two programs. orwick-cli holds the commands whose code needs only QtCore,
-// so a script that calls it often (status, match, list, grep…) does not wait for Qt Gui, the PDF,
-// photo-metadata and terminal libraries to load: it starts in about a third of the time. Every
-// other command line it hands, unchanged, to orwick-cli-full, which holds every command; so does
-// the overview of all commands and any unknown command, whose message the full program gives.
+// The command line is orwick-cli, which needs no Qt and answers the plain `status DIR` itself
+// (StatusReport.h); its commands library, which holds the commands whose code needs only QtCore
+// (CommandsLibrary.h), so a script that calls it often (status, match, list, grep…) does not wait
+// for Qt Gui, the PDF, photo-metadata and terminal libraries to load: it starts in about a third
+// of the time; and orwick-cli-full, which holds every command. Every command line the library
+// doesn't hold it hands, unchanged, to orwick-cli-full; so does the overview of all commands and
+// any unknown command, whose message the full program gives.
 //
 // Both are decided before Qt starts, so a handed-on command costs this program only its own load.
 

@@ -1,4 +1,5 @@
-// orwick-cli: Orwick's engines on the command line, for scripts, checks and benchmarks.
+// orwick-cli: Orwick's engines on the command line, for scripts, checks and benchmarks: the
+// commands with Qt (HandOn.h says which program holds which).
 
 #include "cli/CliCommand.h"
 #ifdef ORWICK_CLI_LIGHT
@@ -109,7 +110,13 @@ int runChecked(const CliCommand& command, Arguments arguments)
 
 } // namespace orwick::cli
 
+#ifdef ORWICK_CLI_LIGHT
+// The light commands are a library that orwick-cli loads when it doesn't answer the command line
+// itself (CommandsLibrary.h).
+extern "C" int orwickCliMain(int argc, char** argv)
+#else
 int main(int argc, char** argv)
+#endif
 {
     using namespace orwick::cli;
 #ifdef ORWICK_CLI_LIGHT

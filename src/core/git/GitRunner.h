@@ -21,6 +21,8 @@ const std::optional<FilePath>& gitExecutable();
 
 // The message for actions that need git when there is none.
 QString gitMissingMessage();
+// The reason git could not be started ("couldn't start git: " and the system's words for `error`).
+QString gitStartFailure(int error);
 
 struct GitOutput {
     int status = 0;   // the exit status; -1 when git could not be started
@@ -40,10 +42,8 @@ struct GitRun {
     std::function<void(QByteArrayView)> onOutput;
 };
 
-// Runs `executable -C root -c core.quotepath=off arguments…` and blocks until it ends. The
-// environment is this process's, with GIT_OPTIONAL_LOCKS=0, GIT_TERMINAL_PROMPT=0,
-// GIT_EDITOR=true, no password helper (GIT_ASKPASS empty, SSH_ASKPASS_REQUIRE=never,
-// GCM_INTERACTIVE=never) and, unless one is set already, a non-interactive GIT_SSH_COMMAND.
+// Runs `executable -C root -c core.quotepath=off arguments…` (ChildProcess.h) and blocks until it
+// ends. The environment is this process's with git's settings (GitEnvironment.h).
 // When `cancel` is given and gets set, git is stopped; the caller drops the result.
 GitOutput runCapturingErrors(const FilePath& executable, const QStringList& arguments, const FilePath& root,
                              const CancelFlag* cancel = nullptr);

@@ -5,6 +5,7 @@
 // unchanged status can be recognised and nothing redrawn.
 
 #include "base/FilePath.h"
+#include "git/ChangeKind.h"
 
 #include <QHash>
 #include <QList>
@@ -14,10 +15,8 @@
 
 namespace orwick {
 
-// How a file differs from the last commit, in the order the kinds are listed to people.
-enum class Change { modified, added, deleted, renamed, untracked, conflicted };
-
-// The badge letter ("M", "A", "D", "R", "U", "!"), its tooltip and the kind's name ("modified"…).
+// The badge letter ("M", "A", "D", "R", "U", "!"), its tooltip and the kind's name ("modified"…,
+// changeKeyword() as text).
 QString changeLetter(Change change);
 QString changeTooltip(Change change);
 QString changeName(Change change);
@@ -74,7 +73,8 @@ struct BranchLine {
     int behind = 0;
 };
 
-// Reads a branch record ("## main...origin/main [ahead 2, behind 1]", "## No commits yet on main").
+// Reads a branch record ("## main...origin/main [ahead 2, behind 1]", "## No commits yet on main"),
+// as parseBranchLine() (StatusRecords.h) does.
 BranchLine parseBranch(const QString& line);
 
 // Reads the NUL-separated porcelain v1 records of `git status -z -b --ignored` for the repository

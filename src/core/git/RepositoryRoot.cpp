@@ -1,15 +1,14 @@
 #include "git/RepositoryRoot.h"
 
-#include <unistd.h>
+#include "git/GitFolder.h"
 
 namespace orwick {
 
 std::optional<FilePath> findRepositoryRoot(const FilePath& folder)
 {
-    for (FilePath current = folder; !current.isEmpty() && !current.isRoot(); current = current.parent()) {
-        if (access(current.child(QByteArrayView(".git")).c_str(), F_OK) == 0)
-            return current;
-    }
+    const QByteArray& native = folder.native();
+    if (const auto root = findGitRoot(std::string_view(native.constData(), size_t(native.size()))))
+        return FilePath::fromNative(QByteArray::fromStdString(*root));
     return std::nullopt;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
-// StatusParser: reads the NUL-separated records of `git status --porcelain=v1 -z -b --ignored`
-// into a RepoStatus as they arrive, so the status read parses while git still writes and only
+// StatusParser: reads the records of `git status --porcelain=v1 -z -b --ignored` (split by
+// StatusRecords.h) into a RepoStatus as they arrive, so the status read parses while git still writes and only
 // the final sort is left once git ends. Pieces may split a record anywhere; feeding the whole
 // output at once or byte by byte gives the same status (parseStatus() in RepoStatus.h is one
 // feed and finish).
@@ -9,6 +9,7 @@
 // parser reads one output; not shared between threads.
 
 #include "git/RepoStatus.h"
+#include "git/StatusRecords.h"
 
 #include <string>
 #include <vector>
@@ -26,14 +27,14 @@ public:
     RepoStatus finish();
 
 private:
-    void take(QByteArrayView record);
+    StatusRecordReader::Sink sink();
+    void take(const StatusEntry& entry);
 
     RepoStatus m_status;
     QSet<FilePath> m_ignored;
     qsizetype m_rootLength = 0;
-    QByteArray m_partial;           // a record whose NUL hasn't come yet
-    bool m_nextIsSource = false;    // the record after "R " or "C " names where the file came from
-    bool m_sourceIsRename = false;
+    StatusRecordReader m_reader;
+    StatusRecordReader::Sink m_sink; // made once: the reader calls it for every record
     // The last file's path, to pass over the folders above it when the next file shares them.
     FilePath m_lastFile;
     qsizetype m_lastFolderLength = 0;

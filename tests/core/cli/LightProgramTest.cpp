@@ -1,6 +1,7 @@
-// orwick-cli starts light: it loads QtCore but not Qt Gui, runs its own commands, and hands every
-// other command line to orwick-cli-full with the same result as calling that directly; without
-// orwick-cli-full it says so instead of failing quietly.
+// orwick-cli starts light: it loads no Qt itself, its commands library loads QtCore but not Qt
+// Gui, it runs its own commands and hands every other command line to orwick-cli-full with the
+// same result as calling that directly; without the library or orwick-cli-full it says so
+// instead of failing quietly.
 
 #include "CliRun.h"
 #include "support/TempHome.h"
@@ -12,15 +13,23 @@
 namespace orwick::test {
 namespace {
 
-TEST(CliLightProgramTest, LoadsQtCoreButNotQtGui)
+QByteArray neededLibraries(const char* program)
 {
     QProcess readelf;
-    readelf.start(QStringLiteral("readelf"), {QStringLiteral("--dynamic"), QStringLiteral(ORWICK_CLI_PATH)});
-    ASSERT_TRUE(readelf.waitForFinished(30000)) << "readelf (binutils, installed with the compiler) did not run";
-    const QByteArray needed = readelf.readAllStandardOutput();
-    EXPECT_TRUE(needed.contains("libQt6Core.so")) << needed.toStdString();
+    readelf.start(QStringLiteral("readelf"), {QStringLiteral("--dynamic"), QString::fromUtf8(program)});
+    EXPECT_TRUE(readelf.waitForFinished(30000)) << "readelf (binutils, installed with the compiler) did not run";
+    return readelf.readAllStandardOutput();
+}
+
+TEST(CliLightProgramTest, LoadsNoQtAndItsLibraryOnlyQtCore)
+{
+    const QByteArray front = neededLibraries(ORWICK_CLI_PATH);
+    EXPECT_TRUE(front.contains("libc.so")) << front.toStdString();
+    EXPECT_FALSE(front.contains("libQt6")) << "orwick-cli loads Qt before it knows it needs it";
+    const QByteArray library = neededLibraries(ORWICK_CLI_COMMANDS_PATH);
+    EXPECT_TRUE(library.contains("libQt6Core.so")) << library.toStdString();
     for (const char* heavy : {"libQt6Gui.so", "libQt6DBus.so", "libQt6Network.so", "libQt6Pdf.so", "libexiv2.so", "libvterm.so", "libarchive.so"})
-        EXPECT_FALSE(needed.contains(heavy)) << heavy << " is loaded by every start of orwick-cli";
+        EXPECT_FALSE(library.contains(heavy)) << heavy << " is loaded by every start of orwick-cli's commands";
 }
 
 TEST(CliLightProgramTest, HandsOtherCommandsOnWithTheSameResult)
@@ -47,13 +56,21 @@ TEST(CliLightProgramTest, HandsOtherCommandsOnWithTheSameResult)
     EXPECT_TRUE(runCli({"help"}).out.contains("  highlight")) << "the overview lists the full program's commands";
 }
 
-TEST(CliLightProgramTest, WithoutTheFullProgramSaysSoAndStillRunsItsOwn)
+TEST(CliLightProgramTest, WithoutItsPartsSaysSoAndStillRunsWhatItHolds)
 {
     TempTree tree;
     const QString alone = tree.path(QStringLiteral("orwick-cli")).text();
     ASSERT_TRUE(QFile::copy(QStringLiteral(ORWICK_CLI_PATH), alone));
     QFile::setPermissions(alone, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 
+    // No commands library: only the plain status runs.
+    const CliRun noLibrary = runProgram(alone.toUtf8(), {"list", tree.root().native()});
+    EXPECT_EQ(noLibrary.status, 127);
+    EXPECT_TRUE(noLibrary.err.contains("orwick-cli-commands.so isn't beside orwick-cli")) << noLibrary.err.toStdString();
+    EXPECT_TRUE(noLibrary.out.isEmpty());
+
+    // The library but no orwick-cli-full: the library's own commands run, the others say why not.
+    ASSERT_TRUE(QFile::copy(QStringLiteral(ORWICK_CLI_COMMANDS_PATH), tree.path(QStringLiteral("orwick-cli-commands.so")).text()));
     const CliRun handedOn = runProgram(alone.toUtf8(), {"highlight", alone.toUtf8()});
     EXPECT_EQ(handedOn.status, 127);
     EXPECT_TRUE(handedOn.err.contains("orwick-cli-full isn't beside orwick-cli")) << handedOn.err.toStdString();
