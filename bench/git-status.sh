@@ -7,10 +7,10 @@
 # the repository as made, with core.untrackedCache, and with core.fsmonitor (git's own daemon,
 # where this git has one). Target: orwick-cli ≤ 1.05 × git in each.
 #
-# Fair to both sides: the environment is exported to hyperfine, so git starts directly (not
-# through `env`, one more program start that would count against git), and both programs' output
-# goes to a pipe hyperfine reads (Orwick's git writes into a pipe too; /dev/null would spare
-# only git that). After the rounds, bench_git_status_read gives the in-process figure: the
+# Fair to both sides: the environment is exported to the timer (bench_alternate), so git starts
+# directly (not through `env`, one more program start that would count against git), and both
+# programs' output goes to a pipe the timer reads (Orwick's git writes into a pipe too; /dev/null
+# would spare only git that). After the rounds, bench_git_status_read gives the in-process figure: the
 # window's read (spawn and parse) against spawning git and reading its output, without either
 # process's start.
 #   bench/git-status.sh BUILD_DIR
@@ -31,27 +31,25 @@ orwickGit=("$(command -v git)" -C "$repo" -c core.quotepath=off status --porcela
 # Both must print the same: otherwise the two aren't doing the same work.
 [ "$("${orwickGit[@]}" | tr '\0' '\n' | grep -c .)" -gt 2000 ] || { echo "git's status looks wrong" >&2; exit 1; }
 
-printf -v gitCommand '%q ' "${orwickGit[@]}" # quoted, as hyperfine splits it like a shell
+alternate="$build/bench/bench_alternate"
+[ -x "$alternate" ] || { echo "no $alternate; build the benchmarks first" >&2; exit 1; }
 
-# round NAME: times both in five rounds of hyperfine and prints each round's times and ratios,
-# then the mean and the median of the five rounds' ratios.
+# round NAME: times both in five rounds of 30 runs each, in turn (bench_alternate: the machine's
+# drift falls on both alike, where hyperfine times one command's runs and then the other's), and
+# prints each round's times and ratios, then the mean and the median of the five rounds' ratios.
 round() {
-  local r csvs=()
+  local r files=()
   for r in 1 2 3 4 5; do
-    csvs+=("$work/times-$1-$r.csv")
-    hyperfine --shell=none --output=pipe --warmup 5 --runs 30 --export-csv "${csvs[-1]}" \
-      --command-name git "$gitCommand" \
-      --command-name orwick-cli "$cli status $repo" >/dev/null
+    files+=("$work/times-$1-$r.txt")
+    "$alternate" 30 5 "${orwickGit[@]}" -- "$cli" status "$repo" >"${files[-1]}" || exit 1
   done
-  # command,mean,stddev,median,user,system,min,max
-  awk -F, -v name="$1" '
-    FNR == 1 { ++r }
-    $1 == "git" { gMean[r] = $2; gMedian[r] = $4 }
-    $1 == "orwick-cli" { oMean[r] = $2; oMedian[r] = $4 }
+  # git's mean and median, then orwick-cli's, in milliseconds
+  awk -v name="$1" '
+    { ++r; gMean[r] = $1; gMedian[r] = $2; oMean[r] = $3; oMedian[r] = $4 }
     END {
       for (i = 1; i <= r; ++i) {
         printf "%s, round %d: git %.1f ms mean / %.1f ms median, orwick-cli %.1f / %.1f ms; ratio %.3f (mean), %.3f (median)\n",
-               name, i, gMean[i] * 1000, gMedian[i] * 1000, oMean[i] * 1000, oMedian[i] * 1000, oMean[i] / gMean[i], oMedian[i] / gMedian[i]
+               name, i, gMean[i], gMedian[i], oMean[i], oMedian[i], oMean[i] / gMean[i], oMedian[i] / gMedian[i]
         ratios[i] = oMean[i] / gMean[i]; sum += ratios[i]
       }
       n = r
@@ -59,7 +57,7 @@ round() {
         for (j = i; j > 1 && ratios[j - 1] > ratios[j]; --j) { t = ratios[j]; ratios[j] = ratios[j - 1]; ratios[j - 1] = t }
       middle = n % 2 ? ratios[(n + 1) / 2] : (ratios[n / 2] + ratios[n / 2 + 1]) / 2
       printf "%s: ratio orwick-cli / git over %d rounds: %.3f (mean), %.3f (median); target <= 1.05\n", name, n, sum / n, middle
-    }' "${csvs[@]}"
+    }' "${files[@]}"
 }
 
 # A plain `status DIR` loads no Qt (src/cli/StatusReport.h); --version loads the commands library

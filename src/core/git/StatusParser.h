@@ -19,6 +19,8 @@ namespace orwick {
 class StatusParser {
 public:
     explicit StatusParser(const FilePath& root);
+    StatusParser(const StatusParser&) = delete; // its reader calls back into this one
+    StatusParser& operator=(const StatusParser&) = delete;
 
     // The next piece of git's output, in order.
     void feed(QByteArrayView piece);
