@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <dlfcn.h>
 #include <string>
+#include <unistd.h>
 
 namespace orwick::cli {
 
@@ -21,8 +22,10 @@ int runWithCommandsLibrary(int argc, char** argv)
             std::fprintf(stderr, "orwick-cli: %s has no commands in it. Install Orwick again.\n", library.c_str());
             return 127;
         }
-        if (reason.empty())
-            reason = dlerror();
+        // The reason worth saying: why a library that is there didn't load, else that none is.
+        const char* error = dlerror();
+        if (error && (reason.empty() || access(library.c_str(), F_OK) == 0))
+            reason = error;
     }
     std::fprintf(stderr, "orwick-cli: orwick-cli-commands.so isn't beside orwick-cli or in ../lib/orwick (%s); "
                          "it runs this command. Install Orwick again.\n", reason.c_str());
