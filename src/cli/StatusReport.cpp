@@ -68,16 +68,6 @@ struct Report {
     }
 };
 
-std::vector<char*> pointers(std::vector<std::string>& strings)
-{
-    std::vector<char*> result;
-    result.reserve(strings.size() + 1);
-    for (std::string& s : strings)
-        result.push_back(s.data());
-    result.push_back(nullptr);
-    return result;
-}
-
 // `argument` as an absolute path without "." parts and repeated slashes; none when it has a ".."
 // part (which the programs with Qt resolve) or is empty.
 std::optional<std::string> absoluteFolder(const char* argument)
@@ -117,8 +107,8 @@ std::optional<StatusFailure> reportStatus(const std::string& git, const std::str
     for (char** entry = environ; *entry; ++entry)
         environment.emplace_back(*entry);
     environment = withGitSettings(std::move(environment));
-    std::vector<char*> argv = pointers(arguments);
-    std::vector<char*> envp = pointers(environment);
+    std::vector<char*> argv = nullTerminated(arguments);
+    std::vector<char*> envp = nullTerminated(environment);
 
     Report report;
     StatusRecordReader reader;

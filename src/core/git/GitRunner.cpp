@@ -24,7 +24,10 @@ QString gitMissingMessage() { return QStringLiteral("git isn't installed"); }
 
 QString gitStartFailure(int error) { return QStringLiteral("couldn't start git: ") + QString::fromLocal8Bit(strerror(error)); }
 
-QList<QByteArray> gitEnvironment()
+namespace {
+
+// This process's environment with git's settings.
+std::vector<std::string> gitEnvironmentEntries()
 {
     // systemEnvironment() reads under Qt's environment lock, so a worker thread never races qputenv.
     const QStringList entries = QProcessEnvironment::systemEnvironment().toStringList();
@@ -32,25 +35,18 @@ QList<QByteArray> gitEnvironment()
     environment.reserve(size_t(entries.size()) + 8);
     for (const QString& entry : entries)
         environment.push_back(entry.toLocal8Bit().toStdString());
-    QList<QByteArray> result;
-    for (const std::string& entry : withGitSettings(std::move(environment)))
-        result.append(QByteArray::fromStdString(entry));
-    return result;
-}
-
-namespace {
-
-std::vector<char*> pointers(QList<QByteArray>& strings)
-{
-    std::vector<char*> result;
-    result.reserve(size_t(strings.size()) + 1);
-    for (QByteArray& s : strings)
-        result.push_back(s.data());
-    result.push_back(nullptr);
-    return result;
+    return withGitSettings(std::move(environment));
 }
 
 } // namespace
+
+QList<QByteArray> gitEnvironment()
+{
+    QList<QByteArray> result;
+    for (const std::string& entry : gitEnvironmentEntries())
+        result.append(QByteArray::fromStdString(entry));
+    return result;
+}
 
 GitOutput runCapturingErrors(const FilePath& executable, const QStringList& arguments, const FilePath& root,
                              const CancelFlag* cancel)
@@ -66,13 +62,14 @@ GitOutput runCapturingErrors(const FilePath& executable, const QStringList& argu
 
 GitOutput runGit(const FilePath& executable, const QList<QByteArray>& arguments, const FilePath& root, const GitRun& how)
 {
-    QList<QByteArray> argv{executable.native(), "-C", root.native(), "-c", "core.quotepath=off"};
-    argv.append(arguments);
-    QList<QByteArray> environment = gitEnvironment();
+    std::vector<std::string> argv{executable.native().toStdString(), "-C", root.native().toStdString(), "-c", "core.quotepath=off"};
+    for (const QByteArray& argument : arguments)
+        argv.push_back(argument.toStdString());
+    std::vector<std::string> environment = gitEnvironmentEntries();
     if (how.literalPathspecs)
-        environment.append("GIT_LITERAL_PATHSPECS=1");
-    std::vector<char*> argvPointers = pointers(argv);
-    std::vector<char*> environmentPointers = pointers(environment);
+        environment.push_back("GIT_LITERAL_PATHSPECS=1");
+    std::vector<char*> argvPointers = nullTerminated(argv);
+    std::vector<char*> environmentPointers = nullTerminated(environment);
 
     QByteArray output;
     ChildIo io;

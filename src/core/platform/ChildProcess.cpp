@@ -69,6 +69,16 @@ ChildEnd startFailure(int error) { return {-1, error, {}}; }
 
 } // namespace
 
+std::vector<char*> nullTerminated(std::vector<std::string>& strings)
+{
+    std::vector<char*> pointers;
+    pointers.reserve(strings.size() + 1);
+    for (std::string& s : strings)
+        pointers.push_back(s.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
 ChildEnd runChild(const char* program, char* const argv[], char* const environment[], const ChildIo& io)
 {
     int outPipe[2];

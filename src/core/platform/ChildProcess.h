@@ -12,6 +12,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orwick {
 
@@ -32,5 +33,8 @@ struct ChildEnd {
 
 // `argv` and `environment` are null-terminated arrays; argv[0] names the program, `program` is its path.
 ChildEnd runChild(const char* program, char* const argv[], char* const environment[], const ChildIo& io);
+
+// The null-terminated array of pointers into `strings` that runChild() takes (valid while they are).
+std::vector<char*> nullTerminated(std::vector<std::string>& strings);
 
 } // namespace orwick
