@@ -1,8 +1,10 @@
 #include "app/ShowInFolderService.h"
 
+#include "app/BusActivationFile.h"
 #include "app/OpenRouter.h"
 #include "app/Settings.h"
 
+#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusReply>
 #include <QDBusServiceWatcher>
@@ -42,13 +44,16 @@ QString ShowInFolderService::helpText()
 
 ShowInFolderService* ShowInFolderService::instance() { return sharedService; }
 
-ShowInFolderService::ShowInFolderService(OpenRouter* router, QObject* parent, std::optional<QDBusConnection> bus)
-    : QObject(parent), m_router(router), m_bus(std::move(bus))
+ShowInFolderService::ShowInFolderService(OpenRouter* router, QObject* parent, std::optional<QDBusConnection> bus, QString program)
+    : QObject(parent), m_router(router), m_bus(std::move(bus)),
+      m_program(program.isEmpty() ? QCoreApplication::applicationFilePath() : std::move(program))
 {
     sharedService = this;
     new FileManager1(this);
-    if (isOn())
+    if (isOn()) {
+        followActivationFile(true);
         claim();
+    }
 }
 
 ShowInFolderService::~ShowInFolderService() { release(); }
@@ -57,11 +62,12 @@ bool ShowInFolderService::isOn() const { return readSettingsBool(*openSettings()
 
 bool ShowInFolderService::isClaimed() const { return m_claimed; }
 
-QString ShowInFolderService::problem() const { return m_problem; }
+QString ShowInFolderService::problem() const { return m_problem.isEmpty() ? m_activationProblem : m_problem; }
 
 void ShowInFolderService::setOn(bool on)
 {
     openSettings()->setValue(QLatin1StringView(settingKey), on);
+    followActivationFile(on);
     if (on)
         claim();
     else
@@ -123,6 +129,12 @@ void ShowInFolderService::setState(bool claimed, const QString& problem)
     m_claimed = claimed;
     m_problem = problem;
     Q_EMIT stateChanged();
+}
+
+void ShowInFolderService::followActivationFile(bool on)
+{
+    const Status done = on ? BusActivationFile::put(m_program) : BusActivationFile::take();
+    m_activationProblem = done ? QString() : done.error();
 }
 
 OpenRequests ShowInFolderService::requestsFor(const QStringList& uris, bool reveal)

@@ -7,8 +7,8 @@
 //
 // One instance per process, made by the program at start; instance() is null until then (and in
 // tests that don't make one). The requests go to the open router: ShowFolders opens the folders,
-// ShowItems and ShowItemProperties select the items in their folders. No D-Bus activation file
-// is installed: Orwick answers only while it runs and the user asked for it.
+// ShowItems and ShowItemProperties select the items in their folders. While the setting is on,
+// the bus can also start Orwick for such a request when none runs (BusActivationFile.h).
 //
 // Signals: stateChanged() follows every change of isOn(), isClaimed() or problem().
 
@@ -37,17 +37,20 @@ public:
     static constexpr const char* objectPath = "/org/freedesktop/FileManager1";
 
     // Claims the name at once when the setting is on; becomes instance(). `bus` is the session
-    // bus unless given; it is reached only once the setting is on.
+    // bus unless given; it is reached only once the setting is on. `program` is what the bus
+    // starts for a request while no Orwick runs: this program unless given.
     explicit ShowInFolderService(OpenRouter* router, QObject* parent = nullptr,
-                                 std::optional<QDBusConnection> bus = std::nullopt);
+                                 std::optional<QDBusConnection> bus = std::nullopt, QString program = {});
     ~ShowInFolderService() override; // gives the name back
 
     static ShowInFolderService* instance();
 
     bool isOn() const;          // the setting
     bool isClaimed() const;     // the bus name is ours now
-    QString problem() const;    // why it is on but not claimed; empty otherwise
-    // Stores the setting and claims or releases the name at once.
+    // Why it is on but not claimed, or else why the bus can't start Orwick; empty otherwise.
+    QString problem() const;
+    // Stores the setting, claims or releases the name at once, and puts the bus's activation
+    // file in place or takes it away.
     void setOn(bool on);
 
     // The requests of the D-Bus methods, as the router gets them (file URIs or absolute paths;
@@ -63,14 +66,17 @@ private:
     void claim();
     void release();
     void setState(bool claimed, const QString& problem);
+    void followActivationFile(bool on);
 
     QPointer<OpenRouter> m_router;
     QDBusConnection& bus();
 
     std::optional<QDBusConnection> m_bus;
     QDBusServiceWatcher* m_watcher = nullptr;
+    QString m_program;
     bool m_claimed = false;
     QString m_problem;
+    QString m_activationProblem;
 };
 
 } // namespace orwick

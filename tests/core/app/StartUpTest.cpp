@@ -1,13 +1,19 @@
 // The orwick program started as a person starts it: twice, the second handing its request to the
-// first; after the first was killed; with a file in the socket's place; --help and --version.
+// first; after the first was killed; with a file in the socket's place; --help and --version; and
+// by the session bus, for another program's "Show in folder".
 
+#include "app/BusActivationFile.h"
+#include "app/Settings.h"
+#include "app/ShowInFolderService.h"
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
+#include <QStandardPaths>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 
 using namespace orwick;
@@ -168,6 +174,62 @@ TEST_F(StartUpFixture, AFileInTheSocketsPlaceIsLeftAloneAndOrwickRunsOnItsOwn)
     EXPECT_EQ(test::readAll(socket), "not a socket");
     // Only that one line.
     EXPECT_EQ(errorOf(first).count("orwick:"), 1) << errors[first].toStdString();
+}
+
+// With the setting on, another program's "Show in folder" starts Orwick when none runs: a private
+// session bus reads the file Orwick put in this home's services folder and starts the program.
+TEST_F(StartUpFixture, TheBusStartsOrwickForShowInFolderWhileTheSettingIsOn)
+{
+    const QString runner = QStandardPaths::findExecutable(QStringLiteral("dbus-run-session"));
+    const QString gdbus = QStandardPaths::findExecutable(QStringLiteral("gdbus"));
+    if (runner.isEmpty() || gdbus.isEmpty())
+        GTEST_SKIP() << "dbus-run-session or gdbus is missing (packages dbus and libglib2.0-bin; scripts/install-deps --with-checks installs them)";
+    openSettings()->setValue(QLatin1StringView(ShowInFolderService::settingKey), true);
+    openSettings()->sync();
+    ASSERT_TRUE(BusActivationFile::put(QStringLiteral(ORWICK_PATH)));
+
+    // The bus lives until its `cat` sees its input close; it says its address first. The programs
+    // it starts write to its error output, where Orwick traces what it opens.
+    QProcess bus;
+    bus.setProcessEnvironment(environment());
+    bus.start(runner, {QStringLiteral("--"), QStringLiteral("sh"), QStringLiteral("-c"),
+                       QStringLiteral("echo \"$DBUS_SESSION_BUS_ADDRESS\"; exec cat")});
+    ASSERT_TRUE(waitUntil([&] { return bus.canReadLine(); }, 10000)) << "the private bus never said its address";
+    QProcessEnvironment onBus = environment();
+    onBus.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QString::fromUtf8(bus.readLine().trimmed()));
+    auto call = [&](const QString& destination, const QString& object, const QString& method, const QStringList& arguments) {
+        QProcess process;
+        process.setProcessEnvironment(onBus);
+        process.start(gdbus, QStringList{QStringLiteral("call"), QStringLiteral("--session"), QStringLiteral("--dest"), destination,
+                                         QStringLiteral("--object-path"), object, QStringLiteral("--method"), method} +
+                                 arguments);
+        if (!process.waitForFinished(30000))
+            process.kill();
+        return std::pair(process.exitCode(), process.readAllStandardOutput() + process.readAllStandardError());
+    };
+    auto stopOrwick = [&] {
+        const auto [status, pid] = call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                        QStringLiteral("org.freedesktop.DBus.GetConnectionUnixProcessID"),
+                                        {QLatin1StringView(ShowInFolderService::busName)});
+        const qint64 id = pid.mid(pid.indexOf(' ') + 1).toLongLong(); // "(uint32 1234,)"
+        if (status == 0 && id > 0)
+            kill(pid_t(id), SIGTERM);
+    };
+
+    const auto [status, output] = call(QLatin1StringView(ShowInFolderService::busName), QLatin1StringView(ShowInFolderService::objectPath),
+                                       QStringLiteral("org.freedesktop.FileManager1.ShowItems"),
+                                       {QStringLiteral("['") + QString::fromLatin1(tree.path(QStringLiteral("a.txt")).toUrl().toEncoded()) +
+                                            QStringLiteral("']"),
+                                        QStringLiteral("''")});
+    EXPECT_EQ(status, 0) << output.toStdString();
+    EXPECT_TRUE(says(&bus, "open: " + path("a.txt") + " (reveal) in window 1\n", 20000));
+    EXPECT_TRUE(says(&bus, "open: rows of " + tree.root().native() + " shown at "));
+    stopOrwick();
+    bus.closeWriteChannel();
+    EXPECT_TRUE(bus.waitForFinished(10000));
+
+    ASSERT_TRUE(BusActivationFile::take());
+    openSettings()->remove(QLatin1StringView(ShowInFolderService::settingKey));
 }
 
 TEST_F(StartUpFixture, HelpAndVersionPrintAndEndWithoutAWindow)
