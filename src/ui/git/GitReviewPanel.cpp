@@ -42,6 +42,10 @@ GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& ro
     // The status read starts first: git works while the panel is built (the answer comes back
     // through the event loop, after the connections below are made).
     git.refresh(m_root);
+    // Off screen while its parts are added, so they come on screen together, laid out once and
+    // painted once: added to a sheet already shown, each part would show on its own later and
+    // the sheet would be laid out and painted twice while git reads the status.
+    hide();
     m_header = new ReviewHeader(this);
     body()->addWidget(m_header);
 
@@ -121,6 +125,8 @@ GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& ro
 
     m_header->setBusy(git.busy().value(m_root));
     showStatus();
+    show();
+    raise();
     m_list->setFocus();
 }
 
@@ -151,14 +157,18 @@ void GitReviewPanel::showStatus()
         return;
     }
     m_header->showStatus(*status, m_upstreamBranch == status->branch ? m_upstream : std::nullopt);
-    if (m_upstreamBranch != status->branch || status->branch.isEmpty())
-        readUpstream();
     QList<ReviewRow> rows = reviewRows(*status);
     const bool anyStaged = std::any_of(rows.begin(), rows.end(), [](const ReviewRow& r) { return r.group == ReviewGroup::staged; });
     m_commit->setCanCommit(anyStaged || status->operation.has_value());
+    // The rows go on screen first; the git runs that follow them (the current file's diff, the
+    // upstream) start after, so their processes don't take the processor from that paint.
+    m_diffAfterRows = true;
     m_list->setRows(std::move(rows)); // emits currentRowChanged: the diff follows
+    m_diffAfterRows = false;
     if (m_list->rows().isEmpty())
         m_diff->setMessage(QStringLiteral("Nothing to commit: the working tree is clean."));
+    if (m_upstreamBranch != status->branch || status->branch.isEmpty())
+        readUpstream();
 }
 
 void GitReviewPanel::readUpstream()
@@ -213,13 +223,23 @@ void GitReviewPanel::showCurrentFile(bool keepPlace)
             m_diff->setDiff(files.value(0), diff->note, keepPlace);
     };
     ++m_diffsReading;
-    if (current.group == ReviewGroup::changed && current.file.isStaged) {
-        // What is left to stage: the index against the working tree.
-        const std::optional<FilePath> executable = m_git ? m_git->executable() : std::nullopt;
-        runInBackground(this, [executable, root = m_root, file] { return workingTreeDiff(executable, root, file); }, show);
-    } else {
-        m_actions.diff(m_root, file, current.showsStaged(), this, show);
-    }
+    auto read = [this, generation, current, file, show] {
+        if (generation != m_diffGeneration) { // another file's diff was asked for meanwhile
+            --m_diffsReading;
+            return;
+        }
+        if (current.group == ReviewGroup::changed && current.file.isStaged) {
+            // What is left to stage: the index against the working tree.
+            const std::optional<FilePath> executable = m_git ? m_git->executable() : std::nullopt;
+            runInBackground(this, [executable, root = m_root, file] { return workingTreeDiff(executable, root, file); }, show);
+        } else {
+            m_actions.diff(m_root, file, current.showsStaged(), this, show);
+        }
+    };
+    if (m_diffAfterRows)
+        QMetaObject::invokeMethod(this, read, Qt::QueuedConnection);
+    else
+        read();
 }
 
 GitActions::Finished GitReviewPanel::finished(bool reloadDiff)

@@ -83,6 +83,7 @@ private:
     QString m_upstreamBranch; // the branch m_upstream belongs to
     quint64 m_diffGeneration = 0;
     int m_diffsReading = 0;
+    bool m_diffAfterRows = false; // while new rows go on screen: the diff is read after them
     int m_actionsRunning = 0;
 
     ReviewHeader* m_header;
