@@ -1,6 +1,6 @@
 #include "app/ShowInFolderService.h"
 
-#include "app/BusActivationFile.h"
+#include "platform/BusActivationFile.h"
 #include "app/OpenRouter.h"
 #include "app/Settings.h"
 

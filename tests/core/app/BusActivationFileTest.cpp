@@ -1,7 +1,7 @@
 // The file that lets the session bus start Orwick for "Show in folder": there while the setting
 // is on, gone when it is turned off, and never another program's file replaced or removed.
 
-#include "app/BusActivationFile.h"
+#include "platform/BusActivationFile.h"
 #include "app/OpenRouter.h"
 #include "app/Settings.h"
 #include "app/ShowInFolderService.h"

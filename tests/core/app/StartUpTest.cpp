@@ -2,7 +2,7 @@
 // first; after the first was killed; with a file in the socket's place; --help and --version; and
 // by the session bus, for another program's "Show in folder".
 
-#include "app/BusActivationFile.h"
+#include "platform/BusActivationFile.h"
 #include "app/Settings.h"
 #include "app/ShowInFolderService.h"
 #include "support/TempHome.h"

@@ -1,4 +1,4 @@
-#include "app/BusActivationFile.h"
+#include "platform/BusActivationFile.h"
 
 #include "platform/ErrorText.h"
 #include "platform/JsonFile.h"

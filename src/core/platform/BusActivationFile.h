@@ -2,7 +2,7 @@
 // BusActivationFile: the file that lets the session bus start Orwick when another program asks
 // for "Show in folder" (org.freedesktop.FileManager1) while no Orwick runs. It lives in the
 // user's own services folder, $XDG_DATA_HOME/dbus-1/services, which the bus reads before the
-// system's, and only while the setting is on: ShowInFolderService puts it there when the
+// system's, and only while the setting is on: ShowInFolderService (app/) puts it there when the
 // setting is turned on (and at each start with the setting on, so a moved program is found)
 // and takes it away when the setting is turned off.
 //
