@@ -33,6 +33,9 @@ void apply()
     if (const qreal points = store.current().fontSize * 72.0 / 96.0; !qFuzzyCompare(font.pointSizeF(), points)) {
         font.setPointSizeF(points);
         QApplication::setFont(font);
+        // The windows hear of the font through posted events: delivered now, so that a window
+        // being made is laid out with it before it first shows, not a frame later.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::ApplicationFontChange);
     }
     // Row heights come from the theme: views lay their rows out again.
     for (QWidget* widget : QApplication::allWidgets())
