@@ -1,8 +1,8 @@
 #include "app/ShowInFolderService.h"
 
-#include "platform/BusActivationFile.h"
 #include "app/OpenRouter.h"
 #include "app/Settings.h"
+#include "platform/BusActivationFile.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>

@@ -6,6 +6,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <cerrno>
 #include <unistd.h>
 
@@ -24,13 +26,27 @@ const QByteArray& templateText()
     return text;
 }
 
-// Whatever is at the path now; nothing when there is no file (or it can't be read).
+// Whatever is at the path now; nothing when there is no file. A file that can't be read is
+// taken for another program's (an empty text): it is never replaced or removed.
 std::optional<QByteArray> onDisk()
 {
     QFile file(path().text());
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return file.readAll();
+    if (file.open(QIODevice::ReadOnly))
+        return file.readAll();
+    if (QFileInfo::exists(path().text()))
+        return QByteArray();
+    return std::nullopt;
+}
+
+// The bus splits the Exec line as a shell would: a path with blanks or quotes goes in single
+// quotes.
+QByteArray execWord(const QString& program)
+{
+    const QByteArray bytes = program.toUtf8();
+    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9/._+-]+$"));
+    if (plain.match(program).hasMatch())
+        return bytes;
+    return "'" + QByteArray(bytes).replace("'", "'\\''") + "'";
 }
 
 QString someoneElses()
@@ -50,7 +66,7 @@ FilePath path()
 QByteArray textFor(const QString& program)
 {
     QByteArray text = templateText();
-    return text.replace("@ORWICK_PROGRAM@", program.toUtf8());
+    return text.replace("@ORWICK_PROGRAM@", execWord(program));
 }
 
 bool isOrwicks(const QByteArray& text)

@@ -17,7 +17,8 @@ namespace orwick::BusActivationFile {
 
 // $XDG_DATA_HOME/dbus-1/services/org.freedesktop.FileManager1.service
 FilePath path();
-// The file's text for `program`, an absolute path.
+// The file's text for `program`, an absolute path (quoted as the bus reads it when it holds
+// blanks or quotes).
 QByteArray textFor(const QString& program);
 // Whether a file's text is one Orwick wrote (for any program path).
 bool isOrwicks(const QByteArray& text);

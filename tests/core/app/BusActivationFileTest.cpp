@@ -10,6 +10,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 using namespace orwick;
@@ -41,6 +42,9 @@ TEST_F(BusActivation, TheFileNamesTheBusNameAndTheProgram)
     EXPECT_FALSE(text.contains('@')) << "every placeholder filled";
     EXPECT_TRUE(BusActivationFile::isOrwicks(text));
     EXPECT_FALSE(BusActivationFile::isOrwicks("[D-BUS Service]\nName=org.freedesktop.FileManager1\nExec=/usr/bin/nautilus\n"));
+    // The bus splits the line as a shell does.
+    EXPECT_TRUE(BusActivationFile::textFor(QStringLiteral("/home/ann/My Apps/it's/orwick"))
+                    .endsWith("\nExec='/home/ann/My Apps/it'\\''s/orwick'\n"));
 }
 
 TEST_F(BusActivation, PutWritesItAndBringsItUpToDateAndTakeRemovesIt)
@@ -66,6 +70,17 @@ TEST_F(BusActivation, AnotherProgramsFileIsLeftAsItIs)
                                .arg(file.text()));
     EXPECT_TRUE(BusActivationFile::take());
     EXPECT_EQ(test::readAll(file), theirs);
+}
+
+TEST_F(BusActivation, AFileThatCantBeReadIsTakenForAnotherProgramsAndLeft)
+{
+    test::writeFile(file, "[D-BUS Service]\n");
+    // Not a file that can be opened for reading, whoever runs the test: a folder in its place.
+    QFile::remove(file.text());
+    QDir().mkpath(file.text());
+    EXPECT_FALSE(BusActivationFile::put(QStringLiteral("/usr/bin/orwick")));
+    EXPECT_TRUE(BusActivationFile::take());
+    EXPECT_TRUE(QFileInfo(file.text()).isDir()) << "left where it was";
 }
 
 TEST_F(BusActivation, AFolderThatCantBeMadeIsSaidSo)

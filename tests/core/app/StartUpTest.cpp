@@ -186,7 +186,9 @@ TEST_F(StartUpFixture, TheBusStartsOrwickForShowInFolderWhileTheSettingIsOn)
         GTEST_SKIP() << "dbus-run-session or gdbus is missing (packages dbus and libglib2.0-bin; scripts/install-deps --with-checks installs them)";
     openSettings()->setValue(QLatin1StringView(ShowInFolderService::settingKey), true);
     openSettings()->sync();
-    ASSERT_TRUE(BusActivationFile::put(QStringLiteral(ORWICK_PATH)));
+    // Through a folder with a blank in its name: the bus reads the quoted Exec line as a shell would.
+    const FilePath program = tree.link(QStringLiteral("my programs/orwick"), ORWICK_PATH);
+    ASSERT_TRUE(BusActivationFile::put(program.text()));
 
     // The bus lives until its `cat` sees its input close; it says its address first. The programs
     // it starts write to its error output, where Orwick traces what it opens.
