@@ -67,7 +67,7 @@ BranchPanel::BranchPanel(WindowState& window, Git& git, const FilePath& root, Mo
         setFooter(QStringLiteral("Return makes the branch and switches to it · Esc closes"));
         m_loaded = true;
     }
-    m_field->setFocus();
+    present(m_field);
 }
 
 QStringList BranchPanel::shownBranches() const

@@ -42,10 +42,6 @@ GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& ro
     // The status read starts first: git works while the panel is built (the answer comes back
     // through the event loop, after the connections below are made).
     git.refresh(m_root);
-    // Off screen while its parts are added, so they come on screen together, laid out once and
-    // painted once: added to a sheet already shown, each part would show on its own later and
-    // the sheet would be laid out and painted twice while git reads the status.
-    hide();
     m_header = new ReviewHeader(this);
     body()->addWidget(m_header);
 
@@ -125,9 +121,7 @@ GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& ro
 
     m_header->setBusy(git.busy().value(m_root));
     showStatus();
-    show();
-    raise();
-    m_list->setFocus();
+    present(m_list);
 }
 
 GitReviewPanel::~GitReviewPanel() = default;

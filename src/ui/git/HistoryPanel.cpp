@@ -93,7 +93,7 @@ HistoryPanel::HistoryPanel(Git& git, const FilePath& root, std::optional<FilePat
                                       : QStringLiteral("%1 commits · Return shows a commit's changes · Esc closes")
                                             .arg(QLocale().toString(m_commits.size())));
     });
-    m_list->setFocus();
+    present(m_list);
 }
 
 QString HistoryPanel::patchText() const { return m_patch->toPlainText(); }

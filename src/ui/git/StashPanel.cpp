@@ -37,7 +37,7 @@ StashPanel::StashPanel(WindowState& window, Git& git, const FilePath& root, QWid
     body()->addWidget(m_problem);
     setFooter(QStringLiteral("Return applies · P pops (applies and removes) · Delete deletes · Esc closes"));
     reload();
-    m_list->setFocus();
+    present(m_list);
 }
 
 QString StashPanel::problem() const { return m_problem->isHidden() ? QString() : m_problem->text(); }

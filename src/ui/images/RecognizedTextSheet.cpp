@@ -37,7 +37,7 @@ RecognizedTextSheet::RecognizedTextSheet(const QString& title, const QString& te
             clipboard->setText(m_text->toPlainText());
         setFooter(QStringLiteral("Copied ") + wordCount(m_text->toPlainText()));
     });
-    m_text->setFocus();
+    present(m_text);
 }
 
 void RecognizedTextSheet::follow(WindowState& state, QMainWindow* window)

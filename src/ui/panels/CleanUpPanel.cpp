@@ -48,6 +48,7 @@ CleanUpPanel::CleanUpPanel(PaneState* pane, QWidget* window)
     body()->addWidget(m_totals);
     setFooter(QStringLiteral("Projects rebuild these when needed. Space ticks, Delete moves the ticked to the Trash, Ctrl+Z puts them back."));
     search();
+    present();
 }
 
 CleanUpPanel::~CleanUpPanel() { stopWork(); }

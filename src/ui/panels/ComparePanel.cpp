@@ -54,7 +54,7 @@ ComparePanel::ComparePanel(WindowState& state, const FilePath& left, const FileP
         m_view = view;
     }
     body()->addWidget(m_view, 1);
-    m_view->setFocus();
+    present(m_view);
 }
 
 void ComparePanel::stopWork()

@@ -86,6 +86,7 @@ DuplicatesPanel::DuplicatesPanel(PaneState* pane, QWidget* window)
     m_ticker->setInterval(100);
     connect(m_ticker, &QTimer::timeout, this, &DuplicatesPanel::showProgress);
     find();
+    present();
 }
 
 DuplicatesPanel::~DuplicatesPanel() { stopWork(); }

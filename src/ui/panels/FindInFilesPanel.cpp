@@ -96,7 +96,7 @@ FindInFilesPanel::FindInFilesPanel(PaneState* pane, QWidget* window)
         search();
     });
     showState();
-    m_field->setFocus();
+    present(m_field);
 }
 
 FindInFilesPanel::~FindInFilesPanel() { stopWork(); }

@@ -92,7 +92,7 @@ InfoPanel::InfoPanel(WindowState& window, QWidget* parent)
     m_ticker.setInterval(kTickMs);
     connect(&m_ticker, &QTimer::timeout, this, [this] { showMeasured(false, true); });
     followPane();
-    m_access->setFocus();
+    present(m_access);
 }
 
 InfoPanel::~InfoPanel() { stopWork(); }

@@ -51,9 +51,16 @@ PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* w
 
     window->installEventFilter(this);
     place();
+}
+
+void PanelSheet::present(QWidget* focus, Qt::FocusReason reason)
+{
+    // Without a part named, the part the panel gave the keyboard while it was built keeps it.
+    if (!focus)
+        focus = focusWidget() && isAncestorOf(focusWidget()) ? focusWidget() : this;
     show();
     raise();
-    setFocus();
+    focus->setFocus(reason);
 }
 
 QString relativeText(const FilePath& folder, const FilePath& file)

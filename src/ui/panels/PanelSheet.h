@@ -1,9 +1,10 @@
 #pragma once
 // PanelSheet: the frame every disk-tool panel shows in — a sheet over the window's content area
 // with a title row (title, the folder, tools on the right, a close button), the panel's body and
-// a one-line footer. Esc or the close button closes it: stopWork() runs at once (the panel's walk
-// must stop within a fraction of a second), then the sheet goes and the keyboard focus returns to
-// where it was when the sheet opened. closed() follows every close.
+// a one-line footer. A panel adds its parts and then calls present(), last in its constructor,
+// which puts the sheet on screen. Esc or the close button closes it: stopWork() runs at once (the
+// panel's walk must stop within a fraction of a second), then the sheet goes and the keyboard
+// focus returns to where it was when the sheet opened. closed() follows every close.
 
 #include "base/FilePath.h"
 
@@ -40,6 +41,12 @@ protected:
     // Stops background work; runs when the sheet closes and when it is destroyed.
     virtual void stopWork() {}
     QVBoxLayout* body() const { return m_body; }
+    // Puts the sheet on screen with the keyboard in `focus` (when null: the part the panel gave
+    // it while building, else the sheet itself). The sheet is off screen until then, so the
+    // panel's parts come on screen together, laid out and painted once: parts added to a sheet
+    // already on screen would each show a moment later, and the sheet would be laid out and
+    // painted again.
+    void present(QWidget* focus = nullptr, Qt::FocusReason reason = Qt::OtherFocusReason);
     QHBoxLayout* tools() const { return m_tools; }
 
     bool eventFilter(QObject* watched, QEvent* event) override;

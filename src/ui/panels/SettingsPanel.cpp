@@ -93,11 +93,13 @@ SettingsPanel::SettingsPanel(const SettingsSheet::Owners& owners, QWidget* windo
 
     connect(m_sheet, &SettingsSheet::changed, this, &SettingsPanel::refresh);
     refresh();
+    QWidget* first = nullptr;
     for (const Row& row : std::as_const(m_rows))
         if (row.control->isEnabled()) {
-            row.control->setFocus(Qt::TabFocusReason);
+            first = row.control;
             break;
         }
+    present(first, Qt::TabFocusReason);
 }
 
 void SettingsPanel::addRow(const SettingRow& setting, QWidget* content)

@@ -60,7 +60,7 @@ ShortcutsSheet::ShortcutsSheet(WindowState& state, QWidget* window)
     connect(m_filter, &QLineEdit::textChanged, this, &ShortcutsSheet::applyFilter);
     connect(m_list, &QTreeWidget::itemActivated, this, [this] { runCurrent(); });
     applyFilter(QString());
-    m_filter->setFocus();
+    present(m_filter);
 }
 
 void ShortcutsSheet::fill()

@@ -57,6 +57,7 @@ SpacePanel::SpacePanel(PaneState* pane, QWidget* window)
                                        .arg(m_folder.abbreviated(), QLocale().toString(m_shared->scanned.load())));
     });
     scan(pane->url());
+    present();
 }
 
 SpacePanel::~SpacePanel() { stopWork(); }

@@ -112,6 +112,7 @@ BatchRenamePanel::BatchRenamePanel(WindowState& state, QWidget* window)
     connect(m_mode, &QComboBox::currentIndexChanged, this, &BatchRenamePanel::showMode);
     m_rename->setText(QStringLiteral("Rename 0"));
     showMode(0);
+    present();
 }
 
 BatchRenamePanel::~BatchRenamePanel() = default;
