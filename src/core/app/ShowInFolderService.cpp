@@ -50,10 +50,11 @@ ShowInFolderService::ShowInFolderService(OpenRouter* router, QObject* parent, st
 {
     sharedService = this;
     new FileManager1(this);
-    if (isOn()) {
-        followActivationFile(true);
+    // Each start brings the file up to date: a moved program, or one left behind with the
+    // setting off (it would make the bus start an Orwick that doesn't answer).
+    followActivationFile(isOn());
+    if (isOn())
         claim();
-    }
 }
 
 ShowInFolderService::~ShowInFolderService() { release(); }

@@ -3,8 +3,8 @@
 // for "Show in folder" (org.freedesktop.FileManager1) while no Orwick runs. It lives in the
 // user's own services folder, $XDG_DATA_HOME/dbus-1/services, which the bus reads before the
 // system's, and only while the setting is on: ShowInFolderService (app/) puts it there when the
-// setting is turned on (and at each start with the setting on, so a moved program is found)
-// and takes it away when the setting is turned off.
+// setting is turned on and takes it away when it is turned off, and at each start brings it in
+// line with the setting (a moved program, a file left behind).
 //
 // The text is the one `make install` installs (packaging/org.freedesktop.FileManager1.service.in)
 // with the running program on its Exec line. A file of the same name that Orwick didn't write

@@ -101,6 +101,11 @@ TEST_F(BusActivation, TheSettingPutsItInPlaceAndTakesItAway)
     service.setOn(false);
     EXPECT_FALSE(test::exists(file));
 
+    // A start with the setting off takes away a file of Orwick's left behind.
+    ASSERT_TRUE(BusActivationFile::put(QStringLiteral("/x/orwick")));
+    { ShowInFolderService off(&router, nullptr, QDBusConnection(QStringLiteral("orwick-no-such-bus")), QStringLiteral("/x/orwick")); }
+    EXPECT_FALSE(test::exists(file));
+
     // A start with the setting on puts it back, but never over another program's file.
     openSettings()->setValue(QLatin1StringView(ShowInFolderService::settingKey), true);
     { ShowInFolderService again(&router, nullptr, QDBusConnection(QStringLiteral("orwick-no-such-bus")), QStringLiteral("/y/orwick")); }
