@@ -2,7 +2,7 @@
 // other pane's widget right after, showing everything that pane's state holds (folder, cursor,
 // view, history) and keeping the divider where it stood; a tab not shown at the start shows its
 // panes, their folders and its active pane once it is selected, and is named in the tab bar
-// before its panes are made.
+// before its panes are made, in a bar shown at its full height.
 
 #include "WindowFixture.h"
 #include "ui/views/FileGridView.h"
@@ -144,6 +144,11 @@ TEST_F(RestoredWindowTest, TheTabBarNamesTabsWhosePanesAreNotMadeYet)
     ASSERT_TRUE(waitUntil([&] { return loaded(state->activePane()); }));
     QTabBar* bar = window->tabBar();
     ASSERT_EQ(bar->count(), 4);
+    // Shown at its full height above the panes: the bar got its tabs before the window's layout
+    // first asked it for its size.
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_EQ(bar->height(), bar->sizeHint().height());
+    EXPECT_GE(window->activePaneWidget()->mapTo(window.get(), QPoint()).y(), bar->mapTo(window.get(), QPoint(0, bar->height())).y());
     EXPECT_EQ(bar->tabText(0), QStringLiteral("A"));
     EXPECT_EQ(bar->tabText(1), QStringLiteral("C"));
     EXPECT_EQ(bar->tabToolTip(2), tree.path("D").abbreviated());

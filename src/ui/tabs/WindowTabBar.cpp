@@ -35,7 +35,8 @@ WindowTabBar::WindowTabBar(QWidget* parent) : QTabBar(parent)
 
 void WindowTabBar::setTabs(const QList<Tab>& tabs)
 {
-    if (tabs.size() != count())
+    const bool counting = tabs.size() != count();
+    if (counting)
         m_hoveredClose = -1;
     while (count() > tabs.size())
         removeTab(count() - 1);
@@ -48,6 +49,10 @@ void WindowTabBar::setTabs(const QList<Tab>& tabs)
         if (tabToolTip(i) != tabs[i].toolTip)
             setTabToolTip(i, tabs[i].toolTip);
     }
+    // QTabBar tells the layout its size has changed only while it is visible; tabs set while the
+    // window isn't shown yet would leave the bar at the size the layout last asked it for.
+    if (counting)
+        updateGeometry();
 }
 
 // --- Sizes
