@@ -72,7 +72,9 @@ TEST(CliFileOpsTest, CopyMoveAndTrashKeepANameThatIsNotUtf8)
     ::unlink(source.c_str());
 }
 
-TEST(CliFileOpsTest, AMissingItemIsAFailureThatIsSaidAndCounted)
+// Copy, move and trash on one tree: each item not done is said with its reason and counted, and
+// full success keeps its words and exits zero.
+TEST(CliFileOpsTest, EveryItemNotDoneIsSaidAndCountedAndFullSuccessExitsZero)
 {
     TempTree tree;
     const FilePath a = tree.file("src/a.txt", "a");
@@ -81,7 +83,7 @@ TEST(CliFileOpsTest, AMissingItemIsAFailureThatIsSaidAndCounted)
     const FilePath dest = tree.folder("dest");
     const FilePath missing = tree.path("src/missing.txt");
 
-    const CliRun run = runCli({"copy", a.native(), b.native(), missing.native(), c.native(), dest.native()});
+    CliRun run = runCli({"copy", a.native(), b.native(), missing.native(), c.native(), dest.native()});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.outLines(), QList<QByteArray>{"Copied 3 of 4 items; 1 failed"});
     ASSERT_EQ(run.errLines().size(), 1) << run.err.toStdString();
@@ -90,61 +92,41 @@ TEST(CliFileOpsTest, AMissingItemIsAFailureThatIsSaidAndCounted)
     EXPECT_EQ(readAll(dest.child(QStringLiteral("b.txt"))), "b");
     EXPECT_EQ(readAll(dest.child(QStringLiteral("c.txt"))), "c");
     EXPECT_EQ(entries(dest).size(), 3);
-}
 
-TEST(CliFileOpsTest, FullSuccessKeepsItsWordsAndExitsZero)
-{
-    TempTree tree;
-    const FilePath a = tree.file("src/a.txt", "a");
-    const FilePath b = tree.file("src/b.txt", "b");
-    const FilePath dest = tree.folder("dest");
-    const CliRun run = runCli({"move", a.native(), b.native(), dest.native()});
+    const FilePath moved = tree.folder("moved");
+    run = runCli({"move", a.native(), b.native(), moved.native()});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.outLines(), QList<QByteArray>{"Moved 2 items"});
     EXPECT_TRUE(run.err.isEmpty());
     EXPECT_FALSE(isThere(a));
-    EXPECT_EQ(readAll(dest.child(QStringLiteral("b.txt"))), "b");
-}
+    EXPECT_EQ(readAll(moved.child(QStringLiteral("b.txt"))), "b");
 
-TEST(CliFileOpsTest, AnOverlongPathIsAFailureWithItsReason)
-{
-    TempTree tree;
-    const FilePath a = tree.file("src/a.txt", "a");
-    const FilePath dest = tree.folder("dest");
     const QByteArray overlong = pathOfLength(tree.root(), 5000);
     ASSERT_EQ(overlong.size(), 5000);
-
-    const CliRun run = runCli({"move", overlong, a.native(), dest.native()});
+    const FilePath movedC = moved.child(QStringLiteral("c.txt"));
+    run = runCli({"move", overlong, c.native(), moved.native()});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.outLines(), QList<QByteArray>{"Moved 1 of 2 items; 1 failed"});
     ASSERT_EQ(run.errLines().size(), 1) << run.err.toStdString();
     EXPECT_TRUE(run.errLines().first().endsWith("can’t be used: the path is 5000 bytes long, and Linux takes at most 4095."))
         << run.err.toStdString();
-    EXPECT_FALSE(isThere(a));
-    EXPECT_EQ(readAll(dest.child(QStringLiteral("a.txt"))), "a");
-}
+    EXPECT_FALSE(isThere(c));
+    EXPECT_EQ(readAll(movedC), "c");
 
-TEST(CliFileOpsTest, TrashCountsWhatWentAndWhatDidNot)
-{
-    TempTree tree;
-    const FilePath a = tree.file("a.txt", "a");
-    const CliRun run = runCli({"trash", a.native(), tree.path("gone.txt").native()});
+    run = runCli({"trash", movedC.native(), missing.native()});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.outLines(), QList<QByteArray>{"Moved 1 of 2 items to the Trash; 1 failed"});
-    EXPECT_EQ(run.errLines(), QList<QByteArray>{"“" + tree.path("gone.txt").native() + "” isn’t there."});
-    EXPECT_FALSE(isThere(a));
-}
+    EXPECT_EQ(run.errLines(), QList<QByteArray>{"“" + missing.native() + "” isn’t there."});
+    EXPECT_FALSE(isThere(movedC));
 
-TEST(CliFileOpsTest, AMissingDestinationDoesNothing)
-{
-    TempTree tree;
-    const FilePath a = tree.file("a.txt", "a");
+    // A missing destination does nothing.
+    const FilePath movedB = moved.child(QStringLiteral("b.txt"));
     const FilePath nowhere = tree.path("nowhere");
-    const CliRun run = runCli({"move", a.native(), nowhere.native()});
+    run = runCli({"move", movedB.native(), nowhere.native()});
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(run.out.isEmpty());
     EXPECT_EQ(run.errLines(), QList<QByteArray>{"“" + nowhere.native() + "” isn’t there."});
-    EXPECT_EQ(readAll(a), "a");
+    EXPECT_EQ(readAll(movedB), "b");
     EXPECT_FALSE(isThere(nowhere));
 }
 

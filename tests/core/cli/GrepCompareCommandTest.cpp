@@ -8,7 +8,7 @@
 
 namespace orwick::test {
 
-TEST(GrepCommand, PrintsFileLineAndTextAsBytes)
+TEST(GrepCommand, PrintsFileLineAndTextAsBytesWithItsOptionsAndExitStatus)
 {
     TempTree tree;
     tree.file("a:b.txt", "one\nneedle here\n");
@@ -19,11 +19,8 @@ TEST(GrepCommand, PrintsFileLineAndTextAsBytes)
     EXPECT_EQ(sorted(run.outLines()), sorted({"a:b.txt:2:needle here", QByteArray("caf\xe9.txt:1:NEEDLE \xff")}));
     const CliRun cased = runCli({"grep", "needle", tree.root().native(), "--case"});
     EXPECT_EQ(cased.outLines(), QList<QByteArray>{"a:b.txt:2:needle here"});
-}
 
-TEST(GrepCommand, RegexOptionAndExitStatus)
-{
-    TempTree tree;
+    // The regex option and the exit status.
     tree.file("x.txt", "a1\nab\n");
     EXPECT_EQ(runCli({"grep", "a[0-9]", tree.root().native()}).status, 1) << "literal by default";
     const CliRun regex = runCli({"grep", "a[0-9]", tree.root().native(), "--regex"});

@@ -20,22 +20,19 @@ TEST(HighlightCommand, PrintsHtmlSpansByDefault)
     EXPECT_EQ(runCli({"highlight", file.native(), "--html"}).out, run.out);
 }
 
-TEST(HighlightCommand, TokensAreStartLengthKindInUtf16Units)
+TEST(HighlightCommand, TokensAreStartLengthKindInUtf16UnitsAndTheLanguageOptionOverridesTheName)
 {
     TempTree tree;
     const FilePath file = tree.file("a.js", "\"\xF0\x9F\x98\x80\" if\n");
     const CliRun run = runCli({"highlight", file.native(), "--tokens"});
     EXPECT_EQ(run.status, 0) << run.err.constData();
     EXPECT_EQ(run.outLines(), (QList<QByteArray>{"0 4 string", "5 2 keyword"}));
-}
 
-TEST(HighlightCommand, LanguageOptionOverridesTheFileName)
-{
-    TempTree tree;
-    const FilePath file = tree.file("query.txt", "SELECT 1");
-    EXPECT_TRUE(runCli({"highlight", file.native(), "--tokens"}).out.isEmpty()); // .txt: no highlighting
-    EXPECT_EQ(runCli({"highlight", file.native(), "--tokens", "--language", "PostgreSQL"}).status, 2);
-    EXPECT_EQ(runCli({"highlight", file.native(), "--tokens", "--language", "psql"}).outLines(),
+    // The language option overrides the file name.
+    const FilePath query = tree.file("query.txt", "SELECT 1");
+    EXPECT_TRUE(runCli({"highlight", query.native(), "--tokens"}).out.isEmpty()); // .txt: no highlighting
+    EXPECT_EQ(runCli({"highlight", query.native(), "--tokens", "--language", "PostgreSQL"}).status, 2);
+    EXPECT_EQ(runCli({"highlight", query.native(), "--tokens", "--language", "psql"}).outLines(),
               (QList<QByteArray>{"0 6 keyword", "7 1 number"}));
 }
 

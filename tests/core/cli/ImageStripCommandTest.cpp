@@ -30,7 +30,7 @@ PhotoFacts factsOf(const FilePath& file)
     return facts.value_or(PhotoFacts{});
 }
 
-TEST(CliImageStripTest, LocationGoesAndTheCameraStays)
+TEST(CliImageStripTest, LocationGoesAndTheCameraStaysAndNoFileIsAUsageError)
 {
     TempTree tree;
     const FilePath photo = taggedPhoto(tree, QStringLiteral("pier.jpg"));
@@ -42,6 +42,10 @@ TEST(CliImageStripTest, LocationGoesAndTheCameraStays)
     const PhotoFacts facts = factsOf(photo);
     EXPECT_FALSE(facts.location.has_value());
     EXPECT_EQ(facts.camera, QStringLiteral("Canon EOS R5"));
+
+    const CliRun none = runCli({"image", "strip", "--location"});
+    EXPECT_EQ(none.status, 2);
+    EXPECT_TRUE(none.err.contains("image strip FILE... [--location]")) << none.err.toStdString();
 }
 
 TEST(CliImageStripTest, EverythingGoesAndWhatIsNoPictureIsSaid)
@@ -62,13 +66,6 @@ TEST(CliImageStripTest, EverythingGoesAndWhatIsNoPictureIsSaid)
         EXPECT_FALSE(facts.groups.contains(QStringLiteral("EXIF")));
     }
     EXPECT_EQ(readAll(notes), "words\n");
-}
-
-TEST(CliImageStripTest, NoFileIsAUsageError)
-{
-    const CliRun run = runCli({"image", "strip", "--location"});
-    EXPECT_EQ(run.status, 2);
-    EXPECT_TRUE(run.err.contains("image strip FILE... [--location]")) << run.err.toStdString();
 }
 
 } // namespace

@@ -12,7 +12,7 @@
 namespace orwick::test {
 namespace {
 
-TEST(MatchCommand, RanksEveryLineAsTheMatcherScoresIt)
+TEST(MatchCommand, RanksEveryLineAsTheMatcherScoresItAndNothingMatchingIsExitOne)
 {
     // Enough lines that each worker gets many, of uneven lengths, some not ASCII.
     QList<QByteArray> lines;
@@ -42,14 +42,11 @@ TEST(MatchCommand, RanksEveryLineAsTheMatcherScoresIt)
     for (size_t i = 0; i < expected.size(); ++i)
         ASSERT_EQ(printed[qsizetype(i)], QByteArray::number(expected[i].score) + '\t' + expected[i].line) << "rank " << i;
     EXPECT_EQ(run.err, QByteArray::number(qsizetype(expected.size())) + " of " + QByteArray::number(lines.size()) + " lines match\n");
-}
-
-TEST(MatchCommand, NothingMatchingIsExitOne)
-{
-    const CliRun run = runCli({"match", "zzz"}, "alpha\nbeta\n");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_TRUE(run.out.isEmpty());
-    EXPECT_EQ(run.err, "0 of 2 lines match\n");
+    // Nothing matching is exit status 1.
+    const CliRun none = runCli({"match", "zzz"}, "alpha\nbeta\n");
+    EXPECT_EQ(none.status, 1);
+    EXPECT_TRUE(none.out.isEmpty());
+    EXPECT_EQ(none.err, "0 of 2 lines match\n");
 }
 
 } // namespace

@@ -9,7 +9,7 @@
 namespace orwick::test {
 namespace {
 
-TEST(CliMoveLinksTest, MoveUpdatesLinksAndSaysHowMany)
+TEST(CliMoveLinksTest, MoveUpdatesLinksAndSaysHowManyAndNoLinksLeavesNotesAlone)
 {
     TempTree tree;
     tree.folder("vault/.obsidian");
@@ -22,19 +22,14 @@ TEST(CliMoveLinksTest, MoveUpdatesLinksAndSaysHowMany)
     EXPECT_EQ(run.outLines(), QList<QByteArray>({"Moved a.md", "Updated links in 2 notes"}));
     EXPECT_EQ(readAll(index), "[a](archive/a.md) [[a]]\n");
     EXPECT_EQ(readAll(other), "[a](archive/a.md#top)\n");
-}
 
-TEST(CliMoveLinksTest, NoLinksLeavesNotesAlone)
-{
-    TempTree tree;
-    tree.folder("vault/.obsidian");
-    const FilePath note = tree.file("vault/a.md", "A\n");
-    const FilePath index = tree.file("vault/index.md", "[a](a.md)\n");
-    const FilePath folder = tree.folder("vault/archive");
-    const CliRun run = runCli({"move", "--no-links", note.native(), folder.native()});
-    EXPECT_EQ(run.status, 0) << run.err.toStdString();
-    EXPECT_EQ(run.outLines(), QList<QByteArray>({"Moved a.md"}));
-    EXPECT_EQ(readAll(index), "[a](a.md)\n");
+    // --no-links leaves the notes alone.
+    const FilePath second = tree.file("vault/b.md", "B\n");
+    const FilePath list = tree.file("vault/list.md", "[b](b.md)\n");
+    const CliRun quiet = runCli({"move", "--no-links", second.native(), folder.native()});
+    EXPECT_EQ(quiet.status, 0) << quiet.err.toStdString();
+    EXPECT_EQ(quiet.outLines(), QList<QByteArray>({"Moved b.md"}));
+    EXPECT_EQ(readAll(list), "[b](b.md)\n");
 }
 
 } // namespace

@@ -12,7 +12,7 @@ namespace {
 
 const QList<QByteArray> kFolderCommands{"list", "status", "props", "duplicates", "space", "cleanup"};
 
-TEST(CliPathArgumentsTest, AMissingFolderIsSaidAndFails)
+TEST(CliPathArgumentsTest, AMissingFolderOrAFileWhereAFolderIsNeededIsSaidAndFails)
 {
     TempTree tree;
     const QByteArray missing = tree.path("missing").native();
@@ -22,11 +22,7 @@ TEST(CliPathArgumentsTest, AMissingFolderIsSaidAndFails)
         EXPECT_TRUE(run.out.isEmpty()) << command.toStdString() << ": " << run.out.toStdString();
         EXPECT_EQ(run.errLines(), QList<QByteArray>{"“" + missing + "” isn’t there."}) << command.toStdString();
     }
-}
-
-TEST(CliPathArgumentsTest, AFileWhereAFolderIsNeededIsSaidAndFails)
-{
-    TempTree tree;
+    // A file where a folder is needed.
     const QByteArray file = tree.file("notes.txt", "n").native();
     for (const QByteArray& command : kFolderCommands) {
         if (command == "space")
