@@ -27,7 +27,7 @@ protected:
     TrashContents homeContents() const { return TrashContents::measure({xdg::homeTrash()}); }
 };
 
-TEST_F(EmptyTrashTest, MeasuresItemsAndBytesOfEveryTrashedItem)
+TEST_F(EmptyTrashTest, MeasuresItemsAndBytesOfEveryTrashedItemAndCountsTheHomeTrashWithTheOthers)
 {
     file("folder/inner/b.bin", QByteArray(2500, 'b'));
     trashed({file("a.txt", QByteArray(1000, 'a')), tree.folder("folder")});
@@ -35,6 +35,12 @@ TEST_F(EmptyTrashTest, MeasuresItemsAndBytesOfEveryTrashedItem)
     EXPECT_EQ(contents.items.size(), 2);
     EXPECT_EQ(contents.bytes, 3500);
     EXPECT_EQ(contents.summary(), QStringLiteral("2 items, 3.5 kB"));
+    // The home Trash is listed and counted with the others.
+    const QList<FilePath> folders = trash::allTrashFolders();
+    ASSERT_FALSE(folders.isEmpty());
+    EXPECT_EQ(folders.first(), xdg::homeTrash());
+    EXPECT_EQ(trash::countItems(xdg::homeTrash()), 2);
+    EXPECT_GE(trash::countAllItems(), 2);
 }
 
 TEST_F(EmptyTrashTest, DeletesWhatWasMeasuredWithInfoAndLogAndSaysSo)
@@ -93,16 +99,6 @@ TEST_F(EmptyTrashTest, RefusesWhatIsNotInATrash)
     ASSERT_EQ(errors.size(), 1);
     EXPECT_EQ(errors.first(), QStringLiteral("Couldn’t delete “precious.txt”: it isn’t in your Trash."));
     EXPECT_TRUE(toasts.isEmpty());
-}
-
-TEST_F(EmptyTrashTest, HomeTrashIsListedAndCountedWithTheOthers)
-{
-    trashed({file("x.txt"), file("y.txt")});
-    const QList<FilePath> folders = trash::allTrashFolders();
-    ASSERT_FALSE(folders.isEmpty());
-    EXPECT_EQ(folders.first(), xdg::homeTrash());
-    EXPECT_EQ(trash::countItems(xdg::homeTrash()), 2);
-    EXPECT_GE(trash::countAllItems(), 2);
 }
 
 } // namespace

@@ -96,7 +96,7 @@ TEST_F(FileOpsTest, CancelInsideALargeFileRemovesThePartialCopy)
     EXPECT_TRUE(names(dest).isEmpty());
 }
 
-TEST_F(FileOpsTest, CancelledJobKeepsWhatItFinishedAndUndoCoversIt)
+TEST_F(FileOpsTest, CancelledJobSaysAndKeepsWhatItFinishedAndUndoCoversIt)
 {
     QList<FilePath> items;
     for (int i = 0; i < 40; ++i)
@@ -116,7 +116,13 @@ TEST_F(FileOpsTest, CancelledJobKeepsWhatItFinishedAndUndoCoversIt)
     EXPECT_GE(copied, 1);
     EXPECT_LT(copied, 40);
     EXPECT_TRUE(leftovers(dest).isEmpty());
-    EXPECT_TRUE(toasts.isEmpty()); // a cancelled job is not announced
+    EXPECT_TRUE(toasts.isEmpty()); // a cancelled job is not announced, but reported with what it did
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_TRUE(reports.first().cancelled);
+    EXPECT_EQ(reports.first().done, copied);
+    const QString expected = copied == 1 ? QStringLiteral("Cancelled; copied f0.bin before stopping")
+                                         : QStringLiteral("Cancelled; copied %1 items before stopping").arg(copied);
+    EXPECT_EQ(outcomeText(reports.first()), expected);
     ASSERT_EQ(stack.count(), 1);
     undo();
     EXPECT_TRUE(names(dest).isEmpty());

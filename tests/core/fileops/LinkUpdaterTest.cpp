@@ -122,7 +122,7 @@ TEST_F(LinkUpdaterTest, NotesThatCantBeChangedAreSkippedAndCounted)
     EXPECT_TRUE(errors.isEmpty()) << errors.join(u'\n').toStdString();
 }
 
-TEST_F(LinkUpdaterTest, KeepsModeAndAttributesOfRewrittenNotes)
+TEST_F(LinkUpdaterTest, KeepsModeAndAttributesOfRewrittenNotesAndUndoOfTheMoveDoesNotRewriteThemAgain)
 {
     const FilePath target = note("a.md", "A\n");
     const FilePath linking = note("n.md", "[a](a.md)\n");
@@ -135,6 +135,13 @@ TEST_F(LinkUpdaterTest, KeepsModeAndAttributesOfRewrittenNotes)
         char value[8] = {};
         EXPECT_EQ(::getxattr(linking.c_str(), "user.test", value, sizeof value), 4);
     }
+    // Undo of the move does not rewrite them again.
+    const qsizetype updates = counts.size();
+    undo();
+    undo();
+    EXPECT_EQ(readAll(linking), "[a](a.md)\n");
+    EXPECT_TRUE(exists(target));
+    EXPECT_EQ(counts.size(), updates);
 }
 
 TEST_F(LinkUpdaterTest, SettingOffReadsNothing)
@@ -146,19 +153,6 @@ TEST_F(LinkUpdaterTest, SettingOffReadsNothing)
     moveAndWait([&] { ops.rename(target, "b.md", &stack); });
     EXPECT_EQ(readAll(linking), "[a](a.md)\n");
     EXPECT_EQ(stack.count(), 1);
-}
-
-TEST_F(LinkUpdaterTest, UndoOfTheMoveDoesNotRewriteAgain)
-{
-    const FilePath target = note("a.md", "A\n");
-    const FilePath linking = note("n.md", "[a](a.md)\n");
-    moveAndWait([&] { ops.rename(target, "b.md", &stack); });
-    const qsizetype updates = counts.size();
-    undo();
-    undo();
-    EXPECT_EQ(readAll(linking), "[a](a.md)\n");
-    EXPECT_TRUE(exists(target));
-    EXPECT_EQ(counts.size(), updates);
 }
 
 TEST_F(LinkUpdaterTest, CandidatesOutsideAVaultAreTheFoldersBesideTheItem)

@@ -4,7 +4,6 @@
 #include "FileOpsFixture.h"
 #include "support/ScratchMount.h"
 
-#include <thread>
 
 namespace orwick::test {
 namespace {
@@ -52,33 +51,6 @@ TEST_F(FileOpsTest, TrashOfAnItemThatIsGoneCountsIt)
     EXPECT_EQ(outcomeText(reports.first()), QStringLiteral("Moved 2 items to the Trash; 1 item was no longer there"));
     EXPECT_FALSE(exists(a));
     EXPECT_FALSE(exists(b));
-}
-
-TEST_F(FileOpsTest, CancelledCopySaysWhatItDidBeforeStopping)
-{
-    QList<FilePath> items;
-    for (int i = 0; i < 40; ++i)
-        items.append(file(QStringLiteral("src/f%1.bin").arg(i), QByteArray(1 << 20, 'x')));
-    const FilePath dest = tree.folder("dest");
-    ops.transfer(items, dest, FileOperations::Mode::copy, &stack);
-    ASSERT_EQ(ops.jobs().size(), 1);
-    const FileJob job = ops.jobs().first();
-    std::thread canceller([&] { // cancels once the first file is done
-        while (job.progress->snapshot().finishedBytes < (1 << 20))
-            std::this_thread::yield();
-        job.progress->cancel();
-    });
-    settle();
-    canceller.join();
-
-    const qsizetype copied = names(dest).size();
-    EXPECT_TRUE(toasts.isEmpty());
-    ASSERT_EQ(reports.size(), 1);
-    EXPECT_TRUE(reports.first().cancelled);
-    EXPECT_EQ(reports.first().done, copied);
-    const QString expected = copied == 1 ? QStringLiteral("Cancelled; copied f0.bin before stopping")
-                                         : QStringLiteral("Cancelled; copied %1 items before stopping").arg(copied);
-    EXPECT_EQ(outcomeText(reports.first()), expected);
 }
 
 TEST_F(FileOpsTest, FullSuccessIsAnnouncedAndNotReported)

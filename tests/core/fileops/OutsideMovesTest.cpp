@@ -64,7 +64,7 @@ TEST_F(OutsideMovesTest, RenameByAnotherProgramIsOfferedAndAcceptingUpdatesLinks
     EXPECT_EQ(readAll(linking), "[n](Note.md) [[Note|the note]]\n");
 }
 
-TEST_F(OutsideMovesTest, TheEnginesOwnRenameIsNotOffered)
+TEST_F(OutsideMovesTest, NeitherTheEnginesOwnRenameNorAnEditorsSaveNorAnythingWithTheSettingOffIsOffered)
 {
     const FilePath old = file("vault/Note.md", "N\n");
     file("vault/index.md", "[n](Note.md)\n");
@@ -72,10 +72,7 @@ TEST_F(OutsideMovesTest, TheEnginesOwnRenameIsNotOffered)
     ASSERT_TRUE(waitUntil([&] { return updates == 1 && ops.isIdle(); }, 10000)); // the engine's own update
     quietFor(OutsideMoves::kSettleMs * 3);
     EXPECT_TRUE(offers.isEmpty());
-}
-
-TEST_F(OutsideMovesTest, AnEditorSavingThroughATemporaryFileIsNotOffered)
-{
+    // Nor an editor saving through a temporary file.
     file("vault/Note.md", "N\n");
     const FilePath temporary = file("vault/.Note.md.swp", "N2\n");
     const FilePath other = file("vault/draft.tmp", "N3\n");
@@ -83,13 +80,9 @@ TEST_F(OutsideMovesTest, AnEditorSavingThroughATemporaryFileIsNotOffered)
     ASSERT_EQ(std::rename(other.c_str(), tree.path("vault/Note.md").c_str()), 0);
     quietFor(OutsideMoves::kSettleMs * 3);
     EXPECT_TRUE(offers.isEmpty());
-}
-
-TEST_F(OutsideMovesTest, NothingIsOfferedWithTheSettingOff)
-{
-    const FilePath old = file("vault/Note.md", "N\n");
+    // Nor anything with the setting off.
     LinkUpdater::setEnabled(false);
-    ASSERT_EQ(std::rename(old.c_str(), tree.path("vault/Other.md").c_str()), 0);
+    ASSERT_EQ(std::rename(tree.path("vault/Note.md").c_str(), tree.path("vault/Other.md").c_str()), 0);
     quietFor(OutsideMoves::kSettleMs * 3);
     EXPECT_TRUE(offers.isEmpty());
     LinkUpdater::setEnabled(true);
