@@ -61,7 +61,7 @@ TEST_F(PaneKeyboardTest, KeysPressedAsAFolderOpensNeverReachTheFolderLeft)
     EXPECT_TRUE(test::exists(tree.path("b.txt")));
 }
 
-TEST_F(PaneKeyboardTest, CtrlFReachesTheFilterFieldAfterMovingIntoTheList)
+TEST_F(PaneKeyboardTest, CtrlFReachesTheFilterFieldAfterMovingIntoTheListAndEscThereClearsTheSelectionThenClosesTheFilter)
 {
     tree.file("apple.txt", "a");
     tree.file("banana.txt", "b");
@@ -75,6 +75,18 @@ TEST_F(PaneKeyboardTest, CtrlFReachesTheFilterFieldAfterMovingIntoTheList)
     press(Qt::Key_F, Qt::ControlModifier);
     EXPECT_EQ(QApplication::focusWidget(), filter);
     EXPECT_TRUE(filter->isVisible());
+    // Back in the list, Esc clears the selection, then closes the filter.
+    press(Qt::Key_Return); // into the list, the filter kept
+    press(Qt::Key_Down);
+    ASSERT_FALSE(pane()->selection().isEmpty());
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(pane()->selection().isEmpty());
+    EXPECT_TRUE(pane()->isFiltering());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(pane()->isFiltering());
+    EXPECT_EQ(pane()->filter(), QString());
+    EXPECT_FALSE(window->activePaneWidget()->filterBar()->isVisible());
+    EXPECT_EQ(pane()->items().size(), 2);
 }
 
 TEST_F(PaneKeyboardTest, F8MovesTheActivePaneAndTheKeyboardToTheOtherPane)
@@ -126,26 +138,6 @@ TEST_F(PaneKeyboardTest, AHeldPaneKeyActsOnce)
     ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading() && pane()->url() == tree.path("inner/empty"); }));
     held(Qt::Key_Backspace);
     EXPECT_EQ(pane()->url(), tree.path("inner/empty"));
-}
-
-TEST_F(PaneKeyboardTest, EscInTheListClearsTheSelectionThenClosesTheFilter)
-{
-    tree.file("apple.txt", "a");
-    tree.file("banana.txt", "b");
-    open(tree.root());
-    press(Qt::Key_F, Qt::ControlModifier);
-    type(QStringLiteral("ap"));
-    press(Qt::Key_Return); // into the list, the filter kept
-    press(Qt::Key_Down);
-    ASSERT_FALSE(pane()->selection().isEmpty());
-    press(Qt::Key_Escape);
-    EXPECT_TRUE(pane()->selection().isEmpty());
-    EXPECT_TRUE(pane()->isFiltering());
-    press(Qt::Key_Escape);
-    EXPECT_FALSE(pane()->isFiltering());
-    EXPECT_EQ(pane()->filter(), QString());
-    EXPECT_FALSE(window->activePaneWidget()->filterBar()->isVisible());
-    EXPECT_EQ(pane()->items().size(), 2);
 }
 
 TEST_F(PaneKeyboardTest, NewFolderNameEditorStaysOpenWhileTheFolderReloads)
@@ -238,7 +230,7 @@ TEST_F(PaneKeyboardTest, TrashingTheSelectedRowSelectsTheNextAndTheViewFollowsTh
     EXPECT_EQ(list->currentIndex().row(), pane()->row(c));
 }
 
-TEST_F(PaneKeyboardTest, CtrlLSelectsTheShownPathSoATypedOneReplacesIt)
+TEST_F(PaneKeyboardTest, CtrlLSelectsTheShownPathHideGitIgnoredFilesShowsItsStateAndThisComputerCountsNoItems)
 {
     open(tree.root());
     press(Qt::Key_L, Qt::ControlModifier);
@@ -246,11 +238,17 @@ TEST_F(PaneKeyboardTest, CtrlLSelectsTheShownPathSoATypedOneReplacesIt)
     ASSERT_NE(field, nullptr);
     ASSERT_FALSE(field->text().isEmpty());
     EXPECT_EQ(field->selectedText(), field->text());
-}
-
-TEST_F(PaneKeyboardTest, ThisComputerCountsNoItems)
-{
-    open(tree.root());
+    // Hide Git-Ignored Files shows whether they are hidden.
+    QAction* hide = nullptr;
+    for (QAction* action : window->findChildren<QAction*>())
+        if (action->text() == QStringLiteral("Hide Git-Ignored Files"))
+            hide = action;
+    ASSERT_NE(hide, nullptr);
+    for (QAction* menu : window->menuBar()->actions())
+        if (menu->menu() && menu->menu()->actions().contains(hide))
+            Q_EMIT menu->menu()->aboutToShow();
+    EXPECT_TRUE(hide->isCheckable());
+    // This Computer counts no items.
     pane()->show(Listing::of(Listing::Kind::thisMac));
     ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading(); }));
     EXPECT_FALSE(window->activePaneWidget()->statusLine()->text().contains(QStringLiteral("items")));
@@ -269,20 +267,6 @@ TEST_F(PaneKeyboardTest, DayHeadingsInTheColumnsLeaveTheFirstRowItsRoom)
     const QRect plain = column->visualRect(column->model()->index(1, 0));
     EXPECT_GT(headed.height(), plain.height());
     EXPECT_GE(plain.top(), headed.bottom());
-}
-
-TEST_F(PaneKeyboardTest, HideGitIgnoredFilesShowsWhetherTheyAreHidden)
-{
-    open(tree.root());
-    QAction* hide = nullptr;
-    for (QAction* action : window->findChildren<QAction*>())
-        if (action->text() == QStringLiteral("Hide Git-Ignored Files"))
-            hide = action;
-    ASSERT_NE(hide, nullptr);
-    for (QAction* menu : window->menuBar()->actions())
-        if (menu->menu() && menu->menu()->actions().contains(hide))
-            Q_EMIT menu->menu()->aboutToShow();
-    EXPECT_TRUE(hide->isCheckable());
 }
 
 TEST_F(PaneKeyboardTest, ReturnOnAFileNoAppOpensSaysSo)

@@ -75,7 +75,7 @@ TEST_F(SidebarWindowTest, ArrowsAndReturnOpenDocumentsInTheActivePane)
     EXPECT_EQ(pane()->url(), documents);
 }
 
-TEST_F(SidebarWindowTest, TheKeyboardKeepsItsPlaceWhenTheRowsChange)
+TEST_F(SidebarWindowTest, TheKeyboardKeepsItsPlaceWhenTheRowsChangeAndReturnOnATitleFoldsItsSection)
 {
     press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
     view()->setCurrentIndex(model()->index(rowOf(SidebarRow::Kind::favorite, documents)));
@@ -84,11 +84,7 @@ TEST_F(SidebarWindowTest, TheKeyboardKeepsItsPlaceWhenTheRowsChange)
     ASSERT_TRUE(waitUntil([&] { return rowOf(SidebarRow::Kind::favorite, added) >= 0; }));
     EXPECT_EQ(view()->currentIndex().row(), rowOf(SidebarRow::Kind::favorite, documents));
     SidebarStore::shared().removeFavorite(added);
-}
-
-TEST_F(SidebarWindowTest, ReturnOnATitleFoldsItsSection)
-{
-    press(Qt::Key_B, Qt::ControlModifier | Qt::AltModifier);
+    // Return on a title folds its section.
     const int title = model()->titleRow(section::favorites);
     ASSERT_GE(title, 0);
     view()->setCurrentIndex(model()->index(title));

@@ -63,7 +63,7 @@ struct WindowTabBarTest : ::testing::Test {
 
 } // namespace
 
-TEST_F(WindowTabBarTest, LaysOutAsAPlainTabBar)
+TEST_F(WindowTabBarTest, LaysOutAsAPlainTabBarAndMeasuresTheTabsAgainInAnotherFont)
 {
     const QStringList titles{"d1", "Documents", "a rather long folder name of many words", "d1", "W", "Ünïcödé"};
     show(titles);
@@ -73,10 +73,7 @@ TEST_F(WindowTabBarTest, LaysOutAsAPlainTabBar)
     expectSameLayout("another tab current");
     show({"Downloads", "d1", "x"});
     expectSameLayout("fewer tabs, new titles");
-}
-
-TEST_F(WindowTabBarTest, AnotherFontMeasuresTheTabsAgain)
-{
+    // Another font measures the tabs again.
     show({"Documents", "Music"});
     const int before = bar->tabRect(0).width();
     QFont larger = bar->font();
