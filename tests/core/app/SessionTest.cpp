@@ -76,26 +76,21 @@ TEST_F(SessionFixture, DecodesWhatItEncodes)
     EXPECT_EQ(decoded->tabs[0].activeIndex(), 1);
 }
 
-TEST_F(SessionFixture, OnlyLeftWithRightIsActiveIsASinglePane)
+TEST_F(SessionFixture, DecodingFallsBackToAPaneThatIsThere)
 {
+    // Only "left" with "rightIsActive" is a single pane.
     const QByteArray json = R"({"tabs":[{"left":")" + tree.path("A").native() + R"(","rightIsActive":true}],"selected":0,"showPreview":false})";
     const auto session = Session::decode(json);
     ASSERT_TRUE(session);
     EXPECT_EQ(session->tabs[0].grid(), (QList<QList<FilePath>>{{tree.path("A")}}));
     EXPECT_EQ(session->tabs[0].activeIndex(), 0); // no second pane to be active
-}
-
-TEST_F(SessionFixture, ColumnsWithoutPanesFallBackToLeftAndRight)
-{
-    const QByteArray json = R"({"tabs":[{"left":"/a","right":"/b","rightIsActive":true,"columns":[[],[]],"active":3}],"selected":0,"showPreview":false})";
-    const auto session = Session::decode(json);
-    ASSERT_TRUE(session);
-    EXPECT_EQ(session->tabs[0].grid(), (QList<QList<FilePath>>{{FilePath::fromNative("/a")}, {FilePath::fromNative("/b")}}));
-    EXPECT_EQ(session->tabs[0].activeIndex(), 1);
-}
-
-TEST_F(SessionFixture, AnActiveIndexOutsideTheGridPicksTheFirstPane)
-{
+    // Columns without panes fall back to left and right.
+    const QByteArray noColumns = R"({"tabs":[{"left":"/a","right":"/b","rightIsActive":true,"columns":[[],[]],"active":3}],"selected":0,"showPreview":false})";
+    const auto fallback = Session::decode(noColumns);
+    ASSERT_TRUE(fallback);
+    EXPECT_EQ(fallback->tabs[0].grid(), (QList<QList<FilePath>>{{FilePath::fromNative("/a")}, {FilePath::fromNative("/b")}}));
+    EXPECT_EQ(fallback->tabs[0].activeIndex(), 1);
+    // An active index outside the grid picks the first pane.
     Session::Tab tab = Session::Tab::ofGrid({{tree.path("A"), tree.path("B")}, {tree.path("C")}}, 2);
     tab.active = 7;
     EXPECT_EQ(tab.activeIndex(), 0);
@@ -127,18 +122,13 @@ TEST_F(SessionFixture, UndecodableDataIsNoSession)
     EXPECT_TRUE(Session::decode(R"({"tabs":[{"left":"/a","rightIsActive":false}],"selected":0,"showPreview":false})"));
 }
 
-TEST_F(SessionFixture, SavesUnderTheSessionKeyOfTheSettings)
+TEST_F(SessionFixture, SavesUnderTheSessionKeyAndOnlyTheFirstWindowOfARunTakesIt)
 {
     const Session session = twoTabs(tree);
     ASSERT_TRUE(session.save());
     EXPECT_EQ(openSettings()->value("session").toByteArray(), session.encoded());
     EXPECT_TRUE(test::readAll(xdg::orwickConfigFile()).contains("session="));
-}
-
-TEST_F(SessionFixture, OnlyTheFirstWindowOfARunTakesTheSavedSession)
-{
-    const Session session = twoTabs(tree);
-    ASSERT_TRUE(session.save());
+    // Only the first window of a run takes the saved session.
     const auto first = Session::forNewWindow();
     ASSERT_TRUE(first);
     EXPECT_EQ(*first, session);

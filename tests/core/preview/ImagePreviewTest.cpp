@@ -43,7 +43,7 @@ quint32 crc32(QByteArrayView bytes)
 
 } // namespace
 
-TEST(ImagePreview, DecodesToFitTheBoxAndTellsTheFullSize)
+TEST(ImagePreview, DecodesToFitTheBoxTellsTheFullSizeAndNeverEnlarges)
 {
     test::TempTree tree;
     const PreviewContent content = load(savedImage(tree, "wide.png", {1600, 400}), {800, 800});
@@ -51,13 +51,14 @@ TEST(ImagePreview, DecodesToFitTheBoxAndTellsTheFullSize)
     EXPECT_EQ(content.image.size(), QSize(800, 200));
     EXPECT_EQ(content.pixelSize, QSize(1600, 400));
     EXPECT_EQ(content.details.first(), "1,600 × 400");
-}
-
-TEST(ImagePreview, ASmallPictureIsNotEnlarged)
-{
-    test::TempTree tree;
-    const PreviewContent content = load(savedImage(tree, "icon.png", {32, 16}));
-    EXPECT_EQ(content.image.size(), QSize(32, 16));
+    // A small picture is not enlarged.
+    const PreviewContent small = load(savedImage(tree, "icon.png", {32, 16}));
+    EXPECT_EQ(small.image.size(), QSize(32, 16));
+    // The header's size is read without decoding.
+    const auto size = preview::imageSize(savedImage(tree, "a.png", {30, 20}));
+    ASSERT_TRUE(size);
+    EXPECT_EQ(size->first, QSize(30, 20));
+    EXPECT_EQ(size->second, "png");
 }
 
 TEST(ImagePreview, ExifOrientationTurnsThePictureUpright)
@@ -103,7 +104,7 @@ TEST(ImagePreview, AHugePictureIsRefusedWithItsSizeWithoutDecoding)
     EXPECT_EQ(content.details.first(), "20,000 × 20,000");
 }
 
-TEST(ImagePreview, ATruncatedPictureGivesAMessage)
+TEST(ImagePreview, ATruncatedPictureOrTextNamedLikeAPictureGivesAMessage)
 {
     test::TempTree tree;
     const FilePath whole = savedImage(tree, "whole.png", {300, 300});
@@ -111,6 +112,8 @@ TEST(ImagePreview, ATruncatedPictureGivesAMessage)
     const PreviewContent content = load(tree.file("cut.png", bytes.left(60)));
     EXPECT_EQ(content.kind, Kind::message);
     EXPECT_EQ(content.message, "“cut.png” can’t be shown: the picture is damaged or in a format Orwick can’t read.");
+    // So does text named like a picture.
+    EXPECT_EQ(load(tree.file("fake.jpg", "not a picture")).kind, Kind::message);
 }
 
 // 36 megapixels decode to 144 MB, over Qt's own 128 MiB limit for one read but within the
@@ -143,20 +146,4 @@ TEST(ImagePreview, AJpegCutShortIsDamagedNotGrey)
     EXPECT_EQ(content.message, "“cut.jpg” can’t be shown: the picture is damaged or in a format Orwick can’t read.");
     // Bytes after the end marker (some cameras write them) leave a whole picture whole.
     EXPECT_EQ(load(tree.file("trailing.jpg", bytes + QByteArray(3000, 'z'))).kind, Kind::image);
-}
-
-TEST(ImagePreview, TextNamedLikeAPictureGivesAMessage)
-{
-    test::TempTree tree;
-    const PreviewContent content = load(tree.file("fake.jpg", "not a picture"));
-    EXPECT_EQ(content.kind, Kind::message);
-}
-
-TEST(ImagePreview, HeaderSizeIsReadWithoutDecoding)
-{
-    test::TempTree tree;
-    const auto size = preview::imageSize(savedImage(tree, "a.png", {30, 20}));
-    ASSERT_TRUE(size);
-    EXPECT_EQ(size->first, QSize(30, 20));
-    EXPECT_EQ(size->second, "png");
 }

@@ -21,7 +21,7 @@ PreviewContent load(const FilePath& path, PreviewLimits limits = {})
 
 } // namespace
 
-TEST(TablePreview, QuotedCellsWithSeparatorsQuotesAndLineBreaks)
+TEST(TablePreview, QuotedCellsAndTheSeparatorOfTsvAndOfSemicolonsWhenTheyDominate)
 {
     test::TempTree tree;
     const PreviewContent content = load(tree.file("people.csv", "name,note\r\n\"Doe, Jane\",\"said \"\"hi\"\"\nthen left\"\r\nBob,\n"));
@@ -30,11 +30,7 @@ TEST(TablePreview, QuotedCellsWithSeparatorsQuotesAndLineBreaks)
     ASSERT_EQ(content.rows.size(), 2);
     EXPECT_EQ(content.rows[0], (QStringList{"Doe, Jane", "said \"hi\"\nthen left"}));
     EXPECT_EQ(content.rows[1], (QStringList{"Bob", ""}));
-}
-
-TEST(TablePreview, TabsForTsvAndSemicolonsWhenTheyDominate)
-{
-    test::TempTree tree;
+    // Tabs for .tsv, and semicolons when they dominate.
     EXPECT_EQ(load(tree.file("a.tsv", "a\tb,c\n1\t2\n")).header, (QStringList{"a", "b,c"}));
     EXPECT_EQ(load(tree.file("b.csv", "a;b;c,d\n1;2;3\n")).header, (QStringList{"a", "b", "c,d"}));
 }
@@ -78,7 +74,7 @@ TEST(FontPreview, AFileThatIsntAFontGivesAMessage)
     EXPECT_EQ(content.message, "“broken.ttf” isn’t a font Orwick can read.");
 }
 
-TEST(FolderPreview, CountsItemsByKindAndMeasuresTheTotalLater)
+TEST(FolderPreview, CountsItemsByKindAndMeasuresTheTotalLaterAndSaysWhenEmptyOrUnreadable)
 {
     test::TempTree tree;
     tree.file("box/a.png", "x");
@@ -102,29 +98,21 @@ TEST(FolderPreview, CountsItemsByKindAndMeasuresTheTotalLater)
     EXPECT_FALSE(size.isPartial);
     cancel.cancel();
     EXPECT_TRUE(preview::measureFolder(tree.path("box"), PreviewBudget(cancel, 5000)).isPartial);
-}
-
-TEST(FolderPreview, EmptyAndUnreadableFolders)
-{
-    test::TempTree tree;
+    // Empty and unreadable folders.
     tree.folder("empty");
     EXPECT_EQ(load(tree.path("empty")).details, QStringList{"Empty folder"});
     EXPECT_FALSE(load(tree.path("empty")).measuresSize);
     EXPECT_EQ(preview::describeCounts(preview::countFolder(tree.path("nowhere"), CancelFlag())), QStringList{"Can’t read this folder"});
 }
 
-TEST(DetailsPreview, AudioAndVideoShowTheirKindAndSize)
+TEST(DetailsPreview, AudioShowsItsKindAndSizeAndAPdfGetsItsPageFromTheWindow)
 {
     test::TempTree tree;
     const PreviewContent content = load(tree.file("song.mp3", QByteArray(2048, '\0')));
     EXPECT_EQ(content.kind, Kind::details);
     EXPECT_TRUE(content.details.contains("2 kB")) << content.details.join('|').toStdString();
-}
-
-TEST(DetailsPreview, APdfGetsItsDetailsHereAndItsPageFromTheWindow)
-{
-    test::TempTree tree;
-    const PreviewContent content = load(tree.file("paper.pdf", "%PDF-1.4\n"));
-    EXPECT_EQ(content.kind, Kind::pdf);
-    EXPECT_TRUE(content.image.isNull());
+    // A PDF gets its details here and its page from the window.
+    const PreviewContent pdf = load(tree.file("paper.pdf", "%PDF-1.4\n"));
+    EXPECT_EQ(pdf.kind, Kind::pdf);
+    EXPECT_TRUE(pdf.image.isNull());
 }

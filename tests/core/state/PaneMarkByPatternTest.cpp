@@ -31,35 +31,29 @@ struct MarkFixture : ::testing::Test {
 };
 } // namespace
 
-TEST_F(MarkFixture, SelectAddsTheTakenItemsToTheSelection)
+TEST_F(MarkFixture, SelectAddsTheTakenItemsAndAPatternThatTakesNothingChangesNothing)
 {
     pane->click(tree.path("c.md"), Qt::NoModifier);
     EXPECT_EQ(pane->markMatching(NamePattern(u"*.txt"), PaneState::Mark::select), 3);
     EXPECT_EQ(selectedNames(), (QStringList{"a.txt", "b.txt", "c.md", "draft.txt"}));
     EXPECT_EQ(pane->cursor(), tree.path("c.md")) << "the cursor stays on a selected item";
+    // A pattern that takes nothing changes nothing.
+    pane->click(tree.path("a.txt"), Qt::NoModifier);
+    EXPECT_EQ(pane->markMatching(NamePattern(u"*.pdf"), PaneState::Mark::select), 0);
+    EXPECT_EQ(selectedNames(), QStringList{"a.txt"});
 }
 
-TEST_F(MarkFixture, DeselectTakesOnlyTheMatchingOnesAway)
+TEST_F(MarkFixture, DeselectTakesOnlyTheMatchingOnesAwayAndSelectMovesACursorOutsideToTheFirstTaken)
 {
     pane->selectAll();
     EXPECT_EQ(pane->markMatching(NamePattern(u"draft*; *.jpg"), PaneState::Mark::deselect), 2);
     EXPECT_EQ(selectedNames(), (QStringList{"docs.txt.d", "a.txt", "b.txt", "c.md"}));
-}
-
-TEST_F(MarkFixture, ACursorOutsideTheSelectionGoesToTheFirstItemTaken)
-{
+    // A cursor outside the selection goes to the first item taken.
     pane->click(tree.path("photo.JPG"), Qt::NoModifier);
     pane->clearSelection();
     EXPECT_EQ(pane->markMatching(NamePattern(u"*.txt | draft*"), PaneState::Mark::select), 2);
     EXPECT_EQ(selectedNames(), (QStringList{"a.txt", "b.txt"}));
     EXPECT_EQ(pane->cursor(), tree.path("a.txt"));
-}
-
-TEST_F(MarkFixture, APatternThatTakesNothingChangesNothing)
-{
-    pane->click(tree.path("a.txt"), Qt::NoModifier);
-    EXPECT_EQ(pane->markMatching(NamePattern(u"*.pdf"), PaneState::Mark::select), 0);
-    EXPECT_EQ(selectedNames(), QStringList{"a.txt"});
 }
 
 TEST_F(MarkFixture, OnlyShownItemsAreTaken)

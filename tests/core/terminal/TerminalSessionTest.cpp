@@ -103,7 +103,7 @@ TEST(TerminalSessionTest, AHundredThousandLinesKeepTheLastTenThousand)
     EXPECT_EQ(lines.last(), QStringLiteral("100000"));
 }
 
-TEST(TerminalSessionTest, ExitEndsTheSessionWithItsStatus)
+TEST(TerminalSessionTest, ExitEndsTheSessionWithItsStatusAndAProgramThatCantRunSaysSo)
 {
     auto session = shell("exit 3");
     QList<int> finished;
@@ -121,17 +121,14 @@ TEST(TerminalSessionTest, ExitEndsTheSessionWithItsStatus)
     ASSERT_TRUE(waitFinished(*quick));
     EXPECT_EQ(quick->exitStatus(), 0);
     EXPECT_TRUE(quick->screen().screenText().startsWith(QStringLiteral("bye")));
+    // A program that can't run says so.
+    auto missing = test::startIn(test::tempHome(), {"/nonexistent/program"});
+    ASSERT_TRUE(waitFinished(*missing));
+    EXPECT_EQ(missing->exitStatus(), 127);
+    EXPECT_TRUE(missing->screen().screenText().contains(QStringLiteral("Couldn't start /nonexistent/program")));
 }
 
-TEST(TerminalSessionTest, AProgramThatCantRunSaysSo)
-{
-    auto session = test::startIn(test::tempHome(), {"/nonexistent/program"});
-    ASSERT_TRUE(waitFinished(*session));
-    EXPECT_EQ(session->exitStatus(), 127);
-    EXPECT_TRUE(session->screen().screenText().contains(QStringLiteral("Couldn't start /nonexistent/program")));
-}
-
-TEST(TerminalSessionTest, MalformedOutputNeverStopsWhatFollows)
+TEST(TerminalSessionTest, MalformedOutputNeverStopsWhatFollowsAndAFloodOfBellsRingsOnce)
 {
     auto session = shell("printf '\\033[1;2;3;4;5;6;7;8;9;10;11;12;13;14;15;16;17;18;19;20;21;22;23;24;25;26;27;28;29;30;31;32;33;34;35;36mA"
                          "\\033[#$%%zB\\n\\377\\376\\303(C\\n\\033P\\033\\\\D\\033[99999999999999999999;99999999999999999HE\\n'");
@@ -140,14 +137,11 @@ TEST(TerminalSessionTest, MalformedOutputNeverStopsWhatFollows)
     for (const char* piece : {"A", "B", "C", "D", "E"})
         EXPECT_TRUE(text.contains(QLatin1StringView(piece))) << piece << " missing from " << text.toStdString();
     EXPECT_TRUE(text.contains(QChar(0xFFFD))); // bytes that are not UTF-8 show as replacement characters
-}
-
-TEST(TerminalSessionTest, AFloodOfBellsRingsOnce)
-{
-    auto session = shell("i=0; while [ $i -lt 2000 ]; do printf '\\a'; i=$((i+1)); done; printf done");
-    ASSERT_TRUE(waitFinished(*session));
-    EXPECT_TRUE(session->screen().takeBell());
-    EXPECT_FALSE(session->screen().takeBell());
+    // A flood of bells rings once.
+    auto bells = shell("i=0; while [ $i -lt 2000 ]; do printf '\\a'; i=$((i+1)); done; printf done");
+    ASSERT_TRUE(waitFinished(*bells));
+    EXPECT_TRUE(bells->screen().takeBell());
+    EXPECT_FALSE(bells->screen().takeBell());
 }
 
 TEST(TerminalSessionTest, FolderReportsFollowTheShell)
