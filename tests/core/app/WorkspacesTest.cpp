@@ -37,16 +37,11 @@ struct WorkspacesFixture : ::testing::Test {
 
 } // namespace
 
-TEST_F(WorkspacesFixture, AMissingFileIsAnEmptyList)
+TEST_F(WorkspacesFixture, AMissingFileIsAnEmptyListAndSavingASameNameIgnoringCaseReplacesIt)
 {
     Workspaces workspaces(file);
     EXPECT_TRUE(workspaces.all().isEmpty());
     EXPECT_FALSE(test::exists(file));
-}
-
-TEST_F(WorkspacesFixture, SavingASameNameIgnoringCaseReplacesItAndTheListStaysSorted)
-{
-    Workspaces workspaces(file);
     ASSERT_TRUE(workspaces.save({"work", sessionOn(tree.path("one"))}));
     ASSERT_TRUE(workspaces.save({"beta", sessionOn(tree.path("two"))}));
     ASSERT_TRUE(workspaces.save({"Alpha", sessionOn(tree.path("three"))}));

@@ -10,7 +10,7 @@ namespace {
 
 QStringList names(const char* attribute) { return TagList::parse(QByteArray(attribute)).names(); }
 
-TEST(TagList, ReadsWhatOtherProgramsWrite)
+TEST(TagList, ReadsWhatOtherProgramsWriteAndColoursFollowTheAttributesOrder)
 {
     struct Row {
         const char* name;
@@ -30,9 +30,11 @@ TEST(TagList, ReadsWhatOtherProgramsWrite)
     };
     for (const Row& row : rows)
         EXPECT_EQ(names(row.attribute), row.expected) << row.name;
+    // Colours follow the attribute's order.
+    EXPECT_EQ(TagList::parse("Blue,work,Red,grey").colors(), (QList<int>{4, 6, 1}));
 }
 
-TEST(TagList, KeepsNamesThatAreNotUtf8AsTheirBytes)
+TEST(TagList, KeepsNamesThatAreNotUtf8AsTheirBytesAndNewNamesWhole)
 {
     const QByteArray attribute("caf\xe9,Red");
     TagList tags = TagList::parse(attribute);
@@ -42,9 +44,14 @@ TEST(TagList, KeepsNamesThatAreNotUtf8AsTheirBytes)
     EXPECT_EQ(tags.toAttribute(), QByteArray("caf\xe9,Red,Blue"));
     EXPECT_TRUE(tags.remove(QStringLiteral("Red")));
     EXPECT_EQ(tags.toAttribute(), QByteArray("caf\xe9,Blue"));
+    // A separator in a new name does not split it on the next read.
+    TagList fresh;
+    EXPECT_TRUE(fresh.add(QStringLiteral("to do, later")));
+    EXPECT_EQ(TagList::parse(*fresh.toAttribute()).names(), QStringList{QStringLiteral("to do later")});
+    EXPECT_FALSE(fresh.add(QStringLiteral(" ,; ")));
 }
 
-TEST(TagList, AddingKeepsEveryOtherTagAndWritesColourTagsInTheirOwnSpelling)
+TEST(TagList, AddingKeepsEveryOtherTagAndRemovingTakesEverySpelling)
 {
     TagList tags = TagList::parse("project-x; Draft");
     EXPECT_TRUE(tags.add(QStringLiteral("red")));
@@ -52,28 +59,12 @@ TEST(TagList, AddingKeepsEveryOtherTagAndWritesColourTagsInTheirOwnSpelling)
     EXPECT_FALSE(tags.add(QStringLiteral("RED"))) << "already there";
     EXPECT_FALSE(tags.add(QStringLiteral("draft")));
     EXPECT_EQ(tags.size(), 3);
-}
-
-TEST(TagList, RemovingTakesEverySpellingAndTheLastTagTakesTheAttribute)
-{
-    TagList tags = TagList::parse("grey");
-    EXPECT_FALSE(tags.remove(QStringLiteral("Red")));
-    EXPECT_TRUE(tags.remove(QStringLiteral("Gray")));
-    EXPECT_TRUE(tags.isEmpty());
-    EXPECT_EQ(tags.toAttribute(), std::nullopt);
-}
-
-TEST(TagList, ASeparatorInANewNameDoesNotSplitItOnTheNextRead)
-{
-    TagList tags;
-    EXPECT_TRUE(tags.add(QStringLiteral("to do, later")));
-    EXPECT_EQ(TagList::parse(*tags.toAttribute()).names(), QStringList{QStringLiteral("to do later")});
-    EXPECT_FALSE(tags.add(QStringLiteral(" ,; ")));
-}
-
-TEST(TagList, ColoursFollowTheAttributesOrder)
-{
-    EXPECT_EQ(TagList::parse("Blue,work,Red,grey").colors(), (QList<int>{4, 6, 1}));
+    // Removing takes every spelling, and the last tag takes the attribute.
+    TagList grey = TagList::parse("grey");
+    EXPECT_FALSE(grey.remove(QStringLiteral("Red")));
+    EXPECT_TRUE(grey.remove(QStringLiteral("Gray")));
+    EXPECT_TRUE(grey.isEmpty());
+    EXPECT_EQ(grey.toAttribute(), std::nullopt);
 }
 
 TEST(FinderTag, ColourTagsHaveTheirIndicesAndOtherNamesNone)

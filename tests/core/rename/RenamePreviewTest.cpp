@@ -27,7 +27,7 @@ protected:
     TempTree tree;
 };
 
-TEST_F(RenamePreviewTest, SummaryCountsWhatChangesAndWhatCant)
+TEST_F(RenamePreviewTest, SummaryCountsWhatChangesAndWhatCantAndSwapsAreFine)
 {
     const QList<FilePath> items{tree.file("a.txt"), tree.file("b.txt"), tree.file("c.md"), tree.file("taken.txt")};
     tree.file("x.md");
@@ -42,13 +42,25 @@ TEST_F(RenamePreviewTest, SummaryCountsWhatChangesAndWhatCant)
     EXPECT_EQ(some.renames().size(), 3);
     EXPECT_TRUE(some.entries[2].problem.isEmpty());
     EXPECT_FALSE(some.entries[2].changes());
+    // Swaps among the items are fine.
+    BatchRename rule = replacing(QStringLiteral("^(\\w)(\\w)$"), QStringLiteral("$2$1"));
+    rule.usesRegex = true;
+    const RenamePreview swapped = preview(rule, {tree.file("ab"), tree.file("ba")});
+    EXPECT_EQ(swapped.summary(), QStringLiteral("2 of 2 will change"));
 }
 
-TEST_F(RenamePreviewTest, NothingChangesYetUntilTheRuleDoesSomething)
+TEST_F(RenamePreviewTest, NothingChangesUntilTheRuleDoesSomethingAndARuleWithAProblemRenamesNothing)
 {
     const RenamePreview result = preview(BatchRename{}, {tree.file("a"), tree.file("b")});
     EXPECT_EQ(result.summary(), QStringLiteral("Nothing changes yet"));
     EXPECT_TRUE(result.renames().isEmpty());
+    // A rule with a problem renames nothing.
+    BatchRename rule = replacing(QStringLiteral("[a-"), QStringLiteral("x"));
+    rule.usesRegex = true;
+    const RenamePreview broken = preview(rule, {tree.file("a"), tree.file("b")});
+    EXPECT_EQ(broken.ruleProblem, QStringLiteral("That isn't a valid regular expression"));
+    EXPECT_TRUE(broken.renames().isEmpty());
+    EXPECT_EQ(broken.summary(), QStringLiteral("Nothing changes yet"));
 }
 
 TEST_F(RenamePreviewTest, TwoItemsEndingWithOneNameBothHaveTheProblem)
@@ -63,14 +75,6 @@ TEST_F(RenamePreviewTest, TwoItemsEndingWithOneNameBothHaveTheProblem)
     EXPECT_TRUE(result.entries[0].target.isEmpty()) << "an item with a problem goes nowhere";
     EXPECT_TRUE(result.entries[1].target.isEmpty());
     EXPECT_EQ(result.renames(), (QList<FileMove>{{tree.path("b1"), tree.path("b")}, {tree.path("sub/a1"), tree.path("sub/a")}}));
-}
-
-TEST_F(RenamePreviewTest, SwapsAndCyclesAmongTheItemsAreFine)
-{
-    BatchRename rule = replacing(QStringLiteral("^(\\w)(\\w)$"), QStringLiteral("$2$1"));
-    rule.usesRegex = true;
-    const RenamePreview result = preview(rule, {tree.file("ab"), tree.file("ba")});
-    EXPECT_EQ(result.summary(), QStringLiteral("2 of 2 will change"));
 }
 
 TEST_F(RenamePreviewTest, NamesTheSystemWontTakeAreProblems)
@@ -99,16 +103,6 @@ TEST_F(RenamePreviewTest, NamesTheSystemWontTakeAreProblems)
     EXPECT_EQ(preview(add, {items[0]}).entries[0].problem, QStringLiteral("Can't contain “/”"));
     add.text = QString(300, u'é');
     EXPECT_TRUE(preview(add, {items[0]}).entries[0].problem.startsWith(QStringLiteral("Too long: 605 bytes")));
-}
-
-TEST_F(RenamePreviewTest, RuleWithAProblemRenamesNothing)
-{
-    BatchRename rule = replacing(QStringLiteral("[a-"), QStringLiteral("x"));
-    rule.usesRegex = true;
-    const RenamePreview result = preview(rule, {tree.file("a"), tree.file("b")});
-    EXPECT_EQ(result.ruleProblem, QStringLiteral("That isn't a valid regular expression"));
-    EXPECT_TRUE(result.renames().isEmpty());
-    EXPECT_EQ(result.summary(), QStringLiteral("Nothing changes yet"));
 }
 
 TEST_F(RenamePreviewTest, NameThatIsNotUtf8IsShownVisiblyAndKeepsItsBytes)
