@@ -15,19 +15,15 @@ std::vector<Token> scan(const QString& text, const char* key) { return tokens(te
 
 } // namespace
 
-TEST(Scanner, UnclosedBlockCommentRunsToTheEnd)
+TEST(Scanner, AnUnclosedBlockCommentRunsToTheEndAndTwoDotsEndANumber)
 {
     const QString text = "int a; /* open\nint b = 2;\n\"s\"";
     const std::vector<Token> list = scan(text, "cpp");
     ASSERT_EQ(list.size(), 2u);
     EXPECT_EQ(list[0], (Token{0, 3, Kind::type}));
     EXPECT_EQ(list[1], (Token{7, int(text.size()) - 7, Kind::comment}));
-}
-
-TEST(Scanner, TwoDotsEndANumber)
-{
-    const std::vector<Token> list = scan("1..5", "rb");
-    EXPECT_EQ(list, (std::vector<Token>{{0, 1, Kind::number}, {3, 1, Kind::number}}));
+    // Two dots end a number.
+    EXPECT_EQ(scan("1..5", "rb"), (std::vector<Token>{{0, 1, Kind::number}, {3, 1, Kind::number}}));
 }
 
 // Each rule as the tokens a reader sees in a snippet.

@@ -14,29 +14,23 @@
 namespace orwick::test {
 namespace {
 
-TEST(RecentServers, NewestComesFirstAndEachServerOnce)
+TEST(RecentServers, NewestComesFirstEachServerOnceUpToTheCapAndABadAddressChangesNothing)
 {
     QStringList recent = withRecentServer({}, QStringLiteral("sftp://a.example/"));
     recent = withRecentServer(recent, QStringLiteral("smb://nas/docs"));
     recent = withRecentServer(recent, QStringLiteral("  SFTP://A.example:22  ")); // the same server, typed otherwise
     EXPECT_EQ(recent, (QStringList{QStringLiteral("sftp://a.example/"), QStringLiteral("smb://nas/docs")}));
-}
-
-TEST(RecentServers, KeepsTheNewestUpToTheCap)
-{
-    QStringList recent;
+    // It keeps the newest up to the cap.
+    recent.clear();
     for (int i = 0; i < kMaxRecentServers + 3; ++i)
         recent = withRecentServer(recent, QStringLiteral("sftp://host%1/").arg(i));
     ASSERT_EQ(recent.size(), kMaxRecentServers);
     EXPECT_EQ(recent.first(), QStringLiteral("sftp://host%1/").arg(kMaxRecentServers + 2));
     EXPECT_FALSE(recent.contains(QStringLiteral("sftp://host0/")));
-}
-
-TEST(RecentServers, BadAddressChangesNothingAndForgettingFindsTheSameServer)
-{
-    const QStringList recent{QStringLiteral("sftp://a/"), QStringLiteral("ftp://b/")};
-    EXPECT_EQ(withRecentServer(recent, QStringLiteral("not an address")), recent);
-    EXPECT_EQ(withoutRecentServer(recent, QStringLiteral("ftp://B:21")), QStringList{QStringLiteral("sftp://a/")});
+    // A bad address changes nothing, and forgetting finds the same server.
+    const QStringList two{QStringLiteral("sftp://a/"), QStringLiteral("ftp://b/")};
+    EXPECT_EQ(withRecentServer(two, QStringLiteral("not an address")), two);
+    EXPECT_EQ(withoutRecentServer(two, QStringLiteral("ftp://B:21")), QStringList{QStringLiteral("sftp://a/")});
     EXPECT_EQ(cleanRecentServers({QStringLiteral("sftp://a"), QStringLiteral("junk"), QStringLiteral("sftp://a/")}),
               QStringList{QStringLiteral("sftp://a/")});
 }
