@@ -141,10 +141,8 @@ void traceOpen(Windows& windows, OpenRouter& router)
 {
     if (qgetenv("ORWICK_TRACE_OPEN").isEmpty())
         return;
-    QObject::connect(&router, &OpenRouter::delivered, &windows, [&windows](WindowState* state, const OpenRequests& requests) {
-        for (const OpenRequest& request : requests)
-            fprintf(stderr, "open: %s%s in window %d\n", request.path.c_str(), request.reveal ? " (reveal)" : "",
-                    int(windows.all().indexOf(windows.front())) + 1);
+    // Reports the rows of the active pane of the window that draws `state`.
+    auto reportRows = [&windows](WindowState* state) {
         MainWindow* window = windows.front();
         if (!window || window->state() != state)
             return;
@@ -158,6 +156,24 @@ void traceOpen(Windows& windows, OpenRouter& router)
             whenRowsShown(*window, pane, report);
         else
             report();
+    };
+    QObject::connect(&router, &OpenRouter::delivered, &windows, [&windows, reportRows](WindowState* state, const OpenRequests& requests) {
+        const bool made = windows.frontState() == state; // else the window is being made for them
+        for (const OpenRequest& request : requests)
+            fprintf(stderr, "open: %s%s in window %d\n", request.path.c_str(), request.reveal ? " (reveal)" : "",
+                    int(made ? windows.all().indexOf(windows.front()) + 1 : windows.all().size() + 1));
+        if (made) {
+            reportRows(state);
+            return;
+        }
+        auto* connection = new QMetaObject::Connection;
+        *connection = QObject::connect(&windows, &Windows::opened, &windows, [connection, state, reportRows](MainWindow* window) {
+            if (window->state() != state)
+                return;
+            QObject::disconnect(*connection);
+            delete connection;
+            reportRows(state);
+        });
     });
 }
 
@@ -250,10 +266,9 @@ int main(int argc, char** argv)
     ThemeStore::setShared(&themes);
 
     Windows windows(&preferences);
-    // A start with nothing to open reopens the last session, before its window is drawn.
-    windows.setPrepare([&line, &workingFolder](WindowState& state) {
-        SessionKeeper::restore(&state, line->requests(workingFolder).isEmpty() && !line->listing);
-    });
+    // The first window reopens the last session before it is drawn; what the start asked for is
+    // then shown in it, the first folder in the session's active pane.
+    windows.setPrepare([](WindowState& state) { SessionKeeper::restore(&state); });
     windows.setDecorate([&git, &properties](MainWindow& window) {
         window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
         window.addPaneDecorator([](PaneWidget* widget) { new PaneTagDecoration(widget, &FinderTags::shared()); });

@@ -12,7 +12,8 @@
 // window takes them (windowReady), in its first tab.
 //
 // Signals: delivered() follows every delivery, after the window's state was changed, so the
-// window can be brought to the front; newWindowRequested() asks the program for one more window.
+// window can be brought to the front (for a window being made, windowReady(), before the window
+// that draws it exists); newWindowRequested() asks the program for one more window.
 
 #include "app/OpenRequest.h"
 

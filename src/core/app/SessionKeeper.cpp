@@ -16,6 +16,13 @@ std::mutex g_writeMutex;
 quint64 g_lastMade = 0;    // GUI thread only
 quint64 g_lastWritten = 0; // under g_writeMutex
 
+// The keepers of the open windows, the front window's first (GUI thread only).
+QList<SessionKeeper*>& keepers()
+{
+    static QList<SessionKeeper*> list;
+    return list;
+}
+
 bool writeInOrder(quint64 number, const QByteArray& bytes)
 {
     const std::lock_guard lock(g_writeMutex);
@@ -37,40 +44,74 @@ SessionKeeper::SessionKeeper(WindowState* window) : QObject(window), m_window(wi
     connect(window, &WindowState::tabsChanged, this, &SessionKeeper::changed);
     connect(window, &WindowState::selectedTabChanged, this, &SessionKeeper::changed);
     connect(window, &WindowState::showPreviewChanged, this, &SessionKeeper::changed);
-    connect(window, &WindowState::closeRequested, this, &SessionKeeper::saveNow);
+    connect(window, &WindowState::closeRequested, this, [this] {
+        if (!m_drawn)
+            left(); // no window to follow: the request stands for the close
+    });
     if (QCoreApplication* app = QCoreApplication::instance())
         connect(app, &QCoreApplication::aboutToQuit, this, [this] {
-            if (hasPendingSave())
+            if (isFront())
                 saveNow();
         });
+    keepers().prepend(this); // a new window comes up in front
     follow();
 }
 
-bool SessionKeeper::restore(WindowState* window, bool restoring)
+SessionKeeper::~SessionKeeper() { keepers().removeOne(this); }
+
+bool SessionKeeper::isFront() const { return !keepers().isEmpty() && keepers().first() == this; }
+
+bool SessionKeeper::restore(WindowState* window)
 {
-    // A start with folders to open passes its turn without reading the saved session.
-    const auto session = Session::forNewWindow(restoring);
+    const auto session = Session::forNewWindow(true);
     if (!session)
         return false;
-    window->restore(*session);
+    window->restore(*session, WindowState::Load::later);
     return true;
 }
 
 SessionKeeper* SessionKeeper::keep(WindowState* window, bool restoring, QObject* closing)
 {
-    restore(window, restoring);
+    if (!restoring)
+        Session::forNewWindow(false); // the run's restore is used up
+    else if (restore(window))
+        window->selectedTab()->loadPanes();
     auto* keeper = new SessionKeeper(window);
-    if (closing)
+    if (closing) {
+        keeper->m_drawn = closing;
         closing->installEventFilter(keeper);
+    }
     return keeper;
 }
 
 bool SessionKeeper::eventFilter(QObject* watched, QEvent* event)
 {
-    // Always, not only with a change pending: the window closed last is the one to reopen.
-    if (event->type() == QEvent::Close)
-        saveNow();
+    switch (event->type()) {
+    case QEvent::Hide:
+        // Closed (a minimized window is hidden by the desktop): always written, not only with a
+        // change pending.
+        if (!event->spontaneous())
+            left();
+        break;
+    case QEvent::WindowActivate:
+        if (!isFront()) { // also a window that was hidden and is shown again
+            keepers().removeOne(this);
+            keepers().prepend(this);
+            m_timer.start();
+        }
+        break;
+    default:
+        break;
+    }
     return QObject::eventFilter(watched, event);
+}
+
+void SessionKeeper::left()
+{
+    // The store ends up with the front one of the windows left, or this one's when it was last.
+    m_timer.stop();
+    keepers().removeOne(this);
+    (keepers().isEmpty() ? this : keepers().first())->saveNow();
 }
 
 void SessionKeeper::changed()
@@ -99,6 +140,8 @@ void SessionKeeper::saveNow()
 
 void SessionKeeper::saveInBackground()
 {
+    if (!isFront())
+        return; // the front window's session is the one kept
     const quint64 number = ++g_lastMade;
     QByteArray bytes = m_window->session().encoded();
     runInBackground(this, [number, bytes = std::move(bytes)] { return writeInOrder(number, bytes); }, [this](bool written) {

@@ -19,7 +19,6 @@
 #include "state/WindowState.h"
 #include "terminal/TerminalActions.h"
 
-#include <QCoreApplication>
 #include <algorithm>
 #include <QUndoStack>
 
@@ -195,7 +194,7 @@ QList<AppCommand> buildFixed()
         make("reopenTab", "Reopen Closed Tab", "", keys(C | S | Qt::Key_T), "", [](WindowState& w) { w.reopenClosedTab(); },
              [](const WindowState& w) { return !w.closedTabURLs().isEmpty(); }),
         make("closeTab", "Close Tab", "xmark", keys(C | Qt::Key_W), "", [](WindowState& w) { w.closeTab(); }),
-        make("quit", "Quit", "power", keys(C | Qt::Key_Q), "exit close leave stop", [](WindowState&) { QCoreApplication::quit(); }),
+        make("quit", "Quit", "power", keys(C | Qt::Key_Q), "exit close leave stop", [](WindowState& w) { w.quit(); }),
         make("newWindow", "New Window", "macwindow.badge.plus", keys(C | Qt::Key_N), "open another window",
              [](WindowState&) { OpenRouter::instance()->openNewWindow(); }, [](const WindowState&) { return OpenRouter::instance() != nullptr; }),
         // One item is renamed in place, several in the batch rename panel.

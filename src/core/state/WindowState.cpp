@@ -99,7 +99,7 @@ Session WindowState::session() const
     return session;
 }
 
-void WindowState::restore(const Session& session)
+void WindowState::restore(const Session& session, Load load)
 {
     if (session.tabs.isEmpty())
         return;
@@ -108,7 +108,8 @@ void WindowState::restore(const Session& session)
         m_tabs.append(new TabState(saved, m_preferences, this));
     TabState* selected = m_tabs[session.selected >= 0 && session.selected < m_tabs.size() ? session.selected : 0];
     m_selectedTabID = selected->id();
-    selected->loadPanes();
+    if (load == Load::now)
+        selected->loadPanes();
     for (TabState* tab : old)
         tab->deleteLater();
     Q_EMIT tabsChanged();

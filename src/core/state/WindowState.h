@@ -5,7 +5,7 @@
 //
 // Signals: tabsChanged() follows every change of the tab list or order; selectedTabChanged()
 // follows every change of the shown tab; closeRequested() asks the window to close (the last tab
-// was closed); panelChanged() follows every change of the panel fields; showPreviewChanged()
+// was closed); quitRequested() asks the program to end (Quit), every window with it; panelChanged() follows every change of the panel fields; showPreviewChanged()
 // follows every change of showPreview(); workspaceNameRequested() asks the window for a name to
 // save the window's tabs under (it answers through workspaceActions::save); showSidebarChanged()
 // follows every change of showSidebar(); previewExpandedChanged() follows every change of
@@ -52,8 +52,10 @@ public:
     // The window's layout: every tab's pane grid, the selected tab, showPreview.
     Session session() const;
     // Replaces the tabs by the session's (folders gone since fall back to home) and selects its
-    // selected tab; only that tab's panes load now.
-    void restore(const Session& session);
+    // selected tab. Only that tab's panes read their folders: now, or with `later` when the
+    // caller first moves them elsewhere (a start's open requests) and then calls loadPanes().
+    enum class Load { now, later };
+    void restore(const Session& session, Load load = Load::now);
     // Whether the preview panel is shown.
     bool showPreview() const { return m_showPreview; }
     void setShowPreview(bool shown);
@@ -95,6 +97,8 @@ public:
     TabState* newTab(const std::optional<FilePath>& folder = std::nullopt);
     // With fewer than two tabs, asks to close the window instead (closedTabURLs unchanged).
     void closeTab(const std::optional<QUuid>& id = std::nullopt);
+    // Quit: the program ends, with all its windows (their tabs come back with the session).
+    void quit() { Q_EMIT quitRequested(); }
     void reopenClosedTab();
     // Shows the tab `offset` places on, wrapping at both ends.
     void selectTab(int offset);
@@ -150,6 +154,7 @@ Q_SIGNALS:
     void tabsChanged();
     void selectedTabChanged();
     void closeRequested();
+    void quitRequested();
     void panelChanged();
     void messageRequested(const QString& message);
     void paletteRequested(orwick::PaletteRequest request);

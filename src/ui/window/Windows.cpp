@@ -30,12 +30,17 @@ Windows::~Windows()
     m_states.clear();
 }
 
-MainWindow* Windows::open(const FilePath& folder)
+MainWindow* Windows::open(const FilePath& folder) { return make(folder, {}); }
+
+MainWindow* Windows::make(const FilePath& folder, const std::function<void(WindowState&)>& showFirst)
 {
-    // The first pane waits: the prepare hook may restore a session in its place.
+    // The first pane waits: the prepare hook may restore a session in its place, and the
+    // requests may move the session's panes; only then do the shown panes read their folders.
     auto state = std::make_unique<WindowState>(folder, m_preferences, nullptr, PaneState::Start::whenShown);
     if (m_prepare)
         m_prepare(*state);
+    if (showFirst)
+        showFirst(*state);
     state->selectedTab()->loadPanes();
     auto* window = new MainWindow(state.get());
     window->setAttribute(Qt::WA_DeleteOnClose);
@@ -45,6 +50,7 @@ MainWindow* Windows::open(const FilePath& folder)
     m_recent.prepend(window);
     window->installEventFilter(this);
     connect(window, &QObject::destroyed, this, [this, window, drawn] { forget(window, drawn); });
+    connect(drawn, &WindowState::quitRequested, this, &Windows::quit);
     if (m_decorate)
         m_decorate(*window);
     window->show();
@@ -57,12 +63,12 @@ MainWindow* Windows::open(const OpenRequests& requests)
 {
     // Made on the first request's folder, so that no other folder is read first.
     const OpenRequests all = (m_router ? m_router->pending() : OpenRequests()) + requests;
-    MainWindow* window = open(all.isEmpty() ? xdg::home() : OpenRouter::targetOf(all.first()).folder);
-    if (m_router)
-        m_router->windowReady(*window->state(), requests);
-    else
-        OpenRouter::deliver(requests, *window->state(), true);
-    return window;
+    return make(all.isEmpty() ? xdg::home() : OpenRouter::targetOf(all.first()).folder, [this, &requests](WindowState& state) {
+        if (m_router)
+            m_router->windowReady(state, requests);
+        else
+            OpenRouter::deliver(requests, state, true);
+    });
 }
 
 MainWindow* Windows::front() const { return m_recent.isEmpty() ? nullptr : m_recent.first(); }

@@ -42,8 +42,9 @@ public:
 
     // A new window on `folder`, shown and active.
     MainWindow* open(const FilePath& folder);
-    // A new window showing `requests` (its first request in its first tab), after any requests
-    // that waited for a window; the home folder when there are none.
+    // A new window showing `requests` (its first request in its first tab, after the prepare
+    // hook, so in a restored session's active pane), after any requests that waited for a
+    // window; the home folder when there are none.
     MainWindow* open(const OpenRequests& requests);
     const QList<MainWindow*>& all() const { return m_windows; }
     MainWindow* front() const;
@@ -77,6 +78,9 @@ private:
 
     ViewPreferences* m_preferences;
     QPointer<OpenRouter> m_router;
+    // Makes a window on `folder`; `showFirst` moves its panes before they read their folders.
+    MainWindow* make(const FilePath& folder, const std::function<void(WindowState&)>& showFirst);
+
     std::function<void(WindowState&)> m_prepare;
     std::function<void(MainWindow&)> m_decorate;
     QList<MainWindow*> m_windows;  // in the order they were opened

@@ -3,6 +3,7 @@
 #include "support/TempHome.h"
 #include "support/TestMain.h"
 
+#include <QHideEvent>
 #include <gtest/gtest.h>
 
 using namespace orwick;
@@ -136,7 +137,7 @@ TEST_F(KeeperFixture, TheFirstWindowOfARunRestoresAndTheSecondStartsFresh)
     EXPECT_EQ(second.activePane()->url(), tree.path("B"));
 }
 
-TEST_F(KeeperFixture, AStartThatOpensAFolderNeitherRestoresNorLetsALaterWindowRestore)
+TEST_F(KeeperFixture, AFirstWindowKeptWithoutRestoringUsesUpTheRunsRestore)
 {
     window->newTab(tree.path("A"));
     keeper->saveNow();
@@ -156,23 +157,38 @@ TEST_F(KeeperFixture, TheWindowsCloseSavesAPendingChangeAtOnce)
     SessionKeeper* keeping = SessionKeeper::keep(&closing, false, &drawn);
     closing.newTab(tree.path("B"));
     ASSERT_TRUE(keeping->hasPendingSave());
-    QEvent close(QEvent::Close);
-    QCoreApplication::sendEvent(&drawn, &close);
+    delete std::exchange(keeper, nullptr); // the fixture's window is gone: this one is the last
+    QHideEvent closed;
+    QCoreApplication::sendEvent(&drawn, &closed);
     EXPECT_FALSE(keeping->hasPendingSave());
     EXPECT_EQ(stored()->tabs.size(), 2);
 }
 
-TEST_F(KeeperFixture, TheWindowClosedLastIsTheOneThatReopens)
+TEST_F(KeeperFixture, TheFrontWindowIsKeptAndTheOneLeftStandingReopens)
 {
+    // Besides the fixture's window, two drawn windows; the one made last is in front.
     QObject drawnFirst, drawnSecond;
     WindowState first(tree.path("A"), &preferences), second(tree.path("B"), &preferences);
-    SessionKeeper::keep(&first, false, &drawnFirst);
-    SessionKeeper::keep(&second, false, &drawnSecond);
+    SessionKeeper* firstKeeper = SessionKeeper::keep(&first, false, &drawnFirst);
+    SessionKeeper* secondKeeper = SessionKeeper::keep(&second, false, &drawnSecond);
+    firstKeeper->setDelay(150);
+    secondKeeper->setDelay(150);
     second.newTab(tree.path("B"));
-    second.findChild<SessionKeeper*>()->saveNow(); // the second window's change is saved
-    QEvent close(QEvent::Close);
-    QCoreApplication::sendEvent(&drawnSecond, &close);
-    QCoreApplication::sendEvent(&drawnFirst, &close); // closed last, with no change of its own
-    ASSERT_TRUE(stored());
-    EXPECT_EQ(*stored(), first.session());
+    ASSERT_TRUE(waitUntil([&] { return stored() == second.session(); }));
+
+    QEvent activate(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(&drawnFirst, &activate); // the first comes to the front…
+    ASSERT_TRUE(waitUntil([&] { return stored() == first.session(); })) << "…and its session is kept a while later";
+    second.newTab(tree.path("A")); // a window behind changes: the front one's session stays
+    EXPECT_FALSE(waitUntil([&] { return stored() == second.session(); }, 500));
+
+    QHideEvent closed;
+    QCoreApplication::sendEvent(&drawnFirst, &closed); // the front window closes: the next one is kept
+    EXPECT_EQ(stored(), second.session());
+    QCoreApplication::sendEvent(&drawnSecond, &closed);
+    EXPECT_EQ(stored(), window->session()) << "the fixture's window is the one left standing";
+    delete std::exchange(keeper, nullptr);
+    window->newTab(tree.path("A"));
+    QCoreApplication::sendEvent(&drawnSecond, &closed); // a window gone already changes nothing
+    EXPECT_NE(stored(), window->session());
 }
