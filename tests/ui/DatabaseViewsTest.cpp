@@ -51,6 +51,11 @@ struct DatabaseViewsTest : test::NotesWindowTest {
         services().properties = nullptr;
     }
     PaneDatabaseViews* views() { return PaneDatabaseViews::of(widget()); }
+    void select(const FilePath& item)
+    {
+        ASSERT_TRUE(waitUntil([&] { return pane()->row(item) >= 0; }));
+        pane()->click(item, Qt::NoModifier);
+    }
     void settle()
     {
         ASSERT_TRUE(waitUntil([&] { return FileOperations::shared().isIdle() && store.isSettled() && views()->isSettled(); }, 30000));
@@ -87,6 +92,30 @@ TEST_F(DatabaseViewsTest, BoardMovesACardByKeyAsOneUndoStep)
     actions::leaveDatabaseLayout(*state);
     ASSERT_TRUE(waitUntil([&] { return !views()->shownLayout().has_value(); }));
     EXPECT_FALSE(board->isVisible());
+}
+
+TEST_F(DatabaseViewsTest, BoardAndGalleryHighlightThePanesSelection)
+{
+    select(beta);
+    actions::chooseDatabaseLayout(*state, "board");
+    ASSERT_TRUE(waitUntil([&] { return views()->shownLayout() == QString("board"); }));
+    BoardWidget* board = views()->board();
+    ASSERT_TRUE(waitUntil([&] { return board->board().lanes.size() == 4; }));
+    EXPECT_EQ(board->currentItem(), beta);
+    EXPECT_EQ(board->currentLane(), 3); // "done"
+    EXPECT_EQ(pane()->selection(), QSet<FilePath>{beta});
+    // A selection made elsewhere (a command, the pane's keys) moves the board's card too.
+    pane()->click(alpha, Qt::NoModifier);
+    EXPECT_EQ(board->currentItem(), alpha);
+
+    select(beta);
+    actions::chooseDatabaseLayout(*state, "gallery");
+    ASSERT_TRUE(waitUntil([&] { return views()->shownLayout() == QString("gallery"); }));
+    settle();
+    EXPECT_EQ(views()->gallery()->currentItem(), beta);
+    pane()->click(alpha, Qt::NoModifier);
+    EXPECT_EQ(views()->gallery()->currentItem(), alpha);
+    EXPECT_EQ(pane()->selection(), QSet<FilePath>{alpha});
 }
 
 TEST_F(DatabaseViewsTest, BoardWithoutAGroupOffersTheChoices)

@@ -92,7 +92,29 @@ std::pair<int, int> BoardWidget::hit(QPoint point) const
     return {-1, -1};
 }
 
+void BoardWidget::showCurrentItem(const FilePath& item)
+{
+    if (currentItem() == item)
+        return;
+    for (int step = 0; step < m_board.lanes.size(); ++step) {
+        const int lane = (m_lane + step) % int(m_board.lanes.size()); // its own lane first
+        const QList<int>& cards = m_board.lanes.at(lane).cards;
+        for (int position = 0; position < cards.size(); ++position)
+            if (m_items.at(cards.at(position)).url == item)
+                return placeCursor(lane, position);
+    }
+}
+
 void BoardWidget::moveCursorTo(int lane, int position)
+{
+    if (m_board.lanes.isEmpty())
+        return;
+    placeCursor(lane, position);
+    if (const auto item = currentItem())
+        Q_EMIT currentChanged(*item);
+}
+
+void BoardWidget::placeCursor(int lane, int position)
 {
     if (m_board.lanes.isEmpty())
         return;
@@ -103,8 +125,6 @@ void BoardWidget::moveCursorTo(int lane, int position)
         const QRect target = count == 0 ? laneRect(m_lane).adjusted(0, 0, 0, -laneRect(m_lane).height() + 80) : cardRect(m_lane, m_position);
         area->ensureVisible(target.center().x(), target.center().y(), target.width() / 2 + kGap, target.height() / 2 + kGap);
     }
-    if (const auto item = currentItem())
-        Q_EMIT currentChanged(*item);
     update();
 }
 

@@ -23,6 +23,9 @@ public:
     // The lane the keyboard is in (for a new card), or -1.
     int currentLane() const { return m_board.lanes.isEmpty() ? -1 : m_lane; }
     std::optional<FilePath> currentItem() const;
+    // Puts the keyboard on `item`'s card (in its lane when it shows in several), without
+    // currentChanged: the pane's selection, made elsewhere, shown here. No card: nothing moves.
+    void showCurrentItem(const FilePath& item);
     // Moves the keyboard's card to the lane `by` lanes away (what Ctrl+Shift+Left/Right do).
     void moveCurrentCard(int by);
 
@@ -55,6 +58,8 @@ private:
     // The lane and card position at a point (position -1: the lane's free space).
     std::pair<int, int> hit(QPoint point) const;
     void moveCursorTo(int lane, int position);
+    // Puts the keyboard's card there and in sight; moveCursorTo() also announces it.
+    void placeCursor(int lane, int position);
     // The rows offered when the board can't be drawn: "Make “status” a select" first when it can
     // be, then the keys to group by; where each is drawn; what choosing one does.
     QStringList choiceRows() const;

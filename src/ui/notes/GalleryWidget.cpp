@@ -96,16 +96,28 @@ void GalleryWidget::paintEvent(QPaintEvent* event)
     }
 }
 
+void GalleryWidget::showCurrentItem(const FilePath& item)
+{
+    for (int i = 0; i < m_items.size(); ++i)
+        if (m_items.at(i).url == item && i != m_cursor)
+            return placeCursor(i);
+}
+
 void GalleryWidget::moveCursorTo(int index)
 {
     if (index < 0 || index >= m_items.size())
         return;
+    placeCursor(index);
+    Q_EMIT currentChanged(m_items.at(index).url);
+}
+
+void GalleryWidget::placeCursor(int index)
+{
     m_cursor = index;
     if (auto* area = qobject_cast<QScrollArea*>(parentWidget() ? parentWidget()->parentWidget() : nullptr)) {
         const QRect card = m_layout.cardRect(index);
         area->ensureVisible(card.center().x(), card.center().y(), card.width() / 2, card.height() / 2 + m_layout.spacing);
     }
-    Q_EMIT currentChanged(m_items.at(index).url);
     update();
 }
 

@@ -21,6 +21,9 @@ public:
     // `covers`: each item's cover, where it has one.
     void setItems(FileItems items, DatabaseColumns database, QHash<FilePath, FilePath> covers);
     std::optional<FilePath> currentItem() const;
+    // Puts the keyboard on `item`'s card without currentChanged: the pane's selection, made
+    // elsewhere, shown here. No card: nothing moves.
+    void showCurrentItem(const FilePath& item);
     const GalleryView& layout() const { return m_layout; }
     int currentIndex() const { return m_cursor; }
 
@@ -38,6 +41,8 @@ protected:
 
 private:
     void moveCursorTo(int index);
+    // Puts the keyboard's card there and in sight; moveCursorTo() also announces it.
+    void placeCursor(int index);
     void updateHeight();
 
     FileItems m_items;

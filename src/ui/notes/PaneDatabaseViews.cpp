@@ -103,6 +103,7 @@ PaneDatabaseViews::PaneDatabaseViews(PaneWidget* widget, FileProperties* store, 
     connect(pane, &PaneState::itemsChanged, this, &PaneDatabaseViews::refresh);
     connect(pane, &PaneState::loadingChanged, this, &PaneDatabaseViews::refresh);
     connect(pane, &PaneState::viewModeChanged, this, &PaneDatabaseViews::refresh);
+    connect(pane, &PaneState::selectionChanged, this, &PaneDatabaseViews::followPane);
     connect(store, &FileProperties::columnsChanged, this, [this](const FilePath& folder) {
         if (m_widget && folder == m_widget->pane()->url())
             refresh();
@@ -218,6 +219,20 @@ void PaneDatabaseViews::rebuild()
         m_gallery->setItems(items, std::move(database), {});
         findCovers();
     }
+    followPane();
+}
+
+void PaneDatabaseViews::followPane()
+{
+    if (!m_widget || !m_shown)
+        return;
+    const std::optional<FilePath>& cursor = m_widget->pane()->cursor();
+    if (!cursor)
+        return;
+    if (*m_shown == QLatin1String("board"))
+        m_board->showCurrentItem(*cursor);
+    else if (*m_shown == QLatin1String("gallery"))
+        m_gallery->showCurrentItem(*cursor);
 }
 
 void PaneDatabaseViews::findCovers()
@@ -237,9 +252,11 @@ void PaneDatabaseViews::findCovers()
         if (!m_coversLoad.isCurrent(ticket))
             return;
         m_coversLoad.finish(ticket);
-        if (m_widget && m_store && m_shown == QLatin1String("gallery"))
+        if (m_widget && m_store && m_shown == QLatin1String("gallery")) {
             m_gallery->setItems(m_widget->pane()->items(),
                                 DatabaseColumns::of(*m_store, m_widget->pane()->url(), m_widget->pane()->unsortedItems()), std::move(covers));
+            followPane();
+        }
     });
 }
 

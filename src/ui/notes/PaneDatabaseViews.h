@@ -2,11 +2,13 @@
 // The database views of one pane: when the shown folder's layout (kept per folder, chosen by the
 // View as Board/Calendar/Gallery and View Tasks commands) is "board", "calendar", "gallery" or
 // "tasks", the pane shows that view in place of its file views, over the same arranged items
-// (the folder's filters and property sort apply). The views only draw and forward input; what
-// they change goes through the property store and the file operations engine as one undo step
-// on the window's stack: a card moved to another lane or an item to another day sets that
-// property, Space in the Tasks view toggles the task in its note. A note made while a view is
-// shown (New Note) asks for its title and starts with the lane's option or the day's date.
+// (the folder's filters and property sort apply). A view's keyboard card is the pane's cursor,
+// both ways: a view opens on the selection, and a selection made elsewhere moves the card. The
+// views only draw and forward input; what they change goes through the property store and the
+// file operations engine as one undo step on the window's stack: a card moved to another lane
+// or an item to another day sets that property, Space in the Tasks view toggles the task in its
+// note. A note made while a view is shown (New Note) asks for its title and starts with the
+// lane's option or the day's date.
 // Owned by the pane widget.
 
 #include "async/Background.h"
@@ -55,6 +57,8 @@ public:
 private:
     void refresh();
     void rebuild();
+    // The shown view's keyboard card goes to the pane's cursor: the view shows the selection.
+    void followPane();
     void readTasks();
     void findCovers();
     void open(const FilePath& item);
