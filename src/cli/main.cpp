@@ -57,8 +57,16 @@ void printOverview()
     out() << "usage: orwick-cli COMMAND [ARGUMENTS]\n"
              "       orwick-cli COMMAND --help      what one command takes\n"
              "       orwick-cli --version\n\n";
-    for (const CliCommand& command : commands())
-        out() << "  " << command.usage.leftJustified(40) << command.summary << "\n";
+    // Summaries in one column; a usage too long for it has its summary on the next line.
+    constexpr int kUsageColumn = 40, kGap = 2;
+    for (const CliCommand& command : commands()) {
+        out() << "  " << command.usage;
+        if (command.usage.size() + kGap <= kUsageColumn)
+            out() << QString(kUsageColumn - command.usage.size(), QLatin1Char(' '));
+        else
+            out() << "\n" << QString(2 + kUsageColumn, QLatin1Char(' '));
+        out() << command.summary << "\n";
+    }
     out().flush();
 }
 

@@ -55,6 +55,37 @@ TEST(CliHelpTest, EveryCommandAnswersHelpWithItsUsageAndTouchesNothing)
     EXPECT_EQ(runCli({"help", "nosuch"}).status, 2);
 }
 
+TEST(CliHelpTest, TheOverviewKeepsEachSummaryApartFromItsUsage)
+{
+    const QByteArray overview = runCli({"help"}).out;
+    const QList<QByteArray> names = listedCommands();
+    ASSERT_GE(names.size(), 10);
+    int summaryColumn = -1;
+    for (const QByteArray& name : names) {
+        // `help NAME` starts with "usage: orwick-cli USAGE" and the summary on the next line.
+        const QList<QByteArray> help = runCli({"help", name}).outLines();
+        ASSERT_GE(help.size(), 2) << name.toStdString();
+        const QByteArray usage = help[0].mid(QByteArray("usage: orwick-cli ").size());
+        const QByteArray summary = help[1];
+        const qsizetype at = overview.indexOf("\n  " + usage);
+        ASSERT_GE(at, 0) << name.toStdString();
+        const qsizetype after = at + 3 + usage.size();
+        const qsizetype summaryAt = overview.indexOf(summary, after);
+        ASSERT_GE(summaryAt, 0) << name.toStdString();
+        // Between them: two spaces or more on the same line, or a line break and an indent.
+        const QByteArray gap = overview.mid(after, summaryAt - after);
+        EXPECT_TRUE(gap.trimmed().isEmpty()) << name.toStdString() << ": " << gap.toStdString();
+        EXPECT_GE(gap.size(), 2) << name.toStdString() << ": " << usage.toStdString() << "|" << summary.toStdString();
+        EXPECT_LE(gap.count('\n'), 1) << name.toStdString();
+        // Every summary starts in the same column (counted in characters: usages hold "…").
+        const qsizetype lineStart = overview.lastIndexOf('\n', summaryAt) + 1;
+        const int column = int(QString::fromUtf8(overview.mid(lineStart, summaryAt - lineStart)).size());
+        if (summaryColumn < 0)
+            summaryColumn = column;
+        EXPECT_EQ(column, summaryColumn) << name.toStdString();
+    }
+}
+
 TEST(CliHelpTest, AnOptionACommandDoesNotTakeIsNamed)
 {
     TempTree tree;
