@@ -27,6 +27,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QUndoStack>
 #include <gtest/gtest.h>
 
@@ -485,6 +486,36 @@ TEST_F(PropertyTableTest, ADoubleClickOnAPropertyCellEditsItInPlace)
     auto* editor = view()->viewport()->findChild<QDateEdit*>();
     ASSERT_NE(editor, nullptr);
     EXPECT_TRUE(editor->isVisible());
+}
+
+TEST_F(PropertyTableTest, AClickOnAVisibleCellNeverScrollsAndADoubleClickEditsThatCell)
+{
+    window->resize(700, 600);
+    QApplication::processEvents();
+    // The cursor's cell on alpha's status; then the table scrolled all the way right.
+    pane()->click(alpha, Qt::NoModifier);
+    view()->selectionModel()->setCurrentIndex(cell(alpha, "status"), QItemSelectionModel::NoUpdate);
+    QScrollBar* across = view()->horizontalScrollBar();
+    ASSERT_GT(across->maximum(), 0) << "the table must be wider than the pane";
+    across->setValue(across->maximum());
+    QApplication::processEvents();
+    const int scrolled = across->value();
+    const QRect due = view()->visualRect(cell(gamma, "due"));
+    ASSERT_TRUE(view()->viewport()->rect().contains(due)) << "gamma's due cell in sight";
+
+    click(due.center());
+    QApplication::processEvents();
+    EXPECT_EQ(across->value(), scrolled);
+    EXPECT_EQ(view()->currentIndex(), cell(gamma, "due"));
+    EXPECT_EQ(pane()->cursor(), gamma);
+
+    click(due.center(), /*twice=*/true);
+    QApplication::processEvents();
+    EXPECT_EQ(across->value(), scrolled);
+    auto* editor = view()->viewport()->findChild<QDateEdit*>();
+    ASSERT_NE(editor, nullptr);
+    EXPECT_TRUE(editor->isVisible());
+    EXPECT_TRUE(view()->visualRect(cell(gamma, "due")).contains(editor->geometry().center()));
 }
 
 TEST_F(PropertyTableTest, OptionsAndTypesComeFromTheWholeFolderNotTheFilteredRows)

@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QStyle>
 
 namespace orwick {
@@ -128,10 +129,18 @@ void FileTableView::mousePressEvent(QMouseEvent* event)
         event->accept();
         return;
     }
+    // The clicked cell becomes the current one, so that the keys act on its column: its column
+    // is the cursor's before the pane moves the cursor, so the row's cell is put there at once
+    // rather than in the old column (whose bringing into view shifted the table sideways).
+    // The cell is where the user pointed: the table doesn't move under the mouse.
+    const int across = horizontalScrollBar()->value();
+    const bool toCell = index.isValid() && event->button() == Qt::LeftButton;
+    if (toCell)
+        m_column = index.column();
     FileListView::mousePressEvent(event);
-    // The clicked cell becomes the current one, so that the keys act on its column.
-    if (index.isValid() && event->button() == Qt::LeftButton)
+    if (toCell)
         selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    horizontalScrollBar()->setValue(across);
 }
 
 void FileTableView::mouseDoubleClickEvent(QMouseEvent* event)
