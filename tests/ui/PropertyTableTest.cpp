@@ -438,6 +438,32 @@ TEST_F(PropertyTableTest, SortingByAPropertyPutsNotesWithoutItLastBothWays)
     EXPECT_EQ(header->sortIndicatorSection(), int(FileListModel::NameColumn));
 }
 
+TEST_F(PropertyTableTest, TheListShowsNoSortArrowWhileAPropertySortsTheRows)
+{
+    ASSERT_TRUE(store->set("due", PropertyValue::ofText("2024-01-02"), {gamma}, state->undoStack()));
+    settle();
+    Q_EMIT view()->header()->sectionClicked(columnOf("due"));
+    ASSERT_TRUE(waitUntil([&] { return names() == QStringList{"gamma.md", "alpha.md", "beta.md"}; })) << names().join(' ').toStdString();
+
+    pane()->chooseViewMode(ViewMode::list);
+    QApplication::processEvents();
+    QHeaderView* listHeader = window->activePaneWidget()->listView()->header();
+    EXPECT_EQ(names(), (QStringList{"gamma.md", "alpha.md", "beta.md"}));
+    EXPECT_EQ(listHeader->sortIndicatorSection(), -1) << "Name isn't what the rows are sorted by";
+    // Typing in the filter keeps the sort and its arrows.
+    pane()->setFiltering(true);
+    pane()->setFilter("a");
+    QApplication::processEvents();
+    EXPECT_EQ(listHeader->sortIndicatorSection(), -1);
+    EXPECT_EQ(view()->header()->sortIndicatorSection(), columnOf("due"));
+    pane()->setFiltering(false);
+    // Choosing the list's own sort ends the property's, and the arrow shows it.
+    Q_EMIT listHeader->sectionClicked(FileListModel::ModifiedColumn);
+    EXPECT_FALSE(decoration()->propertySort().has_value());
+    EXPECT_EQ(listHeader->sortIndicatorSection(), int(FileListModel::ModifiedColumn));
+    EXPECT_EQ(view()->header()->sortIndicatorSection(), int(FileListModel::ModifiedColumn));
+}
+
 TEST_F(PropertyTableTest, TheSortFollowsARenamedPropertyThroughUndoAndRedo)
 {
     ASSERT_TRUE(store->set("due", PropertyValue::ofText("2024-01-02"), {gamma}, state->undoStack()));

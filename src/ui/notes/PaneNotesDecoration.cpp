@@ -62,6 +62,8 @@ PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* sto
     connect(pane, &PaneState::locationChanged, this, &PaneNotesDecoration::locationChanged);
     connect(pane, &PaneState::loadingChanged, this, &PaneNotesDecoration::loadingChanged);
     connect(pane, &PaneState::viewModeChanged, this, &PaneNotesDecoration::updateChips);
+    m_paneSort = {pane->sortKey(), pane->sortAscending(), pane->groupByDate()};
+    connect(pane, &PaneState::arrangementOptionsChanged, this, &PaneNotesDecoration::paneSortChosen);
     QHeaderView* header = widget->tableView()->header();
     connect(header, &QHeaderView::sectionClicked, this, &PaneNotesDecoration::headerClicked);
     header->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -121,6 +123,7 @@ void PaneNotesDecoration::locationChanged()
         m_store->cancelLoad(m_folder);
     m_folder = folder;
     m_sortKey.reset();
+    showSort();
     m_columns->setFolder(m_folder);
     m_header->setFolder(m_folder);
     updateChips();
@@ -170,33 +173,57 @@ void PaneNotesDecoration::followSortColumn()
             m_sortKey = *renamed;
             m_widget->pane()->propertiesChanged();
         }
-    QHeaderView* header = m_widget->tableView()->header();
     for (int column = m_columns->firstPropertyColumn(); column < m_columns->columnCount(); ++column)
-        if (m_columns->propertyColumn(column)->key == *m_sortKey) {
-            header->setSortIndicator(column, m_sortAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
-            return;
-        }
+        if (m_columns->propertyColumn(column)->key == *m_sortKey)
+            return showSort();
     // The column went (hidden, deleted): back to the pane's own sort.
     m_sortKey.reset();
-    PaneState* pane = m_widget->pane();
-    header->setSortIndicator(FileListModel::columnFor(pane->sortKey()), pane->sortAscending() ? Qt::AscendingOrder : Qt::DescendingOrder);
-    pane->propertiesChanged();
+    showSort();
+    m_widget->pane()->propertiesChanged();
+}
+
+void PaneNotesDecoration::showSort()
+{
+    if (!m_widget)
+        return;
+    const Qt::SortOrder order = m_sortAscending ? Qt::AscendingOrder : Qt::DescendingOrder;
+    std::optional<int> column;
+    if (m_sortKey) {
+        column = -1;
+        for (int c = m_columns->firstPropertyColumn(); c < m_columns->columnCount(); ++c)
+            if (m_columns->propertyColumn(c)->key == *m_sortKey)
+                column = c;
+    }
+    m_widget->tableView()->setOutsideSort(column, order);
+    m_widget->listView()->setOutsideSort(m_sortKey ? std::optional(-1) : std::nullopt, order);
+}
+
+void PaneNotesDecoration::paneSortChosen()
+{
+    if (!m_widget)
+        return;
+    const PaneState* pane = m_widget->pane();
+    const std::tuple now{pane->sortKey(), pane->sortAscending(), pane->groupByDate()};
+    if (std::exchange(m_paneSort, now) == now || !m_sortKey)
+        return;
+    m_sortKey.reset(); // the pane arranges its rows again right after saying so
+    showSort();
 }
 
 void PaneNotesDecoration::headerClicked(int column)
 {
     const PropertyColumn* property = m_columns->propertyColumn(column);
-    QHeaderView* header = m_widget->tableView()->header();
     if (!property) {
         if (m_sortKey) {
             m_sortKey.reset();
+            showSort();
             m_widget->pane()->propertiesChanged();
         }
         return;
     }
     m_sortAscending = m_sortKey == property->key ? !m_sortAscending : true;
     m_sortKey = property->key;
-    header->setSortIndicator(column, m_sortAscending ? Qt::AscendingOrder : Qt::DescendingOrder);
+    showSort();
     m_widget->pane()->propertiesChanged();
 }
 

@@ -2,7 +2,8 @@
 // Notes in one pane: the table view shows the folder's property columns (typed cells, edited in
 // place, each edit one step on the window's undo stack), the filter chips sit above the views,
 // and the folder's filters and a property sort chosen from the table's header reach the pane's
-// arrangement. The header's menu shows, hides, renames and deletes properties and edits their
+// arrangement; while a property sorts the rows, the list's header shows no arrow and choosing
+// the pane's own sort ends it. The header's menu shows, hides, renames and deletes properties and edits their
 // options; the header's sections keep the folder's column order and widths (see
 // PropertyHeaderLayout). Properties load for the shown folder in the background after each
 // listing (a newer load or leaving the folder cancels the older); the rows show first and are
@@ -16,6 +17,7 @@
 #include <QPointer>
 #include <functional>
 #include <optional>
+#include <tuple>
 
 class QPoint;
 #include <QUndoStack>
@@ -60,6 +62,10 @@ private:
     // property (its name replaced in place among the shown columns, by a rename or by undoing
     // one) keeps the sort under its new name.
     void followSortColumn();
+    // The views' sort arrows: on the sorted property's column in the table, on none in the list.
+    void showSort();
+    // The pane's own sort chosen (a header click, a Sort By command) ends the property sort.
+    void paneSortChosen();
     void updateChips();
 
     QPointer<PaneWidget> m_widget;
@@ -73,6 +79,7 @@ private:
     std::optional<QString> m_sortKey;
     QStringList m_shownKeys; // the shown columns the sort was last checked against
     bool m_sortAscending = true;
+    std::tuple<SortKey, bool, bool> m_paneSort; // the pane's key, direction and date groups
 };
 
 } // namespace orwick

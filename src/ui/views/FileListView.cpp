@@ -46,13 +46,9 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
     head->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 
     PaneState* pane = model->pane();
-    auto showSortIndicator = [this, pane] {
-        header()->setSortIndicator(FileListModel::columnFor(pane->sortKey()),
-                                   pane->sortAscending() ? Qt::AscendingOrder : Qt::DescendingOrder);
-    };
     showSortIndicator();
-    connect(pane, &PaneState::arrangementOptionsChanged, this, showSortIndicator);
-    connect(head, &QHeaderView::sectionClicked, this, [pane, showSortIndicator](int column) {
+    connect(pane, &PaneState::arrangementOptionsChanged, this, &FileListView::showSortIndicator);
+    connect(head, &QHeaderView::sectionClicked, this, [this, pane](int column) {
         if (const auto key = FileListModel::sortKeyFor(column))
             pane->sort(*key);
         showSortIndicator();
@@ -63,6 +59,23 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
     connect(pane, &PaneState::arrangementOptionsChanged, this, followGrouping);
     connect(pane, &PaneState::selectionChanged, this, &FileListView::followSelection);
     connect(pane, &PaneState::itemsChanged, this, &FileListView::followSelection);
+}
+
+void FileListView::showSortIndicator()
+{
+    const PaneState* pane = m_model->pane();
+    if (m_outsideSortColumn)
+        header()->setSortIndicator(*m_outsideSortColumn, m_outsideSortOrder);
+    else
+        header()->setSortIndicator(FileListModel::columnFor(pane->sortKey()),
+                                   pane->sortAscending() ? Qt::AscendingOrder : Qt::DescendingOrder);
+}
+
+void FileListView::setOutsideSort(std::optional<int> column, Qt::SortOrder order)
+{
+    m_outsideSortColumn = column;
+    m_outsideSortOrder = order;
+    showSortIndicator();
 }
 
 void FileListView::followSelection()

@@ -25,6 +25,10 @@ public:
     // Keeps Date Modified, Size or Kind out of sight whatever the room (a notes table whose folder
     // hides it), or lets it show again when there is room.
     void leaveOut(int column, bool leftOut);
+    // The header's arrow shows the pane's sort key, unless the rows are sorted by something the
+    // key doesn't name (a property the notes table sorts by): then it is on `column`, or on no
+    // column (-1) in a view that doesn't show that property. Nothing: back to the pane's key.
+    void setOutsideSort(std::optional<int> column, Qt::SortOrder order = Qt::AscendingOrder);
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -38,12 +42,15 @@ protected:
 
 private:
     void fitColumns();
+    void showSortIndicator();
 
     FileListModel* m_model;
     bool m_fitting = false;
     bool m_userSized = false;
     QSet<int> m_leftOut; // see leaveOut()
     bool m_vimPendingG = false;
+    std::optional<int> m_outsideSortColumn; // see setOutsideSort()
+    Qt::SortOrder m_outsideSortOrder = Qt::AscendingOrder;
 };
 
 } // namespace orwick
