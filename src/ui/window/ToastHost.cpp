@@ -28,7 +28,6 @@ ToastHost::ToastHost(QWidget* window) : QWidget(window)
     layout->setContentsMargins(16, 8, 10, 8);
     layout->setSpacing(12);
     m_label = new QLabel(this);
-    m_label->setWordWrap(true);
     layout->addWidget(m_label, 1);
     for (int i = 0; i < kMostActions; ++i) {
         auto* button = new QPushButton(this);
@@ -105,8 +104,15 @@ void ToastHost::place()
     const int widest = std::min(kWidestMessage, window->width() - 2 * kWindowMargin);
     const QMargins margins = layout()->contentsMargins();
     const int labelWidth = std::max(80, widest - buttons - margins.left() - margins.right());
-    m_label->setMaximumWidth(labelWidth);
-    m_label->setMinimumWidth(std::min(labelWidth, m_label->fontMetrics().horizontalAdvance(m_label->text())));
+    // A message that fits stays on one line as wide as its text; only a longer one wraps. (A
+    // wrapping label sized from a measured advance can still break the last word: the advance
+    // is rounded, the label's layout isn't.)
+    m_label->setWordWrap(false);
+    m_label->setMinimumWidth(0);
+    m_label->setMaximumWidth(QWIDGETSIZE_MAX);
+    const int oneLine = m_label->sizeHint().width();
+    m_label->setWordWrap(oneLine > labelWidth);
+    m_label->setFixedWidth(std::min(oneLine, labelWidth));
     layout()->invalidate();
     QSize size = sizeHint();
     if (layout()->hasHeightForWidth())
