@@ -29,6 +29,9 @@ struct CliCommand {
     // Options whose work needs orwick-cli-full's libraries: given one, the light orwick-cli hands
     // the command line on (see HandOn.h) instead of running the command.
     QList<QByteArray> fullProgramOptions = {};
+    // The command's first argument that isn't one of its options is a query, taken as written
+    // even when it begins with "-": `grep -dash` searches for "-dash" without needing "--".
+    bool queryMayBeginWithDash = false;
 };
 
 void registerCommand(CliCommand command);

@@ -58,7 +58,9 @@ const CliRegistration registration({QStringLiteral("grep"), QStringLiteral("grep
                                      QStringLiteral("lines of files that hold QUERY (Find in Files)"), grep,
                                      QStringLiteral("Searches with ripgrep (rg) when it is on PATH, else git grep inside a\n"
                                                     "repository, else grep. The query is literal text unless --regex is\n"
-                                                    "given, and matched ignoring case unless --case is given.")});
+                                                    "given, and matched ignoring case unless --case is given. A query may\n"
+                                                    "begin with \"-\": the first argument that isn't --regex or --case is it."),
+                                     {}, true});
 
 } // namespace
 } // namespace orwick::cli

@@ -94,6 +94,7 @@ QSet<QByteArray> documentedOptions(const CliCommand& command)
 int runChecked(const CliCommand& command, Arguments arguments)
 {
     const QSet<QByteArray> known = documentedOptions(command);
+    bool queryTaken = !command.queryMayBeginWithDash;
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         const QByteArray& argument = arguments[i];
         if (argument == "--") {
@@ -104,7 +105,13 @@ int runChecked(const CliCommand& command, Arguments arguments)
             printHelp(command);
             return 0;
         }
-        if (argument.size() > 1 && argument.startsWith('-') && !known.contains(argument))
+        if (known.contains(argument))
+            continue;
+        if (!queryTaken) {
+            queryTaken = true; // this is the query, however it begins
+            continue;
+        }
+        if (argument.size() > 1 && argument.startsWith('-'))
             return usageError(QStringLiteral("%1 has no option “%2”; see orwick-cli %1 --help")
                                   .arg(command.name, argumentText(argument)));
     }

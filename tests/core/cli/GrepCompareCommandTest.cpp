@@ -32,6 +32,27 @@ TEST(GrepCommand, PrintsFileLineAndTextAsBytesWithItsOptionsAndExitStatus)
     EXPECT_EQ(runCli({"grep", "a", tree.path("missing").native()}).status, 2);
 }
 
+TEST(GrepCommand, AQueryBeginningWithADashIsTheQueryAndOtherDashesAreStillOptions)
+{
+    TempTree tree;
+    tree.file("flags.txt", "run with -dash here\nrun with -DASH there\n");
+    tree.file("plain.txt", "dash\n");
+    const QList<QByteArray> both = {"flags.txt:1:run with -dash here", "flags.txt:2:run with -DASH there"};
+    const CliRun run = runCli({"grep", "-dash", tree.root().native()});
+    EXPECT_EQ(run.status, 0) << run.err.constData();
+    EXPECT_EQ(run.outLines(), both);
+    // After an option, with "--", and with an option after it.
+    EXPECT_EQ(runCli({"grep", "--case", "-dash", tree.root().native()}).outLines(), QList<QByteArray>{both[0]});
+    EXPECT_EQ(runCli({"grep", "--", "-dash", tree.root().native()}).outLines(), both);
+    EXPECT_EQ(runCli({"grep", "-dash", tree.root().native(), "--case"}).outLines(), QList<QByteArray>{both[0]});
+    // Once the query is given, an unknown option is still refused, and --help still answers.
+    const CliRun refused = runCli({"grep", "dash", tree.root().native(), "-x"});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_EQ(refused.errLines(), QList<QByteArray>{"orwick-cli: grep has no option “-x”; see orwick-cli grep --help"});
+    EXPECT_EQ(runCli({"grep", "-dash", "--help"}).status, 0);
+    EXPECT_EQ(runCli({"grep", "--regex"}).status, 2) << "an option alone is no query";
+}
+
 TEST(CompareCommand, OneLinePerDifferenceThenTheSummary)
 {
     TempTree tree;
