@@ -18,9 +18,9 @@ for i in $(seq 1 20); do
   mkdir -p "$work/dirs/d$i"
   ( cd "$work/dirs/d$i" && seq -f 'file%04g.txt' 1 2000 | xargs touch )
 done
-# Two homes with the same settings file, which holds the session: a start with DIR doesn't restore
-# it but reads its settings like any user's start (before 2026-11-24 the single start had no
-# settings file at all, so the restore was also timed reading one and the single start wasn't).
+# Two homes with a settings file: the restoring one holds the session, the single one the same
+# file without it (a start with DIR reopens a stored session too, and shows DIR in it), so both
+# starts read a settings file like any user's.
 for home in restoring single; do
   mkdir -p "$work/$home/.config/Orwick" "$work/$home/.local/share"
 done
@@ -33,6 +33,7 @@ print("[General]")
 print('session="@ByteArray(' + value.replace("\\", "\\\\").replace('"', '\\"') + ')"')
 PY
 cp "$work/restoring/.config/Orwick/Orwick.conf" "$work/session.conf"
+grep -v '^session=' "$work/session.conf" >"$work/plain.conf"
 
 cat >"$work/inside.sh" <<'INSIDE'
 set -euo pipefail
@@ -50,7 +51,7 @@ one() {
     cp "$work/session.conf" "$work/restoring/.config/Orwick/Orwick.conf" # the last run saved over it
     echo "restore $(start "$work/restoring")"
   else
-    cp "$work/session.conf" "$work/single/.config/Orwick/Orwick.conf" # the same settings, not restored
+    cp "$work/plain.conf" "$work/single/.config/Orwick/Orwick.conf" # no session: the last run saved one
     echo "single $(start "$work/single" "$work/dirs/d1")"
   fi
 }
@@ -73,7 +74,7 @@ for line in open(sys.argv[1]):
         sys.exit(f"a {kind} start showed no rows of its 2,000-file folder: {line.strip()}")
     times[kind].append(int(values[0]))
 mean, med = statistics.mean, statistics.median
-for kind, label in (("restore", "restore 10 tabs × 2 panes"), ("single", "`orwick DIR`, not restoring")):
+for kind, label in (("restore", "restore 10 tabs × 2 panes"), ("single", "`orwick DIR`, no session")):
     t = times[kind]
     print(f"{label:28} to first rows: mean {mean(t):.1f} ms, median {med(t):.1f} ms  (min {min(t)}, max {max(t)}, {len(t)} runs)")
 r, s = times["restore"], times["single"]

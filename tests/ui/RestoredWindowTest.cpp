@@ -2,9 +2,14 @@
 // other pane's widget right after, showing everything that pane's state holds (folder, cursor,
 // view, history) and keeping the divider where it stood; a tab not shown at the start shows its
 // panes, their folders and its active pane once it is selected, and is named in the tab bar
-// before its panes are made, in a bar shown at its full height.
+// before its panes are made, in a bar shown at its full height; a start that opens a folder
+// reopens the session with the folder in its active pane.
 
 #include "WindowFixture.h"
+#include "app/OpenRouter.h"
+#include "app/SessionKeeper.h"
+#include "app/Settings.h"
+#include "ui/window/Windows.h"
 #include "ui/views/FileGridView.h"
 #include "ui/views/FileTableView.h"
 #include "platform/XdgPaths.h"
@@ -161,4 +166,28 @@ TEST_F(RestoredWindowTest, TheTabBarNamesTabsWhosePanesAreNotMadeYet)
     EXPECT_EQ(state->activePane()->url(), tree.path("D"));
     EXPECT_EQ(widgetOf(state->activePane()), window->activePaneWidget());
     EXPECT_TRUE(state->tabs()[1]->madePanes().isEmpty());
+}
+
+TEST_F(RestoredWindowTest, AStartThatOpensAFolderReopensTheSessionWithTheFolderInItsActivePane)
+{
+    Session session;
+    session.tabs = {Session::Tab::ofGrid({{tree.path("A")}, {tree.path("B")}}, 1), Session::Tab::ofGrid({{tree.path("C")}}, 0)};
+    openSettings()->setValue(QLatin1StringView(Session::kSettingsKey), session.encoded());
+    Session::beginRun();
+    Windows windows(&preferences);
+    windows.setPrepare([](WindowState& state) { SessionKeeper::restore(&state); });
+    OpenRouter router;
+    windows.serve(router);
+
+    MainWindow* opened = windows.open(OpenRequests{{tree.path("D"), false}});
+    WindowState* restored = opened->state();
+    ASSERT_EQ(restored->tabs().size(), 2);
+    PaneState* active = restored->activePane();
+    EXPECT_EQ(active, restored->selectedTab()->panes()[1]) << "the session's active pane";
+    EXPECT_EQ(active->url(), tree.path("D"));
+    EXPECT_EQ(active->backStack(), QList<FilePath>{tree.path("B")}) << "Back goes to where the session left it";
+    EXPECT_EQ(restored->selectedTab()->panes()[0]->url(), tree.path("A"));
+    EXPECT_TRUE(restored->tabs()[1]->madePanes().isEmpty()) << "the other tab waits to be shown";
+    ASSERT_TRUE(waitUntil([&] { return loaded(active); }));
+    openSettings()->remove(QLatin1StringView(Session::kSettingsKey));
 }
