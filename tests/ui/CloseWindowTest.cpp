@@ -1,5 +1,5 @@
-// Closing a window: with one tab it closes at once; with several it asks first, and Cancel keeps
-// it open with its tabs.
+// Closing a window (its close button, or Ctrl+Shift+W): with one tab it closes at once; with
+// several it asks first, and Cancel keeps it open with its tabs.
 
 #include "WindowFixture.h"
 
@@ -29,6 +29,15 @@ TEST_F(CloseWindowTest, OneTabClosesAtOnce)
     EXPECT_TRUE(window->close());
     EXPECT_FALSE(window->isVisible());
     EXPECT_EQ(question(), nullptr);
+}
+
+TEST_F(CloseWindowTest, CtrlShiftWClosesTheWindowAskingWhenItHasSeveralTabs)
+{
+    open(tree.root());
+    state->newTab();
+    press(Qt::Key_W, Qt::ControlModifier | Qt::ShiftModifier);
+    answer(QStringLiteral("Close Window"));
+    EXPECT_TRUE(waitUntil([&] { return !window->isVisible(); }));
 }
 
 TEST_F(CloseWindowTest, SeveralTabsAskFirstAndCancelKeepsThem)

@@ -194,6 +194,7 @@ QList<AppCommand> buildFixed()
         make("reopenTab", "Reopen Closed Tab", "", keys(C | S | Qt::Key_T), "", [](WindowState& w) { w.reopenClosedTab(); },
              [](const WindowState& w) { return !w.closedTabURLs().isEmpty(); }),
         make("closeTab", "Close Tab", "xmark", keys(C | Qt::Key_W), "", [](WindowState& w) { w.closeTab(); }),
+        make("closeWindow", "Close Window", "macwindow", keys(C | S | Qt::Key_W), "close all tabs", [](WindowState& w) { w.closeWindow(); }),
         make("quit", "Quit", "power", keys(C | Qt::Key_Q), "exit close leave stop", [](WindowState& w) { w.quit(); }),
         make("newWindow", "New Window", "macwindow.badge.plus", keys(C | Qt::Key_N), "open another window",
              [](WindowState&) { OpenRouter::instance()->openNewWindow(); }, [](const WindowState&) { return OpenRouter::instance() != nullptr; }),

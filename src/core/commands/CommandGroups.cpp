@@ -11,7 +11,7 @@ const QList<Group>& menus()
         {QStringLiteral("File"),
          {"newWindow", "newTab", "newFolder", "newFile", "newNote", "todaysNote", "exportHTML", "exportPDF", "-", "open", "openWith", "openInNewTab", "openInEditor",
           "openInTerminal", "openInExternalTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress",
-          "extract", "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab", "quit"}},
+          "extract", "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab", "closeWindow", "quit"}},
         {QStringLiteral("Edit"),
          {"undo", "redo", "-", "cut", "copy", "paste", "moveHere", "duplicate", "rename", "toggleEditing", "-", "copyPath", "copyRelativePath", "copyContents", "copyDataURI", "-",
           "selectAll", "selectNone", "deselectOrCloseFilter", "invertSelection", "selectByPattern", "deselectByPattern", "-", "filter", "search", "saveSearch", "-",

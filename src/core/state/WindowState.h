@@ -97,6 +97,8 @@ public:
     TabState* newTab(const std::optional<FilePath>& folder = std::nullopt);
     // With fewer than two tabs, asks to close the window instead (closedTabURLs unchanged).
     void closeTab(const std::optional<QUuid>& id = std::nullopt);
+    // Close Window: asks the window to close (it asks first when it has several tabs).
+    void closeWindow() { Q_EMIT closeRequested(); }
     // Quit: the program ends, with all its windows (their tabs come back with the session).
     void quit() { Q_EMIT quitRequested(); }
     void reopenClosedTab();
