@@ -5,6 +5,7 @@
 #include "git/Git.h"
 #include "platform/XdgPaths.h"
 #include "ui/panels/SettingsPanel.h"
+#include "ui/theme/Theme.h"
 #include "ui/window/CommandMenus.h"
 #include "WindowFixture.h"
 
@@ -115,6 +116,38 @@ TEST_F(SettingsWindowTest, ArrowsStepAChoiceAndTheOpenPaneFollowsTheDefaultView)
     press(Qt::Key_Down);
     EXPECT_EQ(QApplication::focusWidget(), sheet()->control("gridForMedia")) << "Down goes to the next row, not the next choice";
     EXPECT_EQ(preferences.defaultViewMode(), ViewMode::list);
+
+    // The view the pane showed when the sheet opened has made way for another: the keyboard goes
+    // back to the pane all the same.
+    ASSERT_TRUE(moveTo("defaultViewMode"));
+    press(Qt::Key_Right);
+    ASSERT_EQ(pane()->viewMode(), ViewMode::grid);
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(sheet());
+    QWidget* focus = QApplication::focusWidget();
+    ASSERT_TRUE(focus);
+    EXPECT_TRUE(window->activePaneWidget()->isAncestorOf(focus) && focus->isVisible());
+    preferences.setDefaultViewMode(ViewMode::list);
+}
+
+TEST_F(SettingsWindowTest, TheRowWithTheKeyboardIsTintedInTheThemeChosenFromIt)
+{
+    state->showPanel(WindowState::Panel::settings, {});
+    ASSERT_TRUE(sheet());
+    ASSERT_TRUE(moveTo("appearanceMode"));
+    QWidget* row = sheet()->control("appearanceMode")->parentWidget();
+    const QColor before = theme::selection();
+    EXPECT_EQ(row->palette().color(QPalette::Window), before);
+    auto* appearances = qobject_cast<QComboBox*>(sheet()->control("appearanceMode"));
+    ASSERT_TRUE(appearances);
+    const int start = appearances->currentIndex();
+    for (int i = 0; i < appearances->count() && theme::selection() == before; ++i)
+        press(i < appearances->count() - 1 - start ? Qt::Key_Right : Qt::Key_Left);
+    ASSERT_NE(theme::selection(), before) << "another appearance has another selection colour";
+    EXPECT_EQ(row->palette().color(QPalette::Window), theme::selection());
+    appearances->setCurrentIndex(start);
+    press(Qt::Key_Down);
+    EXPECT_NE(row->palette().color(QPalette::Window), theme::selection()) << "the row left has the sheet's colours again";
     press(Qt::Key_Escape);
 }
 

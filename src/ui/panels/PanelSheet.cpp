@@ -1,5 +1,6 @@
 #include "ui/panels/PanelSheet.h"
 
+#include "ui/pane/PaneWidget.h"
 #include "ui/theme/Theme.h"
 
 #include <QApplication>
@@ -15,6 +16,8 @@ namespace orwick {
 PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* window)
     : QWidget(window), m_focusBefore(QApplication::focusWidget())
 {
+    for (QWidget* w = m_focusBefore; w && !m_paneBefore; w = w->parentWidget())
+        m_paneBefore = qobject_cast<PaneWidget*>(w);
     setAutoFillBackground(true);
     setFocusPolicy(Qt::StrongFocus);
     auto* layout = new QVBoxLayout(this);
@@ -90,6 +93,8 @@ void PanelSheet::closeSheet()
     deleteLater();
     if (m_focusBefore && m_focusBefore->isVisible() && !isAncestorOf(m_focusBefore))
         m_focusBefore->setFocus(Qt::OtherFocusReason);
+    else if (m_paneBefore && m_paneBefore->isVisible()) // its view changed meanwhile (a setting)
+        m_paneBefore->takeFocus();
     else if (auto* window = qobject_cast<QMainWindow*>(parentWidget()); window && window->centralWidget())
         window->centralWidget()->setFocus();
 }

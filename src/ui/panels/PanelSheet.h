@@ -17,6 +17,8 @@ class QVBoxLayout;
 
 namespace orwick {
 
+class PaneWidget;
+
 // How a panel names a file below its folder: the path from there ("src/a.c"), else the whole path.
 QString relativeText(const FilePath& folder, const FilePath& file);
 
@@ -59,6 +61,7 @@ private:
     QHBoxLayout* m_tools;
     QLabel* m_footer;
     QPointer<QWidget> m_focusBefore; // the pane, usually
+    QPointer<PaneWidget> m_paneBefore; // the pane m_focusBefore was in, if any
     bool m_closing = false;
 };
 

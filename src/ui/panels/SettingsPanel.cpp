@@ -92,6 +92,12 @@ SettingsPanel::SettingsPanel(const SettingsSheet::Owners& owners, QWidget* windo
                              "choice · Esc closes"));
 
     connect(m_sheet, &SettingsSheet::changed, this, &SettingsPanel::refresh);
+    // The tint of the row with the keyboard follows a theme or appearance chosen here.
+    theme::whenChanged(this, [this] {
+        for (const Row& row : std::as_const(m_rows))
+            if (row.control->hasFocus())
+                tint(row.control->parentWidget(), true);
+    });
     refresh();
     QWidget* first = nullptr;
     for (const Row& row : std::as_const(m_rows))
@@ -199,6 +205,18 @@ bool SettingsPanel::moveFocus(QWidget* from, int step, bool wrap)
     return true;
 }
 
+void SettingsPanel::tint(QWidget* block, bool focused)
+{
+    block->setAutoFillBackground(focused);
+    if (!focused) {
+        block->setPalette(QPalette()); // the sheet's colours again, whichever theme is chosen next
+        return;
+    }
+    QPalette tinted = block->palette();
+    tinted.setColor(QPalette::Window, theme::selection());
+    block->setPalette(tinted);
+}
+
 bool SettingsPanel::eventFilter(QObject* watched, QEvent* event)
 {
     auto* control = qobject_cast<QWidget*>(watched);
@@ -209,10 +227,7 @@ bool SettingsPanel::eventFilter(QObject* watched, QEvent* event)
         // The row with the keyboard is tinted: a closed choice shows its focus only faintly.
         QWidget* block = control->parentWidget();
         const bool focused = event->type() == QEvent::FocusIn;
-        block->setAutoFillBackground(focused);
-        QPalette tint = block->palette();
-        tint.setColor(QPalette::Window, focused ? theme::selection() : palette().color(QPalette::Window));
-        block->setPalette(tint);
+        tint(block, focused);
         if (focused)
             m_scroll->ensureWidgetVisible(block, 0, 24);
     }

@@ -43,6 +43,8 @@ private:
     void addRow(const SettingRow& row, QWidget* content);
     void refresh();
     bool moveFocus(QWidget* from, int step, bool wrap);
+    // Tints the row `block` as the one with the keyboard, or gives it back the sheet's colours.
+    void tint(QWidget* block, bool focused);
 
     SettingsSheet* m_sheet;
     QScrollArea* m_scroll;
