@@ -216,6 +216,25 @@ TEST_F(PaneViewsTest, ViewAndSortKeysSwitchAndViewsAreRememberedPerFolder)
     EXPECT_EQ(cursorName(), "folder");
 }
 
+TEST_F(PaneViewsTest, ColumnsOfADeepFolderScrollToItsOwnColumn)
+{
+    const FilePath deep = tree.folder(QStringLiteral("a/b/c/d/e/f/g"));
+    tree.file(QStringLiteral("a/b/c/d/e/f/g/inner.txt"), "z");
+    pane->navigate(deep);
+    ASSERT_TRUE(waitUntil([&] { return pane->url() == deep && !pane->isLoading(); }));
+    pressInView(Qt::Key_3, Qt::ControlModifier);
+    ASSERT_EQ(pane->viewMode(), ViewMode::columns);
+    ColumnsView* columns = widget->columnsView();
+    auto inSight = [columns] {
+        QWidget* own = columns->currentColumn();
+        const QRect rect(own->mapTo(columns->viewport(), QPoint()), own->size());
+        return columns->viewport()->rect().contains(rect);
+    };
+    EXPECT_TRUE(waitUntil(inSight)) << "the folder's own column is scrolled into sight";
+    pressInView(Qt::Key_Down);
+    EXPECT_TRUE(waitUntil(inSight));
+}
+
 TEST_F(PaneViewsTest, FilterFieldNarrowsAndEscapeClears)
 {
     pressInView(Qt::Key_F, Qt::ControlModifier);

@@ -189,8 +189,27 @@ void ColumnsView::layoutColumns()
 {
     const int columns = int(m_ancestors.size()) + 1 + (m_next ? 1 : 0);
     m_row->setMinimumWidth(columns * (kColumnWidth + 1));
-    // Keep the pane's column (and the one after it) in sight.
-    QMetaObject::invokeMethod(this, [this] { ensureWidgetVisible(m_next ? m_next : m_current, 0, 0); }, Qt::QueuedConnection);
+    keepInSight();
+}
+
+void ColumnsView::keepInSight()
+{
+    // After the row's new width has reached the scroll bar: a pass of the event loop later, and
+    // only once shown (a hidden row has no width to scroll along).
+    QMetaObject::invokeMethod(this, [this] {
+        if (!isVisible())
+            return;
+        m_row->layout()->activate();
+        ensureWidgetVisible(m_current, 0, 0);
+        if (m_next)
+            ensureWidgetVisible(m_next, 0, 0);
+    }, Qt::QueuedConnection);
+}
+
+void ColumnsView::resizeEvent(QResizeEvent* event)
+{
+    QScrollArea::resizeEvent(event);
+    keepInSight();
 }
 
 void ColumnsView::followSelection()
@@ -205,6 +224,7 @@ void ColumnsView::showEvent(QShowEvent* event)
 {
     QScrollArea::showEvent(event);
     followSelection();
+    keepInSight();
 }
 
 } // namespace orwick

@@ -29,6 +29,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
 
 private:
@@ -36,6 +37,8 @@ private:
     void updateNextColumn();
     QListView* makeSideColumn(FolderColumnModel* model);
     void layoutColumns();
+    // Scrolls so that the pane's column, and the one after it, are in sight.
+    void keepInSight();
 
     FileListModel* m_model;
     QWidget* m_row;
