@@ -7,12 +7,25 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QStyleOptionTab>
 #include <QVBoxLayout>
 #include <gtest/gtest.h>
 
 using namespace orwick;
 
 namespace {
+
+// The title a tab is painted with, for either bar.
+template <class Bar>
+struct Peeking : Bar {
+    using Bar::Bar;
+    QString shownTitle(int index) const
+    {
+        QStyleOptionTab option;
+        this->initStyleOption(&option, index);
+        return option.text;
+    }
+};
 
 struct WindowTabBarTest : ::testing::Test {
     QWidget host;
@@ -22,8 +35,8 @@ struct WindowTabBarTest : ::testing::Test {
     void SetUp() override
     {
         auto* layout = new QVBoxLayout(&host);
-        bar = new WindowTabBar(&host);
-        plain = new QTabBar(&host);
+        bar = new Peeking<WindowTabBar>(&host);
+        plain = new Peeking<QTabBar>(&host);
         plain->setMovable(true);
         plain->setTabsClosable(true);
         plain->setDocumentMode(true);
@@ -58,6 +71,9 @@ struct WindowTabBarTest : ::testing::Test {
             EXPECT_EQ(bar->closeRect(i), plain->tabButton(i, QTabBar::RightSide)->geometry()) << when << ", tab " << i;
         }
         EXPECT_EQ(bar->sizeHint(), plain->sizeHint()) << when;
+        for (int i = 0; i < bar->count(); ++i)
+            EXPECT_EQ(static_cast<Peeking<WindowTabBar>*>(bar)->shownTitle(i), static_cast<Peeking<QTabBar>*>(plain)->shownTitle(i))
+                << when << ", tab " << i;
     }
 };
 
@@ -83,6 +99,16 @@ TEST_F(WindowTabBarTest, LaysOutAsAPlainTabBarAndMeasuresTheTabsAgainInAnotherFo
     QApplication::processEvents();
     EXPECT_GT(bar->tabRect(0).width(), before);
     expectSameLayout("a larger font");
+}
+
+TEST_F(WindowTabBarTest, TabsSqueezedIntoANarrowBarShortenTheirTitlesAsAPlainBarDoes)
+{
+    host.resize(700, 200);
+    show({"beta", "gamma", "files", "Documents", "alpha", "beta", "gamma", "files", "Documents", "alpha", "beta", "gamma"});
+    bar->setCurrentIndex(11);
+    plain->setCurrentIndex(11);
+    QApplication::processEvents();
+    expectSameLayout("squeezed");
 }
 
 TEST_F(WindowTabBarTest, SetTabsChangesOnlyWhatDiffers)
