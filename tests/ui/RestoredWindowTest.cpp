@@ -191,3 +191,26 @@ TEST_F(RestoredWindowTest, AStartThatOpensAFolderReopensTheSessionWithTheFolderI
     ASSERT_TRUE(waitUntil([&] { return loaded(active); }));
     openSettings()->remove(QLatin1StringView(Session::kSettingsKey));
 }
+
+TEST_F(RestoredWindowTest, APaneSplitOffInAnOpenWindowGetsHalfTheRoomAsARestoredOneDoes)
+{
+    Session session;
+    session.tabs = {Session::Tab::ofGrid({{tree.path("A")}}, 0)};
+    restore(session);
+    window = std::make_unique<MainWindow>(state.get());
+    window->show();
+    ASSERT_TRUE(waitUntil([&] { return loaded(state->activePane()); }));
+    TabState* tab = state->selectedTab();
+    for (PaneEdge edge : {PaneEdge::bottom, PaneEdge::right}) {
+        PaneState* added = tab->split(tab->activePane(), edge, tree.path("B"));
+        ASSERT_TRUE(waitUntil([&] { return widgetOf(added) && widgetOf(added)->isVisible(); }));
+        QApplication::processEvents();
+        auto* splitter = qobject_cast<QSplitter*>(widgetOf(added)->parentWidget());
+        if (edge == PaneEdge::right) // a column of its own, beside the first
+            splitter = qobject_cast<QSplitter*>(splitter->parentWidget());
+        ASSERT_NE(splitter, nullptr);
+        const QList<int> sizes = splitter->sizes();
+        ASSERT_GE(sizes.size(), 2);
+        EXPECT_LE(std::abs(sizes[0] - sizes[1]), 4) << (edge == PaneEdge::bottom ? "down: " : "right: ") << sizes[0] << " against " << sizes[1];
+    }
+}

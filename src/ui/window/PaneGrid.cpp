@@ -46,6 +46,13 @@ bool windowIsOnScreen(const QWidget* widget)
     return window->isVisible() && window->windowHandle() && window->windowHandle()->isExposed();
 }
 
+// Shares a splitter's room equally: a pane split off gets half, as a restored grid's panes do,
+// rather than what the panes' size hints would leave it.
+void evenOut(QSplitter* splitter)
+{
+    splitter->setSizes(QList<int>(splitter->count(), 1000));
+}
+
 } // namespace
 
 PaneGrid::PaneGrid(TabState* tab, std::function<void(PaneWidget*)> decorate, QWidget* parent)
@@ -133,7 +140,9 @@ void PaneGrid::rebuild()
             rows->addWidget(shown);
             shown->show();
         }
+        evenOut(rows);
     }
+    evenOut(m_columns);
     layout()->addWidget(m_columns);
     markActive();
     if (!m_waiting.isEmpty())
