@@ -316,3 +316,24 @@ TEST(PaletteRowDelegate, ShortcutsEndAtTheSameRightEdge)
 }
 
 } // namespace
+
+TEST_F(WindowFileCommandsTest, AFolderCountsAsVisitedOnceReadAndOneThatCantBeOpenedDoesnt)
+{
+    Frecency frecency(tree.path(QStringLiteral("data/frecency.json")));
+    services().frecency = &frecency;
+    const FilePath folder = tree.folder("Projects");
+    const FilePath notAFolder = tree.file("plain.txt", "p");
+    open(tree.root());
+    auto visited = [&frecency](const FilePath& path) {
+        const auto ranked = frecency.ranked();
+        return std::any_of(ranked.begin(), ranked.end(), [&](const FrecentFolder& f) { return f.path == path; });
+    };
+    EXPECT_TRUE(visited(tree.root()));
+    pane()->navigate(notAFolder);
+    ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading() && pane()->error(); }));
+    EXPECT_FALSE(visited(notAFolder)) << "it couldn't be opened";
+    pane()->navigate(folder);
+    ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading() && pane()->url() == folder; }));
+    EXPECT_TRUE(visited(folder));
+    services().frecency = nullptr;
+}

@@ -264,13 +264,19 @@ void MainWindow::decorate(PaneWidget* widget)
 {
     connect(widget, &PaneWidget::contextMenuRequested, m_menus, &CommandMenus::showContextMenu);
     connect(widget->pane(), &PaneState::locationChanged, this, &MainWindow::updateTitles);
-    // Every folder shown counts as a visit for the palette's ranking.
+    // Every folder shown counts as a visit for the palette's ranking and the sidebar's Recent,
+    // once its rows have been read: a folder that couldn't be opened is no visit.
     PaneState* pane = widget->pane();
-    auto recordVisit = [pane] {
-        if (Frecency* frecency = services().frecency; frecency && !pane->listing())
+    auto unread = std::make_shared<bool>(true); // the folder shown hasn't counted yet
+    auto recordVisit = [pane, unread] {
+        if (!*unread || pane->isLoading() || pane->isWaitingToBeShown())
+            return;
+        *unread = false;
+        if (Frecency* frecency = services().frecency; frecency && !pane->listing() && !pane->error())
             frecency->record(pane->url());
     };
-    connect(pane, &PaneState::locationChanged, this, recordVisit);
+    connect(pane, &PaneState::locationChanged, this, [unread] { *unread = true; });
+    connect(pane, &PaneState::loadingChanged, this, recordVisit);
     recordVisit();
     for (const auto& decorator : std::as_const(m_decorators))
         decorator(widget);
