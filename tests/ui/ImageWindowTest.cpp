@@ -226,6 +226,24 @@ TEST_F(ImageWindowTest, TheResizeDialogRunsOnReturnAndCancelsOnEsc)
     EXPECT_EQ(readAll(photo), original) << "undo gives the original bytes back";
 }
 
+TEST_F(ImageWindowTest, TabbingThroughTheResizeDialogKeepsTheWayOfSizing)
+{
+    const FilePath photo = picture("photo.jpg", {200, 100}, "JPEG");
+    open(tree.root());
+    select(photo);
+    openResize();
+    resizeDialog()->longestChoice()->setChecked(true);
+    resizeDialog()->percentField()->setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(resizeDialog()->longestChoice()->isChecked()) << "passing through the percentage by Tab";
+    resizeDialog()->percentField()->selectAll();
+    type(QStringLiteral("30"));
+    EXPECT_TRUE(resizeDialog()->percentChoice()->isChecked()) << "typing a percentage chooses it";
+    resizeDialog()->longestField()->setFocus(Qt::MouseFocusReason);
+    EXPECT_TRUE(resizeDialog()->longestChoice()->isChecked()) << "clicking into a field chooses its way";
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return !resizeDialog(); }));
+}
+
 TEST_F(ImageWindowTest, TheContextMenuOfAPictureHasTheImageTools)
 {
     const FilePath photo = picture("photo.png", {20, 20}, "PNG");

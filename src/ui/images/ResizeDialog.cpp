@@ -4,6 +4,7 @@
 #include "images/ImageActions.h"
 #include "state/WindowState.h"
 
+#include <QFocusEvent>
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -95,7 +96,8 @@ ResizeDialog::ResizeDialog(WindowState* state, const QList<FilePath>& pictures, 
     grid->setColumnStretch(1, 1);
     layout->addLayout(grid);
 
-    // Typing in a size's field, or reaching it by Tab, chooses that way of sizing.
+    // Typing in a size's field, or clicking into it, chooses that way of sizing; passing through
+    // it with Tab (on the way to Replace originals, say) doesn't.
     const std::pair<QRadioButton*, QList<QSpinBox*>> rows[] = {
         {m_longestChoice, {m_longest}}, {m_percentChoice, {m_percent}}, {m_exactChoice, {m_width, m_height}}};
     for (const auto& [choice, fields] : rows)
@@ -163,7 +165,8 @@ void ResizeDialog::run()
 
 bool ResizeDialog::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::FocusIn)
+    if (event->type() == QEvent::FocusIn && static_cast<QFocusEvent*>(event)->reason() != Qt::TabFocusReason
+        && static_cast<QFocusEvent*>(event)->reason() != Qt::BacktabFocusReason)
         if (auto* choice = qobject_cast<QRadioButton*>(watched->property("orwickChoice").value<QObject*>()))
             choice->setChecked(true);
     return QDialog::eventFilter(watched, event);
