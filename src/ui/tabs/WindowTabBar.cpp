@@ -14,6 +14,8 @@ namespace {
 constexpr int kButtonPadding = 4;
 // How long a dropped tab takes to slide into its place (QTabBar's animation, and a little more).
 constexpr int kSettleMs = 300;
+// How many letters of a title a squeezed tab keeps room for.
+constexpr qsizetype kTitleKept = 10;
 } // namespace
 
 WindowTabBar::WindowTabBar(QWidget* parent) : QTabBar(parent)
@@ -78,9 +80,6 @@ WindowTabBar::SizeKey WindowTabBar::keyFor(int index, bool minimum) const
 
 QSize WindowTabBar::tabSizeHint(int index) const
 {
-    // QTabBar asks for the minimum with the title shortened in place: measured, not looked up.
-    if (m_measuringMinimum)
-        return withCloseMark(QTabBar::tabSizeHint(index));
     const SizeKey key = keyFor(index, false);
     if (const auto found = m_sizes.constFind(key); found != m_sizes.constEnd())
         return *found;
@@ -94,9 +93,15 @@ QSize WindowTabBar::minimumTabSizeHint(int index) const
     const SizeKey key = keyFor(index, true);
     if (const auto found = m_sizes.constFind(key); found != m_sizes.constEnd())
         return *found;
-    m_measuringMinimum = true;
-    const QSize size = QTabBar::minimumTabSizeHint(index);
-    m_measuringMinimum = false;
+    // QTabBar would squeeze a tab to three letters ("f...s"), and then shorten "files" to a lone
+    // "…" in that room: a tab keeps room for a short title whole, a long one's first and last
+    // letters around the ellipsis, and a bar of many tabs scrolls before it says nothing.
+    const QString title = tabText(index);
+    const QString kept = title.size() <= kTitleKept ? title
+                                                    : title.left(kTitleKept / 2) + QChar(0x2026) + title.right(kTitleKept / 2 - 1);
+    const QSize whole = tabSizeHint(index);
+    const int saved = fontMetrics().horizontalAdvance(title) - fontMetrics().horizontalAdvance(kept);
+    const QSize size(whole.width() - std::max(0, saved), whole.height());
     m_sizes.insert(key, size);
     return size;
 }

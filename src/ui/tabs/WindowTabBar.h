@@ -14,6 +14,9 @@
 //   table, instead of asking the style and measuring every title each time a tab is added; the
 //   table is emptied when the font or the style changes.
 // - setTabs() touches only the tabs whose title or tooltip changed.
+//
+// Squeezed by many tabs, a tab keeps room for a title of up to ten letters whole, and for the
+// first and last letters of a longer one; beyond that the bar scrolls.
 
 #include <QHash>
 #include <QTabBar>
@@ -68,7 +71,6 @@ private:
     void setHoveredClose(int index);
 
     mutable QHash<SizeKey, QSize> m_sizes;
-    mutable bool m_measuringMinimum = false;
     int m_hoveredClose = -1;
     int m_pressedClose = -1; // drawn sunken: pressed, and the mouse still on it
     bool m_pressOnClose = false; // the press being held went to a close mark…
