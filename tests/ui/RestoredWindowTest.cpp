@@ -9,6 +9,7 @@
 #include "app/OpenRouter.h"
 #include "app/SessionKeeper.h"
 #include "app/Settings.h"
+#include "ui/preview/PreviewPanel.h"
 #include "ui/window/Windows.h"
 #include "ui/views/FileGridView.h"
 #include "ui/views/FileTableView.h"
@@ -213,4 +214,19 @@ TEST_F(RestoredWindowTest, APaneSplitOffInAnOpenWindowGetsHalfTheRoomAsARestored
         ASSERT_GE(sizes.size(), 2);
         EXPECT_LE(std::abs(sizes[0] - sizes[1]), 4) << (edge == PaneEdge::bottom ? "down: " : "right: ") << sizes[0] << " against " << sizes[1];
     }
+}
+
+TEST_F(RestoredWindowTest, APreviewColumnRestoredAsShownOpensAtTheWidthToggledOnesDo)
+{
+    Session session;
+    session.tabs = {Session::Tab::ofGrid({{tree.path("A")}}, 0)};
+    session.showPreview = true;
+    restore(session);
+    window = std::make_unique<MainWindow>(state.get());
+    window->resize(1200, 760);
+    window->show();
+    ASSERT_TRUE(waitUntil([&] { return window->previewPanel() && window->previewPanel()->isVisible() && loaded(state->activePane()); }));
+    QApplication::processEvents();
+    const int room = window->previewPanel()->width() + window->activePaneWidget()->width();
+    EXPECT_GE(window->previewPanel()->width(), std::min(380, room / 2) - 10) << "of " << room;
 }

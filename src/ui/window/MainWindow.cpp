@@ -198,14 +198,13 @@ void MainWindow::setUpPreview(QSplitter* splitter)
             splitter->setSizes({before[0], room - column, column});
             uncovered->clear();
         }
-        // The column opens at a readable width, taken from the panes, never from the sidebar.
+        // The column opens at a readable width, taken from the panes, never from the sidebar:
+        // once the window has its size, for a column restored with the session.
         if (appearing && splitter && !expanded) {
-            const QList<int> sizes = splitter->sizes();
-            if (sizes.size() == 3) {
-                const int room = sizes[1] + sizes[2];
-                const int column = openingPreviewWidth(room);
-                splitter->setSizes({sizes[0], room - column, column});
-            }
+            if (isVisible())
+                m_openPreviewColumn();
+            else
+                m_previewOpensOnShow = true;
         }
         if (expanded)
             m_previewPanel->focusTarget()->setFocus(Qt::OtherFocusReason);
@@ -213,6 +212,15 @@ void MainWindow::setUpPreview(QSplitter* splitter)
             activePaneWidget()->takeFocus();
     };
     m_placePreview = place;
+    m_openPreviewColumn = [this] {
+        auto* splitter = m_previewPanel ? qobject_cast<QSplitter*>(m_previewPanel->parentWidget()) : nullptr;
+        const QList<int> sizes = splitter ? splitter->sizes() : QList<int>{};
+        if (sizes.size() != 3)
+            return;
+        const int room = sizes[1] + sizes[2];
+        const int column = openingPreviewWidth(room);
+        splitter->setSizes({sizes[0], room - column, column});
+    };
     connect(m_state, &WindowState::showPreviewChanged, this, place);
     // (documentModeChanged is followed once the panel exists: editing always shows the column first.)
     connect(m_state, &WindowState::previewExpandedChanged, this, [this, place] {
@@ -352,6 +360,13 @@ void MainWindow::closeEvent(QCloseEvent* event)
         return;
     }
     QMainWindow::closeEvent(event);
+}
+
+void MainWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (std::exchange(m_previewOpensOnShow, false) && m_previewPanel && m_previewPanel->isVisible())
+        m_openPreviewColumn();
 }
 
 bool MainWindow::closeWithoutAsking()

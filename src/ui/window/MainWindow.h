@@ -59,6 +59,7 @@ protected:
     // waits for it; a refused save cancels the close, and so a quit), then a window of several
     // tabs asks (a window-modal question; the close waits).
     void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
 
 private:
     void askToClose();
@@ -81,6 +82,8 @@ private:
     QWidget* m_content; // the tab bar over the pane grids
     QSplitter* m_previewSplitter = nullptr;
     std::function<void()> m_placePreview; // shows, hides and sizes the preview column
+    std::function<void()> m_openPreviewColumn; // gives the column its opening width
+    bool m_previewOpensOnShow = false; // the column appeared before the window had its size
     PreviewPanel* m_previewPanel = nullptr;
     QuickLook* m_quickLook = nullptr;
     CommandMenus* m_menus;
