@@ -138,6 +138,14 @@ TEST_F(InfoPanelTest, AFolderIsMeasuredAndThePanelFollowsTheCursor)
     select(other);
     ASSERT_TRUE(waitUntil([&] { return panel->info().path == other; }));
     EXPECT_EQ(panel->rowText(QStringLiteral("Size")), QStringLiteral("1 byte"));
+    EXPECT_FALSE(panel->accessEditor()->isHidden());
+
+    pane()->click(tree.path(QStringLiteral("box")), Qt::ControlModifier); // two items
+    ASSERT_TRUE(waitUntil([&] { return panel->rowText(QStringLiteral("Name")) == QStringLiteral("2 items"); }));
+    EXPECT_TRUE(panel->accessEditor()->isHidden()) << "no permissions shown for several items as if all unset";
+    select(other);
+    ASSERT_TRUE(waitUntil([&] { return panel->info().path == other; }));
+    EXPECT_FALSE(panel->accessEditor()->isHidden());
 }
 
 // A small JPEG that says which camera took it and where.

@@ -221,6 +221,7 @@ void InfoPanel::showOne(FileInfo info)
     m_info = std::move(info);
     const FileInfo& i = m_info;
     clearRows();
+    m_access->setVisible(true);
     setFooter(i.path.abbreviated());
     if (!i.error.isEmpty()) {
         addRow(QStringLiteral("Name"), i.name);
@@ -280,7 +281,7 @@ void InfoPanel::showSummary(const QList<FileInfo>& infos)
     m_info = {};
     clearRows();
     m_backlinks->showNote({});
-    m_access->setEnabled(false);
+    m_access->setVisible(false); // one item's permissions: several items' would show as boxes all unset
     setFooter(QString());
     addRow(QStringLiteral("Name"), formatCount(infos.size(), QStringLiteral("item")));
     QStringList kinds;
