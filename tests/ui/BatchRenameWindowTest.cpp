@@ -9,10 +9,12 @@
 #include "ui/rename/BatchRenamePanel.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QPushButton>
+#include <QSpinBox>
 
 namespace orwick::test {
 namespace {
@@ -115,6 +117,48 @@ TEST_F(BatchRenameWindowTest, PreviewMarksEachProblemOnItsRow)
     EXPECT_EQ(model->index(0).data(BatchRenameModel::problemRole).toString(), QStringLiteral("Same name as another"));
     EXPECT_EQ(model->index(2).data(BatchRenameModel::problemRole).toString(), QString());
     EXPECT_FALSE(renameButton()->isEnabled());
+}
+
+TEST_F(BatchRenameWindowTest, ModeKeysWorkFromEveryPartOfThePanel)
+{
+    openOnThree();
+    const ViewMode viewMode = pane()->viewMode();
+    auto* mode = panel()->findChild<QComboBox*>(QStringLiteral("mode"));
+    // Ctrl+digit as the window system gives it: with the digit as its text, which a drop-down
+    // would otherwise take as the start of an item's name.
+    const auto pressMode = [&](int digit) {
+        press(Qt::Key_1 + digit - 1, Qt::ControlModifier);
+        QApplication::processEvents();
+    };
+    const auto pressModeWithText = [&](int digit) {
+        pressKey(QApplication::focusWidget(), Qt::Key_1 + digit - 1, Qt::ControlModifier, QString::number(digit));
+        QApplication::processEvents();
+    };
+    pressModeWithText(4); // Change Case: its drop-down has the keys
+    EXPECT_EQ(panel()->rule().mode, BatchRename::Mode::changeCase);
+    ASSERT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("letterCase"));
+    pressModeWithText(1);
+    EXPECT_EQ(panel()->rule().mode, BatchRename::Mode::replace);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("find"));
+
+    // From the Mode drop-down, which keeps the keys.
+    mode->setFocus(Qt::TabFocusReason);
+    pressModeWithText(3);
+    EXPECT_EQ(panel()->rule().mode, BatchRename::Mode::number);
+    EXPECT_EQ(mode->currentIndex(), 2);
+    EXPECT_EQ(QApplication::focusWidget(), mode);
+    pressMode(5);
+    EXPECT_EQ(panel()->rule().mode, BatchRename::Mode::fromTemplate);
+
+    // From the Start at box and a check box.
+    panel()->findChildren<QSpinBox*>(QStringLiteral("startAt")).last()->setFocus(Qt::TabFocusReason);
+    pressModeWithText(6);
+    EXPECT_EQ(panel()->rule().mode, BatchRename::Mode::remove);
+    pressModeWithText(2);
+    panel()->findChild<QCheckBox*>(QStringLiteral("addAtEnd"))->setFocus(Qt::TabFocusReason);
+    pressModeWithText(4);
+    EXPECT_EQ(panel()->rule().mode, BatchRename::Mode::changeCase);
+    EXPECT_EQ(pane()->viewMode(), viewMode) << "the window's view-mode keys stay out of the panel";
 }
 
 TEST_F(BatchRenameWindowTest, OneItemStillRenamesInPlace)

@@ -112,6 +112,10 @@ BatchRenamePanel::BatchRenamePanel(WindowState& state, QWidget* window)
     connect(m_mode, &QComboBox::currentIndexChanged, this, &BatchRenamePanel::showMode);
     m_rename->setText(QStringLiteral("Rename 0"));
     showMode(0);
+    for (QWidget* part : findChildren<QWidget*>())
+        if (part->focusPolicy() != Qt::NoFocus)
+            part->installEventFilter(this);
+    installEventFilter(this);
     present();
 }
 
@@ -349,22 +353,25 @@ int modeKey(const QKeyEvent* event)
 
 } // namespace
 
-bool BatchRenamePanel::event(QEvent* event)
+bool BatchRenamePanel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::ShortcutOverride && modeKey(static_cast<QKeyEvent*>(event)) >= 0) {
-        event->accept();
-        return true;
+    // The mode keys, before the part with the keyboard sees them: a drop-down would take
+    // Ctrl+1's "1" as the start of an item's name.
+    const bool key = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
+    auto* part = qobject_cast<QWidget*>(watched);
+    if (key && part && (part == this || isAncestorOf(part))) {
+        if (const int mode = modeKey(static_cast<QKeyEvent*>(event)); mode >= 0) {
+            event->accept();
+            if (event->type() == QEvent::KeyPress && !m_committing && !m_finished)
+                showMode(mode);
+            return true;
+        }
     }
-    return PanelSheet::event(event);
+    return PanelSheet::eventFilter(watched, event);
 }
 
 void BatchRenamePanel::keyPressEvent(QKeyEvent* event)
 {
-    if (const int mode = modeKey(event); mode >= 0) {
-        if (!m_committing && !m_finished)
-            showMode(mode);
-        return;
-    }
     if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && event->modifiers() == Qt::NoModifier) {
         if (m_finished || focusWidget() == m_cancel)
             closeSheet();

@@ -9,7 +9,8 @@
 // preview has been worked out in the background. Return, or the button, hands the renames to
 // FileOperations::renameMany as one job and one undo step on the window's stack; when every item
 // was renamed the panel closes, else it stays with each failed row's reason and renames no more.
-// Keys: Tab moves between the fields, Ctrl+1…Ctrl+6 pick the mode, Return renames, Esc cancels.
+// Keys: Tab moves between the fields, Ctrl+1…Ctrl+6 pick the mode from any part of the panel
+// (the window's view-mode keys give way), Return renames, Esc cancels.
 
 #include "rename/BatchRename.h"
 #include "ui/panels/PanelSheet.h"
@@ -49,7 +50,7 @@ public:
     void commit();
 
 protected:
-    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
