@@ -57,3 +57,17 @@ TEST(ToastHostTest, ALongMessageWrapsInsideTheWindow)
 }
 
 } // namespace
+
+TEST(ToastHostTest, AFileNamedLikeMarkupIsShownAsWritten)
+{
+    QWidget window;
+    window.resize(1400, 900);
+    window.show();
+    ToastHost toasts(&window);
+    const QString message = QStringLiteral("Moved <i>x</i>.txt to the Trash");
+    toasts.show(message);
+    QApplication::processEvents();
+    EXPECT_EQ(messageLabel(toasts)->textFormat(), Qt::PlainText);
+    EXPECT_GT(messageLabel(toasts)->sizeHint().width(), messageLabel(toasts)->fontMetrics().horizontalAdvance(QStringLiteral("Moved x.txt to the Trash")))
+        << "the tags are shown, not taken as italics";
+}

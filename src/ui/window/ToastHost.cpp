@@ -28,6 +28,7 @@ ToastHost::ToastHost(QWidget* window) : QWidget(window)
     layout->setContentsMargins(16, 8, 10, 8);
     layout->setSpacing(12);
     m_label = new QLabel(this);
+    m_label->setTextFormat(Qt::PlainText); // messages name files, whose names may look like markup
     layout->addWidget(m_label, 1);
     for (int i = 0; i < kMostActions; ++i) {
         auto* button = new QPushButton(this);
