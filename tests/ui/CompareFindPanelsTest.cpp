@@ -4,6 +4,7 @@
 
 #include "DiskToolWindow.h"
 #include "commands/CommandCatalog.h"
+#include "support/KeyPress.h"
 #include "support/TestMain.h"
 #include "ui/panels/ComparePanel.h"
 #include "ui/panels/DiskToolKeys.h"
@@ -13,6 +14,12 @@
 #include "ui/panels/ImageComparisonView.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTimer>
+#include <QToolButton>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -202,6 +209,63 @@ TEST_F(CompareFindPanelsTest, MirrorGoesRightToLeftTooAsOneUndoStep)
     EXPECT_EQ(test::readAll(tree.path("left/extra.txt")), "only left");
     EXPECT_EQ(test::readAll(tree.path("left/changed.txt")), "left version");
     EXPECT_FALSE(test::exists(tree.path("left/new.txt")));
+}
+
+TEST_F(CompareFindPanelsTest, EveryFolderComparisonControlTakesTheKeyboardAndASyncGivesItBack)
+{
+    tree.file("left/docs/a.txt", "a");
+    tree.file("right/extra.txt", "e");
+    auto* view = compareLeftAndRight();
+    ASSERT_TRUE(view);
+    window->activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == window.get(); }));
+    ASSERT_TRUE(waitUntil([&] { return view->result().has_value() && !view->isComparing(); }));
+    auto* panel = current<ComparePanel>();
+    EXPECT_TRUE(panel->footer().contains("S: Sync brings the folders into line")) << panel->footer().toStdString();
+    ASSERT_TRUE(waitUntil([&] { return QApplication::focusWidget() == view->list(); })) << (QApplication::focusWidget() ? QApplication::focusWidget()->metaObject()->className() : "none");
+    // Tab goes round the list, the filter and Sync, and stays in the view.
+    auto* filter = view->findChild<QComboBox*>();
+    auto* syncButton = view->findChild<QToolButton*>();
+    test::pressKey(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), filter);
+    test::pressKey(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(view->filter(), FolderDiff::Status::onlyLeft);
+    test::pressKey(QApplication::focusWidget(), Qt::Key_Up);
+    EXPECT_EQ(view->filter(), std::nullopt);
+    test::pressKey(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), syncButton);
+    test::pressKey(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(QApplication::focusWidget(), view->list());
+
+    // S shows Sync's choices; the first copies what's missing to the right, after asking.
+    QString offered;
+    QTimer::singleShot(0, view, [&] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (!menu)
+            return;
+        offered = menu->actions().first()->text();
+        menu->actions().first()->trigger();
+        menu->close();
+    });
+    test::pressKey(QApplication::focusWidget(), Qt::Key_S, Qt::NoModifier, "s");
+    EXPECT_EQ(offered, "Copy what's missing to right");
+    QMessageBox* ask = nullptr;
+    ASSERT_TRUE(waitUntil([&] { return (ask = view->findChild<QMessageBox*>()) && ask->isVisible(); }));
+    // As a window system does: the question takes the keyboard.
+    if (!waitUntil([&] { return QApplication::activeWindow() == ask; }, 1000))
+        ask->activateWindow();
+    const int before = view->revision();
+    for (QAbstractButton* button : ask->buttons())
+        if (button->text() == "Sync")
+            button->click();
+    ASSERT_TRUE(waitUntil([&] { return view->revision() > before && !view->isComparing(); }, 20000));
+    EXPECT_TRUE(test::exists(tree.path("right/docs/a.txt")));
+    EXPECT_EQ(QApplication::activeWindow(), window.get());
+    ASSERT_TRUE(panel->isAncestorOf(QApplication::focusWidget())) << "the keyboard is back in the panel";
+    const int afterSync = view->revision();
+    EXPECT_TRUE(test::pressKey(QApplication::focusWidget(), Qt::Key_Z, Qt::ControlModifier)) << "Ctrl+Z reaches Undo";
+    ASSERT_TRUE(waitUntil([&] { return view->revision() > afterSync && !view->isComparing(); }, 20000));
+    EXPECT_FALSE(test::exists(tree.path("right/docs")));
 }
 
 TEST_F(CompareFindPanelsTest, CompareCommandTakesTwoSelectedFilesAndShowsTheDiff)

@@ -3,8 +3,10 @@
 #include "fileops/FileOperations.h"
 #include "platform/DirectoryReader.h"
 #include "state/WindowState.h"
+#include "ui/fileops/DialogFocus.h"
 #include "ui/theme/Theme.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -12,6 +14,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QTreeWidget>
@@ -67,14 +70,16 @@ FolderComparisonView::FolderComparisonView(WindowState& state, const FilePath& l
     m_filterBox->addItem(QStringLiteral("Differences"), QStringLiteral("differences"));
     for (FolderDiff::Status status : FolderDiff::kStatuses)
         m_filterBox->addItem(statusText(status), FolderDiff::rawValue(status));
-    m_filterBox->setFocusPolicy(Qt::NoFocus);
+    m_filterBox->setFocusPolicy(Qt::StrongFocus);
+    m_filterBox->installEventFilter(this);
     connect(m_filterBox, &QComboBox::activated, this, [this](int index) {
         setFilter(index == 0 ? std::nullopt : std::optional(FolderDiff::kStatuses[index - 1]));
     });
     m_syncButton = new QToolButton(this);
     m_syncButton->setText(QStringLiteral("Sync"));
     m_syncButton->setPopupMode(QToolButton::InstantPopup);
-    m_syncButton->setFocusPolicy(Qt::NoFocus);
+    m_syncButton->setFocusPolicy(Qt::StrongFocus);
+    m_syncButton->installEventFilter(this);
     auto* menu = new QMenu(m_syncButton);
     for (FolderDiff::SyncMode mode : {FolderDiff::SyncMode::copyMissing(true), FolderDiff::SyncMode::copyMissing(false),
                                       FolderDiff::SyncMode::bothWays(), FolderDiff::SyncMode::mirror(true),
@@ -129,7 +134,10 @@ FolderComparisonView::FolderComparisonView(WindowState& state, const FilePath& l
     m_stack->addWidget(m_placeholder);
     m_stack->addWidget(m_list);
     layout->addWidget(m_stack, 1);
-    setFocusProxy(m_list);
+    // The view holds the keyboard itself while "Comparing…" shows, so it never stays in the pane
+    // under the sheet; the list takes it over when it shows (fill, focusInEvent).
+    setFocusPolicy(Qt::StrongFocus);
+    installEventFilter(this);
     watchUndo();
     compareAgain();
 }
@@ -225,14 +233,19 @@ void FolderComparisonView::fill()
         toSelect = items.first();
     if (toSelect)
         m_list->setCurrentItem(toSelect);
+    // The list takes the keyboard when it first shows, unless the user went to the filter or Sync.
+    const QWidget* focus = QApplication::focusWidget();
+    const bool listTakesKeys = isVisible() && (!focus || focus == this || focus == parentWidget() || focus == m_list);
     if (items.isEmpty()) {
         m_placeholder->setText(m_result->hasDifferences() || m_filter ? QStringLiteral("Nothing to show with this filter")
                                                                       : FolderDiff::summary(*m_result));
         m_stack->setCurrentWidget(m_placeholder);
     } else {
         m_stack->setCurrentWidget(m_list);
+        if (listTakesKeys)
+            m_list->setFocus(Qt::OtherFocusReason);
     }
-    Q_EMIT footerChanged(QStringLiteral("%1 same · Return compares a changed pair · Sync brings the folders into line · Esc closes")
+    Q_EMIT footerChanged(QStringLiteral("%1 same · Return compares a changed pair · S: Sync brings the folders into line · Esc closes")
                              .arg(m_result->count(FolderDiff::Status::same)));
 }
 
@@ -255,20 +268,68 @@ void FolderComparisonView::sync(FolderDiff::SyncMode mode, bool confirmed)
         return;
     }
     const QString title = FolderDiff::syncTitle(mode, m_left, m_right);
-    if (!confirmed) {
-        QMessageBox ask(QMessageBox::Question, title, FolderDiff::confirmation(mode, plan, m_left, m_right),
-                        QMessageBox::Cancel, this);
-        ask.addButton(QStringLiteral("Sync"), QMessageBox::AcceptRole);
-        ask.setDefaultButton(QMessageBox::Cancel);
-        if (ask.exec() == QMessageBox::Cancel)
-            return;
-    }
+    if (confirmed)
+        return runSync(plan, title);
+    // The question hands the keyboard back to the view when it closes, however it closes.
+    if (!isAncestorOf(QApplication::focusWidget()))
+        m_list->setFocus(Qt::OtherFocusReason);
+    auto* ask = new QMessageBox(QMessageBox::Question, title, FolderDiff::confirmation(mode, plan, m_left, m_right),
+                                QMessageBox::Cancel, this);
+    ask->setAttribute(Qt::WA_DeleteOnClose);
+    QPushButton* go = ask->addButton(QStringLiteral("Sync"), QMessageBox::AcceptRole);
+    ask->setDefaultButton(QMessageBox::Cancel);
+    connect(ask, &QMessageBox::finished, this, [this, ask, go, plan, title] {
+        if (ask->clickedButton() == go)
+            runSync(plan, title);
+    });
+    returnKeyboardWhenClosed(ask);
+    ask->open();
+}
+
+void FolderComparisonView::runSync(const FolderDiff::SyncPlan& plan, const QString& title)
+{
     m_replayPending = true; // compare again once the step has run
     FileOperations::shared().sync(plan.copies, plan.replacing, plan.toTrash, title, m_state.undoStack());
 }
 
+void FolderComparisonView::showSyncChoices()
+{
+    if (m_syncButton->isEnabled() && m_syncButton->isVisible())
+        m_syncButton->showMenu();
+}
+
+void FolderComparisonView::focusInEvent(QFocusEvent* event)
+{
+    QWidget::focusInEvent(event);
+    if (m_stack->currentWidget() == m_list)
+        m_list->setFocus(event->reason());
+}
+
+bool FolderComparisonView::focusNextPrevChild(bool next)
+{
+    QList<QWidget*> ring;
+    for (QWidget* part : {static_cast<QWidget*>(m_list), static_cast<QWidget*>(m_filterBox), static_cast<QWidget*>(m_syncButton)})
+        if (part->isVisible() && part->isEnabled())
+            ring.append(part);
+    qsizetype at = ring.indexOf(QApplication::focusWidget());
+    if (at < 0 && QApplication::focusWidget() == this)
+        at = next ? ring.size() - 1 : 0; // from the view itself to the first (or last) part
+    if (ring.isEmpty() || at < 0)
+        return QWidget::focusNextPrevChild(next);
+    ring.at((at + (next ? 1 : ring.size() - 1)) % ring.size())->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
 bool FolderComparisonView::eventFilter(QObject* watched, QEvent* event)
 {
+    // S before the list's or the filter's own type-to-find, which would take it as a letter.
+    if ((watched == this || watched == m_list || watched == m_filterBox || watched == m_syncButton) && event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_S && (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+            showSyncChoices();
+            return true;
+        }
+    }
     if (watched == m_list && event->type() == QEvent::KeyPress) {
         auto* key = static_cast<QKeyEvent*>(event);
         if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && m_list->currentItem()) {

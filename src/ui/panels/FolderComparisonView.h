@@ -3,8 +3,10 @@
 // by status (every difference, or one status), the list of entries and the sync actions. The
 // comparison runs in the background when the view opens and again after every sync, undo or
 // redo (once the file operations are idle). A sync asks first with the plan's own sentence and
-// runs as one undoable step of the file operations engine. Return on a changed file pair asks
-// for the two versions to be compared (pairOpened).
+// runs as one undoable step of the file operations engine; the keyboard comes back to the view
+// when the question closes, so Ctrl+Z can undo it at once. Return on a changed file pair asks
+// for the two versions to be compared (pairOpened). Tab goes round the list, the filter and the
+// Sync button; S opens Sync's choices from anywhere in the view.
 
 #include "async/Background.h"
 #include "disktools/FolderDiff.h"
@@ -42,6 +44,8 @@ public:
 
     // Confirms (unless `confirmed`) and runs one sync.
     void sync(FolderDiff::SyncMode mode, bool confirmed = false);
+    // Shows Sync's choices under its button (what S does); nothing while there is nothing to sync.
+    void showSyncChoices();
     void compareAgain();
     void stop();
 
@@ -52,11 +56,15 @@ Q_SIGNALS:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    // Tab stays among the view's own parts instead of reaching the panes under the sheet.
+    bool focusNextPrevChild(bool next) override;
+    void focusInEvent(QFocusEvent* event) override;
 
 private:
     void fill();
     void openPair(const QByteArray& path);
     void watchUndo();
+    void runSync(const FolderDiff::SyncPlan& plan, const QString& title);
 
     WindowState& m_state;
     FilePath m_left;
