@@ -268,6 +268,46 @@ TEST_F(CompareFindPanelsTest, EveryFolderComparisonControlTakesTheKeyboardAndASy
     EXPECT_FALSE(test::exists(tree.path("right/docs")));
 }
 
+TEST_F(CompareFindPanelsTest, EscFromAFilePairGoesBackToTheFolderList)
+{
+    tree.file("left/changed.txt", "one\n");
+    tree.file("right/changed.txt", "two\n");
+    tree.file("left/only.txt", "o");
+    auto* view = compareLeftAndRight();
+    ASSERT_TRUE(view);
+    ASSERT_TRUE(waitUntil([&] { return view->result().has_value() && !view->isComparing(); }));
+    auto* panel = current<ComparePanel>();
+    const QString folderFooter = panel->footer();
+    const QList<QTreeWidgetItem*> rows = view->list()->findItems("changed.txt", Qt::MatchExactly, 1);
+    ASSERT_EQ(rows.size(), 1);
+    view->list()->setCurrentItem(rows.first());
+    pressKey(view->list(), Qt::Key_Return);
+    ASSERT_EQ(current<ComparePanel>(), panel) << "the pair shows in the same sheet";
+    auto* pair = qobject_cast<FileComparisonView*>(panel->pairView());
+    ASSERT_TRUE(pair);
+    ASSERT_TRUE(waitUntil([&] { return pair->sameBytes().has_value(); }));
+    EXPECT_FALSE(view->isVisible());
+    EXPECT_TRUE(panel->footer().startsWith("changed.txt · ")) << panel->footer().toStdString();
+    EXPECT_TRUE(panel->footer().endsWith("Esc goes back to the folders")) << panel->footer().toStdString();
+
+    const int revision = view->revision();
+    QPointer<ComparePanel> guard(panel);
+    pressKey(pair, Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_FALSE(guard.isNull()) << "the comparison stays open";
+    EXPECT_EQ(panel->pairView(), nullptr);
+    EXPECT_TRUE(view->isVisible());
+    EXPECT_EQ(view->revision(), revision) << "the result is kept, not worked out again";
+    EXPECT_EQ(view->list()->currentItem()->text(1), "changed.txt");
+    EXPECT_EQ(panel->footer(), folderFooter);
+
+    pressKey(view->list(), Qt::Key_Escape);
+    EXPECT_TRUE(waitUntil([&] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return guard.isNull();
+    }));
+}
+
 TEST_F(CompareFindPanelsTest, CompareCommandTakesTwoSelectedFilesAndShowsTheDiff)
 {
     tree.file("a.txt", "one\ntwo\nthree\n");
