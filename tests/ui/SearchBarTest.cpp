@@ -1,8 +1,10 @@
 // The pane's search field in a real window: opened from the filter field with Ctrl+F or by the
-// Search… command, typed into, its choices reached with Tab, and closed with Esc.
+// Search… command, typed into, its choices reached with Tab, and closed with Esc, from the field
+// or from the results.
 
 #include "WindowFixture.h"
 #include "commands/CommandCatalog.h"
+#include "ui/pane/FilterBar.h"
 #include "ui/pane/SearchBar.h"
 
 #include <QComboBox>
@@ -65,6 +67,40 @@ TEST_F(WindowTest, TheSearchCommandOpensTheFieldAndNothingFoundSaysSo)
     press(Qt::Key_Down);
     EXPECT_FALSE(bar->field()->hasFocus());
     EXPECT_TRUE(bar->isVisible());
+}
+
+TEST_F(WindowTest, EscInTheResultsEndsTheSearchAndCtrlFThereGoesBackToTheSearchField)
+{
+    tree.file("a.txt");
+    tree.file("sub/b.txt");
+    tree.file("c.md");
+    open(tree.root());
+    SearchBar* bar = window->activePaneWidget()->searchBar();
+    FilterBar* filter = window->activePaneWidget()->filterBar();
+    press(Qt::Key_F, Qt::ControlModifier);
+    press(Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return bar->isVisible() && bar->field()->hasFocus(); }));
+    type("txt");
+    ASSERT_TRUE(waitUntil([&] { return showsSearchOf(pane(), "txt") && pane()->items().size() == 2; }));
+    press(Qt::Key_Return); // into the results
+    ASSERT_FALSE(bar->isAncestorOf(QApplication::focusWidget()));
+
+    // Ctrl+F in the results goes back to the search field; no filter field opens above it.
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(bar->field()->hasFocus());
+    EXPECT_FALSE(pane()->isFiltering());
+    EXPECT_FALSE(filter->isVisible());
+    EXPECT_TRUE(showsSearchOf(pane(), "txt"));
+
+    // Esc in the results (a row selected or not) brings the folder back, as in the field.
+    press(Qt::Key_Return);
+    press(Qt::Key_Down);
+    ASSERT_FALSE(pane()->selection().isEmpty());
+    press(Qt::Key_Escape);
+    EXPECT_FALSE(bar->isVisible());
+    EXPECT_FALSE(pane()->listing());
+    ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading() && pane()->items().size() == 3; }));
+    EXPECT_TRUE(window->activePaneWidget()->isAncestorOf(QApplication::focusWidget()));
 }
 
 } // namespace orwick::test

@@ -164,17 +164,21 @@ void addOtherKeys(QList<AppCommand>& list)
                 command.paneShortcuts.append(key);
 }
 
-// Esc in a pane: first the selection goes, then an open filter closes (showing every row again).
+// Esc in a pane: a search ends at once (the folder comes back, as Esc does in its field);
+// otherwise first the selection goes, then an open filter closes (showing every row again).
 void deselectOrCloseFilter(WindowState& w)
 {
     PaneState* pane = w.activePane();
-    if (!pane->selection().isEmpty())
+    if (pane->isSearching())
+        pane->endSearch();
+    else if (!pane->selection().isEmpty())
         pane->clearSelection();
     else if (pane->isFiltering())
         pane->setFiltering(false);
 }
 const Predicate hasSelectionOrFilter = [](const WindowState& w) {
-    return !w.activePane()->selection().isEmpty() || w.activePane()->isFiltering();
+    const PaneState* pane = w.activePane();
+    return !pane->selection().isEmpty() || pane->isFiltering() || pane->isSearching();
 };
 
 QList<AppCommand> buildFixed()

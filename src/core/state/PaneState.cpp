@@ -783,6 +783,10 @@ void PaneState::chooseViewMode(ViewMode mode)
 
 void PaneState::focusFilter()
 {
+    if (m_isSearching) {
+        Q_EMIT searchFocusRequested();
+        return;
+    }
     if (!m_isFiltering) {
         m_isFiltering = true;
         Q_EMIT arrangementOptionsChanged();

@@ -138,7 +138,8 @@ public:
     void setShowHidden(bool on);
     void chooseViewMode(ViewMode mode);
     void setGridColumns(int columns) { m_gridColumns = std::max(1, columns); }
-    // Opens the filter field and asks the view to give it the keyboard.
+    // Opens the filter field and asks the view to give it the keyboard. While a search is open its
+    // field is the pane's one field: the keyboard goes back to it instead.
     void focusFilter();
     // Grid tile size in pixels; each step is a quarter larger or smaller, within the range.
     double iconSize() const { return m_iconSize; }
