@@ -89,6 +89,26 @@ TEST_F(PaneKeyboardTest, CtrlFReachesTheFilterFieldAfterMovingIntoTheListAndEscT
     EXPECT_EQ(pane()->items().size(), 2);
 }
 
+TEST_F(PaneKeyboardTest, DownFromTheFilterFieldPutsTheCursorOnTheFirstMatchingRow)
+{
+    tree.file("a-notes.txt", "a");
+    tree.file("img-1.png", "1");
+    tree.file("img-2.png", "2");
+    tree.file("zed.txt", "z");
+    open(tree.root());
+    FilterBar* filter = window->activePaneWidget()->filterBar();
+    press(Qt::Key_F, Qt::ControlModifier);
+    type(QStringLiteral("img"));
+    ASSERT_TRUE(waitUntil([&] { return pane()->items().size() == 2; }));
+    ASSERT_FALSE(pane()->cursor().has_value());
+    press(Qt::Key_Down);
+    EXPECT_NE(QApplication::focusWidget(), filter);
+    EXPECT_EQ(pane()->cursor(), pane()->items().first().url);
+    EXPECT_EQ(pane()->selection(), QSet<FilePath>{pane()->items().first().url});
+    press(Qt::Key_Down);
+    EXPECT_EQ(pane()->cursor(), pane()->items().last().url) << "the next Down moves on";
+}
+
 TEST_F(PaneKeyboardTest, F8MovesTheActivePaneAndTheKeyboardToTheOtherPane)
 {
     tree.folder("Inbox");

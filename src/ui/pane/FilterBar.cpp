@@ -84,9 +84,15 @@ void FilterBar::keyPressEvent(QKeyEvent* event)
             m_pane->setFiltering(false); // closes and clears; follow() hides the field
         Q_EMIT finished();
         return;
+    case Qt::Key_Down:
+        // Into the rows at the first match, unless the cursor is on a shown row already: one
+        // Down, not two, reaches what the filter found.
+        if (m_pane && (!m_pane->cursor() || m_pane->row(*m_pane->cursor()) < 0))
+            m_pane->moveCursor(1, false);
+        Q_EMIT finished();
+        return;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-    case Qt::Key_Down:
     case Qt::Key_Tab:
         Q_EMIT finished();
         return;

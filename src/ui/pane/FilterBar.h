@@ -2,8 +2,9 @@
 // The "filter this folder" field above a pane's view. Shown while the pane is filtering; each
 // keystroke narrows the pane's items (the pane arranges, this only passes the text on). Esc
 // closes it and clears the text; Return, Down or Tab hand the keys back to the view and keep
-// the filter; Ctrl+F in the field turns it into a search below the folder with the same text
-// (the pane's search field takes over). The text follows the pane when the pane clears it (moving to another folder).
+// the filter (Down with no cursor on a shown row puts it on the first); Ctrl+F in the field
+// turns it into a search below the folder with the same text (the pane's search field takes
+// over). The text follows the pane when the pane clears it (moving to another folder).
 //
 // Signals: finished() follows every hand-back of the keys to the view (closed or not).
 
