@@ -184,6 +184,7 @@ TEST_F(ViewContextMenuTest, ShiftF10AndTheMenuKeyOpenTheMenuAtTheCursorRowInEver
         SCOPED_TRACE(int(mode));
         show(mode);
         select(photo);
+        QApplication::processEvents(); // the columns view scrolls its column into sight once shown
         const QRect row(view()->viewport()->mapToGlobal(rowRect(photo).topLeft()), rowRect(photo).size());
         QPoint asked;
         const auto recording = QObject::connect(window->activePaneWidget(), &PaneWidget::contextMenuRequested,
