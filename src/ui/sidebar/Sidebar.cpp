@@ -5,6 +5,7 @@
 #include "servers/ServerMounts.h"
 #include "places/SidebarStore.h"
 #include "state/WindowState.h"
+#include "ui/pane/PaneWidget.h"
 #include "ui/sidebar/SidebarModel.h"
 #include "ui/sidebar/SidebarView.h"
 #include "ui/theme/Theme.h"
@@ -45,6 +46,7 @@ Sidebar::Sidebar(WindowState* window, SidebarStore* store, QWidget* parent)
     setMinimumWidth(140);
 
     connect(m_view, &SidebarView::rowActivated, this, &Sidebar::open);
+    connect(m_view, &SidebarView::leaveRequested, this, &Sidebar::returnKeyboard);
     connect(m_view, &SidebarView::menuRequested, this, &Sidebar::showMenu);
     connect(m_view, &SidebarView::foldersDropped, this, &Sidebar::addDropped);
     connect(store, &SidebarStore::renamingChanged, this, [this] {
@@ -54,9 +56,25 @@ Sidebar::Sidebar(WindowState* window, SidebarStore* store, QWidget* parent)
 
 void Sidebar::takeFocus()
 {
-    if (!m_view->currentIndex().isValid() && m_model->rowCount() > 1)
+    if (m_view->hasFocus()) {
+        returnKeyboard();
+        return;
+    }
+    // A cursor nobody chose (focus passing through leaves it on the first title) starts over.
+    const QModelIndex current = m_view->currentIndex();
+    if ((!current.isValid() || !m_view->selectionModel()->isSelected(current)) && m_model->rowCount() > 1)
         m_view->setCurrentIndex(m_model->index(1));
     m_view->setFocus(Qt::ShortcutFocusReason);
+}
+
+void Sidebar::returnKeyboard()
+{
+    const QList<PaneWidget*> panes = window()->findChildren<PaneWidget*>();
+    for (PaneWidget* widget : panes)
+        if (widget->pane() == m_window->activePane() && widget->isVisible()) {
+            widget->takeFocus();
+            return;
+        }
 }
 
 void Sidebar::editRenamingGroup()
@@ -89,10 +107,10 @@ void Sidebar::open(int index)
         for (const SavedSearch& search : m_store->searches())
             if (search.id == row.itemId)
                 pane->open(search);
-        return;
-    case Kind::thisComputer: pane->show(Listing::of(Listing::Kind::thisMac)); return;
-    case Kind::trash: pane->show(Listing::of(Listing::Kind::trash)); return;
-    case Kind::tag: pane->show(Listing::tag(row.tagName)); return;
+        break;
+    case Kind::thisComputer: pane->show(Listing::of(Listing::Kind::thisMac)); break;
+    case Kind::trash: pane->show(Listing::of(Listing::Kind::trash)); break;
+    case Kind::tag: pane->show(Listing::tag(row.tagName)); break;
     default:
         if (row.isMissing) {
             Q_EMIT messageRequested(QStringLiteral("“%1” can't be found").arg(row.path.abbreviated()));
@@ -100,6 +118,26 @@ void Sidebar::open(int index)
         }
         pane->navigate(row.path);
     }
+    returnKeyboard(); // to the place just opened
+}
+
+std::pair<qsizetype, qsizetype> Sidebar::placeAmongSiblings(const SidebarRow& row) const
+{
+    using Kind = SidebarRow::Kind;
+    auto placeOf = [](const auto& list, auto matches) {
+        const auto found = std::find_if(list.begin(), list.end(), matches);
+        return std::pair<qsizetype, qsizetype>(found == list.end() ? -1 : found - list.begin(), list.size());
+    };
+    if (row.kind == Kind::title && m_store->group(row.sectionId))
+        return placeOf(m_store->groups(), [&row](const SidebarGroup& g) { return g.id == row.sectionId; });
+    if (row.kind == Kind::favorite)
+        return placeOf(m_store->allFavorites(), [&row](const Place& p) { return p.url == row.path; });
+    if (row.kind == Kind::groupItem)
+        if (const SidebarGroup* group = m_store->group(row.sectionId))
+            return placeOf(group->items, [&row](const SidebarItem& i) { return i.id == row.itemId; });
+    if (row.kind == Kind::search)
+        return placeOf(m_store->searches(), [&row](const SavedSearch& s) { return s.id == row.itemId; });
+    return {-1, 0};
 }
 
 void Sidebar::showMenu(int index, const QPoint& globalPosition)
@@ -131,9 +169,12 @@ void Sidebar::showMenu(int index, const QPoint& globalPosition)
             menu.addAction(QStringLiteral("Remove from Group"), this, [this, row] { m_store->removeItem(row.sectionId, row.itemId); });
         else if (row.kind == Kind::search)
             menu.addAction(QStringLiteral("Remove"), this, [this, row] { m_store->removeSearch(row.itemId); });
-        menu.addSeparator();
-        menu.addAction(QStringLiteral("Move Up"), this, [move] { move(-1); });
-        menu.addAction(QStringLiteral("Move Down"), this, [move] { move(1); });
+        // Offered where there is somewhere to move: among two or more, and not past either end.
+        if (const auto [at, count] = placeAmongSiblings(row); at >= 0 && count > 1) {
+            menu.addSeparator();
+            menu.addAction(QStringLiteral("Move Up"), this, [move] { move(-1); })->setEnabled(at > 0);
+            menu.addAction(QStringLiteral("Move Down"), this, [move] { move(1); })->setEnabled(at < count - 1);
+        }
     }
     if (row.kind == Kind::drive && row.isEjectable)
         menu.addAction(QStringLiteral("Eject"), this, [this, row] { eject(row); });

@@ -181,14 +181,39 @@ void SidebarModel::addSection(QList<SidebarRow>& rows, const QString& id) const
 
 void SidebarModel::rebuild()
 {
+    if (m_held) {
+        m_rebuildWaiting = true;
+        return;
+    }
+    m_rebuildWaiting = false;
     QList<SidebarRow> rows;
     for (const QString& id : m_store->layout().sectionOrder)
         addSection(rows, id);
     if (rows == m_rows)
         return;
+    // The same places with new names or figures (a drive's free space, the Trash's count) are
+    // updated where they stand; a drive's bar keeps each row's height.
+    const bool sameShape = rows.size() == m_rows.size() && std::equal(rows.cbegin(), rows.cend(), m_rows.cbegin(), [](const SidebarRow& a, const SidebarRow& b) {
+        return a.isSamePlace(b) && (a.fill >= 0) == (b.fill >= 0);
+    });
+    if (sameShape) {
+        for (qsizetype i = 0; i < rows.size(); ++i)
+            if (rows.at(i) != m_rows.at(i)) {
+                m_rows[i] = rows.at(i);
+                Q_EMIT dataChanged(index(int(i)), index(int(i)));
+            }
+        return;
+    }
     beginResetModel();
     m_rows = std::move(rows);
     endResetModel();
+}
+
+void SidebarModel::holdRebuilds(bool held)
+{
+    m_held = held;
+    if (!held && m_rebuildWaiting)
+        QMetaObject::invokeMethod(this, &SidebarModel::rebuild, Qt::QueuedConnection); // after the editor has gone
 }
 
 int SidebarModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : int(m_rows.size()); }

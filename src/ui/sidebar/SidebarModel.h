@@ -5,7 +5,10 @@
 // colour tags, then the other tags some file carries);
 // rebuilt whole when any of them changes. Names of favourites, group rows, groups and saved
 // searches are editable in place (setData renames them in the store). A rebuild that changes
-// nothing leaves the model alone; one that does resets it, and the view keeps its current place.
+// nothing leaves the model alone; one that changes only names or figures of the same rows (a
+// drive's free space, the Trash's count) signals dataChanged for those rows; any other resets
+// the model, and the view keeps its current place. While rebuilds are held (a name is being
+// edited: a reset would close the editor), a rebuild waits, and runs once they are released.
 
 #include "base/FilePath.h"
 #include "files/Listing.h"
@@ -64,6 +67,9 @@ public:
     static QIcon icon(const QString& symbol);
     static QString sectionTitle(const QString& sectionId);
 
+    // Holds rebuilds back while `held`; releasing runs a rebuild that waited, from the event loop.
+    void holdRebuilds(bool held);
+
 public Q_SLOTS:
     void rebuild();
 
@@ -75,6 +81,7 @@ private:
     Locations* m_locations;
     Frecency* m_frecency;
     QList<SidebarRow> m_rows;
+    bool m_held = false, m_rebuildWaiting = false;
 };
 
 } // namespace orwick

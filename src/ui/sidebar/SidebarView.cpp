@@ -35,9 +35,11 @@ public:
         const SidebarRow& row = model->rowAt(index.row());
         painter->save();
         const QRect r = option.rect.adjusted(6, 0, -6, 0);
-        const bool selected = option.state & QStyle::State_Selected;
+        // The keyboard's cursor: the view has the keyboard and it stands on this row.
         const bool focused = option.state & QStyle::State_HasFocus;
-        if (selected) {
+        // A place stays marked while the keyboard is elsewhere; a title only under the cursor.
+        const bool marked = row.kind == SidebarRow::Kind::title ? focused : bool(option.state & QStyle::State_Selected);
+        if (marked) {
             painter->setRenderHint(QPainter::Antialiasing);
             painter->setPen(Qt::NoPen);
             painter->setBrush(focused || option.widget->hasFocus() ? theme::selection() : theme::separator());
@@ -131,27 +133,74 @@ void SidebarView::setModel(QAbstractItemModel* model)
     auto* sidebar = qobject_cast<SidebarModel*>(model);
     if (!sidebar)
         return;
-    // A rebuild (a visit recorded, a drive mounted) keeps the keyboard's place.
-    auto kept = std::make_shared<std::optional<SidebarRow>>();
+    // A rebuild (a visit recorded, a drive mounted) keeps the keyboard's place, selected only
+    // when it was: a cursor that focus passing through left on the first title stays unmarked.
+    struct Kept {
+        std::optional<SidebarRow> row;
+        bool selected = false;
+    };
+    auto kept = std::make_shared<Kept>();
     connect(sidebar, &QAbstractItemModel::modelAboutToBeReset, this, [this, sidebar, kept] {
-        const int row = currentIndex().row();
-        *kept = row >= 0 && row < sidebar->rowCount() ? std::optional(sidebar->rowAt(row)) : std::nullopt;
+        const QModelIndex current = currentIndex();
+        const int row = current.row();
+        kept->row = row >= 0 && row < sidebar->rowCount() ? std::optional(sidebar->rowAt(row)) : std::nullopt;
+        kept->selected = current.isValid() && selectionModel()->isSelected(current);
     });
     connect(sidebar, &QAbstractItemModel::modelReset, this, [this, sidebar, kept] {
-        if (!*kept)
+        if (!kept->row)
             return;
         for (int i = 0; i < sidebar->rowCount(); ++i)
-            if (sidebar->rowAt(i).isSamePlace(**kept)) {
-                setCurrentIndex(sidebar->index(i));
+            if (sidebar->rowAt(i).isSamePlace(*kept->row)) {
+                selectionModel()->setCurrentIndex(sidebar->index(i), kept->selected ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate);
                 return;
             }
     });
+}
+
+bool SidebarView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event)
+{
+    const bool answered = QListView::edit(index, trigger, event);
+    if (auto* sidebar = qobject_cast<SidebarModel*>(model()); sidebar && state() == QAbstractItemView::EditingState)
+        sidebar->holdRebuilds(true); // a reset would close the editor under the user's typing
+    return answered;
+}
+
+void SidebarView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    QListView::closeEditor(editor, hint);
+    if (auto* sidebar = qobject_cast<SidebarModel*>(model()); sidebar && state() != QAbstractItemView::EditingState)
+        sidebar->holdRebuilds(false);
+}
+
+void SidebarView::editorDestroyed(QObject* editor)
+{
+    QListView::editorDestroyed(editor);
+    if (auto* sidebar = qobject_cast<SidebarModel*>(model()); sidebar && state() != QAbstractItemView::EditingState)
+        sidebar->holdRebuilds(false);
+}
+
+bool SidebarView::event(QEvent* event)
+{
+    // F2 edits the current row's name here, before the window's Rename (of the pane's files).
+    if (event->type() == QEvent::ShortcutOverride && state() != QAbstractItemView::EditingState) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_F2 && key->modifiers() == Qt::NoModifier && currentIndex().isValid()
+            && (model()->flags(currentIndex()) & Qt::ItemIsEditable)) {
+            event->accept();
+            return true;
+        }
+    }
+    return QListView::event(event);
 }
 
 void SidebarView::keyPressEvent(QKeyEvent* event)
 {
     const int row = currentIndex().row();
     if (state() != QAbstractItemView::EditingState) {
+        if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+            Q_EMIT leaveRequested();
+            return;
+        }
         if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && row >= 0) {
             Q_EMIT rowActivated(row);
             return;
