@@ -213,7 +213,9 @@ TEST_F(StartUpFixture, TheBusStartsOrwickForShowInFolderWhileTheSettingIsOn)
         const auto [status, pid] = call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                                         QStringLiteral("org.freedesktop.DBus.GetConnectionUnixProcessID"),
                                         {QLatin1StringView(ShowInFolderService::busName)});
-        const qint64 id = pid.mid(pid.indexOf(' ') + 1).toLongLong(); // "(uint32 1234,)"
+        const QByteArray answer = pid.mid(pid.indexOf(' ') + 1); // "(uint32 1234,)"
+        const qint64 id = answer.left(answer.indexOf(',')).toLongLong();
+        EXPECT_GT(id, 0) << "the bus didn't say which process holds the name: " << pid.toStdString();
         if (status == 0 && id > 0)
             kill(pid_t(id), SIGTERM);
     };
