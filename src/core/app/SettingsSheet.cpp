@@ -183,7 +183,7 @@ QList<SettingRow> sidebarRows(SidebarStore* owner)
         {section::locations, "showLocations", "Locations", "Disks and mounted volumes"},
         {section::tags, "showTags", "Tags",
          "Color tags; click one to list every file under your home folder that carries it. Tag files from their context menu or the "
-         "palette (“Tag: Red”)."},
+         "palette (type the tag’s name)."},
     };
     QList<SettingRow> rows;
     const QPointer<SidebarStore> store(owner);

@@ -46,11 +46,11 @@ QList<AppCommand> family(const FinderTags& tags)
     for (const FinderTag& tag : offered(tags)) {
         AppCommand command;
         command.id = kPrefix + tag.name.toLower();
-        command.title = QStringLiteral("Tag: ") + tag.name;
+        command.title = tag.name;
         command.symbol = tag.isColor() ? QStringLiteral("tag.") + tag.name.toLower() : QStringLiteral("tag");
         if (tag.isColor())
             command.shortcut = QKeySequence(Qt::ALT | Qt::Key(key++));
-        command.keywords = QStringLiteral("label color finder tags add remove ") + tag.name;
+        command.keywords = QStringLiteral("label color finder tags");
         const QString name = tag.name;
         command.run = [name](WindowState& w) { toggle(w, name); };
         command.isEnabled = [](const WindowState& w) { return w.files().canChangeSelection(); };

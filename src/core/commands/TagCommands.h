@@ -1,7 +1,7 @@
 #pragma once
 // The tag family of the command catalogue, rebuilt each time the catalogue is read: one command
 // per colour tag and per other tag in use (FinderTags), "tag." + the name in lower case, titled
-// "Tag: " + the name. Each toggles its tag on the selection: when every selected item carries
+// with the tag's name alone (its colour dot says what it is; "tag" finds them all in the palette). Each toggles its tag on the selection: when every selected item carries
 // it (as FinderTags last read them), it is removed from all; else it is added to those without
 // it. Either way it is one job of the engine with one undo step. The colour tags have the keys
 // Alt+1 … Alt+7 in menu order (Red … Gray); Ctrl+1 … Ctrl+4 choose the view mode.

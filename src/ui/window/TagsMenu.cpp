@@ -46,7 +46,7 @@ void fill(QMenu* submenu, QMainWindow* window, WindowState* state, bool opening)
     const QList<FilePath> selection = state->selectedURLs();
     const bool enabled = !opening || state->files().canChangeSelection();
     for (const AppCommand& command : TagCommands::family(FinderTags::shared())) {
-        const QString name = command.title.mid(QStringLiteral("Tag: ").size());
+        const QString name = command.title;
         // The colour tags' rows are their key's actions, so the menu shows the key.
         QAction* action = shortcutAction(window, command.id);
         if (!action) {
