@@ -1,5 +1,6 @@
 #include "fileops/TrashLog.h"
 
+#include "files/StoredPath.h"
 #include "fileops/UniqueName.h"
 #include "platform/Trash.h"
 #include "platform/XdgPaths.h"
@@ -24,17 +25,12 @@ bool hasTheShapeOfALog(const QJsonDocument& document)
 // leaves its entries alone.
 bool isEmptied(const FilePath& inTrash) { return !pathExists(inTrash) && pathExists(inTrash.parent()); }
 
-bool isStorable(const FilePath& inTrash, const FilePath& former)
-{
-    return isValidUtf8(inTrash.native()) && isValidUtf8(former.native());
-}
-
 // A logged path as the log may use it: a relative one would be taken from the working folder, and
 // one holding NUL would be acted on cut short there.
 FilePath loggedPath(const QString& text)
 {
-    const QByteArray bytes = text.toUtf8();
-    return bytes.startsWith('/') && !bytes.contains('\0') ? FilePath::fromNative(bytes) : FilePath();
+    const FilePath path = pathFromStoredText(text);
+    return path.native().startsWith('/') && !path.native().contains('\0') ? path : FilePath();
 }
 
 } // namespace
@@ -65,10 +61,6 @@ void TrashLog::take(const QJsonDocument& document)
 {
     QHash<FilePath, FilePath> entries = entriesIn(document);
     entries.removeIf([](QHash<FilePath, FilePath>::iterator entry) { return isEmptied(entry.key()); });
-    // What the file can't hold stays as this process knows it.
-    for (auto it = m_entries.begin(); it != m_entries.end(); ++it)
-        if (!isStorable(it.key(), it.value()))
-            entries.insert(it.key(), it.value());
     m_entries = std::move(entries);
 }
 
@@ -106,15 +98,14 @@ Status TrashLog::update(const QList<std::pair<FilePath, FilePath>>& added, const
     const auto written = m_store.update([this](const std::optional<QJsonDocument>& onDisk) {
         QJsonObject entries = onDisk ? onDisk->object().value(kEntries).toObject() : QJsonObject();
         for (auto it = entries.begin(); it != entries.end();) {
-            const FilePath inTrash = FilePath::fromNative(it.key().toUtf8());
+            const FilePath inTrash = pathFromStoredText(it.key());
             if (m_unsavedRemoved.contains(inTrash) || isEmptied(inTrash))
                 it = entries.erase(it);
             else
                 ++it;
         }
         for (auto it = m_unsavedAdded.begin(); it != m_unsavedAdded.end(); ++it)
-            if (isStorable(it.key(), it.value()))
-                entries.insert(it.key().text(), it.value().text());
+            entries.insert(storedPathText(it.key()), storedPathText(it.value()));
         return QJsonDocument(QJsonObject{{kEntries, entries}});
     });
     if (!written)

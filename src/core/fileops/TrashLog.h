@@ -7,9 +7,10 @@
 // changes stay here and are saved with the next one.
 //
 // Entries whose item is gone from a Trash folder that is there (emptied by another program) are
-// dropped; entries on a disk that isn't mounted are kept. Paths that are not UTF-8 stay in
-// memory only; their .trashinfo holds them exactly. Items lying in a Trash folder that fails
-// the Trash's safety checks (another user's) are never put back from the log.
+// dropped; entries on a disk that isn't mounted are kept. Paths are written as StoredPath text:
+// as they are when UTF-8, else as file URLs that keep every byte of a name (a log written before
+// holds plain paths only, and reads the same). Items lying in a Trash folder that fails the
+// Trash's safety checks (another user's) are never put back from the log.
 // Lives on the interface thread.
 
 #include "base/FilePath.h"

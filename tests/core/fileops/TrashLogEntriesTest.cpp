@@ -27,5 +27,19 @@ TEST(TrashLogEntries, TakesAbsolutePathsAndLeavesTheRest)
     EXPECT_EQ(entries, (QHash<FilePath, FilePath>{{FilePath::fromNative("/t/files/a"), FilePath::fromNative("/home/u/a")}}));
 }
 
+TEST(TrashLogEntries, ReadsPlainPathsAndFileUrlsThatKeepEveryByte)
+{
+    const QByteArray inTrash("/t/files/caf\xe9");
+    const QByteArray former("/home/u/caf\xe9");
+    const auto entries = entriesOf({
+        {QStringLiteral("/t/files/plain"), QStringLiteral("/home/u/plain")}, // as every log wrote it before
+        {FilePath::fromNative(inTrash).toUrl().toString(QUrl::FullyEncoded),
+         FilePath::fromNative(former).toUrl().toString(QUrl::FullyEncoded)},
+        {QStringLiteral("file:///t/files/nul"), QStringLiteral("file:///home/u/a%00b")},
+    });
+    EXPECT_EQ(entries, (QHash<FilePath, FilePath>{{FilePath::fromNative("/t/files/plain"), FilePath::fromNative("/home/u/plain")},
+                                                  {FilePath::fromNative(inTrash), FilePath::fromNative(former)}}));
+}
+
 } // namespace
 } // namespace orwick

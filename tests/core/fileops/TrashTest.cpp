@@ -4,10 +4,12 @@
 
 #include "fileops/TrashLog.h"
 #include "fileops/UniqueName.h"
+#include "platform/JsonFile.h"
 #include "platform/StoreNotices.h"
 #include "platform/Trash.h"
 #include "platform/XdgPaths.h"
 
+#include <QJsonObject>
 #include <QRegularExpression>
 
 namespace orwick::test {
@@ -42,6 +44,26 @@ TEST_F(FileOpsTest, TrashWritesTheInfoFileAndTheLog)
     redo();
     EXPECT_FALSE(exists(item));
     EXPECT_EQ(TrashLog().formerPath(inTrash), item);
+}
+
+TEST_F(FileOpsTest, ANameThatIsNotUtf8IsLoggedWithEveryByte)
+{
+    const FilePath item = tree.file(QByteArray("Old Notes/caf\xe9 \xff.txt"), "x");
+    ops.trash({item}, QStringLiteral("Move to Trash"), &stack);
+    settle();
+    const FilePath inTrash = homeTrashFiles().child(QByteArrayView("caf\xe9 \xff.txt"));
+    ASSERT_TRUE(exists(inTrash));
+    // On disk, and read back whole by a fresh reader (another Orwick, the next start).
+    const auto onDisk = readJsonFile(xdg::orwickDataDir().child(QStringLiteral("trash-log.json")));
+    ASSERT_TRUE(onDisk);
+    EXPECT_EQ(onDisk->object().value(QStringLiteral("entries")).toObject().size(), 1);
+    EXPECT_EQ(TrashLog().formerPath(inTrash), item);
+    EXPECT_EQ(TrashLog().trashedItems(), QList<FilePath>{inTrash});
+
+    ops.putBack({inTrash}, &stack);
+    settle();
+    EXPECT_EQ(readAll(item), "x");
+    EXPECT_EQ(TrashLog().size(), 0);
 }
 
 TEST_F(FileOpsTest, HomeTrashIsMadePrivate)
