@@ -1,7 +1,8 @@
 // orwick-cli tasks DIR [--open]: every task in the notes under a folder, read as the Tasks view
 // reads them (TaskList), one tab-separated line each: the note (relative to DIR), the line, "done"
 // or "open", the due, scheduled and start dates, the priority, the recurrence (each "-" when
-// absent) and the title without markers. Notes that can't be read are said on standard error.
+// absent) and the title without markers. Notes that can't be read are said on standard error,
+// then how many notes the tasks are in and how many notes were read.
 
 #include "cli/CliCommand.h"
 #include "cli/CliPaths.h"
@@ -77,7 +78,9 @@ int tasks(const Arguments& arguments)
     fflush(stdout);
     for (const QString& problem : list.problems)
         err() << problem << Qt::endl;
-    err() << counted(list.tasks.size(), "task") << " in " << counted(list.notes, "note") << " (read in " << elapsed << " ms)" << Qt::endl;
+    // The notes the printed tasks are in, then every note read (most notes hold no task).
+    err() << counted(list.tasks.size(), "task") << " in " << counted(list.notesWithTasks(), "note") << "; "
+          << counted(list.notes, "note") << " read in " << elapsed << " ms" << Qt::endl;
     return list.problems.isEmpty() ? 0 : 1;
 }
 
@@ -86,7 +89,9 @@ const CliRegistration registration({QStringLiteral("tasks"), QStringLiteral("tas
                                     QStringLiteral("One line a task, fields split by tabs: note, line, done or open, due,\n"
                                                    "scheduled and start dates, priority, recurrence (\"-\" when absent), title.\n"
                                                    "--open leaves out the tasks that are done. Exit code 1 when a note\n"
-                                                   "couldn't be read (said on standard error; the other tasks are printed).")});
+                                                   "couldn't be read (said on standard error; the other tasks are printed).\n"
+                                                   "Standard error ends with how many notes hold the tasks and how many\n"
+                                                   "notes were read.")});
 
 } // namespace
 } // namespace orwick::cli

@@ -5,6 +5,7 @@
 #include "platform/DirectoryReader.h"
 
 #include <QRegularExpression>
+#include <QSet>
 #include <QStringDecoder>
 #include <QTimeZone>
 #include <algorithm>
@@ -79,6 +80,14 @@ std::optional<TaskList> TaskList::collect(const FilePath& folder, bool openOnly,
                 list.tasks.append({task, TaskDates::parse(task.text)});
     }
     return list;
+}
+
+int TaskList::notesWithTasks() const
+{
+    QSet<FilePath> notes;
+    for (const ListedTask& entry : tasks)
+        notes.insert(entry.task.note);
+    return int(notes.size());
 }
 
 QString TaskList::groupTitle(const ListedTask& task, QDate today)

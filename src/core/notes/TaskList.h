@@ -24,7 +24,10 @@ struct TaskList {
     FilePath folder;
     QList<ListedTask> tasks;     // notes in path order, tasks in line order
     QStringList problems;        // one sentence per note that couldn't be read
-    int notes = 0;               // notes read
+    int notes = 0;               // notes read, with tasks or without
+
+    // How many notes the listed tasks are in.
+    int notesWithTasks() const;
 
     // Nothing when cancelled.
     static std::optional<TaskList> collect(const FilePath& folder, bool openOnly, const CancelFlag* cancel = nullptr);
