@@ -32,6 +32,7 @@
 #include "ui/pane/PaneTagDecoration.h"
 #include "ui/panels/DiskToolKeys.h"
 #include "ui/panels/SettingsPanel.h"
+#include "ui/theme/IconThemeFallback.h"
 #include "ui/theme/ThemeApplier.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
@@ -234,6 +235,7 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Orwick"));
     QApplication::setDesktopFileName(QStringLiteral("orwick"));
+    useIconFallbackTheme();
     // Qt finds its image plugins (the picture commands ask which formats it can write) on a
     // worker thread while this one makes the window, instead of in the middle of making it.
     runInBackground(&app, [] { return writableImageFormats(); }, [](const QList<QByteArray>&) {});

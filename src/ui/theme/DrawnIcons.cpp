@@ -2,6 +2,7 @@
 
 #include "ui/theme/Theme.h"
 
+#include <QHash>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
@@ -93,6 +94,90 @@ QIcon moreChevron(Qt::Orientation orientation)
             }
             painter.drawPath(chevron);
         }
+    }));
+}
+
+namespace {
+
+// A box of `columns` × `rows` cells, the first `filled` of them (in reading order) shaded.
+void drawCells(QPainter& painter, const QRectF& box, int columns, int rows, QIcon::Mode mode, QList<int> filled = {})
+{
+    const QPen pen = strokeFor(box, mode);
+    const qreal w = box.width() / columns, h = box.height() / rows;
+    QColor shade = markColour(mode);
+    shade.setAlphaF(0.45f);
+    for (int i : filled)
+        painter.fillRect(QRectF(box.left() + (i % columns) * w, box.top() + (i / columns) * h, w, h), shade);
+    painter.setPen(pen);
+    painter.drawRoundedRect(box, pen.widthF(), pen.widthF());
+    for (int c = 1; c < columns; ++c)
+        painter.drawLine(QPointF(box.left() + c * w, box.top()), QPointF(box.left() + c * w, box.bottom()));
+    for (int r = 1; r < rows; ++r)
+        painter.drawLine(QPointF(box.left(), box.top() + r * h), QPointF(box.right(), box.top() + r * h));
+}
+
+using Mark = std::function<void(QPainter&, const QRectF&, QIcon::Mode)>;
+
+const QHash<QString, Mark>& marks()
+{
+    static const QHash<QString, Mark> all{
+        {QStringLiteral("list.bullet"),
+         [](QPainter& p, const QRectF& box, QIcon::Mode mode) {
+             p.setPen(strokeFor(box, mode));
+             for (int line = 0; line < 3; ++line) {
+                 const qreal y = box.top() + box.height() * (0.15 + 0.35 * line);
+                 p.drawPoint(QPointF(box.left() + box.width() * 0.08, y));
+                 p.drawLine(QPointF(box.left() + box.width() * 0.32, y), QPointF(box.right(), y));
+             }
+         }},
+        {QStringLiteral("square.grid.2x2"),
+         [](QPainter& p, const QRectF& box, QIcon::Mode mode) {
+             p.setPen(strokeFor(box, mode));
+             const qreal side = box.width() * 0.4;
+             for (const QPointF& corner : {box.topLeft(), QPointF(box.right() - side, box.top()),
+                                           QPointF(box.left(), box.bottom() - side), QPointF(box.right() - side, box.bottom() - side)})
+                 p.drawRoundedRect(QRectF(corner, QSizeF(side, side)), 1, 1);
+         }},
+        {QStringLiteral("tablecells"), [](QPainter& p, const QRectF& box, QIcon::Mode mode) { drawCells(p, box, 3, 3, mode, {0, 1, 2}); }},
+        {QStringLiteral("rectangle.split.3x1"), [](QPainter& p, const QRectF& box, QIcon::Mode mode) { drawCells(p, box, 3, 1, mode); }},
+        {QStringLiteral("rectangle.split.2x1"), [](QPainter& p, const QRectF& box, QIcon::Mode mode) { drawCells(p, box, 2, 1, mode); }},
+        {QStringLiteral("rectangle.righthalf.inset.filled"), [](QPainter& p, const QRectF& box, QIcon::Mode mode) { drawCells(p, box, 2, 1, mode, {1}); }},
+        {QStringLiteral("rectangle.bottomhalf.inset.filled"), [](QPainter& p, const QRectF& box, QIcon::Mode mode) { drawCells(p, box, 1, 2, mode, {1}); }},
+        {QStringLiteral("sidebar.left"), [](QPainter& p, const QRectF& box, QIcon::Mode mode) { drawCells(p, box, 3, 1, mode, {0}); }},
+        {QStringLiteral("sidebar.right"), [](QPainter& p, const QRectF& box, QIcon::Mode mode) { drawCells(p, box, 3, 1, mode, {2}); }},
+        {QStringLiteral("line.3.horizontal.decrease"),
+         [](QPainter& p, const QRectF& box, QIcon::Mode mode) {
+             p.setPen(strokeFor(box, mode));
+             for (int line = 0; line < 3; ++line) {
+                 const qreal y = box.top() + box.height() * (0.15 + 0.35 * line), inset = box.width() * 0.17 * line;
+                 p.drawLine(QPointF(box.left() + inset, y), QPointF(box.right() - inset, y));
+             }
+         }},
+        {QStringLiteral("pencil"),
+         [](QPainter& p, const QRectF& box, QIcon::Mode mode) {
+             p.setPen(strokeFor(box, mode));
+             p.drawLine(QPointF(box.left() + box.width() * 0.1, box.bottom() - box.height() * 0.1),
+                        QPointF(box.right() - box.width() * 0.1, box.top() + box.height() * 0.1));
+             p.drawLine(QPointF(box.left(), box.bottom()), QPointF(box.left() + box.width() * 0.3, box.bottom()));
+         }},
+        {QStringLiteral("circle"),
+         [](QPainter& p, const QRectF& box, QIcon::Mode mode) {
+             p.setPen(strokeFor(box, mode));
+             p.drawEllipse(box);
+         }},
+    };
+    return all;
+}
+
+} // namespace
+
+QIcon symbolMark(const QString& symbol)
+{
+    const auto mark = marks().constFind(symbol);
+    if (mark == marks().cend())
+        return {};
+    return QIcon(new DrawnEngine([draw = *mark](QPainter& painter, const QRectF& area, QIcon::Mode mode) {
+        draw(painter, centredSquare(area, 0.18), mode);
     }));
 }
 

@@ -12,5 +12,11 @@ namespace orwick::drawn {
 QIcon clearMark();
 // "»", pointing along `orientation`'s direction of overflow (right, or down).
 QIcon moreChevron(Qt::Orientation orientation);
+// The marks of commands that icon themes have no picture for (the view modes, splits, the
+// sidebar and preview, the filter, rename), by the command's symbol: "list.bullet",
+// "square.grid.2x2", "tablecells", "rectangle.split.3x1", "rectangle.split.2x1",
+// "rectangle.bottomhalf.inset.filled", "rectangle.righthalf.inset.filled", "sidebar.left",
+// "sidebar.right", "line.3.horizontal.decrease", "pencil", "circle". A null icon for any other.
+QIcon symbolMark(const QString& symbol);
 
 } // namespace orwick::drawn

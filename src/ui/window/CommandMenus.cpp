@@ -5,6 +5,7 @@
 #include "commands/DatabaseViewActions.h"
 #include "places/FinderTag.h"
 #include "ui/text/LiteralText.h"
+#include "ui/theme/DrawnIcons.h"
 #include "ui/theme/ThemeSwatch.h"
 #include "ui/views/TagDots.h"
 #include "ui/window/TagsMenu.h"
@@ -43,9 +44,28 @@ QIcon commandIcon(const QString& symbol)
         {"minus.magnifyingglass", "zoom-out"}, {"arrow.uturn.backward", "edit-undo"}, {"arrow.uturn.forward", "edit-redo"}, {"network", "network-server"},
         {"arrow.right.doc.on.clipboard", "edit-copy"}, {"arrow.right.square", "go-next"}, {"archivebox.circle", "package-x-generic"},
         {"arrow.down.doc", "edit-paste"}, {"tray.2", "view-sort-ascending"}, {"folder.badge.gearshape", "folder"},
-        {"photo", "image-x-generic"}, {"photo.on.rectangle", "image-x-generic"}};
-    const QString name = themeNames.value(symbol);
-    return name.isEmpty() ? QIcon() : QIcon::fromTheme(name);
+        {"photo", "image-x-generic"}, {"photo.on.rectangle", "image-x-generic"}, {"square.stack.3d.up", "image-x-generic"},
+        {"arrow.down.circle", "go-down"}, {"arrow.up.circle", "go-up"}, {"arrow.left", "go-previous"}, {"arrow.right", "go-next"},
+        {"arrow.triangle.2.circlepath", "view-refresh"}, {"arrow.turn.down.right", "go-jump"}, {"arrow.up.forward.app", "system-run"},
+        {"arrow.up.left.and.arrow.down.right", "view-fullscreen"}, {"calendar", "x-office-calendar"},
+        {"calendar.badge.plus", "appointment-new"}, {"camera.viewfinder", "camera-photo"},
+        {"chevron.left.forwardslash.chevron.right", "text-x-script"}, {"command", "preferences-desktop-keyboard-shortcuts"},
+        {"keyboard", "input-keyboard"}, {"doc.richtext", "x-office-document"}, {"globe", "web-browser"},
+        {"envelope", "mail-message-new"}, {"graduationcap", "help-browser"}, {"hand.wave", "help-browser"},
+        {"icloud", "folder-remote"}, {"icloud.and.arrow.down", "folder-download"}, {"internaldrive", "drive-harddisk"},
+        {"ladybug", "dialog-warning"}, {"link", "insert-link"}, {"paintpalette", "preferences-desktop-theme"},
+        {"circle.lefthalf.filled", "preferences-desktop-theme"}, {"paintbrush.pointed", "applications-graphics"},
+        {"pencil.line", "accessories-text-editor"}, {"square.and.pencil", "accessories-text-editor"},
+        {"plus.rectangle", "utilities-terminal"}, {"plus.rectangle.on.folder", "tab-new"}, {"power", "application-exit"},
+        {"rectangle.2.swap", "object-flip-horizontal"}, {"slider.horizontal.3", "preferences-system"},
+        {"tray.and.arrow.down", "document-save"}, {"tray.and.arrow.up", "document-send"}, {"tray", "edit-clear"},
+        {"xmark.circle", "process-stop"}, {"xmark.rectangle", "window-close"}, {"dot.radiowaves.left.and.right", "network-wireless"},
+        {"text.viewfinder", "edit-find-replace"}};
+    // The desktop's icon theme first (or the fallback theme, IconThemeFallback.h); else Orwick's own mark.
+    if (const QString name = themeNames.value(symbol); !name.isEmpty())
+        if (const QIcon found = QIcon::fromTheme(name); !found.isNull())
+            return found;
+    return drawn::symbolMark(symbol);
 }
 
 namespace {

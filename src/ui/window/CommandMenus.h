@@ -43,7 +43,8 @@ private:
     QSet<QAction*> m_withIcons;
 };
 
-// A desktop icon for a command's symbol name (empty when there is no good match).
+// The icon for a command's symbol name: a tag's dot, a theme's swatch, the icon theme's picture
+// or Orwick's own drawn mark (empty when none fits).
 QIcon commandIcon(const QString& symbol);
 
 } // namespace orwick

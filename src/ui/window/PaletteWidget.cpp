@@ -107,6 +107,9 @@ void PaletteWidget::fillRows()
     m_rows->clear();
     m_listRowOf.clear();
     int paletteRow = 0;
+    QPixmap empty(m_rows->iconSize().isValid() ? m_rows->iconSize() : QSize(16, 16));
+    empty.fill(Qt::transparent);
+    const QIcon blank(empty);
     for (const PaletteSection& section : m_state->sections()) {
         if (!section.heading.isEmpty()) {
             auto* heading = new QListWidgetItem(section.heading.toUpper(), m_rows);
@@ -118,7 +121,10 @@ void PaletteWidget::fillRows()
             heading->setForeground(theme::dimText());
         }
         for (const PaletteItem& row : section.items) {
-            auto* item = new QListWidgetItem(commandIcon(row.symbol), row.title, m_rows);
+            QIcon icon = commandIcon(row.symbol);
+            if (icon.isNull())
+                icon = blank; // the titles line up whether a row has an icon or not
+            auto* item = new QListWidgetItem(icon, row.title, m_rows);
             item->setData(Role::SubtitleRole, row.subtitle);
             item->setData(Role::ShortcutRole, row.shortcut);
             item->setData(Role::PaletteRowRole, paletteRow);
