@@ -7,6 +7,8 @@
 #include "ui/notes/FilterRowEditor.h"
 
 #include <QComboBox>
+#include <QFormLayout>
+#include <QLineEdit>
 #include <QToolButton>
 #include <gtest/gtest.h>
 
@@ -54,6 +56,36 @@ TEST(FilterRowEditor, KeepsTheIdAndDropsTheOperandOfValuelessConditions)
     EXPECT_EQ(edited.key, "done");
     EXPECT_EQ(edited.condition, C::checked);
     EXPECT_TRUE(edited.value.isEmpty());
+}
+
+// "is checked", "is not checked", "is empty", "is not empty" take no operand: no Value row.
+TEST(FilterRowEditor, ShowsTheValueRowOnlyForConditionsThatTakeOne)
+{
+    const auto typeOf = [](const QString& key) { return key == "done" ? PropertyType::checkbox : PropertyType::text; };
+    FilterRowEditor editor({QUuid::createUuid(), "done", C::checked, ""}, {"done", "status"}, typeOf);
+    auto* value = editor.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly);
+    ASSERT_TRUE(value);
+    const auto valueLabel = [&]() -> QWidget* {
+        auto* form = qobject_cast<QFormLayout*>(editor.layout());
+        QLayoutItem* label = form ? form->itemAt(2, QFormLayout::LabelRole) : nullptr;
+        return label ? label->widget() : nullptr;
+    };
+    ASSERT_TRUE(valueLabel());
+    EXPECT_FALSE(value->isVisibleTo(&editor));
+    EXPECT_FALSE(valueLabel()->isVisibleTo(&editor));
+    auto* condition = editor.findChildren<QComboBox*>().value(1);
+    condition->setCurrentIndex(int(editor.conditionTitles().indexOf("is not checked")));
+    EXPECT_FALSE(value->isVisibleTo(&editor));
+
+    auto* key = editor.findChildren<QComboBox*>().value(0);
+    key->setCurrentText("status");
+    condition->setCurrentIndex(int(editor.conditionTitles().indexOf("contains")));
+    EXPECT_TRUE(value->isVisibleTo(&editor));
+    EXPECT_TRUE(valueLabel()->isVisibleTo(&editor));
+    condition->setCurrentIndex(int(editor.conditionTitles().indexOf("is empty")));
+    EXPECT_FALSE(value->isVisibleTo(&editor));
+    condition->setCurrentIndex(int(editor.conditionTitles().indexOf("is")));
+    EXPECT_TRUE(value->isVisibleTo(&editor));
 }
 
 TEST(FilterRowEditor, OffersTheConditionsOfThePropertysTypeAndFollowsTheKey)

@@ -69,8 +69,10 @@ QStringList FilterRowEditor::conditionTitles() const
 
 void FilterRowEditor::conditionChanged()
 {
+    // "is checked", "is empty"… take no operand: the Value row goes, label and all.
     const auto condition = PropertyFilter::Condition(m_condition->currentData().toInt());
-    m_value->setEnabled(PropertyFilter::needsValue(condition));
+    if (auto* form = qobject_cast<QFormLayout*>(layout()))
+        form->setRowVisible(m_value, PropertyFilter::needsValue(condition));
 }
 
 PropertyFilter FilterRowEditor::filter() const

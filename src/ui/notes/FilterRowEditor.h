@@ -1,7 +1,7 @@
 #pragma once
 // FilterRowEditor: the small dialog that adds or edits one filter row — the property, the
 // condition ("is", "is not", "contains"… as the filter row words them) and, when the condition
-// takes one, the operand. The conditions offered are those that fit the chosen property's type
+// takes one, the operand (the Value row is hidden for "is checked", "is empty" and the like). The conditions offered are those that fit the chosen property's type
 // (a checkbox is checked or not, a date is before or after…), and change with the property; a
 // row saved with another condition keeps it while its property stays.
 
