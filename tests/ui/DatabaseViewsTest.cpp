@@ -1,6 +1,7 @@
 // A notes folder shown as a board, a calendar, a gallery and its tasks in a window's pane: the
-// layout is kept per folder, keys move a card to the next lane or an item to the next day as one
-// step on the window's undo stack, Space toggles a task in its note, and the file views come back.
+// layout is kept per folder, keys move a card to the next lane (a lane it leaves empty stays) or
+// an item to the next day as one step on the window's undo stack, Space toggles a task in its
+// note, and the file views come back.
 #include "NotesWindowFixture.h"
 
 #include "app/Services.h"
@@ -72,17 +73,18 @@ TEST_F(DatabaseViewsTest, BoardMovesACardByKeyAsOneUndoStep)
     ASSERT_TRUE(waitUntil([&] { return board->board().lanes.size() == 4; }));
     EXPECT_TRUE(board->isVisible());
     EXPECT_EQ(board->board().lanes[1].cards.size(), 1); // todo: alpha
-    // To alpha's card: the "todo" lane.
+    // The keyboard starts on the first card ("No value" is empty), so the keys move it at once.
     board->setFocus();
-    test::pressKey(board, Qt::Key_Right);
     ASSERT_EQ(board->currentItem(), alpha);
-    EXPECT_EQ(pane()->cursor(), alpha); // the window's commands act on the board's card
-    EXPECT_EQ(pane()->selection(), QSet<FilePath>{alpha});
     test::pressKey(board, Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(board->board().lanes[2].cards.size(), 1); // drawn in "doing" at once
+    EXPECT_EQ(board->currentItem(), alpha);
+    EXPECT_EQ(pane()->selection(), QSet<FilePath>{alpha}); // the window's commands act on the moved card
     settle();
     EXPECT_EQ(readAll(alpha), "---\nstatus: doing\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n");
     EXPECT_EQ(state->undoStack()->count(), 1);
+    ASSERT_TRUE(waitUntil([&] { return board->board().lanes[2].cards.size() == 1 && board->currentLane() == 2; }));
+    EXPECT_EQ(board->currentItem(), alpha) << "still on the card once the note is read back";
     state->undoStack()->undo();
     settle();
     EXPECT_EQ(readAll(alpha), "---\nstatus: todo\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n");
@@ -92,6 +94,58 @@ TEST_F(DatabaseViewsTest, BoardMovesACardByKeyAsOneUndoStep)
     actions::leaveDatabaseLayout(*state);
     ASSERT_TRUE(waitUntil([&] { return !views()->shownLayout().has_value(); }));
     EXPECT_FALSE(board->isVisible());
+}
+
+// Arrows move the keyboard between the cards, and the pane selects the card it is on.
+TEST_F(DatabaseViewsTest, BoardArrowsSelectTheCard)
+{
+    actions::chooseDatabaseLayout(*state, "board");
+    BoardWidget* board = views()->board();
+    ASSERT_TRUE(waitUntil([&] { return board->board().lanes.size() == 4 && board->board().lanes[3].cards.size() == 1; }));
+    board->setFocus();
+    test::pressKey(board, Qt::Key_Right); // "doing": no card
+    EXPECT_FALSE(board->currentItem().has_value());
+    test::pressKey(board, Qt::Key_Right);
+    ASSERT_EQ(board->currentItem(), beta);
+    EXPECT_EQ(pane()->cursor(), beta);
+    EXPECT_EQ(pane()->selection(), QSet<FilePath>{beta});
+    test::pressKey(board, Qt::Key_Left);
+    test::pressKey(board, Qt::Key_Left);
+    EXPECT_EQ(board->currentItem(), alpha);
+    EXPECT_EQ(pane()->selection(), QSet<FilePath>{alpha});
+}
+
+// With options that are only the notes' values, the lane a card leaves empty stays on the board
+// (its option kept in the folder's settings), so the card can be moved back.
+TEST_F(DatabaseViewsTest, BoardKeepsTheLaneItsLastCardLeaves)
+{
+    FolderColumns columns = store.columns(folder);
+    columns.options.remove("status");
+    ASSERT_TRUE(store.setColumns(folder, columns));
+    actions::chooseDatabaseLayout(*state, "board");
+    BoardWidget* board = views()->board();
+    const auto titles = [&] {
+        QStringList lanes;
+        for (const BoardLane& lane : board->board().lanes)
+            lanes.append(lane.title + ' ' + QString::number(lane.cards.size()));
+        return lanes;
+    };
+    ASSERT_TRUE(waitUntil([&] { return titles() == QStringList{"No value 0", "todo 1", "done 1"}; })) << titles().join(", ").toStdString();
+    board->setFocus();
+    ASSERT_EQ(board->currentItem(), alpha);
+    test::pressKey(board, Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+    settle();
+    EXPECT_EQ(readAll(alpha), "---\nstatus: done\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n");
+    ASSERT_TRUE(waitUntil([&] { return titles() == QStringList{"No value 0", "todo 0", "done 2"}; })) << titles().join(", ").toStdString();
+    EXPECT_EQ(board->currentItem(), alpha);
+    EXPECT_EQ(store.columns(folder).options.value("status"), (QStringList{"todo", "done"}));
+
+    test::pressKey(board, Qt::Key_Left, Qt::ControlModifier | Qt::ShiftModifier); // and back
+    settle();
+    EXPECT_EQ(readAll(alpha), "---\nstatus: todo\ndue: 2024-05-17\n---\n- [ ] call Bob 📅 2024-05-17\n");
+    ASSERT_TRUE(waitUntil([&] { return titles() == QStringList{"No value 0", "todo 1", "done 1"}; })) << titles().join(", ").toStdString();
+    EXPECT_EQ(board->currentItem(), alpha);
+    EXPECT_EQ(state->undoStack()->count(), 2);
 }
 
 TEST_F(DatabaseViewsTest, BoardAndGalleryHighlightThePanesSelection)

@@ -111,4 +111,19 @@ PropertyMap BoardView::newItemValues(int lane) const
     return values;
 }
 
+FolderColumns BoardView::keepingLanes(FolderColumns settings) const
+{
+    if (key.isEmpty() || !problem.isEmpty())
+        return settings;
+    QStringList options = settings.options.value(key);
+    for (const BoardLane& lane : lanes)
+        if (lane.option && !options.contains(*lane.option))
+            options.append(*lane.option);
+    if (options != settings.options.value(key))
+        settings.options.insert(key, options);
+    if (!settings.types.contains(key))
+        settings.types.insert(key, type);
+    return settings;
+}
+
 } // namespace orwick

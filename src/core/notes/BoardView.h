@@ -2,8 +2,9 @@
 // BoardView: a folder's items as lanes of cards, one lane per option of the folder's `groupBy`
 // property (a select or list property: its options in the folder's order, with their colours)
 // after a "No value" lane for items without one. An item whose list holds several options sits
-// in each of their lanes. Moving a card works out the one value the item gets (movedValue);
-// a card added to a lane starts with that lane's option (newItemValues). A `groupBy` that is
+// in each of their lanes. Moving a card works out the one value the item gets (movedValue) and
+// the settings that keep every lane shown (keepingLanes); a card added to a lane starts with that
+// lane's option (newItemValues). A `groupBy` that is
 // missing, gone or of another type gives no lanes but a problem sentence and the keys that
 // could be chosen instead; a text property also names the values found in it, the options it
 // would have as a select (FolderColumns::makeSelect). Pure; safe on any thread.
@@ -43,6 +44,11 @@ struct BoardView {
                                                            int to) const;
     // The initial properties of an item made in a lane.
     PropertyMap newItemValues(int lane) const;
+    // The folder's settings with this board's lanes kept, stored along with a moved card so that a
+    // lane the card leaves empty stays for cards to come back to (options the notes' values alone
+    // give go with their last value): the key typed as the board reads it when the settings don't
+    // type it, and every lane's option listed, after those listed already, in the lanes' order.
+    FolderColumns keepingLanes(FolderColumns settings) const;
 };
 
 } // namespace orwick

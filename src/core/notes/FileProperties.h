@@ -63,6 +63,11 @@ public:
     // Sets `key` on every path (removes it when `value` is absent): one undo step "Set key".
     Status set(const QString& key, const std::optional<PropertyValue>& value, const QList<FilePath>& paths,
                QUndoStack* undo = nullptr);
+    // As set(), with the folder's settings becoming `columnsAfter` in the same undo step (a board
+    // keeps the lanes a moved card leaves, FolderColumns as BoardView::keepingLanes gives them);
+    // the settings stay as they are when no file needs the change.
+    Status set(const QString& key, const std::optional<PropertyValue>& value, const QList<FilePath>& paths,
+               const FilePath& folder, const FolderColumns& columnsAfter, QUndoStack* undo = nullptr);
     // Renames a key on every item of the folder that has it, and in the folder's settings.
     Status rename(const QString& key, const QString& newKey, const FilePath& folder, const FileItems& items,
                   QUndoStack* undo = nullptr);
@@ -117,6 +122,8 @@ private:
     void applyRead(const QList<notefile::Loaded>& loaded, const QList<notefile::Target>& targets);
     // Whether a file is a folder: as its last reading found, else asked of the disk.
     bool isFolder(const FilePath& path) const;
+    // Edits that set `key` on the paths that don't have that value already.
+    QList<FileEdit> settingEdits(const QString& key, const std::optional<PropertyValue>& value, const QList<FilePath>& paths);
     // Edits that rename an option of `key` (drop it when `replacement` is absent) in every item.
     QList<FileEdit> optionEdits(const QString& key, const QString& option, const std::optional<QString>& replacement,
                                 const FileItems& items);

@@ -9,8 +9,8 @@ namespace orwick {
 
 using notefile::Change;
 
-Status FileProperties::set(const QString& key, const std::optional<PropertyValue>& value, const QList<FilePath>& paths,
-                           QUndoStack* undo)
+QList<FileProperties::FileEdit> FileProperties::settingEdits(const QString& key, const std::optional<PropertyValue>& value,
+                                                             const QList<FilePath>& paths)
 {
     QList<FileEdit> edits;
     for (const FilePath& path : paths) {
@@ -19,8 +19,31 @@ Status FileProperties::set(const QString& key, const std::optional<PropertyValue
             continue;
         edits.append({path, {Change{key, value, {}}}});
     }
-    return commit(QStringLiteral("Set ") + key, (value ? QStringLiteral("Set %1 on") : QStringLiteral("Removed %1 from")).arg(key),
-                  edits, {}, std::nullopt, undo);
+    return edits;
+}
+
+namespace {
+QString settingVerb(const QString& key, bool removes)
+{
+    return (removes ? QStringLiteral("Removed %1 from") : QStringLiteral("Set %1 on")).arg(key);
+}
+} // namespace
+
+Status FileProperties::set(const QString& key, const std::optional<PropertyValue>& value, const QList<FilePath>& paths,
+                           QUndoStack* undo)
+{
+    return commit(QStringLiteral("Set ") + key, settingVerb(key, !value), settingEdits(key, value, paths), {}, std::nullopt, undo);
+}
+
+Status FileProperties::set(const QString& key, const std::optional<PropertyValue>& value, const QList<FilePath>& paths,
+                           const FilePath& folder, const FolderColumns& columnsAfter, QUndoStack* undo)
+{
+    const QList<FileEdit> edits = settingEdits(key, value, paths);
+    if (edits.isEmpty())
+        return {};
+    const bool changesSettings = columns(folder) != columnsAfter;
+    return commit(QStringLiteral("Set ") + key, settingVerb(key, !value), edits, folder,
+                  changesSettings ? std::optional(columnsAfter) : std::nullopt, undo);
 }
 
 Status FileProperties::rename(const QString& key, const QString& newKey, const FilePath& folder, const FileItems& items,

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollArea>
+#include <algorithm>
 
 namespace orwick {
 
@@ -20,13 +21,24 @@ void BoardWidget::setBoard(BoardView board, FileItems items, DatabaseColumns dat
 {
     const std::optional<FilePath> keep = currentItem();
     const std::optional<QString> keepLane = m_lane >= 0 && m_lane < m_board.lanes.size() ? m_board.lanes.at(m_lane).option : std::nullopt;
+    if (database.folder != m_database.folder)
+        m_placed = false;
     m_board = std::move(board);
     m_items = std::move(items);
     m_database = std::move(database);
-    // The keyboard stays in its lane (found again by its option), on the same card when the card
-    // is still there (a moved card was put in its new lane first), else at the same place.
-    m_lane = std::max(0, m_board.laneOf(keepLane));
-    if (m_lane < m_board.lanes.size()) {
+    if (!m_placed) {
+        // Nothing chose a card yet: the keyboard is on the first one, so that the keys act at once
+        // (an empty "No value" lane first would leave them nothing to move).
+        const auto first = std::find_if(m_board.lanes.cbegin(), m_board.lanes.cend(),
+                                        [](const BoardLane& lane) { return !lane.cards.isEmpty(); });
+        m_lane = first == m_board.lanes.cend() ? 0 : int(first - m_board.lanes.cbegin());
+        m_position = 0;
+    } else {
+        // The keyboard stays in its lane (found again by its option), on the same card when the
+        // card is still there (a moved card was put in its new lane first), else at the same place.
+        m_lane = std::max(0, m_board.laneOf(keepLane));
+    }
+    if (m_placed && m_lane < m_board.lanes.size()) {
         const QList<int>& cards = m_board.lanes.at(m_lane).cards;
         m_position = std::clamp(m_position, 0, std::max(0, int(cards.size()) - 1));
         for (int position = 0; keep && position < cards.size(); ++position)
@@ -94,8 +106,10 @@ std::pair<int, int> BoardWidget::hit(QPoint point) const
 
 void BoardWidget::showCurrentItem(const FilePath& item)
 {
-    if (currentItem() == item)
+    if (currentItem() == item) {
+        m_placed = true;
         return;
+    }
     for (int step = 0; step < m_board.lanes.size(); ++step) {
         const int lane = (m_lane + step) % int(m_board.lanes.size()); // its own lane first
         const QList<int>& cards = m_board.lanes.at(lane).cards;
@@ -118,6 +132,7 @@ void BoardWidget::placeCursor(int lane, int position)
 {
     if (m_board.lanes.isEmpty())
         return;
+    m_placed = true;
     m_lane = std::clamp(lane, 0, int(m_board.lanes.size()) - 1);
     const int count = int(m_board.lanes.at(m_lane).cards.size());
     m_position = count == 0 ? 0 : std::clamp(position, 0, count - 1);
@@ -142,11 +157,12 @@ void BoardWidget::moveCurrentCard(int by)
         target.append(index);
         std::sort(target.begin(), target.end());
     }
-    Q_EMIT moveRequested(*item, from, to);
     m_lane = to;
     m_position = int(target.indexOf(index));
     updateSize();
     moveCursorTo(m_lane, m_position);
+    // Last: the owner may hand this board a new BoardView at once.
+    Q_EMIT moveRequested(*item, from, to);
 }
 
 void BoardWidget::paintEvent(QPaintEvent* event)

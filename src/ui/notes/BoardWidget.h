@@ -1,9 +1,10 @@
 #pragma once
 // The board: lanes side by side (title, colour and count on top), cards under them. Draws a
-// BoardView and forwards input: arrows move the keyboard's card (Left/Right between lanes),
-// Ctrl+Shift+Left/Right moves the card to the neighbouring lane, Return opens it, dragging a
-// card onto another lane moves it there. A moved card is drawn in its new lane at once; the
-// change itself is the owner's (moveRequested). When the board can't be drawn it shows its
+// BoardView and forwards input: the keyboard starts on the first card (or the pane's selected
+// one), arrows move it (Left/Right between lanes), Ctrl+Shift+Left/Right moves its card to the
+// neighbouring lane, Return opens it, dragging a card onto another lane moves it there. A moved
+// card is drawn in its new lane at once and keeps the keyboard; the change itself is the
+// owner's (moveRequested). When the board can't be drawn it shows its
 // sentence and what can be done, one chosen with the arrows and Return or a click: group by a
 // free-text property made a select (makeSelectRequested), or by another select or list property.
 
@@ -73,6 +74,7 @@ private:
     int m_lane = 0;
     int m_position = 0;
     int m_choice = 0;
+    bool m_placed = false; // the keyboard's card was chosen (keys, click, the pane's selection)
     std::optional<std::pair<int, int>> m_pressed; // lane and card under a mouse press
     QPoint m_pressAt;
     std::optional<int> m_dropLane; // while dragging

@@ -19,6 +19,7 @@
 #include <QApplication>
 #include <QInputDialog>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <algorithm>
@@ -65,12 +66,7 @@ PaneDatabaseViews::PaneDatabaseViews(PaneWidget* widget, FileProperties* store, 
     connect(m_calendar, &CalendarWidget::openRequested, this, &PaneDatabaseViews::open);
     connect(m_gallery, &GalleryWidget::openRequested, this, &PaneDatabaseViews::open);
     connect(m_tasks, &TasksWidget::openRequested, this, &PaneDatabaseViews::open);
-    connect(m_board, &BoardWidget::moveRequested, this, [this](const FilePath& item, int from, int to) {
-        const BoardView& board = m_board->board();
-        const auto value = board.movedValue(m_store ? m_store->value(item, board.key) : std::nullopt, from, to);
-        if (value)
-            setProperty(board.key, *value, item);
-    });
+    connect(m_board, &BoardWidget::moveRequested, this, &PaneDatabaseViews::moveCard);
     connect(m_calendar, &CalendarWidget::moveRequested, this, [this](const FilePath& item, QDate day) {
         const QString& key = m_calendar->calendar().key;
         setProperty(key, CalendarView::movedValue(m_store ? m_store->value(item, key) : std::nullopt, day), item);
@@ -105,7 +101,7 @@ PaneDatabaseViews::PaneDatabaseViews(PaneWidget* widget, FileProperties* store, 
     connect(pane, &PaneState::viewModeChanged, this, &PaneDatabaseViews::refresh);
     connect(pane, &PaneState::selectionChanged, this, &PaneDatabaseViews::followPane);
     connect(store, &FileProperties::columnsChanged, this, [this](const FilePath& folder) {
-        if (m_widget && folder == m_widget->pane()->url())
+        if (m_widget && folder == m_widget->pane()->url() && !m_movingCard)
             refresh();
     });
     connect(store, &FileProperties::valuesChanged, this, [this] {
@@ -294,6 +290,24 @@ void PaneDatabaseViews::setProperty(const QString& key, const std::optional<Prop
     if (!m_store || key.isEmpty())
         return;
     if (const Status started = m_store->set(key, value, {item}, m_undo); !started && m_toast)
+        m_toast(started.error());
+}
+
+void PaneDatabaseViews::moveCard(const FilePath& item, int fromLane, int toLane)
+{
+    const BoardView& board = m_board->board();
+    if (!m_widget || !m_store)
+        return;
+    const auto value = board.movedValue(m_store->value(item, board.key), fromLane, toLane);
+    if (!value)
+        return;
+    // The lanes are kept with the move (one undo step), so a lane the card leaves empty stays.
+    // The board already shows the card moved; it is built again once the note is read back,
+    // not from the values as they were before the write.
+    const FilePath folder = m_widget->pane()->url();
+    const FolderColumns settings = board.keepingLanes(m_store->columns(folder));
+    const QScopedValueRollback moving(m_movingCard, true);
+    if (const Status started = m_store->set(board.key, *value, {item}, folder, settings, m_undo); !started && m_toast)
         m_toast(started.error());
 }
 

@@ -6,7 +6,8 @@
 // both ways: a view opens on the selection, and a selection made elsewhere moves the card. The
 // views only draw and forward input; what they change goes through the property store and the
 // file operations engine as one undo step on the window's stack: a card moved to another lane
-// or an item to another day sets that property, Space in the Tasks view toggles the task in its
+// or an item to another day sets that property (the board's lanes are kept in the folder's
+// settings in the same step, so a lane the card leaves empty stays), Space in the Tasks view toggles the task in its
 // note. A note made while a view is shown (New Note) asks for its title and starts with the
 // lane's option or the day's date.
 // Owned by the pane widget.
@@ -63,6 +64,8 @@ private:
     void findCovers();
     void open(const FilePath& item);
     void setProperty(const QString& key, const std::optional<PropertyValue>& value, const FilePath& item);
+    // A card moved on the board: its new value and the board's lanes, as one undo step.
+    void moveCard(const FilePath& item, int fromLane, int toLane);
     void chooseSetting(const QString& field, const QString& key);
     // The board's text property made a select whose options are `values`.
     void makeSelect(const QString& key, const QStringList& values);
@@ -85,6 +88,7 @@ private:
     TaskSlot m_tasksLoad;
     TaskSlot m_coversLoad;
     FilePath m_tasksFolder;
+    bool m_movingCard = false; // a card's move is being handed to the store
 };
 
 } // namespace orwick

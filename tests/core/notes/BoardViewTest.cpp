@@ -1,8 +1,8 @@
 // The board over real notes: lanes from a select or list property's options in the folder's
 // order (after "No value"), cards of notes with several list options in each lane, moving a card
-// through the store and the engine as one undoable change, a lane's option for a new card, and
-// the board's sentence when the property it groups by is gone or of another type, and a free-text
-// property's values offered as the options of a select.
+// through the store and the engine as one undoable change that keeps the lane it leaves, a
+// lane's option for a new card, the board's sentence when the property it groups by is gone or
+// of another type, and a free-text property's values offered as the options of a select.
 
 #include "PropertyStoreFixture.h"
 #include "notes/BoardView.h"
@@ -98,6 +98,50 @@ TEST_F(BoardViewTest, ListCardsSitInEveryLaneAndMoveOneOption)
     EXPECT_EQ(board.movedValue(store.value(a, "tags"), work, 0), std::optional(std::optional(PropertyValue::ofList({"home"}))));
     EXPECT_EQ(board.newItemValues(home), (PropertyMap{{"tags", PropertyValue::ofList({"home"})}}));
     EXPECT_TRUE(board.newItemValues(0).isEmpty());
+}
+
+// A select whose options are only the notes' values: the option of a lane goes with its last
+// card, unless the move keeps the board's lanes in the folder's settings.
+TEST_F(BoardViewTest, AMovedCardKeepsTheLaneItLeavesEmpty)
+{
+    const FilePath a = tree.file(QString("n/a.md"), "---\nstatus: todo\n---\n");
+    const FileItems items = load({a, tree.file(QString("n/b.md"), "---\nstatus: done\n---\n"),
+                                  tree.file(QString("n/c.md"), "---\nstatus: done\n---\n")});
+    groupBy("status");
+    const FolderColumns before = store.columns(folder());
+    const BoardView board = BoardView::make(DatabaseColumns::of(store, folder(), items), items);
+    ASSERT_EQ(board.type, PropertyType::select) << board.problem.toStdString();
+    EXPECT_EQ(laneTitles(board, items), (QList<QStringList>{{"No value"}, {"todo", "a.md"}, {"done", "b.md", "c.md"}}));
+
+    const FolderColumns kept = board.keepingLanes(before);
+    EXPECT_EQ(kept.options.value("status"), (QStringList{"todo", "done"}));
+    EXPECT_EQ(kept.types.value("status"), PropertyType::select);
+    FolderColumns others = kept;
+    others.options.remove("status");
+    others.types.remove("status");
+    EXPECT_EQ(others, before) << "nothing else of the folder's settings changes";
+    FolderColumns listing = before;
+    listing.options.insert("status", {"done"});
+    EXPECT_EQ(board.keepingLanes(listing).options.value("status"), (QStringList{"done", "todo"})) << "listed options stay first";
+
+    const auto moved = board.movedValue(store.value(a, "status"), board.laneOf(QString("todo")), board.laneOf(QString("done")));
+    ASSERT_TRUE(moved.has_value());
+    QUndoStack undo;
+    ASSERT_TRUE(store.set(board.key, *moved, {a}, folder(), kept, &undo));
+    settle();
+    EXPECT_EQ(readAll(a), "---\nstatus: done\n---\n");
+    EXPECT_EQ(undo.count(), 1);
+    const BoardView after = BoardView::make(DatabaseColumns::of(store, folder(), items), items);
+    EXPECT_EQ(laneTitles(after, items), (QList<QStringList>{{"No value"}, {"todo"}, {"done", "a.md", "b.md", "c.md"}}));
+
+    undo.undo(); // the note and the settings, as they were
+    settle();
+    EXPECT_EQ(readAll(a), "---\nstatus: todo\n---\n");
+    EXPECT_EQ(store.columns(folder()), before);
+
+    // Nothing to write: the settings stay as they are.
+    ASSERT_TRUE(store.set(board.key, PropertyValue::ofText("todo"), {a}, folder(), kept, &undo));
+    EXPECT_EQ(store.columns(folder()), before);
 }
 
 TEST_F(BoardViewTest, AGoneOrUnsuitablePropertyIsSaidAndTheChoicesOffered)
