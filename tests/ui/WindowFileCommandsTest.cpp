@@ -147,6 +147,45 @@ TEST_F(WindowFileCommandsTest, F5CopiesIntoTheOtherPanesFolderAndCtrlZTakesTheCo
     EXPECT_FALSE(test::exists(right.child(QStringLiteral("report 2.txt"))));
 }
 
+TEST_F(WindowFileCommandsTest, TheCopiesAreSelectedWhereTheyLandedAsTheConflictWasAnswered)
+{
+    const FilePath a = tree.file("left/a.txt", "new a");
+    const FilePath b = tree.file("left/b.txt", "b");
+    const FilePath right = tree.folder("right");
+    const FilePath olderA = tree.file("right/a.txt", "older a");
+    open(tree.path("left"));
+    state->selectedTab()->split(pane(), PaneEdge::right, right);
+    PaneState* other = state->activePane();
+    state->selectedTab()->activate(state->selectedTab()->panes().first());
+    ASSERT_TRUE(waitUntil([&] { return other->items().size() == 1; }));
+    select(a);
+    pane()->click(b, Qt::ControlModifier);
+    ASSERT_EQ(pane()->selection().size(), 2);
+    const auto answer = [&](const QString& choice) {
+        press(Qt::Key_F5);
+        QMessageBox* box = nullptr;
+        ASSERT_TRUE(waitUntil([&] { return (box = window->findChild<QMessageBox*>()) && box->isVisible(); }));
+        for (QAbstractButton* button : box->buttons())
+            if (button->text() == choice)
+                button->click();
+        settle();
+    };
+
+    answer(QStringLiteral("Keep Both"));
+    const FilePath keptA = right.child(QStringLiteral("a 2.txt"));
+    EXPECT_EQ(test::readAll(keptA), "new a");
+    EXPECT_EQ(test::readAll(olderA), "older a");
+    const QSet<FilePath> landed{keptA, right.child(QStringLiteral("b.txt"))};
+    EXPECT_TRUE(waitUntil([&] { return other->selection() == landed; })) << "the kept copy under its new name, not the older a.txt";
+
+    ASSERT_TRUE(QFile::remove(right.child(QStringLiteral("b.txt")).text()));
+    ASSERT_TRUE(waitUntil([&] { return other->items().size() == 2; }));
+    answer(QStringLiteral("Skip")); // a.txt is skipped, b.txt lands
+    EXPECT_EQ(test::readAll(olderA), "older a");
+    EXPECT_TRUE(waitUntil([&] { return other->selection() == QSet<FilePath>{right.child(QStringLiteral("b.txt"))}; }))
+        << "the skipped a.txt is not selected";
+}
+
 TEST_F(WindowFileCommandsTest, F6MovesIntoTheOtherPanesFolder)
 {
     const FilePath file = tree.file("from/notes.md", "n");

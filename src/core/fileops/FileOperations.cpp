@@ -199,7 +199,7 @@ void FileOperations::ask(const QList<Move>& collisions, const FilePath& folder, 
         answer(ConflictChoice::keepBoth);
 }
 
-void FileOperations::transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo)
+void FileOperations::transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo, Finished finished)
 {
     for (const FilePath& item : items) {
         if (liesWithin(folder, item)) {
@@ -223,7 +223,8 @@ void FileOperations::transfer(const QList<FilePath>& items, const FilePath& fold
     if (moves.isEmpty())
         return;
     const QString actionName = mode == Mode::copy ? QStringLiteral("Copy") : QStringLiteral("Move");
-    auto proceed = [this, moves, collisions, actionName, mode, undo = QPointer<QUndoStack>(undo)](ConflictChoice choice) mutable {
+    auto proceed = [this, moves, collisions, actionName, mode, undo = QPointer<QUndoStack>(undo),
+                    finished = std::move(finished)](ConflictChoice choice) mutable {
         QList<FilePath> replacing;
         if (choice == ConflictChoice::cancel)
             return;
@@ -237,7 +238,7 @@ void FileOperations::transfer(const QList<FilePath>& items, const FilePath& fold
                 replacing.append(collision.to);
         }
         if (!moves.isEmpty())
-            copy(moves, actionName, mode == Mode::move, undo, replacing);
+            copy(moves, actionName, mode == Mode::move, undo, replacing, std::move(finished));
     };
     if (collisions.isEmpty())
         proceed(ConflictChoice::keepBoth);
@@ -246,9 +247,10 @@ void FileOperations::transfer(const QList<FilePath>& items, const FilePath& fold
 }
 
 void FileOperations::copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
-                          const QList<FilePath>& replacing)
+                          const QList<FilePath>& replacing, Finished finished)
 {
     JobRequest request;
+    request.finished = std::move(finished);
     request.title = (removingSources ? QStringLiteral("Moving ") : QStringLiteral("Copying ")) + itemCount(moves.size());
     request.actionName = actionName;
     request.undo = undo;
@@ -277,7 +279,7 @@ void FileOperations::copy(const QList<Move>& moves, const QString& actionName, b
             }
             const bool ok = removingSources ? runner.move(move.from, move.to) : runner.copy(move.from, move.to);
             if (ok)
-                done.append(move.from);
+                done.append(move.to); // where it landed: the toast names a kept-both copy by its new name
         }
         output.toast = withTransferNotes((removingSources ? QStringLiteral("Moved ") : QStringLiteral("Copied ")) + countOrName(done),
                                          runner.report());

@@ -80,10 +80,12 @@ public:
     void setWindowHandlers(QUndoStack* undo, QObject* owner, WindowHandlers handlers);
     TrashLog& trashLog() { return m_trashLog; }
 
-    void transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo);
+    // `finished` gets where the items landed (a kept-both copy under its new name); skipped and
+    // failed items are not among them.
+    void transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo, Finished finished = {});
     // The worker under transfer: the moves as planned, nothing asked.
     void copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
-              const QList<FilePath>& replacing = {});
+              const QList<FilePath>& replacing = {}, Finished finished = {});
     void duplicate(const QList<FilePath>& items, QUndoStack* undo);
     // Brings two folders into line as one job and one undo step `actionName`: each copy is made
     // (a folder with all it holds); where its destination exists it is first moved to the Trash,

@@ -8,6 +8,7 @@
 #include "state/WindowState.h"
 
 #include <QClipboard>
+#include <QPointer>
 #include <QGuiApplication>
 
 namespace orwick {
@@ -58,7 +59,7 @@ bool FileActions::isRenaming() const
     return false;
 }
 
-bool FileActions::showsTrash() const { return pane()->listing() && pane()->listing()->kind == Listing::Kind::trash; }
+bool FileActions::showsTrash() const { return pane()->showsTrash(); }
 
 bool FileActions::canActOnSelection() const { return m_operations && m_window->canActOnSelection(); }
 
@@ -233,13 +234,13 @@ PaneState* FileActions::paneShowing(const FilePath& folder) const
 
 void FileActions::transferInto(const QList<FilePath>& items, PaneState* target, const FilePath& folder, FileOperations::Mode mode)
 {
-    if (target) {
-        QSet<FilePath> landing;
-        for (const FilePath& item : items)
-            landing.insert(folder.child(QByteArrayView(item.fileNameBytes())));
-        target->setPendingSelection(landing);
-    }
-    m_operations->transfer(items, folder, mode, m_window->undoStack());
+    // The items are selected where they landed, as it went: a copy kept beside another under
+    // its new name, a skipped one not at all.
+    m_operations->transfer(items, folder, mode, m_window->undoStack(),
+                           [pane = QPointer<PaneState>(target), folder](const QList<FilePath>& landed) {
+                               if (pane)
+                                   pane->selectLanded(folder, landed);
+                           });
 }
 
 void FileActions::drop(const QList<QUrl>& urls, const FilePath& folder, Qt::KeyboardModifiers modifiers)

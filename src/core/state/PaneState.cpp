@@ -14,6 +14,7 @@
 #include "servers/ServerMounts.h"
 
 #include <QDateTime>
+#include <algorithm>
 #include <cmath>
 
 namespace orwick {
@@ -145,6 +146,7 @@ void PaneState::showFolder(const FilePath& folder, const QList<FilePath>& select
 {
     m_url = folder;
     m_listing.reset();
+    keepSortForSource();
     resetSearch();
     m_filter.clear();
     m_isFiltering = false;
@@ -162,6 +164,7 @@ void PaneState::show(const Listing& listing)
     if (listing.kind != Listing::Kind::search)
         resetSearch();
     m_listing = listing;
+    keepSortForSource();
     m_filter.clear();
     m_isFiltering = false;
     m_pendingSelection.clear();
@@ -231,6 +234,17 @@ void PaneState::reveal(const QList<FilePath>& urls)
     m_pendingSelection = QSet<FilePath>(urls.begin(), urls.end());
     restoreSelection();
     Q_EMIT selectionChanged();
+}
+
+void PaneState::selectLanded(const FilePath& folder, const QList<FilePath>& landed)
+{
+    if (m_listing || folder != m_url || landed.isEmpty())
+        return;
+    m_pendingSelection = QSet<FilePath>(landed.begin(), landed.end());
+    if (std::all_of(landed.begin(), landed.end(), [this](const FilePath& url) { return m_positions.contains(url); })) {
+        restoreSelection();
+        Q_EMIT selectionChanged();
+    }
 }
 
 void PaneState::openSelection()
@@ -701,6 +715,12 @@ void PaneState::moveCursorToEnd(bool last, bool extend)
         moveCursor(last ? int(m_items.size()) : -int(m_items.size()), extend);
 }
 
+void PaneState::moveCursorIntoRows()
+{
+    if (!m_cursor || row(*m_cursor) < 0)
+        moveCursor(1, false);
+}
+
 void PaneState::typeAhead(const QString& text) { typeAhead(text, m_clock.elapsed()); }
 
 void PaneState::typeAhead(const QString& text, qint64 nowMs)
@@ -724,16 +744,27 @@ void PaneState::typeAhead(const QString& text, qint64 nowMs)
 
 void PaneState::sort(SortKey key)
 {
+    if (isTrashSortKey(key) && !showsTrash())
+        return;
     m_sortChosen = true;
     m_groupByDate = false;
     if (key == m_sortKey) {
         m_sortAscending = !m_sortAscending;
     } else {
         m_sortKey = key;
-        m_sortAscending = key == SortKey::name || key == SortKey::kind;
+        m_sortAscending = key == SortKey::name || key == SortKey::kind || key == SortKey::originalLocation;
     }
     Q_EMIT arrangementOptionsChanged();
     rearrange();
+}
+
+void PaneState::keepSortForSource()
+{
+    if (!isTrashSortKey(m_sortKey) || showsTrash())
+        return;
+    m_sortKey = SortKey::name;
+    m_sortAscending = true;
+    Q_EMIT arrangementOptionsChanged();
 }
 
 void PaneState::setGroupByDate(bool on)

@@ -47,6 +47,7 @@ public:
     QUuid id() const { return m_id; }
     const FilePath& url() const { return m_url; }
     const std::optional<Listing>& listing() const { return m_listing; }
+    bool showsTrash() const { return m_listing && m_listing->kind == Listing::Kind::trash; }
     const FileItems& items() const { return m_items; }
     const FileItems& unsortedItems() const { return m_unsortedItems; }
     const QHash<int, Heading>& headings() const { return m_headings; }
@@ -122,6 +123,9 @@ public:
     void click(const FilePath& url, Qt::KeyboardModifiers modifiers);
     void moveCursor(int by, bool extend);
     void moveCursorToEnd(bool last, bool extend);
+    // Down from a field above the rows (the filter, the search): the cursor goes to the first
+    // shown row, unless it is on a shown row already, so one Down reaches what was found.
+    void moveCursorIntoRows();
     // Type-select: letters typed within a second of each other select the first name with that prefix.
     void typeAhead(const QString& text);
     void typeAhead(const QString& text, qint64 nowMs);
@@ -131,6 +135,8 @@ public:
     static constexpr int kNetworkReadLimitMs = 10000;
 
     // --- Arrangement and view changes
+    // Sorts by `key`, or flips the order when it is the key already. The Trash's own keys
+    // (isTrashSortKey) last while the pane shows the Trash: elsewhere the sort is by name.
     void sort(SortKey key);
     void setGroupByDate(bool on);
     void setFilter(const QString& text);
@@ -192,6 +198,9 @@ public:
 
     // After a create, paste or move: select these once they show up in a load.
     void setPendingSelection(const QSet<FilePath>& urls) { m_pendingSelection = urls; }
+    // After a job that put items into `folder`: selects those that landed, at once when every
+    // one is shown already, else at the next load. Nothing when the pane shows another folder.
+    void selectLanded(const FilePath& folder, const QList<FilePath>& landed);
     void setPendingRename(const FilePath& url) { m_pendingRename = url; }
 
     // The delay before a reload after a change: 3 × the last load, at least 150 ms.
@@ -219,6 +228,8 @@ Q_SIGNALS:
 
 private:
     void showFolder(const FilePath& folder, const QList<FilePath>& selecting);
+    // Outside the Trash, a sort by one of its keys goes back to by name.
+    void keepSortForSource();
     // Empties the view at once when the pane moves: the old items, their arrangement and any
     // result still on its way for them are gone.
     void clearShownItems();
