@@ -117,6 +117,74 @@ TEST_F(GitReviewWindowTest, StagesOneHunkFromTheDiff)
     ASSERT_TRUE(waitUntil([&] { return diffShows("+one") && !diffShows("+twelve"); }));
 }
 
+TEST_F(GitReviewWindowTest, HunkKeysActOnTheCurrentFilesDiffWhileTheKeyboardStaysOnTheList)
+{
+    repo.write("f.txt", "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n");
+    repo.commitAll("first");
+    repo.write("f.txt", "one\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\ntwelve\n");
+    openReview();
+    ASSERT_EQ(QApplication::focusWidget(), panel()->fileList());
+    const DiffView* diff = panel()->diffView();
+    ASSERT_EQ(diff->cursorRow(), diff->hunkRow(0));
+    press(Qt::Key_BracketRight);
+    EXPECT_EQ(diff->cursorRow(), diff->hunkRow(1)) << "] goes to the next hunk";
+    press(Qt::Key_BracketLeft);
+    EXPECT_EQ(diff->cursorRow(), diff->hunkRow(0)) << "[ goes back";
+    press(Qt::Key_BracketRight);
+    press(Qt::Key_H);
+    ASSERT_TRUE(waitUntil([&] { return listed().contains("Staged 1") && idle(); })) << panel()->problem().toStdString();
+    const QByteArray staged = repo.git({"diff", "--cached", "--no-color"});
+    EXPECT_TRUE(staged.contains("+twelve")) << staged.toStdString();
+    EXPECT_FALSE(staged.contains("+one")) << staged.toStdString();
+    EXPECT_EQ(QApplication::focusWidget(), panel()->fileList()) << "the keyboard stays on the list";
+}
+
+TEST_F(GitReviewWindowTest, HKeyBeforeTheNextFilesDiffIsReadStagesNothingOfTheFileBefore)
+{
+    repo.write("a.txt", "a\n");
+    repo.write("b.txt", "b\n");
+    repo.commitAll("first");
+    repo.write("a.txt", "a\nmore a\n");
+    repo.write("b.txt", "b\nmore b\n");
+    openReview();
+    ASSERT_EQ(listed(), (QStringList{"Changes 2", "  M a.txt", "  M b.txt"}));
+    ASSERT_TRUE(waitUntil([&] { return diffShows("+more a") && idle(); }));
+    press(Qt::Key_Down); // b's diff is read in the background: a's is still on screen
+    press(Qt::Key_H);
+    ASSERT_TRUE(waitUntil([&] { return diffShows("+more b") && idle(); }));
+    EXPECT_EQ(repo.git({"diff", "--cached", "--name-only"}), "") << "a's hunk was staged while b was current";
+    press(Qt::Key_H);
+    ASSERT_TRUE(waitUntil([&] { return listed().contains("Staged 1") && idle(); })) << panel()->problem().toStdString();
+    EXPECT_EQ(repo.git({"diff", "--cached", "--name-only"}), "b.txt\n");
+}
+
+TEST_F(GitReviewWindowTest, CommittingWithNothingStagedSaysSoAndCommitsNothing)
+{
+    repo.write("a.txt", "one\n");
+    repo.commitAll("first");
+    repo.write("a.txt", "one\ntwo\n");
+    openReview();
+    press(Qt::Key_Return, Qt::ControlModifier); // from the list
+    EXPECT_EQ(panel()->problem(), QStringLiteral("Couldn’t commit\nNothing is staged to commit."));
+    panel()->commitBox()->editor()->setFocus();
+    type("Add two");
+    press(Qt::Key_Return, Qt::ControlModifier); // from the message
+    EXPECT_EQ(panel()->problem(), QStringLiteral("Couldn’t commit\nNothing is staged to commit."));
+    ASSERT_TRUE(waitUntil([&] { return idle(); }));
+    EXPECT_EQ(repo.git({"log", "--format=%s"}), "first\n");
+    EXPECT_EQ(panel()->commitBox()->message(), QStringLiteral("Add two")) << "the message is kept for when something is staged";
+    EXPECT_EQ(state->tabs().size(), 1) << "Ctrl+Return opened a tab";
+
+    // Staged, but with no message: that is said too.
+    panel()->fileList()->setFocus();
+    press(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([&] { return listed().contains("Staged 1") && idle(); }));
+    panel()->commitBox()->setMessage({});
+    press(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(panel()->problem(), QStringLiteral("Couldn’t commit\nWrite a commit message first."));
+    EXPECT_EQ(repo.git({"log", "--format=%s"}), "first\n");
+}
+
 TEST_F(GitReviewWindowTest, StagesTheRestOfAFileStagedInPart)
 {
     repo.write("f.txt", "1\n2\n3\n4\n5\n6\n7\n8\n9\n10\n11\n12\n");

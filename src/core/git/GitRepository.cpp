@@ -222,7 +222,7 @@ GitOutcome GitRepository::commit(const QString& message, bool amend) const
         const QString last = lines.isEmpty() ? QString() : lines.last().trimmed();
         if (last.startsWith(QLatin1StringView("nothing to commit")) || last.startsWith(QLatin1StringView("no changes added to commit"))
             || last.startsWith(QLatin1StringView("nothing added to commit")))
-            return GitOutcome::failure(t::couldNotCommit(), QStringLiteral("Nothing is staged to commit."));
+            return GitOutcome::failure(t::couldNotCommit(), t::nothingStaged());
     }
     return failed(t::couldNotCommit(), result);
 }

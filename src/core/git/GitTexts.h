@@ -25,6 +25,10 @@ inline QString couldNotContinue() { return QStringLiteral("Couldn’t continue")
 inline QString couldNotAbort() { return QStringLiteral("Couldn’t abort"); }
 inline QString couldNotRead() { return QStringLiteral("Couldn’t read the repository"); }
 
+// Why a commit can't be made, shown after couldNotCommit (the first also when git itself refuses).
+inline QString nothingStaged() { return QStringLiteral("Nothing is staged to commit."); }
+inline QString noCommitMessage() { return QStringLiteral("Write a commit message first."); }
+
 // Notes after an action that went well.
 inline QString fetchedUpToDate() { return QStringLiteral("Fetched: up to date"); }
 inline QString alreadyUpToDate() { return QStringLiteral("Already up to date"); }

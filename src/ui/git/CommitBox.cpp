@@ -1,5 +1,7 @@
 #include "ui/git/CommitBox.h"
 
+#include "git/GitTexts.h"
+
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -68,7 +70,13 @@ void CommitBox::setBusy(bool busy)
 
 void CommitBox::requestCommit()
 {
-    if (m_commit->isEnabled())
+    if (m_busy)
+        return; // the commit under way answers for itself
+    if (!m_canCommit && !amends())
+        Q_EMIT commitRefused(gittexts::nothingStaged());
+    else if (message().trimmed().isEmpty())
+        Q_EMIT commitRefused(gittexts::noCommitMessage());
+    else
         Q_EMIT commitRequested();
 }
 

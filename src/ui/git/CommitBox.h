@@ -4,8 +4,10 @@
 // commit; Tab leaves the message instead of typing a tab.
 //
 // Only draws and forwards input. Signals: commitRequested() when the button or Ctrl+Return asks
-// and there is a message; amendToggled(on) when the switch changes by the user's hand (the panel
-// then fills in the last commit's message, since an amend usually starts from it).
+// and there is a message; commitRefused(why) when Ctrl+Return asks while there is nothing to
+// commit or no message, with the reason in GitTexts' words (nothing is said while a commit runs);
+// amendToggled(on) when the switch changes by the user's hand (the panel then fills in the last
+// commit's message, since an amend usually starts from it).
 
 #include <QWidget>
 
@@ -29,11 +31,12 @@ public:
     void setBusy(bool busy);
     QPlainTextEdit* editor() const { return m_editor; }
     QPushButton* commitButton() const { return m_commit; }
-    // Asks to commit, as Ctrl+Return does.
+    // Asks to commit, as Ctrl+Return does: commitRequested() or commitRefused(why).
     void requestCommit();
 
 Q_SIGNALS:
     void commitRequested();
+    void commitRefused(const QString& why);
     void amendToggled(bool on);
 
 protected:

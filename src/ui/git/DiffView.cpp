@@ -42,6 +42,17 @@ DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent)
     viewport()->setAutoFillBackground(false);
 }
 
+bool DiffView::isHunkKey(const QKeyEvent* key)
+{
+    // Shift and AltGr are how some layouts type the brackets; Ctrl or Alt make another key.
+    if (key->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier | Qt::GroupSwitchModifier))
+        return false;
+    switch (key->key()) {
+    case Qt::Key_H: case Qt::Key_BracketRight: case Qt::Key_BracketLeft: case Qt::Key_N: case Qt::Key_P: return true;
+    default: return false;
+    }
+}
+
 void DiffView::setDiff(const FileDiff& file, const QString& note, bool keepPlace)
 {
     const int previous = m_cursor;

@@ -105,6 +105,7 @@ GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& ro
     connect(m_diff, &DiffView::pickRequested, this,
             [this](const DiffLineSelection& selection, DiffView::Action action) { applyPick(selection, action == DiffView::Action::discard); });
     connect(m_commit, &CommitBox::commitRequested, this, &GitReviewPanel::commit);
+    connect(m_commit, &CommitBox::commitRefused, this, [this](const QString& why) { showProblem(t::couldNotCommit() + u'\n' + why); });
     connect(m_commit, &CommitBox::amendToggled, this, &GitReviewPanel::startAmend);
     connect(m_header, &ReviewHeader::continueRequested, this, &GitReviewPanel::continueOperation);
     connect(m_header, &ReviewHeader::abortRequested, this, &GitReviewPanel::abortOperation);
@@ -187,6 +188,7 @@ void GitReviewPanel::showCurrentFile(bool keepPlace)
 {
     const ReviewRow* row = m_list->currentReviewRow();
     const quint64 generation = ++m_diffGeneration;
+    m_diffIsCurrent = false;
     if (!row) {
         m_diffTitle->clear();
         m_conflictBar->hide();
@@ -215,6 +217,7 @@ void GitReviewPanel::showCurrentFile(bool keepPlace)
             m_diff->setMessage(QStringLiteral("No changes to show"));
         else
             m_diff->setDiff(files.value(0), diff->note, keepPlace);
+        m_diffIsCurrent = true;
     };
     ++m_diffsReading;
     auto read = [this, generation, current, file, show] {
@@ -293,7 +296,9 @@ void GitReviewPanel::discardCurrentFile()
 void GitReviewPanel::applyPick(const DiffLineSelection& selection, bool discard)
 {
     const ReviewRow* row = m_list->currentReviewRow();
-    if (!row || row->group == ReviewGroup::conflicted)
+    // A pick from the diff still on screen while the current file's is read (a hunk key from the
+    // list right after a move) would be another file's lines, or lines already staged.
+    if (!row || row->group == ReviewGroup::conflicted || !m_diffIsCurrent)
         return;
     if (discard && row->group == ReviewGroup::staged) {
         showProblem(t::couldNotDiscard() + QStringLiteral("\nUnstage the lines first: only what isn't staged is discarded."));
@@ -424,6 +429,11 @@ bool GitReviewPanel::eventFilter(QObject* watched, QEvent* event)
         const bool plain = !(key->modifiers() & ~Qt::KeypadModifier);
         if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && (key->modifiers() & Qt::ControlModifier)) {
             m_commit->requestCommit();
+            return true;
+        }
+        if (watched == m_list && DiffView::isHunkKey(key)) {
+            // The current file's diff answers, and the keyboard stays on the list.
+            QCoreApplication::sendEvent(m_diff, event);
             return true;
         }
         if (watched == m_list && plain && (key->key() == Qt::Key_Right || key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)) {

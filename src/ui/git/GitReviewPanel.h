@@ -7,8 +7,10 @@
 //
 // Keys: in the list, Space stages or unstages the file, Delete discards it (its copy goes to the
 // Trash, Ctrl+Z brings it back; a renamed file, staged or not, gets its old name back), and on a conflicted file O takes ours, T theirs and E opens it
-// in the preferred editor; Return or Right goes to the diff (DiffView.h has its keys), Left back;
-// Ctrl+Return commits from anywhere in the panel; Esc closes.
+// in the preferred editor; the diff's hunk keys (H stages or unstages the hunk, "]" and "[" move
+// between hunks) act on the current file's diff from the list as well; Return or Right goes to
+// the diff (DiffView.h has its keys), Left back; Ctrl+Return commits from anywhere in the panel,
+// or says why it can't (nothing staged, no message); Esc closes.
 //
 // Every action runs through GitActions (never blocking the window): the header shows its busy
 // label, a failure shows below the lists in the words of GitTexts with git's own reason, and the
@@ -83,6 +85,7 @@ private:
     QString m_upstreamBranch; // the branch m_upstream belongs to
     quint64 m_diffGeneration = 0;
     int m_diffsReading = 0;
+    bool m_diffIsCurrent = false; // the diff on screen is the current file's, read since the last change
     bool m_diffAfterRows = false; // while new rows go on screen: the diff is read after them
     int m_actionsRunning = 0;
 
