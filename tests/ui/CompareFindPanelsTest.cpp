@@ -22,6 +22,7 @@
 #include <QToolButton>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QTreeWidget>
@@ -123,6 +124,87 @@ TEST_F(CompareFindPanelsTest, FindInFilesStreamsGroupedResultsAndArrowsMove)
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return guard.isNull();
     }));
+}
+
+TEST_F(CompareFindPanelsTest, FindInFilesTabGoesRoundItsControlsAndItsSwitchKeysWorkFromTheResults)
+{
+    tree.file("a.txt", "Needle\nneedle\nneedles\n");
+    open();
+    window->activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == window.get(); }));
+    run("findInFiles");
+    auto* panel = shown<FindInFilesPanel>();
+    ASSERT_TRUE(panel);
+    auto* field = panel->findChild<QLineEdit*>();
+    auto* results = panel->findChild<QListView*>();
+    QToolButton* regex = nullptr;
+    QToolButton* matchCase = nullptr;
+    for (QToolButton* button : panel->findChildren<QToolButton*>()) {
+        if (button->toolTip().startsWith("Regular expression"))
+            regex = button;
+        else if (button->toolTip().startsWith("Match case"))
+            matchCase = button;
+    }
+    ASSERT_TRUE(field && results && regex && matchCase);
+    ASSERT_EQ(QApplication::focusWidget(), field);
+    panel->setQuery("needle");
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    if (panel->results().isEmpty())
+        GTEST_SKIP() << panel->emptyText().toStdString();
+    ASSERT_EQ(panel->results().matchCount(), 3);
+
+    // Query, the two switches in the order they show, the results, and round to the query.
+    const QList<QWidget*> order{regex, matchCase, results, field};
+    for (QWidget* expected : order) {
+        test::pressKey(QApplication::focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(QApplication::focusWidget(), expected) << (QApplication::focusWidget() ? QApplication::focusWidget()->metaObject()->className() : "none");
+    }
+    test::pressKey(QApplication::focusWidget(), Qt::Key_Backtab, Qt::ShiftModifier);
+    ASSERT_EQ(QApplication::focusWidget(), results) << "Shift+Tab goes back round";
+
+    // In the results the arrows move the highlight, and the switches' keys work and search again.
+    test::pressKey(results, Qt::Key_Down);
+    EXPECT_EQ(panel->highlighted(), 1);
+    EXPECT_TRUE(test::pressKey(results, Qt::Key_C, Qt::AltModifier)) << "Alt+C reaches match case from the results";
+    EXPECT_TRUE(panel->options().matchCase);
+    EXPECT_TRUE(matchCase->isChecked());
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    EXPECT_EQ(panel->results().matchCount(), 2);
+    EXPECT_TRUE(test::pressKey(results, Qt::Key_R, Qt::AltModifier)) << "Alt+R reaches regular expressions from the results";
+    EXPECT_TRUE(panel->options().regex);
+    EXPECT_TRUE(regex->isChecked());
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    EXPECT_EQ(QApplication::focusWidget(), results) << "the keyboard stays in the results";
+
+    // From a switch too, and Space flips the one with the keyboard.
+    matchCase->setFocus(Qt::TabFocusReason);
+    EXPECT_TRUE(test::pressKey(matchCase, Qt::Key_R, Qt::AltModifier));
+    EXPECT_FALSE(panel->options().regex);
+    test::pressKey(matchCase, Qt::Key_Space, Qt::NoModifier, " ");
+    EXPECT_FALSE(panel->options().matchCase);
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    EXPECT_EQ(panel->results().matchCount(), 3);
+
+    // Ctrl+Return is the panel's (open at the line in the editor), not the window's Open in New Tab.
+    results->setFocus(Qt::TabFocusReason);
+    EXPECT_FALSE(test::pressKey(results, Qt::Key_Return, Qt::ControlModifier));
+    EXPECT_FALSE(test::pressKey(field, Qt::Key_Return, Qt::ControlModifier));
+    EXPECT_EQ(state->tabs().size(), 1);
+
+    // Typing in the results goes on with the query.
+    test::pressKey(results, Qt::Key_S, Qt::NoModifier, "s");
+    EXPECT_EQ(panel->query(), QStringLiteral("needles"));
+    EXPECT_EQ(QApplication::focusWidget(), field);
+
+    // A switch that leaves no results gives the keyboard back to the query.
+    panel->setQuery("NEEDLES");
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    ASSERT_EQ(panel->results().matchCount(), 1);
+    results->setFocus(Qt::TabFocusReason);
+    test::pressKey(results, Qt::Key_C, Qt::AltModifier);
+    ASSERT_TRUE(waitUntil([&] { return !panel->isSearching(); }));
+    EXPECT_EQ(panel->emptyText(), QStringLiteral("No matches for “NEEDLES”"));
+    EXPECT_EQ(QApplication::focusWidget(), field);
 }
 
 TEST_F(CompareFindPanelsTest, ANewSearchReplacesTheOneInFlight)

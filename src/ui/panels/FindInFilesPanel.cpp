@@ -7,17 +7,19 @@
 #include "state/PaneState.h"
 #include "ui/panels/FindResultsModel.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
-#include <algorithm>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QLocale>
 #include <QProcess>
+#include <QShortcut>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QToolButton>
+#include <algorithm>
 
 namespace orwick {
 
@@ -25,13 +27,16 @@ namespace {
 
 constexpr int kTypingPauseMs = 150;
 
-QToolButton* toggle(const QString& text, const QString& tip, QWidget* parent)
+// A switch of the search: its key works anywhere in the panel; Tab reaches it (Space flips it),
+// a click leaves the keyboard where it was.
+QToolButton* toggle(const QString& text, const QString& tip, const QKeySequence& key, QWidget* panel)
 {
-    auto* button = new QToolButton(parent);
+    auto* button = new QToolButton(panel);
     button->setText(text);
-    button->setToolTip(tip);
+    button->setToolTip(tip + QStringLiteral(" (") + key.toString(QKeySequence::NativeText) + u')');
     button->setCheckable(true);
-    button->setFocusPolicy(Qt::NoFocus);
+    button->setFocusPolicy(Qt::TabFocus);
+    new QShortcut(key, panel, button, &QToolButton::toggle, Qt::WidgetWithChildrenShortcut);
     return button;
 }
 
@@ -44,8 +49,8 @@ FindInFilesPanel::FindInFilesPanel(PaneState* pane, QWidget* window)
     m_field->setPlaceholderText(QStringLiteral("Text to find in the files of this folder"));
     m_field->setClearButtonEnabled(true);
     m_field->installEventFilter(this);
-    m_regex = toggle(QStringLiteral(".*"), QStringLiteral("Regular expression (Alt+R)"), this);
-    m_matchCase = toggle(QStringLiteral("Aa"), QStringLiteral("Match case (Alt+C)"), this);
+    m_regex = toggle(QStringLiteral(".*"), QStringLiteral("Regular expression"), QKeySequence(Qt::ALT | Qt::Key_R), this);
+    m_matchCase = toggle(QStringLiteral("Aa"), QStringLiteral("Match case"), QKeySequence(Qt::ALT | Qt::Key_C), this);
     auto* row = new QHBoxLayout;
     row->addWidget(m_field, 1);
     row->addWidget(m_regex);
@@ -63,7 +68,9 @@ FindInFilesPanel::FindInFilesPanel(PaneState* pane, QWidget* window)
     m_list->setModel(m_model);
     m_list->setItemDelegate(m_delegate);
     m_list->setUniformItemSizes(true);
-    m_list->setFocusPolicy(Qt::NoFocus); // the keys stay with the field
+    // Tab reaches the results, where the field's keys work too; a click leaves the keyboard in the field.
+    m_list->setFocusPolicy(Qt::TabFocus);
+    m_list->installEventFilter(this);
     m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(m_list, &QListView::clicked, this, [this](const QModelIndex& index) {
         const qint64 match = index.data(FindResultsModel::kMatchIndexRole).toLongLong();
@@ -183,6 +190,10 @@ void FindInFilesPanel::showState()
 {
     m_empty->setText(emptyText());
     m_stack->setCurrentWidget(m_results.isEmpty() ? static_cast<QWidget*>(m_empty) : m_list);
+    // The results had the keyboard and there are none now: it goes back to the query rather than
+    // resting on the empty text.
+    if (m_results.isEmpty() && !isSearching() && m_stack->isAncestorOf(QApplication::focusWidget()))
+        m_field->setFocus(Qt::OtherFocusReason);
     updateFooter();
 }
 
@@ -269,9 +280,45 @@ void FindInFilesPanel::openHighlightedInEditor()
         Q_EMIT m_pane->messageRequested(QStringLiteral("Couldn’t open %1").arg(editor.name));
 }
 
+bool FindInFilesPanel::focusNextPrevChild(bool next)
+{
+    // Tab goes round the controls in the order they read, and stays in the sheet rather than
+    // going on to the panes beneath it.
+    QList<QWidget*> ring{m_field, m_regex, m_matchCase};
+    if (m_stack->currentWidget() == m_list)
+        ring.append(m_list);
+    const qsizetype at = ring.indexOf(QApplication::focusWidget());
+    const qsizetype to = at < 0 ? (next ? 0 : ring.size() - 1) : (at + (next ? 1 : ring.size() - 1)) % ring.size();
+    ring.at(to)->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
 bool FindInFilesPanel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_field && event->type() == QEvent::KeyPress) {
+    const bool answers = watched == m_field || watched == m_list;
+    if (answers && event->type() == QEvent::ShortcutOverride) {
+        // Ctrl+Return opens in the editor here, before the window's Open in New Tab.
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && (key->modifiers() & Qt::ControlModifier)) {
+            event->accept();
+            return true;
+        }
+    }
+    if (watched == m_list && event->type() == QEvent::KeyPress) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        const bool typing = !key->text().isEmpty() && key->text().front().isPrint()
+                         && !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+        if (typing) { // goes on with the query, as typing in a list of results does
+            m_field->setFocus(Qt::OtherFocusReason);
+            QCoreApplication::sendEvent(m_field, event);
+            return true;
+        }
+        if (key->key() == Qt::Key_Home || key->key() == Qt::Key_End) {
+            setHighlighted(key->key() == Qt::Key_Home ? 0 : m_results.matchCount() - 1);
+            return true;
+        }
+    }
+    if (answers && event->type() == QEvent::KeyPress) {
         auto* key = static_cast<QKeyEvent*>(event);
         const Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
         switch (key->key()) {
@@ -288,18 +335,6 @@ bool FindInFilesPanel::eventFilter(QObject* watched, QEvent* event)
             else
                 openHighlighted();
             return true;
-        case Qt::Key_R:
-            if (modifiers == Qt::AltModifier) {
-                m_regex->toggle();
-                return true;
-            }
-            break;
-        case Qt::Key_C:
-            if (modifiers == Qt::AltModifier) {
-                m_matchCase->toggle();
-                return true;
-            }
-            break;
         default: break;
         }
     }

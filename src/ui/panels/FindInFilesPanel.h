@@ -3,9 +3,11 @@
 // pause) with the tool ContentSearch chooses; results stream in grouped by file with the matched
 // text marked; a new search replaces the one in flight, whose late output is dropped. Up and
 // Down move through the matches, Return opens the highlighted file, Ctrl+Return opens it in the
-// code editor at its line; Alt+R switches regular expressions, Alt+C matching case. The empty
-// state says why there is nothing: no query yet, no match, the tool's complaint, or no tool.
-// Closing stops the running search.
+// code editor at its line, in the query field and in the results alike (typing in the results
+// goes on with the query). Tab goes round the query, the two switches and the results. Alt+R
+// switches regular expressions and Alt+C matching case from anywhere in the panel, searching
+// again. The empty state says why there is nothing: no query yet, no match, the tool's
+// complaint, or no tool. Closing stops the running search.
 
 #include "async/Background.h"
 #include "disktools/ContentSearchResults.h"
@@ -51,6 +53,7 @@ Q_SIGNALS:
 protected:
     void stopWork() override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void search();

@@ -91,6 +91,11 @@ void MatchLineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     painter->save();
     if (selected)
         painter->fillRect(opt.rect, theme::selection());
+    if (opt.state & QStyle::State_HasFocus) { // the results have the keyboard: the highlighted row is ringed
+        painter->setPen(QPen(theme::cursorRing(), 2));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(QRectF(opt.rect).adjusted(1, 1, -1, -1));
+    }
     painter->setClipRect(opt.rect);
     const QRect area = opt.rect.adjusted(8, 0, -8, 0);
     const QFontMetrics metrics(opt.font);

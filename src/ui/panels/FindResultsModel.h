@@ -3,7 +3,8 @@
 // path and match count), then one row per matching line. Rows are appended as batches arrive
 // (a file that grows somewhere above the end resets the model instead). Match rows carry the
 // flat match index (kMatchIndexRole) the panel's highlight moves through; heading rows carry -1.
-// MatchLineDelegate draws both kinds, marking the matched text in each line.
+// MatchLineDelegate draws both kinds, marking the matched text in each line, and rings the
+// highlighted row while the results have the keyboard.
 
 #include "disktools/ContentSearchResults.h"
 
