@@ -4,6 +4,7 @@
 // narrows and clears, Vim keys move when they are on, and a folder that changes under an open
 // filter keeps the filter. The list's columns fit their text in a pane of its own.
 
+#include "platform/XdgPaths.h"
 #include "state/WindowState.h"
 #include "support/KeyPress.h"
 #include "support/TempHome.h"
@@ -17,6 +18,7 @@
 #include "ui/window/MainWindow.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <gtest/gtest.h>
@@ -355,6 +357,76 @@ TEST_F(PaneListColumnsTest, FitTheirTextAndGiveWayInANarrowPane)
     widget->resize(900, 600);
     QApplication::processEvents();
     EXPECT_EQ(width(FileListModel::KindColumn), 333);
+}
+
+TEST_F(PaneListColumnsTest, TheTrashShowsWhereEachItemCameFromAndWhenItWasDeletedAndSortsByThem)
+{
+    // Three items in the real Trash of the temporary home, as any program leaves them.
+    const FilePath trashFolder = xdg::homeTrash();
+    QDir(trashFolder.text()).removeRecursively();
+    const FilePath files = trashFolder.child(QByteArrayView("files"));
+    const auto trashed = [&](const char* name, const FilePath& from, const char* when) {
+        ASSERT_TRUE(test::writeFile(files.child(QByteArrayView(name)), "x"));
+        ASSERT_TRUE(test::writeFile(trashFolder.child(QByteArrayView("info")).child(QByteArrayView(QByteArray(name) + ".trashinfo")),
+                                    "[Trash Info]\nPath=" + from.native().toPercentEncoding("/") + "\nDeletionDate=" + when + "\n"));
+    };
+    trashed("b.txt", tree.path(QStringLiteral("Work/b.txt")), "2024-05-01T10:20:30");
+    trashed("a.txt", tree.path(QStringLiteral("Zoo/a.txt")), "2023-01-02T03:04:05");
+    trashed("c.txt", tree.path(QStringLiteral("Art/c.txt")), "2025-12-24T18:00:00");
+
+    pane->chooseViewMode(ViewMode::list);
+    FileListView* view = widget->listView();
+    QHeaderView* head = view->header();
+    QAbstractItemModel* model = view->model();
+    EXPECT_TRUE(head->isSectionHidden(FileListModel::OriginalLocationColumn)) << "a folder has no such column";
+    EXPECT_TRUE(head->isSectionHidden(FileListModel::DeletedColumn));
+
+    pane->show(Listing::of(Listing::Kind::trash));
+    ASSERT_TRUE(waitUntil([&] { return !pane->isLoading() && pane->items().size() == 3; }));
+    QApplication::processEvents();
+    EXPECT_EQ(model->headerData(FileListModel::OriginalLocationColumn, Qt::Horizontal).toString(), QStringLiteral("Original Location"));
+    EXPECT_EQ(model->headerData(FileListModel::DeletedColumn, Qt::Horizontal).toString(), QStringLiteral("Date Deleted"));
+    EXPECT_FALSE(head->isSectionHidden(FileListModel::OriginalLocationColumn));
+    EXPECT_FALSE(head->isSectionHidden(FileListModel::DeletedColumn));
+    EXPECT_EQ(head->visualIndex(FileListModel::OriginalLocationColumn), 1) << "right after the name";
+    EXPECT_EQ(head->visualIndex(FileListModel::DeletedColumn), 2);
+    EXPECT_GT(head->sectionSize(FileListModel::DeletedColumn), view->fontMetrics().horizontalAdvance(QStringLiteral("24 Dec 2025 18:00")));
+    const auto cell = [&](const QString& name, int column) {
+        return model->index(pane->row(files.child(name)), column).data().toString();
+    };
+    EXPECT_EQ(cell(QStringLiteral("b.txt"), FileListModel::OriginalLocationColumn), tree.path(QStringLiteral("Work")).abbreviated());
+    EXPECT_EQ(cell(QStringLiteral("b.txt"), FileListModel::DeletedColumn), QStringLiteral("1 May 2024 10:20"));
+    EXPECT_EQ(model->index(pane->row(files.child(QStringLiteral("b.txt"))), FileListModel::OriginalLocationColumn)
+                  .data(Qt::ToolTipRole).toString(),
+              tree.path(QStringLiteral("Work/b.txt")).abbreviated());
+
+    // A click on a title sorts by it, newest deletion first; a second click turns it round.
+    Q_EMIT head->sectionClicked(FileListModel::DeletedColumn);
+    EXPECT_EQ(pane->sortKey(), SortKey::dateDeleted);
+    ASSERT_TRUE(waitUntil([&] { return shownNames() == QStringList({"c.txt", "b.txt", "a.txt"}); })) << shownNames().join(' ').toStdString();
+    EXPECT_EQ(head->sortIndicatorSection(), int(FileListModel::DeletedColumn));
+    Q_EMIT head->sectionClicked(FileListModel::DeletedColumn);
+    ASSERT_TRUE(waitUntil([&] { return shownNames() == QStringList({"a.txt", "b.txt", "c.txt"}); })) << shownNames().join(' ').toStdString();
+    Q_EMIT head->sectionClicked(FileListModel::OriginalLocationColumn);
+    EXPECT_EQ(pane->sortKey(), SortKey::originalLocation);
+    ASSERT_TRUE(waitUntil([&] { return shownNames() == QStringList({"c.txt", "b.txt", "a.txt"}); })) << "Art, Work, Zoo";
+
+    // The table shows them too.
+    pane->chooseViewMode(ViewMode::table);
+    QHeaderView* tableHead = widget->tableView()->header();
+    ASSERT_TRUE(waitUntil([&] { return widget->tableView()->isVisible(); }));
+    EXPECT_FALSE(tableHead->isSectionHidden(FileListModel::OriginalLocationColumn));
+    EXPECT_FALSE(tableHead->isSectionHidden(FileListModel::DeletedColumn));
+    EXPECT_EQ(tableHead->sortIndicatorSection(), int(FileListModel::OriginalLocationColumn));
+
+    // Back in a folder the columns go, and so does the sort by them.
+    pane->chooseViewMode(ViewMode::list);
+    pane->navigate(tree.root());
+    ASSERT_TRUE(waitUntil([&] { return !pane->isLoading() && pane->items().size() == 7; }));
+    EXPECT_TRUE(head->isSectionHidden(FileListModel::OriginalLocationColumn));
+    EXPECT_TRUE(head->isSectionHidden(FileListModel::DeletedColumn));
+    EXPECT_EQ(pane->sortKey(), SortKey::name);
+    EXPECT_EQ(head->sortIndicatorSection(), int(FileListModel::NameColumn));
 }
 
 TEST_F(PaneListColumnsTest, ASizeKeepsAGutterBeforeTheKind)

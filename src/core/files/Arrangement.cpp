@@ -84,6 +84,43 @@ void sortByProperty(std::vector<int>& rows, const ArrangeInput& input, const Pre
         rows[k] = keyed[k].row;
 }
 
+// Sorts rows by the folder each item was deleted from, naturally, then by name; items whose
+// origin isn't known come last in both directions.
+void sortByOrigin(std::vector<int>& rows, const ArrangeInput& input, const PreparedItems& prepared)
+{
+    struct Row {
+        int row;
+        bool known = false;
+        int textBegin = 0, textEnd = 0;
+    };
+    QString texts;
+    std::vector<Row> keyed;
+    keyed.reserve(rows.size());
+    for (int row : rows) {
+        Row r{row};
+        if (const FilePath& from = input.items[row].trashedFrom; !from.isEmpty()) {
+            r.known = true;
+            r.textBegin = int(texts.size());
+            appendNaturalFold(from.parent().text(), texts);
+            r.textEnd = int(texts.size());
+        }
+        keyed.push_back(r);
+    }
+    const bool ascending = input.ascending;
+    std::sort(keyed.begin(), keyed.end(), [&](const Row& a, const Row& b) {
+        if (a.known != b.known)
+            return a.known;
+        const int c = naturalCompareFolded(QStringView(texts).sliced(a.textBegin, a.textEnd - a.textBegin),
+                                           QStringView(texts).sliced(b.textBegin, b.textEnd - b.textBegin));
+        if (c != 0)
+            return ascending ? c < 0 : c > 0;
+        const int na = prepared.nameRank[size_t(a.row)], nb = prepared.nameRank[size_t(b.row)];
+        return na != nb ? na < nb : a.row < b.row;
+    });
+    for (size_t k = 0; k < keyed.size(); ++k)
+        rows[k] = keyed[k].row;
+}
+
 // The parent of `path` as a view of its bytes.
 QByteArrayView parentBytes(const QByteArray& path)
 {
@@ -170,6 +207,10 @@ std::optional<Arrangement> arrange(const ArrangeInput& input, const CancelFlag* 
                 rows.push_back(int(i));
         if (input.propertySort && input.propertyValue) {
             sortByProperty(rows, input, *prepared);
+        } else if (input.sortKey == SortKey::originalLocation) {
+            sortByOrigin(rows, input, *prepared);
+        } else if (input.sortKey == SortKey::dateDeleted) {
+            sortByKey(rows, input.ascending, [&](int r) { return items[qsizetype(r)].deleted; });
         } else {
             const std::vector<qint64>* keys = input.sortKey == SortKey::modified ? &prepared->modified : &prepared->size;
             const QHash<FilePath, qint64>* folderSizes =

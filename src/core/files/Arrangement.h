@@ -24,7 +24,10 @@
 
 namespace orwick {
 
-enum class SortKey { name, modified, size, kind };
+// The last two are the Trash listing's own: by when each item was deleted and by the folder it
+// was deleted from (FileItem::deleted and trashedFrom).
+enum class SortKey { name, modified, size, kind, dateDeleted, originalLocation };
+inline bool isTrashSortKey(SortKey key) { return key == SortKey::dateDeleted || key == SortKey::originalLocation; }
 
 // A sortable property value: a number or a text.
 using SortValue = std::variant<double, QString>;

@@ -30,6 +30,10 @@ struct FileItem {
     FileCategory category = FileCategory::other;
     std::optional<CloudState> cloud;
     std::optional<QString> brokenTarget; // a broken link's stored target
+    // In the Trash listing, what the Trash recorded: where the item was deleted from (empty when
+    // unknown) and when (kDistantPast when unknown). Elsewhere empty and kDistantPast.
+    FilePath trashedFrom;
+    Timestamp deleted = kDistantPast;
 
     bool isSymlink() const { return destination != url || brokenTarget.has_value(); }
 

@@ -4,6 +4,7 @@
 #include "places/KnownTags.h"
 #include "platform/AllTrashes.h"
 #include "platform/RecentFiles.h"
+#include "platform/Trash.h"
 #include "platform/XdgPaths.h"
 #include "search/QuerySearch.h"
 
@@ -58,6 +59,19 @@ ListingResult screenshots(const CancelFlag* cancel)
     return {found, std::nullopt, 0};
 }
 
+// Where each trashed item came from and when it was deleted, from its .trashinfo.
+void addTrashRecords(FileItems& items, const CancelFlag* cancel)
+{
+    for (FileItem& item : items) {
+        if (cancel && cancel->isCancelled())
+            return;
+        if (const auto record = trash::record(item.url)) {
+            item.trashedFrom = record->originalPath.value_or(FilePath());
+            item.deleted = record->deletionDate.value_or(kDistantPast);
+        }
+    }
+}
+
 // Every hit of a walk, gathered into one result.
 template <class Run>
 ListingResult gather(Run run)
@@ -84,6 +98,7 @@ ListingResult load(const Listing& listing, bool showHidden, const CancelFlag* ca
             if (!part.error)
                 result.items.append(std::move(part.items));
         }
+        addTrashRecords(result.items, cancel);
         break;
     case Listing::Kind::recents: result = recents(cancel); break;
     case Listing::Kind::screenshots: result = screenshots(cancel); break;

@@ -261,7 +261,7 @@ FilePath infoFileFor(const FilePath& trashedItem)
         QByteArrayView(trashedItem.fileNameBytes() + kInfoSuffix));
 }
 
-std::optional<FilePath> originalPath(const FilePath& trashedItem)
+std::optional<Record> record(const FilePath& trashedItem)
 {
     if (!isInTrustedTrash(trashedItem))
         return std::nullopt; // what another user's folder says is not believed
@@ -272,7 +272,30 @@ std::optional<FilePath> originalPath(const FilePath& trashedItem)
     QByteArray content(8192, Qt::Uninitialized);
     content.truncate(qsizetype(fread(content.data(), 1, size_t(content.size()), file)));
     fclose(file);
-    return originalPathIn(content, trashedItem);
+    return recordIn(content, trashedItem);
+}
+
+Record recordIn(QByteArrayView info, const FilePath& trashedItem)
+{
+    return {originalPathIn(info, trashedItem), deletionDateIn(info)};
+}
+
+std::optional<FilePath> originalPath(const FilePath& trashedItem)
+{
+    const auto found = record(trashedItem);
+    return found ? found->originalPath : std::nullopt;
+}
+
+std::optional<Timestamp> deletionDateIn(QByteArrayView info)
+{
+    for (const QByteArray& line : info.toByteArray().split('\n')) {
+        if (!line.startsWith("DeletionDate="))
+            continue;
+        // Local time without a zone, as the freedesktop Trash writes it.
+        const QDateTime date = QDateTime::fromString(QString::fromLatin1(line.mid(13).trimmed()), Qt::ISODate);
+        return date.isValid() ? std::optional(date.toMSecsSinceEpoch()) : std::nullopt;
+    }
+    return std::nullopt;
 }
 
 std::optional<FilePath> originalPathIn(QByteArrayView info, const FilePath& trashedItem)

@@ -12,6 +12,7 @@
 
 #include "base/FilePath.h"
 #include "base/Result.h"
+#include "base/Timestamp.h"
 
 #include <optional>
 
@@ -30,12 +31,26 @@ namespace orwick::trash {
 // For an item lying in `files/` of a Trash: its .trashinfo file.
 FilePath infoFileFor(const FilePath& trashedItem);
 
-// The former path recorded in the item's .trashinfo, if it can be read and the Trash folder
-// holding it passes the safety checks (TrashFolder.h).
+// What an item's .trashinfo records: where it was deleted from and when.
+struct Record {
+    std::optional<FilePath> originalPath;
+    std::optional<Timestamp> deletionDate;
+};
+
+// The record of an item lying in `files/` of a Trash, if its .trashinfo can be read and the
+// Trash folder holding it passes the safety checks (TrashFolder.h).
+std::optional<Record> record(const FilePath& trashedItem);
+// The record the text of `trashedItem`'s .trashinfo holds (see the two below).
+Record recordIn(QByteArrayView info, const FilePath& trashedItem);
+
+// The former path recorded in the item's .trashinfo, as record() reads it.
 std::optional<FilePath> originalPath(const FilePath& trashedItem);
 // The former path that the text of `trashedItem`'s .trashinfo records: none when there is no
 // usable Path line, when it holds a NUL byte or when a relative path leads out of the volume.
 std::optional<FilePath> originalPathIn(QByteArrayView info, const FilePath& trashedItem);
+// The DeletionDate of a .trashinfo's text ("2024-05-01T10:20:30", the local time of deletion):
+// none when the line is missing or isn't such a date.
+std::optional<Timestamp> deletionDateIn(QByteArrayView info);
 
 // Forgets a trashed item that was moved out of the Trash: removes its .trashinfo.
 void removeInfo(const FilePath& trashedItem);

@@ -52,6 +52,8 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const
         case ModifiedColumn: return formatDate(item->modified, m_now);
         case SizeColumn: return sizeText(*item);
         case KindColumn: return item->kind;
+        case OriginalLocationColumn: return item->trashedFrom.isEmpty() ? QStringLiteral("—") : item->trashedFrom.parent().abbreviated();
+        case DeletedColumn: return formatDate(item->deleted, m_now);
         }
         break;
     case Qt::DecorationRole:
@@ -59,6 +61,8 @@ QVariant FileListModel::data(const QModelIndex& index, int role) const
             return itemIcon(*item);
         break;
     case Qt::ToolTipRole:
+        if (index.column() == OriginalLocationColumn && !item->trashedFrom.isEmpty())
+            return item->trashedFrom.abbreviated(); // the name it had there too
         if (showsLocations() && index.column() == NameColumn)
             return item->url.abbreviated();
         if (item->brokenTarget)
@@ -117,11 +121,18 @@ QVariant FileListModel::headerData(int section, Qt::Orientation orientation, int
         return QVariant(Qt::AlignRight | Qt::AlignVCenter); // over its right-aligned numbers, however wide
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
         return {};
-    switch (section) {
+    return columnTitle(section);
+}
+
+QString FileListModel::columnTitle(int column)
+{
+    switch (column) {
     case NameColumn: return QStringLiteral("Name");
     case ModifiedColumn: return QStringLiteral("Date Modified");
     case SizeColumn: return QStringLiteral("Size");
     case KindColumn: return QStringLiteral("Kind");
+    case OriginalLocationColumn: return QStringLiteral("Original Location");
+    case DeletedColumn: return QStringLiteral("Date Deleted");
     }
     return {};
 }
@@ -133,6 +144,8 @@ int FileListModel::columnFor(SortKey key)
     case SortKey::modified: return ModifiedColumn;
     case SortKey::size: return SizeColumn;
     case SortKey::kind: return KindColumn;
+    case SortKey::originalLocation: return OriginalLocationColumn;
+    case SortKey::dateDeleted: return DeletedColumn;
     }
     return NameColumn;
 }
@@ -144,6 +157,8 @@ std::optional<SortKey> FileListModel::sortKeyFor(int column)
     case ModifiedColumn: return SortKey::modified;
     case SizeColumn: return SortKey::size;
     case KindColumn: return SortKey::kind;
+    case OriginalLocationColumn: return SortKey::originalLocation;
+    case DeletedColumn: return SortKey::dateDeleted;
     }
     return std::nullopt;
 }

@@ -13,7 +13,9 @@ namespace orwick {
 class FileListModel : public QAbstractTableModel {
     Q_OBJECT
 public:
-    enum Column { NameColumn, ModifiedColumn, SizeColumn, KindColumn, ColumnCount };
+    // The last two are the Trash's own (where each item was deleted from, and when); views show
+    // them only while the pane shows the Trash.
+    enum Column { NameColumn, ModifiedColumn, SizeColumn, KindColumn, OriginalLocationColumn, DeletedColumn, ColumnCount };
     enum Role { UrlRole = Qt::UserRole + 1, SelectedRole, CursorRole, CategoryRole, IsFolderRole, HiddenRole,
                 HeadingRole /* a group heading starting at this row: QVariant of orwick::Heading, else invalid */,
                 LocationRole /* in a listing of items from many folders (search, tag, recents): the item's folder, else invalid */ };
@@ -30,6 +32,9 @@ public:
     // The column a sort key is shown in, and back.
     static int columnFor(SortKey key);
     static std::optional<SortKey> sortKeyFor(int column);
+    static bool isTrashColumn(int column) { return column == OriginalLocationColumn || column == DeletedColumn; }
+    // The title of a column (also what a view measures to fit it).
+    static QString columnTitle(int column);
 
     // A decoration provider views and other subsystems can add to (git badges, properties):
     // extra data per row and role, looked up by path.

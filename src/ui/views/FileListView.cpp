@@ -35,6 +35,9 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
     head->setSectionResizeMode(FileListModel::ModifiedColumn, QHeaderView::Interactive);
     head->setSectionResizeMode(FileListModel::SizeColumn, QHeaderView::Interactive);
     head->setSectionResizeMode(FileListModel::KindColumn, QHeaderView::Interactive);
+    head->setSectionResizeMode(FileListModel::OriginalLocationColumn, QHeaderView::Interactive);
+    head->setSectionResizeMode(FileListModel::DeletedColumn, QHeaderView::Interactive);
+    placeTrashColumns();
     fitColumns();
     // The header's own later passes size a column it hid to nothing; only a shown width is the user's.
     connect(head, &QHeaderView::sectionResized, this, [this](int column, int, int newSize) {
@@ -59,6 +62,18 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
     connect(pane, &PaneState::arrangementOptionsChanged, this, followGrouping);
     connect(pane, &PaneState::selectionChanged, this, &FileListView::followSelection);
     connect(pane, &PaneState::itemsChanged, this, &FileListView::followSelection);
+    // The Trash's columns come and go with the Trash.
+    connect(pane, &PaneState::locationChanged, this, [this, pane] {
+        if (pane->showsTrash() != m_showsTrash)
+            fitColumns();
+    });
+}
+
+void FileListView::placeTrashColumns()
+{
+    QHeaderView* head = header();
+    head->moveSection(head->visualIndex(FileListModel::OriginalLocationColumn), 1);
+    head->moveSection(head->visualIndex(FileListModel::DeletedColumn), 2);
 }
 
 void FileListView::showSortIndicator()
@@ -146,54 +161,75 @@ void FileListView::leaveOut(int column, bool leftOut)
 void FileListView::fitColumns()
 {
     QHeaderView* head = header();
-    // Shows a column when it fits and isn't left out; says whether it shows.
-    const auto place = [&](int column, bool fits) {
-        const bool shown = fits && !m_leftOut.contains(column);
-        head->setSectionHidden(column, !shown);
-        return shown;
-    };
-    if (m_userSized) { // the user's widths, and every column in sight
-        m_fitting = true;
-        place(FileListModel::ModifiedColumn, true);
-        place(FileListModel::KindColumn, true);
-        m_fitting = false;
-        return;
-    }
+    m_showsTrash = m_model->pane()->showsTrash();
     const QFontMetrics rows = fontMetrics();
     const QFontMetrics titles = head->fontMetrics();
     // A cell's text sits between the delegate's margins; a title beside its sort mark.
     const int cellPadding = 2 * (style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1) + 12;
     const int titlePadding = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, head)
                              + style()->pixelMetric(QStyle::PM_HeaderMarkSize, nullptr, head) + 8;
-    auto fit = [&](const QString& title, std::initializer_list<const char*> samples) {
-        int width = titles.horizontalAdvance(title) + titlePadding;
+    const auto titleWidth = [&](int column) { return titles.horizontalAdvance(FileListModel::columnTitle(column)) + titlePadding; };
+    auto fit = [&](int column, std::initializer_list<const char*> samples) {
+        int width = titleWidth(column);
         for (const char* sample : samples)
             width = std::max(width, rows.horizontalAdvance(QLatin1StringView(sample)) + cellPadding);
         return width;
     };
-    const int modified = fit(QStringLiteral("Date Modified"), {"Yesterday 00:00", "30 Sep 2026 00:00"});
-    const int size = fit(QStringLiteral("Size"), {"999.9 MB", "999 bytes"}) + ThemedStyle::columnGutter(rows);
-    int kind = fit(QStringLiteral("Kind"), {"Markdown document"});
-    // A narrow pane: Name keeps a third of the width; Kind gives way first, down to its title's
-    // width and then out of sight, then Date Modified leaves (a cut date tells nothing), until
-    // the pane is wider again.
-    const int room = viewport()->width() - viewport()->width() / 3 - size;
-    const int kindLeast = titles.horizontalAdvance(QStringLiteral("Kind")) + titlePadding;
-    const int date = m_leftOut.contains(FileListModel::ModifiedColumn) ? 0 : modified;
-    bool showKind = true, showDate = true;
-    if (date + (m_leftOut.contains(FileListModel::KindColumn) ? 0 : kind) > room) {
-        kind = room - date;
-        showKind = kind >= kindLeast;
-        showDate = date <= room;
-    }
+    const char* dates[] = {"Yesterday 00:00", "30 Sep 2026 00:00"};
+    // The columns that may give way for room, the last to go first: a preferred width, and the
+    // least a column that can be cut (Original Location, Kind) keeps before it leaves; a date
+    // is never cut (a cut date tells nothing).
+    struct Wanted {
+        int column;
+        int preferred;
+        int least;
+    };
+    const int deleted = fit(FileListModel::DeletedColumn, {dates[0], dates[1]});
+    const int modified = fit(FileListModel::ModifiedColumn, {dates[0], dates[1]});
+    const Wanted wanted[] = {
+        {FileListModel::DeletedColumn, deleted, deleted},
+        {FileListModel::OriginalLocationColumn, fit(FileListModel::OriginalLocationColumn, {"~/Documents/Projects"}),
+         titleWidth(FileListModel::OriginalLocationColumn)},
+        {FileListModel::ModifiedColumn, modified, modified},
+        {FileListModel::KindColumn, fit(FileListModel::KindColumn, {"Markdown document"}), titleWidth(FileListModel::KindColumn)},
+    };
+    const int size = fit(FileListModel::SizeColumn, {"999.9 MB", "999 bytes"}) + ThemedStyle::columnGutter(rows);
+    // Shows a column when it fits, belongs here and isn't left out; says whether it shows.
+    const auto place = [&](int column, bool fits) {
+        const bool shown = fits && !m_leftOut.contains(column) && (m_showsTrash || !FileListModel::isTrashColumn(column));
+        head->setSectionHidden(column, !shown);
+        return shown;
+    };
     m_fitting = true;
-    showKind = place(FileListModel::KindColumn, showKind);
-    showDate = place(FileListModel::ModifiedColumn, showDate);
-    if (showDate)
-        head->resizeSection(FileListModel::ModifiedColumn, date);
+    if (m_userSized) { // the user's widths, and every column in sight
+        for (const Wanted& column : wanted) {
+            // The Trash's columns come back at their own width whenever the Trash is shown.
+            const bool appears = head->isSectionHidden(column.column) && FileListModel::isTrashColumn(column.column);
+            if (place(column.column, true) && appears)
+                head->resizeSection(column.column, column.preferred);
+        }
+        m_fitting = false;
+        return;
+    }
+    // A narrow pane: Name keeps a third of the width; Kind gives way first, down to its title's
+    // width and then out of sight, then Date Modified leaves, then the Trash's columns, until the
+    // pane is wider again.
+    int room = viewport()->width() - viewport()->width() / 3 - size;
+    bool roomLeft = true;
+    for (const Wanted& column : wanted) {
+        const int width = std::min(column.preferred, room);
+        const bool wants = !m_leftOut.contains(column.column) && (m_showsTrash || !FileListModel::isTrashColumn(column.column));
+        if (!wants) {
+            place(column.column, false);
+            continue;
+        }
+        roomLeft = roomLeft && width >= column.least;
+        if (place(column.column, roomLeft)) {
+            head->resizeSection(column.column, width);
+            room -= width;
+        }
+    }
     head->resizeSection(FileListModel::SizeColumn, size);
-    if (showKind)
-        head->resizeSection(FileListModel::KindColumn, kind);
     m_fitting = false;
 }
 

@@ -1,12 +1,14 @@
 #pragma once
-// The list view: one row per arranged item with Name, Date Modified, Size and Kind. Draws the
-// pane's selection and forwards keys and clicks to the pane; holds no selection of its own.
+// The list view: one row per arranged item with Name, Date Modified, Size and Kind; in the
+// Trash also Original Location and Date Deleted, after Name. Draws the pane's selection and
+// forwards keys and clicks to the pane; holds no selection of its own.
 //
-// Column widths follow the font: Date Modified fits the longest date, Size a size and Kind a
-// common kind. In a narrow pane Kind gives way first (down to its title's width, then out of
-// sight) and then Date Modified leaves whole, until the pane is wider: Name keeps a third of the
-// width and Size and dates are never cut. Once the user drags a column's edge, the widths are
-// theirs and the view leaves them alone.
+// Column widths follow the font: dates fit the longest date, Size a size, Kind a common kind and
+// Original Location a short path. In a narrow pane Kind gives way first (down to its title's
+// width, then out of sight), then Date Modified leaves whole, then Original Location (cut, then
+// gone) and Date Deleted, until the pane is wider: Name keeps a third of the width and Size and
+// dates are never cut. Once the user drags a column's edge, the widths are theirs and the view
+// leaves them alone.
 
 #include "ui/views/FileListModel.h"
 
@@ -41,6 +43,8 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    // The Trash's columns stand after Name (they are the model's last).
+    void placeTrashColumns();
     void fitColumns();
     void showSortIndicator();
 
@@ -48,6 +52,7 @@ private:
     bool m_fitting = false;
     bool m_userSized = false;
     QSet<int> m_leftOut; // see leaveOut()
+    bool m_showsTrash = false; // the Trash's columns belong: the pane shows the Trash
     bool m_vimPendingG = false;
     std::optional<int> m_outsideSortColumn; // see setOutsideSort()
     Qt::SortOrder m_outsideSortOrder = Qt::AscendingOrder;

@@ -97,6 +97,8 @@ void FileTableView::layoutColumns()
         head->resizeSection(FileListModel::ModifiedColumn, 170);
         head->resizeSection(FileListModel::SizeColumn, 90);
         head->resizeSection(FileListModel::KindColumn, 170);
+        head->resizeSection(FileListModel::OriginalLocationColumn, 220);
+        head->resizeSection(FileListModel::DeletedColumn, 170);
         m_laidOut = FileListModel::ColumnCount;
     }
     for (int column = std::min(m_laidOut, head->count()); column < head->count(); ++column)

@@ -288,3 +288,22 @@ TEST(Arrangement, LargeLoadsSortTheSameInOrderOrShuffled)
     EXPECT_EQ(byKind.items.last().kind, "Text");
     EXPECT_EQ(byKind.items.first().name, "item0.md"); // ties keep the (name) load order
 }
+
+// The Trash's keys: by when each item was deleted, and by the folder it came from with names
+// breaking ties; an item whose record is missing comes last by folder in both directions.
+TEST(Arrangement, TrashItemsSortByDeletionDateAndOriginalLocation)
+{
+    const auto trashed = [](const QString& name, const char* from, Timestamp deleted) {
+        FileItem item = file(name);
+        item.trashedFrom = from ? FilePath::fromNative(from) : FilePath();
+        item.deleted = deleted;
+        return item;
+    };
+    const FileItems items{trashed("b.txt", "/home/u/Work/b.txt", 200), trashed("a.txt", "/home/u/zoo/a.txt", 100),
+                          trashed("stray", nullptr, kDistantPast), trashed("c.txt", "/home/u/Art/c.txt", 300),
+                          trashed("a2.txt", "/home/u/Work/a2.txt", 150)};
+    EXPECT_EQ(sorted(items, SortKey::dateDeleted, false), QStringList({"c.txt", "b.txt", "a2.txt", "a.txt", "stray"}));
+    EXPECT_EQ(sorted(items, SortKey::dateDeleted, true), QStringList({"stray", "a.txt", "a2.txt", "b.txt", "c.txt"}));
+    EXPECT_EQ(sorted(items, SortKey::originalLocation, true), QStringList({"c.txt", "a2.txt", "b.txt", "a.txt", "stray"}));
+    EXPECT_EQ(sorted(items, SortKey::originalLocation, false), QStringList({"a.txt", "a2.txt", "b.txt", "c.txt", "stray"}));
+}

@@ -79,6 +79,32 @@ TEST(ListingLoader, TrashListsTheTrashFilesFolder)
     EXPECT_EQ(names(ListingLoader::load(Listing::of(Listing::Kind::trash), false).items), QStringList{"thrown.txt"});
 }
 
+TEST(ListingLoader, TrashItemsSayWhereTheyCameFromAndWhenTheyWereDeleted)
+{
+    const FilePath trashFolder = xdg::homeTrash();
+    QDir(trashFolder.text()).removeRecursively();
+    const FilePath files = trashFolder.child(QByteArrayView("files"));
+    const FilePath info = trashFolder.child(QByteArrayView("info"));
+    QDir().mkpath(files.text());
+    QDir().mkpath(info.text());
+    ASSERT_TRUE(test::writeFile(files.child(QByteArrayView("report.txt")), "r"));
+    ASSERT_TRUE(test::writeFile(info.child(QByteArrayView("report.txt.trashinfo")),
+                                "[Trash Info]\nPath=/home/u/My%20Files/report.txt\nDeletionDate=2024-05-01T10:20:30\n"));
+    ASSERT_TRUE(test::writeFile(files.child(QByteArrayView("stray")), "s")); // no record
+
+    const ListingResult result = ListingLoader::load(Listing::of(Listing::Kind::trash), false);
+    ASSERT_EQ(result.items.size(), 2);
+    for (const FileItem& item : result.items) {
+        if (item.name == QStringLiteral("report.txt")) {
+            EXPECT_EQ(item.trashedFrom, FilePath::fromNative("/home/u/My Files/report.txt"));
+            EXPECT_EQ(item.deleted, QDateTime(QDate(2024, 5, 1), QTime(10, 20, 30)).toMSecsSinceEpoch()) << "local time";
+        } else {
+            EXPECT_TRUE(item.trashedFrom.isEmpty());
+            EXPECT_EQ(item.deleted, kDistantPast);
+        }
+    }
+}
+
 TEST(ListingLoader, ScreenshotsComeFromThePicturesFolderNewestFirst)
 {
     const FilePath pictures = xdg::picturesDir();

@@ -3,6 +3,7 @@
 
 #include "platform/Trash.h"
 
+#include <QDateTime>
 #include <gtest/gtest.h>
 
 namespace orwick {
@@ -42,6 +43,18 @@ TEST(TrashInfo, PathLines)
         EXPECT_EQ(read(row.path, row.item), row.original) << row.path;
     EXPECT_EQ(trash::originalPathIn("[Trash Info]\r\nPath=/a/b\r\n", homeItem), FilePath::fromNative("/a/b"));
     EXPECT_EQ(trash::originalPathIn("[Trash Info]\nDeletionDate=2024-05-01T10:20:30\n", homeItem), std::nullopt) << "no Path line";
+}
+
+TEST(TrashInfo, DeletionDateLines)
+{
+    const Timestamp local = QDateTime(QDate(2024, 5, 1), QTime(10, 20, 30)).toMSecsSinceEpoch();
+    EXPECT_EQ(trash::deletionDateIn("[Trash Info]\nPath=/a\nDeletionDate=2024-05-01T10:20:30\n"), local) << "local time";
+    EXPECT_EQ(trash::deletionDateIn("[Trash Info]\r\nDeletionDate=2024-05-01T10:20:30\r\nPath=/a\r\n"), local);
+    EXPECT_EQ(trash::deletionDateIn("[Trash Info]\nPath=/a\n"), std::nullopt) << "no DeletionDate line";
+    EXPECT_EQ(trash::deletionDateIn("[Trash Info]\nDeletionDate=yesterday\n"), std::nullopt);
+    const trash::Record record = trash::recordIn("[Trash Info]\nPath=/home/u/a%20b\nDeletionDate=2024-05-01T10:20:30\n", homeItem);
+    EXPECT_EQ(record.originalPath, FilePath::fromNative("/home/u/a b"));
+    EXPECT_EQ(record.deletionDate, local);
 }
 
 } // namespace
