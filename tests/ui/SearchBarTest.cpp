@@ -51,6 +51,29 @@ TEST_F(WindowTest, CtrlFTwiceSearchesBelowTheFolderAndEscBringsItBack)
     ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading() && pane()->items().size() == 3; }));
 }
 
+TEST_F(WindowTest, DownFromTheSearchFieldSelectsTheFirstResult)
+{
+    tree.file("deep/tax-2024.pdf");
+    tree.file("tax.txt");
+    tree.file("other.txt");
+    open(tree.root());
+    SearchBar* bar = window->activePaneWidget()->searchBar();
+    press(Qt::Key_F, Qt::ControlModifier);
+    press(Qt::Key_F, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return bar->isVisible() && bar->field()->hasFocus(); }));
+    type("tax");
+    ASSERT_TRUE(waitUntil([&] { return showsSearchOf(pane(), "tax") && pane()->items().size() == 2; }));
+    press(Qt::Key_Down);
+    EXPECT_FALSE(bar->isAncestorOf(QApplication::focusWidget()));
+    EXPECT_TRUE(window->activePaneWidget()->isAncestorOf(QApplication::focusWidget()));
+    const FilePath first = pane()->items().first().url;
+    EXPECT_EQ(pane()->cursor(), first);
+    EXPECT_EQ(pane()->selection(), QSet<FilePath>{first});
+    // Down again walks the results, as in any list.
+    press(Qt::Key_Down);
+    EXPECT_EQ(pane()->cursor(), pane()->items().at(1).url);
+}
+
 TEST_F(WindowTest, TheSearchCommandOpensTheFieldAndNothingFoundSaysSo)
 {
     tree.file("a.txt");

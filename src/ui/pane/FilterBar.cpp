@@ -85,10 +85,8 @@ void FilterBar::keyPressEvent(QKeyEvent* event)
         Q_EMIT finished();
         return;
     case Qt::Key_Down:
-        // Into the rows at the first match, unless the cursor is on a shown row already: one
-        // Down, not two, reaches what the filter found.
-        if (m_pane && (!m_pane->cursor() || m_pane->row(*m_pane->cursor()) < 0))
-            m_pane->moveCursor(1, false);
+        if (m_pane)
+            m_pane->moveCursorIntoRows();
         Q_EMIT finished();
         return;
     case Qt::Key_Return:

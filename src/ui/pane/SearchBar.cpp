@@ -132,6 +132,8 @@ bool SearchBar::eventFilter(QObject* watched, QEvent* event)
         return true;
     case Qt::Key_Down:
         if (watched == m_field) {
+            if (m_pane)
+                m_pane->moveCursorIntoRows();
             Q_EMIT finished();
             return true;
         }

@@ -2,8 +2,9 @@
 // The search field above a pane's view: the text, then where to look ("This Folder", "Below",
 // "Home and Drives"), which kind and how recently changed. Shown while the pane is searching;
 // it only passes each change to the pane, which waits a quarter second and runs the search.
-// Esc ends the search and brings the folder back; Return or Down hand the keys to the results;
-// Tab walks through the three choices (each opens with Alt+Down or Space, like any list box).
+// Esc ends the search and brings the folder back; Return or Down hand the keys to the results
+// (Down with no cursor on a result puts it on the first); Tab walks through the three choices
+// (each opens with Alt+Down or Space, like any list box).
 // The field follows the pane: opening a saved search fills it, leaving the folder closes it.
 //
 // Signals: finished() follows every hand-back of the keys to the view.
