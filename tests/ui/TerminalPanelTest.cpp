@@ -14,6 +14,7 @@
 #include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QMimeData>
+#include <QTabBar>
 #include <QTimer>
 
 namespace orwick {
@@ -102,6 +103,19 @@ TEST_F(TerminalPanelTest, TheShellAndThePaneFollowEachOther)
     openSettings()->setValue(QLatin1StringView(settingsKey::paneFollowsTerminal), true);
     typeLine(QStringLiteral("printf '\\033]7;file://%s\\007' ") + QString::fromUtf8(tree.root().native()));
     EXPECT_TRUE(test::waitUntil([&] { return pane()->url() == tree.root(); })) << pane()->url().text().toStdString();
+}
+
+TEST_F(TerminalPanelTest, TheTerminalsTabIsNamedForTheFolderTheShellWentTo)
+{
+    const FilePath inner = tree.folder(QStringLiteral("deeper in"));
+    openTerminal();
+    auto* tabs = window->findChild<TerminalPanel*>()->findChild<QTabBar*>();
+    ASSERT_NE(tabs, nullptr);
+    EXPECT_EQ(tabs->tabText(0), tree.root().fileName());
+    // A shell that reports no folder of its own (sh has no OSC 7).
+    typeLine(QStringLiteral("cd 'deeper in'"));
+    EXPECT_TRUE(test::waitUntil([&] { return tabs->tabText(0) == QStringLiteral("deeper in"); })) << tabs->tabText(0).toStdString();
+    EXPECT_EQ(tabs->tabToolTip(0), inner.abbreviated());
 }
 
 TEST_F(TerminalPanelTest, SeveralTerminalsLiveInATabAndSurviveSwitchingTabs)

@@ -4,11 +4,13 @@
 #include "terminal/ChildReaper.h"
 
 #include <cerrno>
+#include <climits>
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
 #include <pty.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -103,6 +105,39 @@ bool PtyProcess::resize(int rows, int cols)
 }
 
 pid_t PtyProcess::foregroundGroup() const { return ::tcgetpgrp(m_master); }
+
+namespace {
+
+// Where a link in /proc leads; empty when it can't be read.
+QByteArray procLink(const QByteArray& link)
+{
+    char buffer[PATH_MAX];
+    const ssize_t length = ::readlink(link.constData(), buffer, sizeof buffer);
+    return length > 0 && size_t(length) < sizeof buffer ? QByteArray(buffer, qsizetype(length)) : QByteArray();
+}
+
+} // namespace
+
+QByteArray PtyProcess::workingFolder() const
+{
+    if (m_reaped)
+        return {};
+    const QByteArray proc = "/proc/" + QByteArray::number(m_pid);
+    // Until the child has become the program it still works in Orwick's folder (the terminal
+    // echoes what is typed that early).
+    if (!m_becameProgram) {
+        const QByteArray program = procLink(proc + "/exe");
+        if (program.isEmpty() || program == procLink("/proc/self/exe"))
+            return {};
+        m_becameProgram = true;
+    }
+    const QByteArray folder = procLink(proc + "/cwd");
+    if (folder.isEmpty())
+        return {};
+    // A deleted folder reads as "PATH (deleted)", which names nothing.
+    struct stat st {};
+    return ::stat(folder.constData(), &st) == 0 && S_ISDIR(st.st_mode) ? folder : QByteArray();
+}
 
 std::optional<int> PtyProcess::reap()
 {

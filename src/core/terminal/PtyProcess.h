@@ -39,6 +39,9 @@ public:
     bool resize(int rows, int cols);
     // The process group that has the terminal now (the shell's own while it waits at its prompt).
     pid_t foregroundGroup() const;
+    // The folder the program works in now, as the kernel has it (links resolved); empty when it
+    // can't be read or the folder was deleted.
+    QByteArray workingFolder() const;
     // Reaps the child when it has ended, giving its status as a shell would (the exit code, or
     // 128 + the signal); nothing while it runs.
     std::optional<int> reap();
@@ -50,6 +53,7 @@ private:
     pid_t m_pid;
     int m_pidfd;
     bool m_reaped = false;
+    mutable bool m_becameProgram = false; // exec'd: see workingFolder()
 };
 
 } // namespace orwick

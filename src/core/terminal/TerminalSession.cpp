@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include <cerrno>
+#include <cstdlib>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -20,12 +21,24 @@ constexpr qint64 kSliceMs = 8;                    // output read per wake-up, th
 constexpr qsizetype kSliceBytes = 4 * 1024 * 1024;
 constexpr qsizetype kWriteChunk = 16 * 1024;      // a paste goes in pieces of this
 constexpr int kReapPollMs = 50;                   // where the kernel gives no pidfd
+
+// The folder with its links resolved, as the kernel gives a working folder; empty when it is gone.
+QByteArray resolved(const FilePath& folder)
+{
+    char* path = folder.isEmpty() ? nullptr : ::realpath(folder.c_str(), nullptr);
+    const QByteArray bytes(path);
+    ::free(path);
+    return bytes;
+}
 } // namespace
 
-TerminalSession::TerminalSession(const Options& options, QObject* parent) : QObject(parent), m_folder(options.folder)
+TerminalSession::TerminalSession(const Options& options, QObject* parent)
+    : QObject(parent), m_folder(options.folder), m_workingFolder(resolved(options.folder))
 {
     m_screen = std::make_unique<TerminalScreen>(options.rows, options.cols, [this](QByteArrayView bytes) { write(bytes); },
                                                 options.scrollbackLines);
+    m_announcedTitle = title();
+    m_announcedFolder = m_folder;
     PtyProcess::Launch launch;
     if (options.command && !options.command->isEmpty()) {
         launch.program = options.command->first();
@@ -83,7 +96,6 @@ void TerminalSession::readOutput()
     slice.start();
     qsizetype total = 0;
     char buffer[kReadChunk];
-    const QString titleBefore = m_screen->title();
     while (true) {
         const ssize_t got = ::read(m_process->masterFd(), buffer, sizeof buffer);
         if (got > 0) {
@@ -109,10 +121,32 @@ void TerminalSession::readOutput()
         break;
     }
     if (total > 0) {
+        followWorkingFolder();
         Q_EMIT outputArrived();
-        if (m_screen->title() != titleBefore)
-            Q_EMIT titleChanged();
+        announceTitle();
     }
+}
+
+void TerminalSession::followWorkingFolder()
+{
+    const QByteArray now = m_process ? m_process->workingFolder() : QByteArray();
+    if (now.isEmpty() || now == m_workingFolder)
+        return; // no `cd` since: what was reported or sent stays
+    m_workingFolder = now;
+    if (resolved(m_folder) == now)
+        return; // the reported folder itself, maybe through a link
+    m_folder = FilePath::fromNative(now);
+    Q_EMIT folderReported(m_folder);
+}
+
+void TerminalSession::announceTitle()
+{
+    const QString now = title();
+    if (now == m_announcedTitle && m_folder == m_announcedFolder)
+        return;
+    m_announcedTitle = now;
+    m_announcedFolder = m_folder;
+    Q_EMIT titleChanged();
 }
 
 void TerminalSession::write(QByteArrayView bytes)
@@ -181,6 +215,7 @@ bool TerminalSession::changeDirectory(const FilePath& folder)
         return false;
     write(*command);
     m_folder = folder;
+    announceTitle();
     return true;
 }
 

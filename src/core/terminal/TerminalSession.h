@@ -7,10 +7,15 @@
 // output never holds the GUI thread; input is written as the program takes it, so a paste into
 // a program that doesn't read waits in memory instead of blocking. GUI thread only.
 //
+// The shell's folder follows its reports (OSC 7) and, for shells that send none, the folder the
+// kernel says the shell works in: looked at after output, it is taken when it changed since it
+// was last looked at (a `cd` ran) and isn't the reported folder with its links resolved.
+//
 // Signals: outputArrived() follows every slice of output fed to the screen (views repaint on
-// their next frame, not on each); folderReported() follows each OSC 7 report, in order;
-// finished() comes once, after the shell has ended and its last output was read, with its
-// status as a shell gives it (the exit code, or 128 + the signal). A session that could not
+// their next frame, not on each); folderReported() follows each new folder of the shell, reported
+// or found, in order (not one it was sent to); titleChanged() follows each change of title() or
+// folder(); finished() comes once, after the shell has ended and its last output was read, with
+// its status as a shell gives it (the exit code, or 128 + the signal). A session that could not
 // start is finished at once, its reason in failure().
 
 #include "base/FilePath.h"
@@ -47,7 +52,8 @@ public:
     std::optional<int> exitStatus() const { return m_status; }
     QString failure() const { return m_failure; }
     pid_t pid() const;
-    // The folder the shell last reported (OSC 7) or was sent to, else the one it started in.
+    // The folder the shell last reported (OSC 7), was found in or was sent to, else the one it
+    // started in.
     FilePath folder() const { return m_folder; }
     // The window title the program set, else the shell's folder's name.
     QString title() const;
@@ -80,6 +86,10 @@ Q_SIGNALS:
 
 private:
     void readOutput();
+    // Takes the shell's working folder when a `cd` changed it.
+    void followWorkingFolder();
+    // Says titleChanged() when title() or folder() is not what it was.
+    void announceTitle();
     void writePending();
     void shellEnded();
     void finish(int status);
@@ -95,8 +105,10 @@ private:
     qsizetype m_pendingOffset = 0;
     std::optional<int> m_status;
     QString m_failure;
-    QString m_title;
+    QString m_announcedTitle;
+    FilePath m_announcedFolder;
     FilePath m_folder;
+    QByteArray m_workingFolder; // as last looked at, links resolved
     bool m_outputClosed = false;
 };
 

@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 namespace orwick {
 namespace {
@@ -39,6 +40,51 @@ TEST(PromptFollowingTest, AShellAtItsPromptChangesFolderEvenToAnAwkwardName)
     EXPECT_FALSE(session->changeDirectory(target)); // already there: nothing typed again
     session->write("echo \"[$PWD]\"\r");
     EXPECT_TRUE(waitForText(*session, QLatin1Char('[') + target.text() + QLatin1Char(']'))) << session->screen().screenText().toStdString();
+}
+
+TEST(PromptFollowingTest, ACdTypedAtThePromptRetitlesTheTerminalWithoutAReport)
+{
+    test::TempTree tree;
+    const FilePath start = tree.folder(QStringLiteral("start"));
+    const FilePath target = tree.folder(QStringLiteral("start/sub folder"));
+    auto session = bashIn(start); // no rc file: the shell reports no folder (OSC 7)
+    if (!session)
+        GTEST_SKIP() << "bash is not installed";
+    ASSERT_EQ(session->title(), QStringLiteral("start"));
+    QList<FilePath> reported;
+    int retitled = 0;
+    QObject::connect(session.get(), &TerminalSession::folderReported, [&](const FilePath& folder) { reported.append(folder); });
+    QObject::connect(session.get(), &TerminalSession::titleChanged, [&] { ++retitled; });
+
+    session->write("cd 'sub folder'\r");
+    ASSERT_TRUE(waitUntil([&] { return session->folder() == target; })) << session->folder().text().toStdString();
+    EXPECT_EQ(session->title(), QStringLiteral("sub folder"));
+    EXPECT_EQ(reported, QList<FilePath>{target});
+    EXPECT_EQ(retitled, 1);
+
+    ASSERT_TRUE(session->changeDirectory(start));
+    EXPECT_EQ(session->title(), QStringLiteral("start")) << "a folder it is sent to retitles it at once";
+    EXPECT_EQ(retitled, 2);
+    session->write("echo \"[$PWD]\"\r");
+    ASSERT_TRUE(waitForText(*session, QLatin1Char('[') + start.text() + QLatin1Char(']')));
+    EXPECT_EQ(session->folder(), start);
+    EXPECT_EQ(reported, QList<FilePath>{target}) << "where it was sent is not reported back";
+}
+
+TEST(PromptFollowingTest, AFolderReportedThroughALinkKeepsTheLinksName)
+{
+    test::TempTree tree;
+    const FilePath target = tree.folder(QStringLiteral("target"));
+    const FilePath link = tree.path(QStringLiteral("link"));
+    ASSERT_EQ(::symlink(target.c_str(), link.c_str()), 0);
+    auto session = bashIn(tree.root());
+    if (!session)
+        GTEST_SKIP() << "bash is not installed";
+    session->write("cd link; printf '\\033]7;file://%s\\007' \"$PWD\"; echo done\r");
+    ASSERT_TRUE(waitForText(*session, QStringLiteral("\ndone")));
+    ASSERT_TRUE(waitUntil([&] { return session->isIdleAtPrompt(); }));
+    EXPECT_EQ(session->folder(), link);
+    EXPECT_EQ(session->title(), QStringLiteral("link"));
 }
 
 TEST(PromptFollowingTest, AShellRunningAProgramIsNotTypedInto)
