@@ -8,10 +8,12 @@
 #include "commands/CommandCatalog.h"
 #include "ui/panels/CleanUpPanel.h"
 #include "ui/panels/DiskToolKeys.h"
+#include "ui/panels/DuplicatesPanel.h"
 #include "ui/panels/SpacePanel.h"
 #include "ui/panels/TreemapWidget.h"
 
 #include <QFileInfo>
+#include <QPushButton>
 #include <QTreeWidget>
 
 namespace orwick::test {
@@ -111,6 +113,48 @@ TEST_F(DiskToolKeyboardTest, TheCleanUpListTicksTrashesAndShowsByKey)
     press(Qt::Key_Return);
     ASSERT_TRUE(waitUntil([&] { return !window->findChild<CleanUpPanel*>(); }));
     ASSERT_TRUE(waitUntil([&] { return pane()->selection().contains(kept); })) << "the folder is shown in the pane";
+}
+
+TEST_F(DiskToolKeyboardTest, TabGoesRoundTheSheetsPartsAndNeverToThePanesBeneath)
+{
+    const QByteArray big(150000, 'x');
+    tree.file("a.bin", big);
+    tree.file("a copy.bin", big);
+    open(tree.root());
+    DiskToolKeys::follow(*state, window.get());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("findDuplicates"), *state));
+    DuplicatesPanel* panel = nullptr;
+    ASSERT_TRUE(waitUntil([&] {
+        panel = window->findChild<DuplicatesPanel*>();
+        return panel && !panel->isSearching();
+    }, 10000));
+    auto* list = panel->findChild<QTreeWidget*>();
+    ASSERT_TRUE(waitUntil([&] { return list->hasFocus(); }));
+
+    QPushButton* tick = nullptr;
+    for (QPushButton* button : panel->findChildren<QPushButton*>())
+        if (button->text() == "Tick Extra Copies")
+            tick = button;
+    ASSERT_TRUE(tick);
+    bool reachedTick = false;
+    for (int i = 0; i < 6; ++i) {
+        press(Qt::Key_Tab);
+        QWidget* focus = QApplication::focusWidget();
+        ASSERT_TRUE(focus && panel->isAncestorOf(focus)) << "Tab " << i + 1 << " left the sheet for "
+            << (focus ? focus->metaObject()->className() : "nothing");
+        reachedTick = reachedTick || focus == tick;
+    }
+    ASSERT_TRUE(reachedTick) << "Tab reaches the sheet's buttons";
+    for (int i = 0; i < 6; ++i) {
+        press(Qt::Key_Backtab, Qt::ShiftModifier);
+        QWidget* focus = QApplication::focusWidget();
+        ASSERT_TRUE(focus && panel->isAncestorOf(focus)) << "Shift+Tab " << i + 1 << " left the sheet";
+    }
+
+    while (QApplication::focusWidget() != tick)
+        press(Qt::Key_Tab);
+    press(Qt::Key_Space);
+    EXPECT_EQ(panel->choice().chosenCount(), 1) << "Space on the focused button ticks the extra copy";
 }
 
 } // namespace

@@ -115,6 +115,24 @@ void PanelSheet::keyPressEvent(QKeyEvent* event)
     QWidget::keyPressEvent(event);
 }
 
+bool PanelSheet::focusNextPrevChild(bool next)
+{
+    QWidget* from = QApplication::focusWidget();
+    if (!from || (from != this && !isAncestorOf(from)))
+        from = this;
+    // The window's focus chain is a ring: following it from here meets the sheet's parts in order.
+    QWidget* part = from;
+    do {
+        part = next ? part->nextInFocusChain() : part->previousInFocusChain();
+        const bool takesTab = (part->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
+        if (part != this && isAncestorOf(part) && takesTab && part->isVisible() && part->isEnabled()) {
+            part->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+            return true;
+        }
+    } while (part != from);
+    return true; // nothing else here takes the keyboard: it stays where it is
+}
+
 void PanelSheet::place()
 {
     // Over the content area: the central widget when there is one, else the whole window.

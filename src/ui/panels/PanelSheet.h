@@ -4,7 +4,8 @@
 // a one-line footer. A panel adds its parts and then calls present(), last in its constructor,
 // which puts the sheet on screen. Esc or the close button closes it: stopWork() runs at once (the
 // panel's walk must stop within a fraction of a second), then the sheet goes and the keyboard
-// focus returns to where it was when the sheet opened. closed() follows every close.
+// focus returns to where it was when the sheet opened. closed() follows every close. Tab stays
+// among the sheet's parts.
 
 #include "base/FilePath.h"
 
@@ -53,6 +54,9 @@ protected:
 
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    // Tab and Shift+Tab go round the sheet's own parts, in the order the panel made them: the
+    // window's chain would go on to the panes beneath the sheet, where the keyboard is out of sight.
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void place();
