@@ -6,6 +6,7 @@
 #include "files/FileItemReader.h"
 #include "state/PaneState.h"
 #include "ui/panels/FindResultsModel.h"
+#include "ui/panels/FocusRing.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -284,12 +285,8 @@ bool FindInFilesPanel::focusNextPrevChild(bool next)
 {
     // Tab goes round the controls in the order they read, and stays in the sheet rather than
     // going on to the panes beneath it.
-    QList<QWidget*> ring{m_field, m_regex, m_matchCase};
-    if (m_stack->currentWidget() == m_list)
-        ring.append(m_list);
-    const qsizetype at = ring.indexOf(QApplication::focusWidget());
-    const qsizetype to = at < 0 ? (next ? 0 : ring.size() - 1) : (at + (next ? 1 : ring.size() - 1)) % ring.size();
-    ring.at(to)->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    // The results take part while they are the page shown (hidden otherwise).
+    moveAroundFocusRing({m_field, m_regex, m_matchCase, m_list}, next);
     return true;
 }
 

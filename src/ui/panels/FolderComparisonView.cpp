@@ -4,6 +4,7 @@
 #include "platform/DirectoryReader.h"
 #include "state/WindowState.h"
 #include "ui/fileops/DialogFocus.h"
+#include "ui/panels/FocusRing.h"
 #include "ui/theme/Theme.h"
 
 #include <QApplication>
@@ -307,17 +308,7 @@ void FolderComparisonView::focusInEvent(QFocusEvent* event)
 
 bool FolderComparisonView::focusNextPrevChild(bool next)
 {
-    QList<QWidget*> ring;
-    for (QWidget* part : {static_cast<QWidget*>(m_list), static_cast<QWidget*>(m_filterBox), static_cast<QWidget*>(m_syncButton)})
-        if (part->isVisible() && part->isEnabled())
-            ring.append(part);
-    qsizetype at = ring.indexOf(QApplication::focusWidget());
-    if (at < 0 && QApplication::focusWidget() == this)
-        at = next ? ring.size() - 1 : 0; // from the view itself to the first (or last) part
-    if (ring.isEmpty() || at < 0)
-        return QWidget::focusNextPrevChild(next);
-    ring.at((at + (next ? 1 : ring.size() - 1)) % ring.size())->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
-    return true;
+    return moveAroundFocusRing({m_list, m_filterBox, m_syncButton}, next) || QWidget::focusNextPrevChild(next);
 }
 
 bool FolderComparisonView::eventFilter(QObject* watched, QEvent* event)
