@@ -12,6 +12,7 @@
 #include "ui/panels/SpacePanel.h"
 #include "ui/panels/TreemapWidget.h"
 
+#include <QComboBox>
 #include <QFileInfo>
 #include <QPushButton>
 #include <QTreeWidget>
@@ -136,6 +137,10 @@ TEST_F(DiskToolKeyboardTest, TabGoesRoundTheSheetsPartsAndNeverToThePanesBeneath
         if (button->text() == "Tick Extra Copies")
             tick = button;
     ASSERT_TRUE(tick);
+    press(Qt::Key_Tab);
+    EXPECT_TRUE(qobject_cast<QComboBox*>(QApplication::focusWidget())) << "from the list, Tab goes to the first tool, the size";
+    press(Qt::Key_Backtab, Qt::ShiftModifier);
+    ASSERT_TRUE(list->hasFocus()) << "and Shift+Tab back to the list";
     bool reachedTick = false;
     for (int i = 0; i < 6; ++i) {
         press(Qt::Key_Tab);

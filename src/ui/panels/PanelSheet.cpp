@@ -37,6 +37,7 @@ PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* w
     m_tools = new QHBoxLayout;
     titleRow->addLayout(m_tools);
     auto* close = new QToolButton(this);
+    m_close = close;
     close->setText(QStringLiteral("✕"));
     close->setToolTip(QStringLiteral("Close (Esc)"));
     close->setAutoRaise(true);
@@ -61,6 +62,12 @@ void PanelSheet::present(QWidget* focus, Qt::FocusReason reason)
     // Without a part named, the part the panel gave the keyboard while it was built keeps it.
     if (!focus)
         focus = focusWidget() && isAncestorOf(focusWidget()) ? focusWidget() : this;
+    // The close button was made before the panel's tools; Tab meets it after them, where it stands.
+    for (int i = m_tools->count() - 1; i >= 0; --i)
+        if (QWidget* tool = m_tools->itemAt(i)->widget()) {
+            QWidget::setTabOrder(tool, m_close);
+            break;
+        }
     show();
     raise();
     focus->setFocus(reason);

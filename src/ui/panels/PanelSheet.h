@@ -5,7 +5,7 @@
 // which puts the sheet on screen. Esc or the close button closes it: stopWork() runs at once (the
 // panel's walk must stop within a fraction of a second), then the sheet goes and the keyboard
 // focus returns to where it was when the sheet opened. closed() follows every close. Tab stays
-// among the sheet's parts.
+// among the sheet's parts and meets them as they read: the tools, the close button, the body.
 
 #include "base/FilePath.h"
 
@@ -63,6 +63,7 @@ private:
 
     QVBoxLayout* m_body;
     QHBoxLayout* m_tools;
+    QWidget* m_close;
     QLabel* m_footer;
     QPointer<QWidget> m_focusBefore; // the pane, usually
     QPointer<PaneWidget> m_paneBefore; // the pane m_focusBefore was in, if any
