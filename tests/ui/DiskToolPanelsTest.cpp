@@ -12,6 +12,7 @@
 #include "ui/panels/TreemapWidget.h"
 #include "ui/window/MainWindow.h"
 
+#include <QHeaderView>
 #include <QPointer>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
@@ -162,6 +163,24 @@ TEST_F(DiskToolPanelsTest, TheWindowsPanelFollowsTheSheets)
     ASSERT_TRUE(shown<DuplicatesPanel>());
     EXPECT_EQ(shown<DuplicatesPanel>()->folder(), sub);
     EXPECT_EQ(state->panel(), WindowState::Panel::duplicates) << "the replaced sheet's close leaves the new panel";
+}
+
+TEST_F(DiskToolPanelsTest, CleanUpShowsEachKindInFullBesideItsSize)
+{
+    tree.file(QStringLiteral("web/package.json"), "{}");
+    tree.file(QStringLiteral("web/dist/app.js"), QByteArray(5000, 'j'));
+    open();
+    window->resize(1100, 700);
+    DiskToolKeys::openCleanUp(window.get(), pane());
+    auto* panel = shown<CleanUpPanel>();
+    ASSERT_TRUE(panel);
+    ASSERT_TRUE(waitUntil([&] { return !panel->isScanning() && panel->rows().size() == 1; }));
+    QCoreApplication::processEvents();
+    auto* list = panel->findChild<QTreeWidget*>();
+    ASSERT_EQ(list->topLevelItem(0)->text(1), "JavaScript build");
+    const int needed = list->fontMetrics().horizontalAdvance(QStringLiteral("JavaScript build"));
+    EXPECT_GT(list->header()->sectionSize(1), needed) << "the kind is not cut to \"JavaScript b…\"";
+    EXPECT_LT(list->header()->sectionSize(2), list->header()->sectionSize(0)) << "the folder, not the size, takes the room";
 }
 
 } // namespace

@@ -189,7 +189,7 @@ TEST_F(DiskToolTrashTest, TickedBuildFoldersGoInOneStepAndLeaveTheList)
     ASSERT_TRUE(waitUntil([&] { return !panel->isScanning() && panel->rows().size() == 3; }));
     for (const auto& row : panel->rows())
         EXPECT_TRUE(row.size.has_value()) << "every row is measured";
-    EXPECT_EQ(panel->footer(), "Projects rebuild these when needed. Space ticks, Delete moves the ticked to the Trash, Ctrl+Z puts them back.");
+    EXPECT_EQ(panel->footer(), "Projects rebuild these when needed. Undo (Ctrl+Z) puts them back. Space ticks, Delete moves the ticked to the Trash.");
     // Untick the virtual environment: it stays on disk and in the list.
     auto* list = panel->findChild<QTreeWidget*>();
     for (int i = 0; i < list->topLevelItemCount(); ++i)

@@ -31,7 +31,11 @@ CleanUpPanel::CleanUpPanel(PaneState* pane, QWidget* window)
     m_list->setUniformRowHeights(true);
     m_list->setColumnCount(3);
     m_list->setHeaderLabels({QStringLiteral("Folder"), QStringLiteral("Kind"), QStringLiteral("Size")});
+    // The folder takes the room; the kind and the size keep what their words need.
+    m_list->header()->setStretchLastSection(false);
     m_list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    m_list->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    m_list->header()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
     m_list->installEventFilter(this);
     connect(m_list, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int) {
         if (m_filling)
@@ -46,7 +50,7 @@ CleanUpPanel::CleanUpPanel(PaneState* pane, QWidget* window)
     body()->addWidget(m_stack);
     m_totals = new QLabel(this);
     body()->addWidget(m_totals);
-    setFooter(QStringLiteral("Projects rebuild these when needed. Space ticks, Delete moves the ticked to the Trash, Ctrl+Z puts them back."));
+    setFooter(QStringLiteral("Projects rebuild these when needed. Undo (Ctrl+Z) puts them back. Space ticks, Delete moves the ticked to the Trash."));
     search();
     present();
 }
