@@ -234,6 +234,27 @@ TEST_F(PreviewWindowTest, AFolderShowsItsCountsThenItsSize)
     select(tree.path("f"));
     ASSERT_TRUE(shows(panelView(), "f"));
     EXPECT_EQ(panelView()->shownKind(), PreviewContent::Kind::folder);
-    EXPECT_TRUE(test::waitUntil([&] { return panelView()->detailsText().contains(" in 2 files"); })) << panelView()->detailsText().toStdString();
-    EXPECT_TRUE(panelView()->detailsText().startsWith("2 items")) << panelView()->detailsText().toStdString();
+    EXPECT_TRUE(test::waitUntil([&] { return panelView()->pageText().contains(" in 2 files"); }))
+        << panelView()->pageText().toStdString();
+    EXPECT_TRUE(panelView()->pageText().startsWith("2 items\n")) << panelView()->pageText().toStdString();
+}
+
+TEST_F(PreviewWindowTest, AFolderSummaryReadsWholeInANarrowColumn)
+{
+    for (const char* name : {"a.png", "b.txt", "c.pdf", "d.zip", "e.csv", "f.c", "g.mp3", "h.ttf"})
+        tree.file(QStringLiteral("many/") + QString::fromLatin1(name), "x");
+    tree.file("many/sub/x", "x");
+    state->setShowPreview(true);
+    pane()->reload();
+    select(tree.path("many"));
+    ASSERT_TRUE(shows(panelView(), "many"));
+    ASSERT_TRUE(test::waitUntil([&] { return panelView()->pageText().contains(" in 9 files"); })) << panelView()->pageText().toStdString();
+    const QStringList lines = panelView()->pageText().split(QLatin1Char('\n'));
+    ASSERT_EQ(lines.size(), 3) << panelView()->pageText().toStdString();
+    EXPECT_EQ(lines[0], "9 items");
+    for (const char* kind : {"1 folder", "1 image", "1 document", "1 PDF", "1 archive", "1 data file", "1 source file",
+                             "1 audio file", "1 other file"})
+        EXPECT_TRUE(lines[1].contains(QString::fromLatin1(kind))) << "every kind is on the page, however narrow the column: "
+                                                                 << lines[1].toStdString();
+    EXPECT_TRUE(panelView()->detailsText().isEmpty()) << "not cut short in the header line";
 }

@@ -90,10 +90,19 @@ PreviewView::~PreviewView()
     m_noteView->setDocument(nullptr);
 }
 
+namespace {
+// A folder's or a media file's details are all there is to show: they go on the page, one to a
+// line and wrapped, instead of into the one header line, where a narrow column cut them short.
+bool detailsFillThePage(PreviewContent::Kind kind)
+{
+    return kind == PreviewContent::Kind::folder || kind == PreviewContent::Kind::details;
+}
+} // namespace
+
 void PreviewView::setHeader(const PreviewContent& content)
 {
     m_title->setText(content.title);
-    m_details->setText(content.details.join(QStringLiteral(" · ")));
+    m_details->setText(detailsFillThePage(content.kind) ? QString() : content.details.join(QStringLiteral(" · ")));
     m_noteLine->setText(content.note);
 }
 
@@ -168,6 +177,9 @@ void PreviewView::showPrepared(PreparedPreview prepared)
         break;
     case Kind::folder:
     case Kind::details:
+        m_message->setText(content.details.join(QLatin1Char('\n')));
+        m_stack->setCurrentWidget(m_message);
+        break;
     case Kind::none:
         m_message->clear();
         m_stack->setCurrentWidget(m_message);
@@ -183,6 +195,10 @@ void PreviewView::addDetail(const FilePath& path, const QString& line)
 {
     if (path != m_path)
         return;
+    if (detailsFillThePage(m_kind)) {
+        m_message->setText(m_message->text().isEmpty() ? line : m_message->text() + QLatin1Char('\n') + line);
+        return;
+    }
     const QString current = m_details->text();
     m_details->setText(current.isEmpty() ? line : current + QStringLiteral(" · ") + line);
 }
@@ -190,6 +206,7 @@ void PreviewView::addDetail(const FilePath& path, const QString& line)
 QString PreviewView::titleText() const { return m_title->text(); }
 QString PreviewView::detailsText() const { return m_details->text(); }
 QString PreviewView::noteText() const { return m_noteLine->text(); }
+QString PreviewView::pageText() const { return m_stack->currentWidget() == m_message ? m_message->text() : QString(); }
 
 void PreviewView::fitTableColumns()
 {

@@ -1,7 +1,8 @@
 #pragma once
 // PreviewView: draws one PreparedPreview — a title with details over the content, and under it
 // the note of a limit that was hit. The content: text and hex in a plain text view, a note as
-// rendered HTML, pictures, tables and archive entries, or a message. Used by the preview panel
+// rendered HTML, pictures, tables and archive entries, or words (a message; a folder's counts
+// and size, or a media file's details, one to a line). Used by the preview panel
 // and by Quick Look.
 //
 // In a rendered note each task box is a link; clicking it, or pressing Space while it has the
@@ -34,7 +35,8 @@ public:
     void showPrepared(PreparedPreview prepared);
     // A line of text in place of a preview ("Select a file to preview it").
     void showPlaceholder(const QString& text);
-    // Adds a line under the title, when `path` is still shown (a folder's measured size).
+    // Adds a detail, when `path` is still shown (a folder's measured size): under the title, or on
+    // the page where the details fill it.
     void addDetail(const FilePath& path, const QString& line);
 
     const FilePath& shownPath() const { return m_path; }
@@ -44,6 +46,8 @@ public:
     QString titleText() const;
     QString detailsText() const;
     QString noteText() const;
+    // The words on the page when it shows words (a message, a folder's or a media file's details).
+    QString pageText() const;
     QTextBrowser* noteView() const { return m_noteView; }
     QPlainTextEdit* textView() const { return m_text; }
     PreviewImageView* imageView() const { return m_image; }
