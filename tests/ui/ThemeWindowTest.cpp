@@ -16,7 +16,9 @@
 #include <QAbstractItemView>
 #include <QScrollBar>
 #include <QStyleOptionSlider>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QRadioButton>
 #include <QFile>
 #include <QMenu>
 #include <QMenuBar>
@@ -94,6 +96,42 @@ TEST_F(ThemeWindowTest, TabCloseMarksAreThemedCrossesNotStockPictures)
             }
         EXPECT_GT(inked, 0) << "tab " << index << " shows a mark";
         EXPECT_EQ(coloured, 0) << "tab " << index << " draws its cross in the theme's grey";
+    }
+}
+
+TEST_F(ThemeWindowTest, ABoxWithoutWordsShowsWhenItHasTheKeyboard)
+{
+    // As in Get Info's permission grid: boxes with no label, reached with Tab.
+    auto* holder = new QWidget(window.get());
+    holder->setGeometry(0, 0, 120, 40);
+    auto* ticked = new QCheckBox(holder);
+    ticked->setChecked(true);
+    ticked->move(4, 4);
+    auto* unticked = new QCheckBox(holder);
+    unticked->move(40, 4);
+    auto* round = new QRadioButton(holder);
+    round->move(76, 4);
+    holder->show();
+    holder->raise();
+    for (QAbstractButton* box : {static_cast<QAbstractButton*>(ticked), static_cast<QAbstractButton*>(unticked),
+                                 static_cast<QAbstractButton*>(round)}) {
+        box->resize(box->sizeHint());
+        window->activePaneWidget()->focusTarget()->setFocus(Qt::TabFocusReason);
+        QApplication::processEvents();
+        const QImage without = box->grab().toImage();
+        box->setFocus(Qt::TabFocusReason);
+        ASSERT_TRUE(box->hasFocus());
+        QApplication::processEvents();
+        const QImage with = box->grab().toImage();
+        ASSERT_EQ(with.size(), without.size());
+        int changed = 0;
+        for (int y = 0; y < with.height(); ++y)
+            for (int x = 0; x < with.width(); ++x) {
+                const QColor a = with.pixelColor(x, y), b = without.pixelColor(x, y);
+                changed += std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) + std::abs(a.blue() - b.blue()) > 120;
+            }
+        EXPECT_GE(changed, 8) << (box == ticked ? "ticked" : box == unticked ? "unticked" : "round")
+                              << " box: the keyboard's place must be seen";
     }
 }
 

@@ -45,6 +45,20 @@ Marks marksFor(const QStyleOption& option, bool chosen)
     return marks;
 }
 
+// A box or a round button with the keyboard shows it with a ring inside its edge: Fusion marks
+// the focus of a box on its own outline, which the themed box replaces, and around its label,
+// which a box without words (the permission grid) does not have. Not in lists: the row shows it.
+bool hasKeyboard(const QStyleOption& option)
+{
+    return (option.state & QStyle::State_HasFocus) && (option.state & QStyle::State_Enabled);
+}
+
+// The ring in the accent, or on a chosen box (already the accent) in the colour of its tick.
+QPen focusRingPen(bool chosen)
+{
+    return QPen(chosen ? theme::onAccent() : theme::accent(), 1.5);
+}
+
 // The largest square of `rect`, centred, less a pixel for the edge's antialiasing.
 QRectF squareIn(const QRect& rect)
 {
@@ -64,6 +78,11 @@ void drawCheckBox(const QStyleOption& option, QPainter* painter)
     painter->setPen(QPen(marks.edge, 1.0));
     painter->setBrush(marks.fill);
     painter->drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    if (hasKeyboard(option)) {
+        painter->setPen(focusRingPen(ticked || partly));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(box.adjusted(2.5, 2.5, -2.5, -2.5), radius * 0.6, radius * 0.6);
+    }
     QPen pen(marks.mark, std::max(1.5, box.width() / 8.0), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     painter->setPen(pen);
     painter->setBrush(Qt::NoBrush);
@@ -90,6 +109,11 @@ void drawRadioButton(const QStyleOption& option, QPainter* painter)
     painter->setPen(QPen(marks.edge, 1.0));
     painter->setBrush(marks.fill);
     painter->drawEllipse(circle);
+    if (hasKeyboard(option)) {
+        painter->setPen(focusRingPen(chosen));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawEllipse(circle.adjusted(2, 2, -2, -2));
+    }
     if (chosen) {
         const qreal inset = circle.width() * 0.3;
         painter->setPen(Qt::NoPen);
@@ -129,9 +153,14 @@ void ThemedStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
 {
     switch (element) {
     case PE_IndicatorCheckBox:
-    case PE_IndicatorItemViewItemCheck:
         drawCheckBox(*option, painter);
         return;
+    case PE_IndicatorItemViewItemCheck: { // the row shows the keyboard, not its box
+        QStyleOption inRow = *option;
+        inRow.state &= ~State_HasFocus;
+        drawCheckBox(inRow, painter);
+        return;
+    }
     case PE_IndicatorRadioButton:
         drawRadioButton(*option, painter);
         return;

@@ -3,7 +3,8 @@
 // drawn in the theme's colours. Fusion outlines an unticked box in a shade of the window colour,
 // which on a dark background all but disappears; here the box has an edge halfway between the
 // background and the text (clear in light and dark alike), the accent when the pointer is over
-// it, and a tick or dot in the text colour on the accent once chosen. Metrics are Fusion's but
+// it, and a tick or dot in the text colour on the accent once chosen; one with the keyboard has a
+// ring inside its edge (a box without words has nothing else to show it). Metrics are Fusion's but
 // for the scroll bars; colours are read when painting, so a new theme reaches every widget at once.
 // Dialog buttons carry their words only: no stock tick and cross icons, whatever the desktop's
 // platform theme asks for; message boxes carry no stock question, warning or error picture
