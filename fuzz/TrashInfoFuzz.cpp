@@ -1,7 +1,7 @@
 // Fuzzes the reader of .trashinfo files, which any program may write. Any text must read without
 // crashing; a former path never holds NUL (the system would act on the path cut short there); a
 // relative one never leads out of the volume whose Trash holds the item; and every path the
-// writer's format can carry reads back exactly.
+// writer's format can carry reads back exactly, with its deletion date.
 
 #include "FuzzCheck.h"
 #include "platform/Trash.h"
@@ -56,6 +56,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
             check(!former->native().contains('\0'), "a former path holds no NUL");
             check(former->native().contains('/'), "a former path is a path");
         }
+        // The whole record reads the same path, and any DeletionDate line reads without harm.
+        const trash::Record record = trash::recordIn(input, place.item);
+        check(record.originalPath == former, "the record holds the path read alone");
+        check(record.deletionDate == trash::deletionDateIn(input), "the record holds the date read alone");
         // A relative path stays on the item's volume.
         if (former && !recordedPath(input).startsWith('/'))
             check(place.top.isAncestorOf(*former), "a relative former path stays below the volume's top");
@@ -70,6 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* bytes, size_t size)
     if (absolute.isRoot())
         return 0;
     check(trash::originalPathIn(infoFor(absolute.native()), place.item) == absolute, "an absolute path reads back");
+    check(trash::deletionDateIn(infoFor(absolute.native())).has_value(), "the writer's date reads back");
     const FilePath below = place.top.child(QByteArrayView(input));
     if (place.top.isAncestorOf(below)) {
         const QByteArray relative = below.native().mid(place.top.isRoot() ? 1 : place.top.native().size() + 1);
