@@ -97,6 +97,8 @@ TEST_F(OpenWithWindowTest, OtherApplicationListsThemAllAndAnUnhandledTypeStartsT
     chooser()->list()->setCurrentRow(chooser()->list()->count() - 1);
     press(Qt::Key_Return);
     EXPECT_EQ(rows(), (QStringList{"Pad", "Viewer", "Writer"})) << "every application, by name";
+    EXPECT_TRUE(chooser()->isVisible()) << "the chooser waits for the user to pick one";
+    EXPECT_FALSE(waitUntil([&] { return !opened().isEmpty(); }, 1500)) << "nothing was started unasked: " << opened().toStdString();
     press(Qt::Key_Escape);
     ASSERT_TRUE(waitUntil([&] { return !chooser(); }));
 

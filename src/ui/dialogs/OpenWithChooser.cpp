@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMimeDatabase>
@@ -46,7 +47,8 @@ OpenWithChooser::OpenWithChooser(const FilePath& file, WindowState* state, QWidg
     m_makeDefault = new QCheckBox(literalText(QStringLiteral("Always use it for %1 files").arg(m_typeName)), this);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, this);
     m_open = buttons->addButton(QStringLiteral("Open"), QDialogButtonBox::AcceptRole);
-    // Return in the list activates the row itself; a default button would open a second time.
+    // Return in the list activates the row itself; a default button would open a second time
+    // (keyPressEvent keeps the list's Return from reaching the dialog's default button).
     for (QPushButton* button : buttons->findChildren<QPushButton*>())
         button->setAutoDefault(false);
     layout->addWidget(title);
@@ -69,6 +71,18 @@ OpenWithChooser::OpenWithChooser(const FilePath& file, WindowState* state, QWidg
     connect(m_list, &QListWidget::currentRowChanged, this, [this](int row) { m_open->setEnabled(row >= 0); });
     m_open->setEnabled(m_list->currentRow() >= 0);
     setMinimumSize(420, 360);
+}
+
+void OpenWithChooser::keyPressEvent(QKeyEvent* event)
+{
+    // The list has already acted on its Return (itemActivated) and passes the key on: the button
+    // box's default, Open, would then start the row that is current afterwards; after "Other
+    // Application…" that was the first application of the full list, started unasked.
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && m_list->hasFocus()) {
+        event->accept();
+        return;
+    }
+    QDialog::keyPressEvent(event);
 }
 
 QString OpenWithChooser::note() const { return m_note->isHidden() ? QString() : m_note->text(); }

@@ -12,6 +12,7 @@
 #include <QDialog>
 
 class QCheckBox;
+class QKeyEvent;
 class QLabel;
 class QListWidget;
 class QPushButton;
@@ -31,6 +32,9 @@ public:
     QListWidget* list() const { return m_list; }
     QCheckBox* makeDefault() const { return m_makeDefault; }
     QString note() const;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void showApplications(const QList<DesktopApps::Application>& apps, bool withOther);
