@@ -14,6 +14,7 @@
 
 #include <QHeaderView>
 #include <QPointer>
+#include <QPushButton>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 #include <QKeyEvent>
@@ -181,6 +182,30 @@ TEST_F(DiskToolPanelsTest, CleanUpShowsEachKindInFullBesideItsSize)
     const int needed = list->fontMetrics().horizontalAdvance(QStringLiteral("JavaScript build"));
     EXPECT_GT(list->header()->sectionSize(1), needed) << "the kind is not cut to \"JavaScript b…\"";
     EXPECT_LT(list->header()->sectionSize(2), list->header()->sectionSize(0)) << "the folder, not the size, takes the room";
+}
+
+TEST_F(DiskToolPanelsTest, TheDrivesPageHasItsOwnFooterAndTheMapGetsItsBack)
+{
+    tree.file(QStringLiteral("big.bin"), QByteArray(1'200'000, 'b'));
+    open();
+    DiskToolKeys::openSpace(window.get(), pane());
+    auto* panel = shown<SpacePanel>();
+    ASSERT_TRUE(panel);
+    ASSERT_TRUE(waitUntil([&] { return panel->current() != nullptr; }, 10000));
+    const QString mapFooter = panel->footer();
+    ASSERT_TRUE(mapFooter.contains("Backspace goes out")) << mapFooter.toStdString();
+    QPushButton* drives = nullptr;
+    for (QPushButton* button : panel->findChildren<QPushButton*>())
+        if (button->text() == "Drives")
+            drives = button;
+    ASSERT_TRUE(drives);
+
+    drives->click();
+    EXPECT_FALSE(panel->footer().contains("Backspace goes out")) << "the map's keys are not offered over the drives";
+    EXPECT_FALSE(panel->footer().isEmpty());
+    drives->click();
+    EXPECT_EQ(panel->footer(), mapFooter);
+    EXPECT_TRUE(panel->findChild<TreemapWidget*>()->hasFocus()) << "the keyboard is back on the map";
 }
 
 } // namespace

@@ -188,9 +188,18 @@ void SpacePanel::trashNode(SpaceNode* node)
 void SpacePanel::showDrives(bool drives)
 {
     if (!drives) {
-        m_stack->setCurrentWidget(m_current ? m_mapPage : static_cast<QWidget*>(m_placeholder));
+        if (m_current) {
+            showCurrent(); // the map, with its footer and the keyboard back
+        } else {
+            m_stack->setCurrentWidget(m_placeholder);
+            setFooter(m_footerBeforeDrives);
+        }
         return;
     }
+    // The map's keys do nothing on the drives: the footer says what this page is instead.
+    if (m_stack->currentWidget() != m_drives)
+        m_footerBeforeDrives = footer();
+    setFooter(QStringLiteral("The drives and what fills Home · Drives again shows the map"));
     if (!m_drives) {
         m_drives = new DrivesBreakdownView(this);
         connect(m_drives, &DrivesBreakdownView::mapHomeRequested, this, [this] {

@@ -68,6 +68,7 @@ private:
     QLabel* m_hover;
     TreemapWidget* m_map;
     DrivesBreakdownView* m_drives = nullptr;
+    QString m_footerBeforeDrives; // what the footer said before the drives were shown
     QTimer* m_ticker;
 };
 
