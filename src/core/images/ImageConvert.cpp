@@ -1,6 +1,7 @@
 #include "images/ImageConvert.h"
 
 #include "images/ImageFormats.h"
+#include "images/ImageMetadata.h"
 #include "images/ImageRead.h"
 
 #include <QBuffer>
@@ -74,7 +75,10 @@ Result<Converted> convert(const FilePath& source, const ConvertOptions& options,
     auto bytes = encodeImage(read->image, format, options.quality);
     if (!bytes)
         return failure(QStringLiteral("“%1”: %2").arg(source.fileName(), bytes.error()));
-    return Converted{std::move(*bytes), format};
+    auto kept = withMetadataOf(source, *bytes, read->image.size()); // the camera, date and place stay with the photo
+    if (!kept)
+        return failure(kept.error());
+    return Converted{std::move(*kept), format};
 }
 
 } // namespace

@@ -3,8 +3,9 @@
 // engine (FileOperations::makeFiles beside the source, replaceInPlace over it). Pure functions
 // of the source file and the options, safe to run on several workers at once.
 //
-// - The picture is read upright (EXIF orientation honoured; the new file carries no EXIF, so
-//   it looks the same everywhere) and, when resized, decoded no larger than needed (ImageRead).
+// - The picture is read upright (EXIF orientation honoured) and, when resized, decoded no larger
+//   than needed (ImageRead). The source's metadata goes with it (withMetadataOf), with an
+//   Orientation of 1, so it looks the same everywhere and keeps its camera, date and place.
 // - Of an animation (GIF, WebP) only the first frame is converted: isAnimated() tells the
 //   caller so it can say it.
 // - Transparent pixels become white in formats without transparency (JPEG).

@@ -176,4 +176,39 @@ Result<QByteArray> strippedBytesOf(const QByteArray& bytes, MetadataStrip what, 
     });
 }
 
+Result<QByteArray> withMetadataOf(const FilePath& source, const QByteArray& converted, QSize size)
+{
+    if (!isWritableType(exiv2::typeOfFile(source.native())) || !isWritableType(exiv2::typeOf(converted)))
+        return converted;
+    return exiv2::guarded<QByteArray>(QStringLiteral("keep the metadata of"), source.fileName(), [&]() -> Result<QByteArray> {
+        const auto from = exiv2::openFile(source.native());
+        from->readMetadata();
+        if (from->exifData().empty() && from->xmpData().empty() && from->iptcData().empty() && from->comment().empty())
+            return converted;
+        const auto to = exiv2::openBytes(converted);
+        to->readMetadata();
+        Exiv2::ExifData exif = from->exifData();
+        Exiv2::ExifThumb(exif).erase();
+        if (!exif.empty()) {
+            exif["Exif.Image.Orientation"] = uint16_t(1); // the pixels are upright now
+            for (const char* key : {"Exif.Photo.PixelXDimension", "Exif.Photo.PixelYDimension"})
+                if (const auto old = exif.findKey(Exiv2::ExifKey(key)); old != exif.end())
+                    exif.erase(old);
+            exif["Exif.Photo.PixelXDimension"] = uint32_t(size.width());
+            exif["Exif.Photo.PixelYDimension"] = uint32_t(size.height());
+        }
+        Exiv2::XmpData xmp = from->xmpData();
+        for (const char* key : {"Xmp.tiff.Orientation", "Xmp.exif.PixelXDimension", "Xmp.exif.PixelYDimension",
+                                "Xmp.tiff.ImageWidth", "Xmp.tiff.ImageLength"})
+            if (const auto old = xmp.findKey(Exiv2::XmpKey(key)); old != xmp.end())
+                xmp.erase(old);
+        to->setExifData(exif);
+        to->setXmpData(xmp);
+        if (exiv2::typeOf(converted) != Exiv2::ImageType::webp) // exiv2 keeps no IPTC or comment in WebP
+            to->setIptcData(from->iptcData()), to->setComment(from->comment());
+        to->writeMetadata();
+        return exiv2::contentsOf(*to);
+    });
+}
+
 } // namespace orwick

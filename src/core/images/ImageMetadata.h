@@ -24,6 +24,7 @@
 
 #include <QDateTime>
 #include <QPointF>
+#include <QSize>
 #include <QStringList>
 #include <optional>
 
@@ -48,6 +49,14 @@ enum class MetadataStrip { everything, location };
 bool canStripMetadata(const FilePath& file);
 // The file's bytes with the metadata removed as `what` says.
 [[nodiscard]] Result<QByteArray> strippedBytes(const FilePath& file, MetadataStrip what, const CancelFlag& cancel);
+
+// `converted`, a new picture made from `source` (resized or converted, and turned upright), with
+// the source's metadata put on it: EXIF, XMP, IPTC and the comment, so the camera, the date and
+// the place stay with the photo. What described the old pixels is made true of the new ones:
+// Orientation becomes 1, the stored pixel size becomes `size`, the embedded thumbnail goes.
+// `converted` as it was when the source has no metadata, or either picture isn't a JPEG, PNG or
+// WebP; an error only when exiv2 fails on pictures it should handle.
+[[nodiscard]] Result<QByteArray> withMetadataOf(const FilePath& source, const QByteArray& converted, QSize size);
 
 // The same on bytes already read; `name` is what the sentences call the picture.
 [[nodiscard]] Result<PhotoFacts> photoFactsOf(const QByteArray& bytes, const QString& name);

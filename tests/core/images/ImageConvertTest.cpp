@@ -4,6 +4,8 @@
 #include "TestPictures.h"
 #include "images/ImageConvert.h"
 #include "images/ImageFormats.h"
+#include "images/ImageMetadata.h"
+#include "support/TaggedJpeg.h"
 
 #include <gtest/gtest.h>
 
@@ -71,6 +73,39 @@ TEST(ImageConvert, ARotatedJpegKeepsItsLook)
     const QImage small = decoded(smaller->first().contents);
     EXPECT_EQ(small.size(), QSize(10, 20));
     EXPECT_TRUE(near(small.pixelColor(5, 2), Qt::red, 40));
+}
+
+TEST(ImageConvert, AResizedOrConvertedPhotoKeepsItsCameraDateAndPlace)
+{
+    TempTree tree;
+    // 32 × 24 stored, turned a quarter by its orientation: 24 × 32 upright.
+    const FilePath photo = taggedJpeg(tree.path(QStringLiteral("pier.jpg")),
+                                      {{"Exif.Image.Make", "Canon"},
+                                       {"Exif.Image.Model", "Canon EOS R5"},
+                                       {"Exif.Image.Orientation", "6"},
+                                       {"Exif.Photo.DateTimeOriginal", "2024:05:01 10:20:30"},
+                                       {"Exif.GPSInfo.GPSLatitudeRef", "N"},
+                                       {"Exif.GPSInfo.GPSLatitude", "51/1 30/1 15/1"},
+                                       {"Exif.GPSInfo.GPSLongitudeRef", "W"},
+                                       {"Exif.GPSInfo.GPSLongitude", "0/1 7/1 30/1"}});
+    const auto before = readPhotoFacts(photo);
+    ASSERT_TRUE(before) << before.error().toStdString();
+    ASSERT_TRUE(before->location.has_value());
+
+    CancelFlag cancel;
+    for (const ConvertOptions& options : {resizedTo(longest(16)), to("png"), to("webp")}) {
+        auto made = convertImage(photo, options, cancel);
+        ASSERT_TRUE(made) << made.error().toStdString();
+        const auto facts = photoFactsOf(made->first().contents, QStringLiteral("made"));
+        ASSERT_TRUE(facts) << facts.error().toStdString();
+        const std::string name = made->first().wanted.fileName().toStdString();
+        EXPECT_EQ(facts->camera, before->camera) << name;
+        EXPECT_EQ(facts->taken, before->taken) << name;
+        EXPECT_EQ(facts->location, before->location) << name;
+        // Upright once: the kept metadata doesn't turn the new pixels a second time.
+        const QImage shown = decoded(made->first().contents);
+        EXPECT_GT(shown.height(), shown.width()) << name;
+    }
 }
 
 TEST(ImageConvert, ResizesByLongestSidePercentOrExactSize)
