@@ -19,6 +19,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
@@ -211,6 +212,18 @@ TEST_F(WindowFileCommandsTest, PaletteRowRunsTheSameCommandAsItsKey)
     int row = paletteRow(QStringLiteral("cmd.trash"));
     ASSERT_GE(row, 0);
     EXPECT_FALSE(palette()->rows()[row].isEnabled) << "nothing selected";
+    // Return on the dimmed row says why, in a footer below the rows, not drawn over them.
+    palette()->selectRow(row);
+    press(Qt::Key_Return);
+    auto* rows = window->findChild<QListWidget*>();
+    QLabel* footer = nullptr;
+    for (QLabel* label : rows->parentWidget()->findChildren<QLabel*>(Qt::FindDirectChildrenOnly))
+        if (label->text().startsWith(QStringLiteral("Move to Trash: ")))
+            footer = label;
+    ASSERT_NE(footer, nullptr);
+    EXPECT_TRUE(footer->isVisible());
+    EXPECT_GE(footer->geometry().top(), rows->geometry().bottom()) << "the footer lies below the rows";
+    EXPECT_LE(footer->geometry().bottom(), rows->parentWidget()->height()) << "and inside the palette";
     press(Qt::Key_Escape);
     ASSERT_FALSE(palette()->isOpen());
 

@@ -189,6 +189,8 @@ bool PaletteWidget::eventFilter(QObject* watched, QEvent* event)
                 m_footer->setText(item->title + QStringLiteral(": ")
                                   + (item->subtitle.isEmpty() ? QStringLiteral("not available here") : item->subtitle));
                 m_footer->setVisible(true);
+                adjustSize(); // room for the footer below the rows, not over them
+                place();
             }
         }
         return true;
