@@ -20,6 +20,7 @@
 #include <QDir>
 #include <QFile>
 #include <QPushButton>
+#include "support/KeyPress.h"
 #include <QTreeWidget>
 #include <gtest/gtest.h>
 
@@ -153,6 +154,49 @@ TEST_F(DiskToolTrashTest, TreemapBlockGoesAndTheMapLosesIt)
     EXPECT_EQ(test::readAll(big).size(), 3000000);
     ASSERT_TRUE(waitUntil([&] { return panel->root() && panel->root()->size == sizeBefore; }))
         << "after the undo the panel measures again";
+}
+
+TEST_F(DiskToolTrashTest, TheFooterCountsTheItemsLeftAfterABlockGoes)
+{
+    tree.file("big/large", QByteArray(3000000, 'l'));
+    tree.file("big/small", QByteArray(10, 's'));
+    tree.file("other/large", QByteArray(2000000, 'o'));
+    open();
+    DiskToolKeys::openSpace(window.get(), pane());
+    auto* panel = shown<SpacePanel>();
+    ASSERT_TRUE(waitUntil([&] { return panel->current() != nullptr; }));
+    auto* map = panel->findChild<TreemapWidget*>();
+    ASSERT_EQ(map->blocks().front().node->name, "big");
+    ASSERT_TRUE(panel->footer().contains(" · 5 items · ")) << panel->footer().toStdString();
+
+    panel->trashNode(map->blocks().front().node);
+    ASSERT_TRUE(waitUntil([&] { return !panel->isTrashing(); }, 20000));
+    EXPECT_TRUE(panel->footer().contains(" · 2 items · ")) << "big and its two files left: " << panel->footer().toStdString();
+    settle();
+}
+
+TEST_F(DiskToolTrashTest, DeleteOnTheSmallFilesBlockSaysWhyNothingMoves)
+{
+    const FilePath small = tree.file("small", QByteArray(10, 's'));
+    tree.file("large", QByteArray(2000000, 'l'));
+    open();
+    DiskToolKeys::openSpace(window.get(), pane());
+    auto* panel = shown<SpacePanel>();
+    ASSERT_TRUE(waitUntil([&] { return panel->current() != nullptr; }));
+    auto* map = panel->findChild<TreemapWidget*>();
+    ASSERT_EQ(map->blocks().size(), 2u);
+    test::pressKey(map, Qt::Key_End);
+    ASSERT_TRUE(map->currentBlock() && !map->currentBlock()->node) << "on the small-files block";
+    const int stepsBefore = undo()->count(), inTrash = trashCount();
+
+    test::pressKey(map, Qt::Key_Delete);
+    EXPECT_EQ(toast(), "The files under 1 MB are measured together, not one by one: to move them to the Trash, select them in their folder");
+    EXPECT_FALSE(panel->isTrashing());
+    settle();
+    EXPECT_TRUE(test::exists(small));
+    EXPECT_EQ(undo()->count(), stepsBefore);
+    EXPECT_EQ(trashCount(), inTrash);
+    EXPECT_EQ(map->blocks().size(), 2u);
 }
 
 TEST_F(DiskToolTrashTest, AfterAnUndoTheMapStaysInTheFolderItShowed)

@@ -26,6 +26,14 @@ FilePath SpaceNode::url() const
 
 QString SpaceNode::displayName() const { return orwick::displayName(name); }
 
+qint64 SpaceNode::entryCount() const
+{
+    qint64 count = 1 + smallCount + links;
+    for (const auto& child : children)
+        count += child->entryCount();
+    return count;
+}
+
 void SpaceNode::remove(const SpaceNode* child)
 {
     const auto found = std::find_if(children.begin(), children.end(), [&](const auto& c) { return c.get() == child; });

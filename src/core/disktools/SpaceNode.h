@@ -34,6 +34,9 @@ public:
     // The node's location: the root's followed by the names on the way down.
     FilePath url() const;
     QString displayName() const;
+    // The entries a walk counts for the node: the node itself and everything under it (its
+    // kept children, its small files and its links), as SpaceScan::Shared::scanned counts them.
+    qint64 entryCount() const;
     // Takes `child` out and subtracts its size from this node and every ancestor.
     void remove(const SpaceNode* child);
 };

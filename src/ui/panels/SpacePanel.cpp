@@ -92,6 +92,7 @@ void SpacePanel::scan(const FilePath& folder, const std::optional<FilePath>& sho
         m_ticker->stop();
         m_root = std::move(root);
         m_current = m_root.get();
+        m_items = m_shared->scanned.load();
         // Back to the folder shown before, as far down as it still exists.
         for (bool deeper = showing.has_value(); deeper;) {
             deeper = false;
@@ -121,7 +122,7 @@ void SpacePanel::showCurrent()
         where += QStringLiteral(" · %1 links to somewhere else").arg(m_current->links);
     m_where->setText(where);
     setFooter(QStringLiteral("%1 in %2 · %3 items · arrows choose, Return or a click goes in, Backspace goes out, Delete trashes")
-                  .arg(byteCountText(m_root->size), m_folder.abbreviated(), QLocale().toString(m_shared->scanned.load())));
+                  .arg(byteCountText(m_root->size), m_folder.abbreviated(), QLocale().toString(m_items)));
     m_map->setFocus();
 }
 
@@ -165,7 +166,13 @@ void SpacePanel::offerMenu(SpaceNode* node, const QPoint& at)
 
 void SpacePanel::trashNode(SpaceNode* node)
 {
-    if (!node || !node->parent || m_trashing)
+    if (!node) {
+        // The walk keeps only the total of the small files, not which ones they are.
+        Q_EMIT m_pane->messageRequested(QStringLiteral("The files under 1 MB are measured together, not one by one: "
+                                                       "to move them to the Trash, select them in their folder"));
+        return;
+    }
+    if (!node->parent || m_trashing)
         return;
     m_trashing = true;
     trashForPanel(this, {node->url()}, QStringLiteral("Move to Trash"),
@@ -178,6 +185,7 @@ void SpacePanel::trashNode(SpaceNode* node)
                       for (const SpaceNode* at = m_current; at; at = at->parent)
                           if (at == node)
                               m_current = node->parent;
+                      m_items -= node->entryCount();
                       node->parent->remove(node);
                       ++m_revision;
                       showCurrent();

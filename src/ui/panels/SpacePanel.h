@@ -36,6 +36,7 @@ public:
     void goIn(SpaceNode* node);
     void goOut();
     // Moves a block's file or folder to the Trash (one undo step); the map loses it when it went.
+    // The small-files block (null) stands for no one item: the toast says so and nothing moves.
     void trashNode(SpaceNode* node);
     bool isTrashing() const { return m_trashing; }
     int revision() const { return m_revision; } // bumped after every change of the tree
@@ -58,6 +59,7 @@ private:
     std::unique_ptr<SpaceNode> m_root;
     SpaceNode* m_current = nullptr;
     int m_revision = 0;
+    qint64 m_items = 0; // the entries under the folder: as scanned, less those trashed since
     bool m_trashing = false;
 
     QPushButton* m_drivesButton;

@@ -246,7 +246,7 @@ void TreemapWidget::keyPressEvent(QKeyEvent* event)
             Q_EMIT clicked(current->node);
         return;
     case Qt::Key_Delete:
-        if (current && current->node)
+        if (current)
             Q_EMIT trashRequested(current->node);
         return;
     case Qt::Key_Menu:

@@ -54,7 +54,7 @@ Q_SIGNALS:
     void hovered(const QString& text); // empty when over nothing
     void clicked(orwick::SpaceNode* node);
     void menuRequested(orwick::SpaceNode* node, const QPoint& globalPos);
-    void trashRequested(orwick::SpaceNode* node);
+    void trashRequested(orwick::SpaceNode* node); // null for the small-files block
 
 protected:
     void paintEvent(QPaintEvent* event) override;

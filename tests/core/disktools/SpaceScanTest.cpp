@@ -169,3 +169,22 @@ TEST(SpaceScan, CountsHardLinksAgainAndSeesEveryEntry)
     EXPECT_EQ(root->children.size(), 2u);
     EXPECT_EQ(shared.scanned.load(), 2);
 }
+
+TEST(SpaceScan, ANodeCountsTheEntriesTheWalkSawUnderIt)
+{
+    TempTree tree;
+    put(tree, "a/b/big", patternBytes(2000000, 1));
+    put(tree, "a/b/small", patternBytes(10, 2));
+    put(tree, "a/small", patternBytes(10, 3));
+    put(tree, "loose", patternBytes(1500000, 4));
+    tree.link("link", "a");
+    CancelFlag never;
+    SpaceScan::Shared shared(never);
+    const auto root = SpaceScan::scan(tree.root(), shared);
+    ASSERT_TRUE(root);
+    // The root itself is no entry of the walk; everything below it is.
+    EXPECT_EQ(root->entryCount() - 1, shared.scanned.load());
+    const SpaceNode* a = childNamed(*root, "a");
+    ASSERT_TRUE(a);
+    EXPECT_EQ(a->entryCount(), 5) << "a, b, big, b's small file and a's small file";
+}
