@@ -162,5 +162,36 @@ TEST_F(DiskToolKeyboardTest, TabGoesRoundTheSheetsPartsAndNeverToThePanesBeneath
     EXPECT_EQ(panel->choice().chosenCount(), 1) << "Space on the focused button ticks the extra copy";
 }
 
+
+TEST_F(DiskToolKeyboardTest, MeasuringTheDrivesKeepsTheKeyboardOnItsButton)
+{
+    tree.file("big/inner.bin", QByteArray(3'000'000, 'b'));
+    open(tree.root());
+    DiskToolKeys::follow(*state, window.get());
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("showSpace"), *state));
+    SpacePanel* panel = nullptr;
+    ASSERT_TRUE(waitUntil([&] {
+        panel = window->findChild<SpacePanel*>();
+        return panel && panel->current();
+    }, 10000));
+    auto button = [&](const QString& title) {
+        for (auto* b : panel->findChildren<QPushButton*>())
+            if (b->text() == title)
+                return b;
+        return static_cast<QPushButton*>(nullptr);
+    };
+    button("Drives")->setFocus();
+    press(Qt::Key_Space);
+    QPushButton* measure = button("Show What's Using Space");
+    ASSERT_TRUE(measure);
+    measure->setFocus();
+    press(Qt::Key_Space);
+    ASSERT_FALSE(measure->isEnabled()) << "measuring";
+    EXPECT_FALSE(qobject_cast<QPushButton*>(QApplication::focusWidget()))
+        << "not on the next button, where Space would open the home map";
+    ASSERT_TRUE(waitUntil([&] { return measure->isEnabled(); }, 20000));
+    EXPECT_EQ(QApplication::focusWidget(), measure) << "back on the button once measured";
+}
+
 } // namespace
 } // namespace orwick::test

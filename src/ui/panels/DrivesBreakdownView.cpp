@@ -80,6 +80,10 @@ void DrivesBreakdownView::stop()
 void DrivesBreakdownView::measure()
 {
     const TaskSlot::Ticket ticket = m_task.start();
+    // A disabled button lets go of the keyboard, which would fall to the next button (where Space
+    // starts the home map): the view holds it while measuring and gives it back after.
+    if (m_measure->hasFocus())
+        setFocus();
     m_measure->setEnabled(false);
     m_status->setText(QStringLiteral("Measuring…"));
     runInBackground(this, [rows = SpaceBreakdown::homeRows(), token = ticket.token] {
@@ -92,6 +96,8 @@ void DrivesBreakdownView::measure()
         m_measuredAt = QDateTime::currentDateTime();
         SpaceBreakdown::save({*m_measuredAt, m_rows});
         m_measure->setEnabled(true);
+        if (hasFocus())
+            m_measure->setFocus();
         showRows();
     });
 }
