@@ -21,6 +21,19 @@ namespace orwick::test {
 namespace {
 
 struct DiskToolKeyboardTest : WindowTest {
+    // Show Space Used on the tree, by its command, once the map has been measured (null: never).
+    SpacePanel* showSpace()
+    {
+        open(tree.root());
+        DiskToolKeys::follow(*state, window.get());
+        EXPECT_TRUE(CommandCatalog::run(QStringLiteral("showSpace"), *state));
+        SpacePanel* panel = nullptr;
+        EXPECT_TRUE(waitUntil([&] {
+            panel = window->findChild<SpacePanel*>();
+            return panel && panel->current();
+        }, 10000));
+        return panel && panel->current() ? panel : nullptr;
+    }
     QString currentName(TreemapWidget* map)
     {
         const TreemapWidget::Block* block = map->currentBlock();
@@ -34,14 +47,8 @@ TEST_F(DiskToolKeyboardTest, TheTreemapMovesGoesInComesOutAndTrashesByKey)
     tree.file("big/second.bin", QByteArray(1'500'000, 'c'));
     tree.file("mid/inner.bin", QByteArray(2'000'000, 'm'));
     const FilePath loose = tree.file("loose.bin", QByteArray(1'200'000, 'l'));
-    open(tree.root());
-    DiskToolKeys::follow(*state, window.get());
-    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("showSpace"), *state));
-    SpacePanel* panel = nullptr;
-    ASSERT_TRUE(waitUntil([&] {
-        panel = window->findChild<SpacePanel*>();
-        return panel && panel->current();
-    }, 10000));
+    SpacePanel* panel = showSpace();
+    ASSERT_NE(panel, nullptr);
     auto* map = panel->findChild<TreemapWidget*>();
     ASSERT_TRUE(map);
     ASSERT_TRUE(waitUntil([&] { return map->hasFocus(); }));
@@ -166,14 +173,8 @@ TEST_F(DiskToolKeyboardTest, TabGoesRoundTheSheetsPartsAndNeverToThePanesBeneath
 TEST_F(DiskToolKeyboardTest, MeasuringTheDrivesKeepsTheKeyboardOnItsButton)
 {
     tree.file("big/inner.bin", QByteArray(3'000'000, 'b'));
-    open(tree.root());
-    DiskToolKeys::follow(*state, window.get());
-    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("showSpace"), *state));
-    SpacePanel* panel = nullptr;
-    ASSERT_TRUE(waitUntil([&] {
-        panel = window->findChild<SpacePanel*>();
-        return panel && panel->current();
-    }, 10000));
+    SpacePanel* panel = showSpace();
+    ASSERT_NE(panel, nullptr);
     auto button = [&](const QString& title) {
         for (auto* b : panel->findChildren<QPushButton*>())
             if (b->text() == title)
