@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace orwick {
 namespace {
@@ -33,9 +34,11 @@ void sortByKey(std::vector<int>& rows, bool ascending, auto keyOf)
         rows[k] = keyed[k].row;
 }
 
-// Sorts rows by a property: items with a value first in both directions, numbers before texts,
-// numbers by value and texts naturally in the chosen direction; ties by name, ascending.
-void sortByProperty(std::vector<int>& rows, const ArrangeInput& input, const PreparedItems& prepared)
+// Sorts rows by a value each may have: items with a value first in both directions, numbers
+// before texts, numbers by value and texts naturally in the chosen direction; ties by name,
+// ascending.
+void sortByValue(std::vector<int>& rows, const ArrangeInput& input, const PreparedItems& prepared,
+                 const std::function<std::optional<SortValue>(const FileItem&)>& valueOf)
 {
     enum Class { number, text, none };
     struct Row {
@@ -49,7 +52,7 @@ void sortByProperty(std::vector<int>& rows, const ArrangeInput& input, const Pre
     keyed.reserve(rows.size());
     for (int row : rows) {
         Row r{row};
-        if (const auto value = input.propertyValue(input.items[row].url)) {
+        if (const auto value = valueOf(input.items[row])) {
             if (const double* n = std::get_if<double>(&*value)) {
                 if (!std::isnan(*n)) {
                     r.cls = number;
@@ -84,41 +87,20 @@ void sortByProperty(std::vector<int>& rows, const ArrangeInput& input, const Pre
         rows[k] = keyed[k].row;
 }
 
-// Sorts rows by the folder each item was deleted from, naturally, then by name; items whose
-// origin isn't known come last in both directions.
+// By a note property's value.
+void sortByProperty(std::vector<int>& rows, const ArrangeInput& input, const PreparedItems& prepared)
+{
+    sortByValue(rows, input, prepared, [&input](const FileItem& item) { return input.propertyValue(item.url); });
+}
+
+// By the folder each item was deleted from, then by name; items whose origin isn't known last.
 void sortByOrigin(std::vector<int>& rows, const ArrangeInput& input, const PreparedItems& prepared)
 {
-    struct Row {
-        int row;
-        bool known = false;
-        int textBegin = 0, textEnd = 0;
-    };
-    QString texts;
-    std::vector<Row> keyed;
-    keyed.reserve(rows.size());
-    for (int row : rows) {
-        Row r{row};
-        if (const FilePath& from = input.items[row].trashedFrom; !from.isEmpty()) {
-            r.known = true;
-            r.textBegin = int(texts.size());
-            appendNaturalFold(from.parent().text(), texts);
-            r.textEnd = int(texts.size());
-        }
-        keyed.push_back(r);
-    }
-    const bool ascending = input.ascending;
-    std::sort(keyed.begin(), keyed.end(), [&](const Row& a, const Row& b) {
-        if (a.known != b.known)
-            return a.known;
-        const int c = naturalCompareFolded(QStringView(texts).sliced(a.textBegin, a.textEnd - a.textBegin),
-                                           QStringView(texts).sliced(b.textBegin, b.textEnd - b.textBegin));
-        if (c != 0)
-            return ascending ? c < 0 : c > 0;
-        const int na = prepared.nameRank[size_t(a.row)], nb = prepared.nameRank[size_t(b.row)];
-        return na != nb ? na < nb : a.row < b.row;
+    sortByValue(rows, input, prepared, [](const FileItem& item) -> std::optional<SortValue> {
+        if (item.trashedFrom.isEmpty())
+            return std::nullopt;
+        return SortValue(item.trashedFrom.parent().text());
     });
-    for (size_t k = 0; k < keyed.size(); ++k)
-        rows[k] = keyed[k].row;
 }
 
 // The parent of `path` as a view of its bytes.
