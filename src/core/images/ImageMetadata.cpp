@@ -204,8 +204,10 @@ Result<QByteArray> withMetadataOf(const FilePath& source, const QByteArray& conv
                 xmp.erase(old);
         to->setExifData(exif);
         to->setXmpData(xmp);
-        if (exiv2::typeOf(converted) != Exiv2::ImageType::webp) // exiv2 keeps no IPTC or comment in WebP
-            to->setIptcData(from->iptcData()), to->setComment(from->comment());
+        if (to->imageType() != Exiv2::ImageType::webp) { // exiv2 keeps no IPTC or comment in WebP
+            to->setIptcData(from->iptcData());
+            to->setComment(from->comment());
+        }
         to->writeMetadata();
         return exiv2::contentsOf(*to);
     });

@@ -8,8 +8,8 @@
 #include "state/WindowState.h"
 
 #include <QClipboard>
-#include <QPointer>
 #include <QGuiApplication>
+#include <QPointer>
 
 namespace orwick {
 
