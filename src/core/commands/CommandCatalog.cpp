@@ -109,21 +109,13 @@ const Predicate cursorIsFile = [](const WindowState& w) {
     const FileItem* item = pane->cursor() ? pane->item(*pane->cursor()) : nullptr;
     return item && !item->isFolder && w.canActOnSelection();
 };
-const Predicate hasSelectedFolders = [](const WindowState& w) { return !w.selectedFolders().isEmpty(); };
-
-// F5 and F6: to the other pane; in a single pane, the destination is asked for (Copy to…, Move to…).
-const Predicate toOtherPaneOrAsk = [](const WindowState& w) {
-    return w.files().canTransferToOther() || (!w.selectedTab()->isSplit() && w.canActOnSelection());
-};
-Action transferOrAsk(FileOperations::Mode mode)
+Action toOther(FileOperations::Mode mode)
 {
-    return [mode](WindowState& w) {
-        if (w.files().canTransferToOther())
-            w.files().transferSelectionToOtherPane(mode);
-        else if (!w.selectedTab()->isSplit() && w.canActOnSelection())
-            w.requestPalette(mode == FileOperations::Mode::copy ? PaletteRequest::copyDestination : PaletteRequest::moveDestination);
-    };
+    return [mode](WindowState& w) { w.files().transferSelectionToOtherPane(mode); };
 }
+// F5 and F6 need a second pane; Copy to… and Move to… ask for any folder.
+const char* kNoOtherPane = "Needs a selection, and another pane showing a folder";
+const Predicate hasSelectedFolders = [](const WindowState& w) { return !w.selectedFolders().isEmpty(); };
 
 const char* kNoCloud = "No cloud storage provider on Linux";
 const char* kNoCounterpart = "Not available on Linux yet";
@@ -211,10 +203,12 @@ QList<AppCommand> buildFixed()
                  "Select the items to rename"),
         make("duplicate", "Duplicate", "plus.square.on.square", keys(C | Qt::Key_D), "", files(&FileActions::duplicateSelection), changeSelection),
         make("trash", "Move to Trash", "trash", keys(C | Qt::Key_Delete), "delete remove", files(&FileActions::trashSelection), changeSelection),
-        make("copyToOther", "Copy to Other Pane", "arrow.right.doc.on.clipboard", keys(Qt::Key_F5), "",
-             transferOrAsk(FileOperations::Mode::copy), toOtherPaneOrAsk),
-        make("moveToOther", "Move to Other Pane", "arrow.right.square", keys(Qt::Key_F6), "",
-             transferOrAsk(FileOperations::Mode::move), toOtherPaneOrAsk),
+        withNote(make("copyToOther", "Copy to Other Pane", "arrow.right.doc.on.clipboard", keys(Qt::Key_F5), "",
+                      toOther(FileOperations::Mode::copy), toOtherPane),
+                 kNoOtherPane),
+        withNote(make("moveToOther", "Move to Other Pane", "arrow.right.square", keys(Qt::Key_F6), "",
+                      toOther(FileOperations::Mode::move), toOtherPane),
+                 kNoOtherPane),
         make("linkToOther", "Make Link in Other Pane", "link", none(), "symlink symbolic link alias shortcut ln",
              files(&FileActions::linkSelectionToOtherPane), toOtherPane),
         make("copyPath", "Copy Path", "", keys(C | A | Qt::Key_C), "link path clipboard", copyPath, onSelection),

@@ -156,7 +156,7 @@ TEST_F(FileCommandsFixture, OtherPaneAndClipboardAndArchivesDecideTheirCommands)
     window->activePane()->reload();
     select(archive);
     EXPECT_TRUE(enabled("extract"));
-    EXPECT_TRUE(enabled("copyToOther")) << "a single pane asks where to";
+    EXPECT_FALSE(enabled("copyToOther")) << "a single pane: there is no other pane to copy into";
     window->selectedTab()->toggleSplit();
     window->selectedTab()->activate(window->selectedTab()->panes().first());
     EXPECT_TRUE(enabled("copyToOther"));
@@ -237,16 +237,17 @@ TEST_F(FileCommandsFixture, CompressThenExtractGivesTheFileBackBesideIt)
     EXPECT_TRUE(test::exists(tree.path("a 2.txt"))) << "the extracted file, beside the archive under a free name";
 }
 
-TEST_F(FileCommandsFixture, CopyAndMoveToTheOtherPaneAskForTheDestinationInASinglePane)
+TEST_F(FileCommandsFixture, CopyAndMoveToTheOtherPaneDoNothingInASinglePane)
 {
     QList<PaletteRequest> asked;
     QObject::connect(window.get(), &WindowState::paletteRequested, [&](PaletteRequest request) { asked.append(request); });
-    EXPECT_FALSE(CommandCatalog::run("copyToOther", *window)) << "nothing selected";
     select(tree.path("a.txt"));
-    EXPECT_TRUE(CommandCatalog::run("copyToOther", *window));
-    EXPECT_TRUE(CommandCatalog::run("moveToOther", *window));
-    EXPECT_EQ(asked, (QList<PaletteRequest>{PaletteRequest::copyDestination, PaletteRequest::moveDestination}));
-    EXPECT_TRUE(FileOperations::shared().isIdle()) << "nothing was copied or moved yet";
+    EXPECT_FALSE(CommandCatalog::run("copyToOther", *window));
+    EXPECT_FALSE(CommandCatalog::run("moveToOther", *window));
+    EXPECT_EQ(asked, QList<PaletteRequest>{}) << "Copy to… and Move to… are the commands that ask for a folder";
+    EXPECT_TRUE(FileOperations::shared().isIdle()) << "nothing was copied or moved";
+    EXPECT_EQ(CommandCatalog::find(QStringLiteral("moveToOther"))->disabledNote, QStringLiteral("Needs a selection, and another pane showing a folder"));
+    EXPECT_TRUE(test::exists(tree.path("a.txt")));
 }
 
 // A key runs one command: two commands on one key would leave the window to pick one.
