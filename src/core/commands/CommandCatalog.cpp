@@ -8,6 +8,7 @@
 #include "commands/GitCommandActions.h"
 #include "commands/ImageCommands.h"
 #include "commands/NoteActions.h"
+#include "commands/ShelfActions.h"
 #include "commands/TagCommands.h"
 #include "commands/ThemeCommands.h"
 #include "commands/WorkspaceCommands.h"
@@ -244,10 +245,18 @@ QList<AppCommand> buildFixed()
         withNote(make("copyTo", "Copy to…", "doc.on.doc", none(), "send duplicate destination",
                       [](WindowState& w) { w.requestPalette(PaletteRequest::copyDestination); }, onSelection),
                  "Select the items to copy"),
-        later("addToShelf", "Add to Shelf", "tray.and.arrow.down", keys(C | A | Qt::Key_S), "drop stack gather collect basket", kNotYet),
-        later("copyShelfHere", "Copy Shelf Here", "tray.and.arrow.up", none(), "drop stack paste land", kNotYet),
-        later("moveShelfHere", "Move Shelf Here", "tray.and.arrow.up", none(), "drop stack land", kNotYet),
-        later("clearShelf", "Clear Shelf", "tray", none(), "drop stack empty", kNotYet),
+        withNote(make("addToShelf", "Add to Shelf", "tray.and.arrow.down", keys(C | A | Qt::Key_S), "drop stack gather collect basket",
+                      shelfActions::addSelection, shelfActions::canAdd),
+                 shelfActions::kAddNote),
+        withNote(make("copyShelfHere", "Copy Shelf Here", "tray.and.arrow.up", none(), "drop stack paste land",
+                      [](WindowState& w) { shelfActions::land(w, FileOperations::Mode::copy); }, shelfActions::canLand),
+                 shelfActions::kLandNote),
+        withNote(make("moveShelfHere", "Move Shelf Here", "tray.and.arrow.up", none(), "drop stack land",
+                      [](WindowState& w) { shelfActions::land(w, FileOperations::Mode::move); }, shelfActions::canLand),
+                 shelfActions::kLandNote),
+        withNote(make("clearShelf", "Clear Shelf", "tray", none(), "drop stack empty", shelfActions::clear, shelfActions::canClear),
+                 shelfActions::kEmptyNote),
+        make("showShelf", "Show Shelf", "tray.full", none(), "drop stack list items gathered", [](WindowState& w) { w.requestShelf(); }),
         later("airDrop", "AirDrop", "dot.radiowaves.left.and.right", none(), "send share nearby iphone", kNoCounterpart),
         make("connectToServer", "Connect to Server…", "network", keys(C | M | Qt::Key_K), "smb afp nfs nas network share mount webdav",
              [](WindowState& w) { w.requestServerConnection(); }),

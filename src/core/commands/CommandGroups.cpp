@@ -13,7 +13,7 @@ const QList<Group>& menus()
           "openInTerminal", "openInExternalTerminal", "showInFinder", "pin", "newSidebarGroup", "-", "quickLook", "getInfo", "compress",
           "extract", "tidyUp", "-", "putBack", "trash", "emptyTrash", "-", "closeTab", "closeWindow", "quit"}},
         {QStringLiteral("Edit"),
-         {"undo", "redo", "-", "cut", "copy", "paste", "moveHere", "duplicate", "rename", "toggleEditing", "-", "copyPath", "copyRelativePath", "copyContents", "copyDataURI", "-",
+         {"undo", "redo", "-", "cut", "copy", "paste", "moveHere", "-", "addToShelf", "copyShelfHere", "moveShelfHere", "clearShelf", "showShelf", "-", "duplicate", "rename", "toggleEditing", "-", "copyPath", "copyRelativePath", "copyContents", "copyDataURI", "-",
           "selectAll", "selectNone", "deselectOrCloseFilter", "invertSelection", "selectByPattern", "deselectByPattern", "-", "filter", "search", "saveSearch", "-",
           "customize"}},
         {QStringLiteral("View"),

@@ -67,6 +67,10 @@ public:
     void linkSelectionToOtherPane();
     // Copies or moves the selection into `folder` (the palette's Copy to… and Move to…).
     bool transferSelection(const FilePath& folder, FileOperations::Mode mode);
+    // Copies or moves `items` into the active pane's folder (the shelf landing there), selects
+    // them as they landed, then hands `after` the items that landed; false when no folder is
+    // shown or a name is being edited.
+    bool transferHere(const QList<FilePath>& items, FileOperations::Mode mode, FileOperations::Finished after = {});
     // Copies, moves or links what was dropped on `folder` (see DropPlan).
     void drop(const QList<QUrl>& urls, const FilePath& folder, Qt::KeyboardModifiers modifiers);
     // Folders dropped on the tab bar open in new tabs, in the order dropped.
@@ -92,7 +96,8 @@ private:
     // A pane of the shown tab that shows `folder`, where items landing there get selected.
     PaneState* paneShowing(const FilePath& folder) const;
     // Copies or moves `items` into `target`'s folder and selects them there once they show.
-    void transferInto(const QList<FilePath>& items, PaneState* target, const FilePath& folder, FileOperations::Mode mode);
+    void transferInto(const QList<FilePath>& items, PaneState* target, const FilePath& folder, FileOperations::Mode mode,
+                      FileOperations::Finished after = {});
     void renameWhenShown(const QPointer<PaneState>& target, const FilePath& made);
 
     WindowState* m_window;

@@ -133,6 +133,8 @@ public:
     void requestNamePattern(PaneState::Mark mark) { Q_EMIT namePatternRequested(mark); }
     // Asks the window to show the Keyboard Shortcuts sheet.
     void requestShortcuts() { Q_EMIT shortcutsRequested(); }
+    // Asks the window to show what is on the shelf (Shelf.h).
+    void requestShelf() { Q_EMIT shelfRequested(); }
     // Asks the window for the chooser of applications that open the cursor's file.
     void requestOpenWith() { Q_EMIT openWithRequested(); }
     // Asks the window to show `message` with a button per choice ("Rebase", "Merge"); `chosen`
@@ -170,6 +172,7 @@ Q_SIGNALS:
     void serverConnectionRequested();
     void namePatternRequested(orwick::PaneState::Mark mark);
     void shortcutsRequested();
+    void shelfRequested();
     void openWithRequested();
     void choiceRequested(const QString& message, const QStringList& choices, const std::function<void(int)>& chosen);
     // The picture tools (imageActions) ask the window for the Resize options for `pictures`, and

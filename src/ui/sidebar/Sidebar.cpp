@@ -6,6 +6,7 @@
 #include "places/SidebarStore.h"
 #include "state/WindowState.h"
 #include "ui/pane/PaneWidget.h"
+#include "ui/shelf/ShelfButton.h"
 #include "ui/sidebar/SidebarModel.h"
 #include "ui/sidebar/SidebarView.h"
 #include "ui/theme/Theme.h"
@@ -33,6 +34,7 @@ Sidebar::Sidebar(WindowState* window, SidebarStore* store, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 6, 0, 0);
     layout->addWidget(m_view);
+    layout->addWidget(new ShelfButton(window, this));
     setAutoFillBackground(true);
     theme::whenChanged(this, [this] { // the sidebar's own ground, from each theme
         for (QWidget* widget : {static_cast<QWidget*>(this), static_cast<QWidget*>(m_view)}) {

@@ -58,7 +58,7 @@ QIcon commandIcon(const QString& symbol)
         {"pencil.line", "accessories-text-editor"}, {"square.and.pencil", "accessories-text-editor"},
         {"plus.rectangle", "utilities-terminal"}, {"plus.rectangle.on.folder", "tab-new"}, {"power", "application-exit"},
         {"rectangle.2.swap", "object-flip-horizontal"}, {"slider.horizontal.3", "preferences-system"},
-        {"tray.and.arrow.down", "document-save"}, {"tray.and.arrow.up", "document-send"}, {"tray", "edit-clear"},
+        {"tray.and.arrow.down", "document-save"}, {"tray.and.arrow.up", "document-send"}, {"tray", "edit-clear"}, {"tray.full", "folder-open"},
         {"xmark.circle", "process-stop"}, {"xmark.rectangle", "window-close"}, {"dot.radiowaves.left.and.right", "network-wireless"},
         {"text.viewfinder", "edit-find-replace"}};
     // The desktop's icon theme first (or the fallback theme, IconThemeFallback.h); else Orwick's own mark.
@@ -227,8 +227,8 @@ void CommandMenus::showContextMenu(const QPoint& globalPosition)
     const bool hasSelection = !m_state->activePane()->selection().isEmpty();
     const QStringList ids = hasSelection
         ? QStringList{"open", "openWith", "openInNewTab", "openInEditor", "-", "rename", "duplicate", "compress", "extract", "-", "cut", "copy",
-                      "copyImage", "copyPath", "copyRelativePath", "copyToOther", "moveToOther", "linkToOther", "-", "getInfo", "putBack", "trash"}
-        : QStringList{"newFolder", "newFile", "paste", "moveHere", "-", "openInTerminal", "showInFinder", "tidyUp", "-", "selectAll",
+                      "copyImage", "copyPath", "copyRelativePath", "copyToOther", "moveToOther", "linkToOther", "addToShelf", "-", "getInfo", "putBack", "trash"}
+        : QStringList{"newFolder", "newFile", "paste", "moveHere", "copyShelfHere", "moveShelfHere", "-", "openInTerminal", "showInFinder", "tidyUp", "-", "selectAll",
                       "reload"};
     QMenu menu(m_window);
     for (const QString& id : ids) {
