@@ -29,6 +29,7 @@ const QList<Group>& menus()
           "gitFetch", "gitPull", "gitPush"}},
         {QStringLiteral("Image"),
          {"image.convert.png", "image.convert.jpeg", "image.convert.webp", "image.convert.avif", "image.resize", "imageSets", "-",
+          "image.rotate.left", "image.rotate.right", "image.flip.horizontal", "image.flip.vertical", "-",
           "removeLocation", "removeMetadata", "-", "copyImage", "copyText", "combinePDF", "removeBackground"}},
         {QStringLiteral("Window"),
          {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-", "nextTab", "previousTab", "reopenTab", "-", "saveWorkspace"}},

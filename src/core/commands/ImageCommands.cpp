@@ -22,6 +22,22 @@ QString formatWords(const QByteArray& format)
     return QString::fromLatin1(format) + QStringLiteral(" lossless transparent");
 }
 
+// Words people search a turn by besides its title.
+QString turnWords(PictureTurn turn)
+{
+    switch (turn) {
+    case PictureTurn::left:
+        return QStringLiteral("image picture photo turn rotate anticlockwise counterclockwise 90 portrait landscape lossless");
+    case PictureTurn::right:
+        return QStringLiteral("image picture photo turn rotate clockwise 90 portrait landscape lossless");
+    case PictureTurn::flipHorizontal:
+        return QStringLiteral("image picture photo mirror flip horizontally left right");
+    case PictureTurn::flipVertical:
+        return QStringLiteral("image picture photo mirror flip vertically upside down top bottom");
+    }
+    return {};
+}
+
 AppCommand pictureCommand(QString id, QString title, QString symbol, QString keywords, std::function<void(WindowState&)> run,
                           bool (*enabled)(const WindowState&) = imageActions::canChangePictures)
 {
@@ -37,6 +53,21 @@ AppCommand pictureCommand(QString id, QString title, QString symbol, QString key
 }
 
 } // namespace
+
+QString turnId(PictureTurn turn)
+{
+    switch (turn) {
+    case PictureTurn::left:
+        return kRotateLeftId;
+    case PictureTurn::right:
+        return kRotateRightId;
+    case PictureTurn::flipHorizontal:
+        return kFlipHorizontalId;
+    case PictureTurn::flipVertical:
+        return kFlipVerticalId;
+    }
+    return {};
+}
 
 QString languageName(const QString& code)
 {
@@ -58,6 +89,9 @@ QList<AppCommand> family()
     list.append(pictureCommand(kResizeId, QStringLiteral("Image: Resize…"), QStringLiteral("arrow.down.right.and.arrow.up.left"),
                                QStringLiteral("image picture scale smaller shrink dimensions pixels width height quality"),
                                imageActions::requestResize));
+    for (const PictureTurn turn : {PictureTurn::left, PictureTurn::right, PictureTurn::flipHorizontal, PictureTurn::flipVertical})
+        list.append(pictureCommand(turnId(turn), QStringLiteral("Image: ") + turnTitle(turn), turnSymbol(turn), turnWords(turn),
+                                   [turn](WindowState& w) { imageActions::turn(w, turn); }));
     for (const QString& code : recognitionLanguages().mid(1)) {
         const QString name = languageName(code);
         list.append(pictureCommand(kTextPrefix + code, QStringLiteral("Image: Copy Text in ") + name, QStringLiteral("text.viewfinder"),

@@ -218,6 +218,24 @@ void resize(WindowState& window, const QList<FilePath>& pictures, const ConvertO
                              window.undoStack());
 }
 
+void turn(WindowState& window, PictureTurn turn)
+{
+    if (!canChangePictures(window) || window.files().isRenaming())
+        return;
+    const QList<FilePath> pictures = selectedPictures(window);
+    const bool flip = turn == PictureTurn::flipHorizontal || turn == PictureTurn::flipVertical;
+    const QString title = turnTitle(turn);
+    const Transform texts{title, (flip ? QStringLiteral("Flipping ") : QStringLiteral("Rotating ")) + pictureCount(pictures.size()), title,
+                          turnSymbol(turn), flip ? QStringLiteral("Flipped") : QStringLiteral("Rotated")};
+    engine(window).replaceInPlace(pictures, texts,
+                                  [turn](const FilePath& file, const CancelFlag& cancel) -> Result<QByteArray> {
+                                      if (const Status picture = checkPicture(file); !picture)
+                                          return std::unexpected(picture.error());
+                                      return turnedBytes(file, turn, cancel);
+                                  },
+                                  window.undoStack());
+}
+
 void makeImageSets(WindowState& window)
 {
     if (!canChangePictures(window))

@@ -13,6 +13,7 @@
 // into a toast whose "Show" emits WindowState::textSheetRequested to show it whole.
 
 #include "images/ImageConvert.h"
+#include "images/ImageTurn.h"
 #include "state/WindowState.h"
 
 namespace orwick::imageActions {
@@ -45,6 +46,8 @@ enum class Placement { beside, replace };
 // Resizes `pictures` by `options` (format empty: each keeps its own), beside the originals or
 // replacing them in place; one undo step either way.
 void resize(WindowState& window, const QList<FilePath>& pictures, const ConvertOptions& options, Placement placement);
+// Turns or mirrors the selected pictures in place (ImageTurn), one undo step for them all.
+void turn(WindowState& window, PictureTurn turn);
 void makeImageSets(WindowState& window);
 void removeLocation(WindowState& window);
 void removeMetadata(WindowState& window);

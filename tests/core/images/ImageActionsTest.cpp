@@ -1,14 +1,20 @@
 // The picture tools' actions on a headless window over real files: which selections they take,
-// what they ask the window, where a combined PDF goes and what it is called, and a conversion
-// through the engine with its one undo step.
+// what they ask the window, where a combined PDF goes and what it is called, a conversion
+// through the engine with its one undo step, and pictures turned in place, with the ones that
+// can't be reported and left as they were.
 
 #include "images/ImageActions.h"
 
 #include "state/FileActions.h"
 #include "support/HeadlessWindow.h"
+#include "support/ScratchMount.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QImage>
+#include <QImageReader>
+#include <QUndoStack>
+#include <sys/stat.h>
 #include <gtest/gtest.h>
 
 using namespace orwick;
@@ -112,4 +118,121 @@ TEST_F(ImageActionsTest, ConvertingMakesAFileBesideEachPictureInOneUndoStep)
     window->undoStack()->undo();
     ASSERT_TRUE(test::waitUntil([] { return FileOperations::shared().isIdle(); }, 20000));
     EXPECT_EQ(QDir(tree.root().text()).entryList(QDir::Files, QDir::Name), (QStringList{"a.png", "b.jpg", "c.pdf", "d.txt"}));
+}
+
+namespace {
+
+// Turning through the engine, on pictures of their own folder: the reports and toasts the window
+// would hear, and the bytes of each file before.
+struct TurnPicturesTest : test::HeadlessWindowTest {
+    QList<OperationOutcome> reports;
+    QStringList toasts;
+
+    void openWithHandlers(const FilePath& folder)
+    {
+        openWindow(folder);
+        FileOperations::WindowHandlers handlers;
+        handlers.reportErrors = [this](const OperationOutcome& outcome) { reports.append(outcome); };
+        handlers.announce = [this](const Toast& toast) { toasts.append(toast.text); };
+        FileOperations::shared().setWindowHandlers(window->undoStack(), window.get(), std::move(handlers));
+    }
+    void selectAll(const QList<FilePath>& items)
+    {
+        window->activePane()->click(items.first(), Qt::NoModifier);
+        for (const FilePath& item : items.mid(1))
+            window->activePane()->click(item, Qt::ControlModifier);
+    }
+    static void settle() { ASSERT_TRUE(test::waitUntil([] { return FileOperations::shared().isIdle(); }, 20000)); }
+    static QByteArray bytesOf(const FilePath& file)
+    {
+        QFile handle(file.text());
+        return handle.open(QIODevice::ReadOnly) ? handle.readAll() : QByteArray();
+    }
+    static QByteArray picture(const char* format)
+    {
+        QImage image(40, 20, QImage::Format_RGB32);
+        image.fill(Qt::darkCyan);
+        image.setPixel(0, 0, qRgb(255, 0, 0));
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        EXPECT_TRUE(image.save(&buffer, format));
+        return bytes;
+    }
+};
+
+} // namespace
+
+TEST_F(TurnPicturesTest, TurningIsOneUndoStepThatBringsBackEveryPictureExactly)
+{
+    const FilePath folder = tree.folder("Turn");
+    const FilePath png = tree.file("Turn/plan.png", picture("PNG"));
+    const FilePath jpeg = tree.file("Turn/photo.jpg", picture("JPEG"));
+    const QByteArray pngBefore = bytesOf(png), jpegBefore = bytesOf(jpeg);
+    openWithHandlers(folder);
+    selectAll({png, jpeg});
+    imageActions::turn(*window, PictureTurn::right);
+    settle();
+    EXPECT_TRUE(reports.isEmpty()) << reports.value(0).errors.join('\n').toStdString();
+    EXPECT_EQ(toasts, QStringList{QStringLiteral("Rotated 2 files")});
+    EXPECT_EQ(QImage(png.text()).size(), QSize(20, 40));
+    QImageReader turned(jpeg.text());
+    turned.setAutoTransform(true);
+    EXPECT_EQ(turned.read().size(), QSize(20, 40));
+    ASSERT_EQ(window->undoStack()->count(), 1) << "one step for the whole selection";
+    EXPECT_EQ(window->undoStack()->undoText(), QStringLiteral("Rotate Right"));
+
+    window->undoStack()->undo();
+    settle();
+    EXPECT_EQ(bytesOf(png), pngBefore);
+    EXPECT_EQ(bytesOf(jpeg), jpegBefore);
+}
+
+TEST_F(TurnPicturesTest, ADamagedOrReadOnlyPictureIsReportedAndLeftAsItWas)
+{
+    const FilePath folder = tree.folder("Turn");
+    const FilePath fine = tree.file("Turn/fine.png", picture("PNG"));
+    const QByteArray jpeg = picture("JPEG");
+    const FilePath cut = tree.file("Turn/cut.jpg", jpeg.left(jpeg.size() * 2 / 3));
+    const FilePath locked = tree.file("Turn/locked.png", picture("PNG"));
+    ASSERT_EQ(::chmod(locked.c_str(), 0444), 0);
+    const QByteArray cutBefore = bytesOf(cut), lockedBefore = bytesOf(locked);
+    openWithHandlers(folder);
+    selectAll({fine, cut, locked});
+    imageActions::turn(*window, PictureTurn::left);
+    settle();
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_EQ(reports.first().done, 1);
+    QStringList errors = reports.first().errors;
+    errors.sort();
+    EXPECT_EQ(errors, (QStringList{QStringLiteral("Couldn’t change “locked.png”: it is read-only."),
+                                   QStringLiteral("“cut.jpg” can’t be read: the picture is cut short.")}));
+    EXPECT_TRUE(toasts.isEmpty()) << "not everything went well: no success toast";
+    EXPECT_EQ(bytesOf(cut), cutBefore);
+    EXPECT_EQ(bytesOf(locked), lockedBefore);
+    EXPECT_EQ(QImage(fine.text()).size(), QSize(20, 40));
+}
+
+TEST_F(TurnPicturesTest, APictureOnAReadOnlyDiskIsReportedAndLeftAsItWas)
+{
+    test::ScratchMount disk("tmpfs", "size=1m");
+    if (!disk.ok())
+        GTEST_SKIP() << disk.why().toStdString();
+    const FilePath photo = disk.root().child(QStringLiteral("photo.jpg"));
+    {
+        QFile file(photo.text());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(picture("JPEG"));
+    }
+    const QByteArray before = bytesOf(photo);
+    ASSERT_TRUE(disk.makeReadOnly());
+    openWithHandlers(disk.root());
+    selectAll({photo});
+    imageActions::turn(*window, PictureTurn::flipHorizontal);
+    settle();
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_EQ(reports.first().errors, QStringList{QStringLiteral("Couldn’t change “photo.jpg”: the disk is read-only.")});
+    EXPECT_EQ(reports.first().done, 0);
+    EXPECT_EQ(bytesOf(photo), before);
+    window.reset(); // the pane lets go of the disk before it is unmounted
 }

@@ -1,6 +1,7 @@
 // Photo metadata on pictures the tests make: tagged with exiv2 here, read, stripped and read back
 // with exiv2, the pixels compared before and after.
 
+#include "TestPictures.h"
 #include "images/Exiv2Access.h"
 #include "images/ImageMetadata.h"
 #include "support/TempHome.h"
@@ -15,6 +16,8 @@
 
 namespace orwick {
 namespace {
+
+using test::jpegScan;
 
 // exiv2 0.27 hands pictures back in std::auto_ptr.
 #pragma GCC diagnostic push
@@ -95,18 +98,6 @@ template <class Data>
 bool hasKeyStarting(const Data& data, const std::string& prefix)
 {
     return std::ranges::any_of(data, [&](const auto& datum) { return datum.key().starts_with(prefix); });
-}
-
-// A JPEG's compressed picture: everything from its start-of-scan marker on.
-QByteArray jpegScan(const QByteArray& bytes)
-{
-    qsizetype at = 2;
-    while (at + 4 <= bytes.size() && uchar(bytes[at]) == 0xFF) {
-        if (uchar(bytes[at + 1]) == 0xDA)
-            return bytes.mid(at);
-        at += 2 + qFromBigEndian<quint16>(bytes.constData() + at + 2);
-    }
-    return {};
 }
 
 // A PNG's compressed picture: its IDAT chunks' data, joined.

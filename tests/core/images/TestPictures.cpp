@@ -67,6 +67,17 @@ QByteArray withExifOrientation(const QByteArray& jpeg, int orientation)
     return jpeg.left(2) + segment + jpeg.mid(2);
 }
 
+QByteArray jpegScan(const QByteArray& bytes)
+{
+    qsizetype at = 2;
+    while (at + 4 <= bytes.size() && uchar(bytes[at]) == 0xFF) {
+        if (uchar(bytes[at + 1]) == 0xDA)
+            return bytes.mid(at);
+        at += 2 + qFromBigEndian<quint16>(bytes.constData() + at + 2);
+    }
+    return {};
+}
+
 QByteArray pngClaiming(QSize size)
 {
     QByteArray header = bigEndian32(quint32(size.width())) + bigEndian32(quint32(size.height()));

@@ -41,6 +41,9 @@ QByteArray twoFrameGif();
 // A 4 × 4 animated WebP of two frames, red then blue (lossless).
 QByteArray twoFrameWebp();
 
+// A JPEG's compressed picture: everything from its start-of-scan marker on.
+QByteArray jpegScan(const QByteArray& bytes);
+
 // The picture in `bytes`, decoded (upright by its EXIF orientation).
 QImage decoded(const QByteArray& bytes);
 
