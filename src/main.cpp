@@ -9,6 +9,7 @@
 
 #include "app/CommandLine.h"
 #include "app/OpenRouter.h"
+#include "app/Settings.h"
 #include "app/Services.h"
 #include "app/SessionKeeper.h"
 #include "app/ShowInFolderService.h"
@@ -17,6 +18,7 @@
 #include "commands/ExternalPrograms.h"
 #include "commands/Frecency.h"
 #include "git/Git.h"
+#include "help/FirstStartWelcome.h"
 #include "images/ImageFormats.h"
 #include "fileops/FileOperations.h"
 #include "fileops/LinkUpdater.h"
@@ -195,6 +197,18 @@ void follow(const CommandLine& line, const FilePath& workingFolder, Windows& win
     windows.raise(windows.front());
 }
 
+// A user's first plain start shows the welcome sheet, once (help/FirstStartWelcome.h). A traced
+// start is being measured (benchmarks, the start-up tests), so nothing is added to it.
+void welcomeAtFirstStart(const CommandLine& line, bool reopened, Windows& windows)
+{
+    using firstStart::Start;
+    const bool traced = !qgetenv("ORWICK_TRACE_STARTUP").isEmpty() || !qgetenv("ORWICK_TRACE_OPEN").isEmpty();
+    const Start start = traced ? Start::measured : !line.items.isEmpty() || line.listing || reopened ? Start::shows : Start::plain;
+    WindowState* front = windows.frontState();
+    if (front && start == Start::plain && firstStart::takeWelcome(*openSettings(), start)) // else the store isn't even read
+        front->setWelcoming(true);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -270,7 +284,8 @@ int main(int argc, char** argv)
     Windows windows(&preferences);
     // The first window reopens the last session before it is drawn; what the start asked for is
     // then shown in it, the first folder in the session's active pane.
-    windows.setPrepare([](WindowState& state) { SessionKeeper::restore(&state); });
+    bool reopened = false; // the first window took the stored session
+    windows.setPrepare([&reopened](WindowState& state) { reopened = SessionKeeper::restore(&state) || reopened; });
     windows.setDecorate([&git, &properties](MainWindow& window) {
         window.addPaneDecorator([&git](PaneWidget* widget) { new PaneGitDecoration(widget, &git); });
         window.addPaneDecorator([](PaneWidget* widget) { new PaneTagDecoration(widget, &FinderTags::shared()); });
@@ -288,6 +303,7 @@ int main(int argc, char** argv)
     ShowInFolderService showInFolder(&router);
 
     follow(*line, workingFolder, windows, router);
+    welcomeAtFirstStart(*line, reopened, windows);
     traceStartup(windows, *windows.front(), sinceStart);
     QObject::connect(&instance, &SingleInstance::received, &windows, [&](const SingleInstance::Request& request) {
         if (const Result<CommandLine> later = CommandLine::parse(request.arguments); later && later->action == CommandLine::Action::open)

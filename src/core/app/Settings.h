@@ -20,6 +20,8 @@ namespace settingsKey {
 inline constexpr const char* terminalFollowsPane = "terminalFollowsPane";
 // The active pane follows the folder the terminal's shell reports (OSC 7; off by default).
 inline constexpr const char* paneFollowsTerminal = "paneFollowsTerminal";
+// Orwick has greeted this user with the welcome sheet (help/FirstStartWelcome.h).
+inline constexpr const char* welcomed = "welcomed";
 } // namespace settingsKey
 
 } // namespace orwick

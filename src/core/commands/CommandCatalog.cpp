@@ -7,6 +7,7 @@
 #include "commands/ExportNoteActions.h"
 #include "commands/GitCommandActions.h"
 #include "commands/ImageCommands.h"
+#include "commands/LearnCommands.h"
 #include "commands/NoteActions.h"
 #include "commands/ShelfActions.h"
 #include "commands/TagCommands.h"
@@ -139,7 +140,6 @@ void addOtherKeys(QList<AppCommand>& list)
         {"toggleTerminal", QKeySequence(Qt::Key_F4)},
         {"selectByPattern", QKeySequence(Qt::KeypadModifier | Qt::Key_Plus)},
         {"deselectByPattern", QKeySequence(Qt::KeypadModifier | Qt::Key_Minus)},
-        {"keyboardShortcuts", QKeySequence(Qt::CTRL | Qt::Key_Question)},
     };
     for (const auto& [id, key] : others)
         for (AppCommand& command : list)
@@ -442,7 +442,8 @@ QList<AppCommand> buildFixed()
                  "This folder isn’t in a git repository"),
         make("saveSearch", "Save Search to Sidebar", "magnifyingglass", none(), "smart folder keep remember query bookmark", saveSearch,
              showsSearch),
-        later("welcome", "Welcome to Orwick", "hand.wave", none(), "help shortcuts keys start onboarding", kNotYet),
+        make("welcome", "Welcome to Orwick", "hand.wave", none(), "help shortcuts keys start onboarding",
+             [](WindowState& w) { w.setWelcoming(true); }),
         later("checkForUpdates", "Check for Updates…", "arrow.down.circle", none(), "update upgrade new version sparkle download latest",
               "Updates come through your system's packages"),
         make("about", "About Orwick", "info.circle", none(), "version credits acknowledgements open source licenses",
@@ -453,8 +454,7 @@ QList<AppCommand> buildFixed()
              [](WindowState& w) { w.showPanel(WindowState::Panel::settings, {}); }),
         make("keyboardShortcuts", "Keyboard Shortcuts", "keyboard", keys(Qt::Key_F1), "help keys hotkeys bindings cheat sheet list",
              [](WindowState& w) { w.requestShortcuts(); }),
-        // Ctrl+? (Ctrl+Shift+/) shows the Keyboard Shortcuts until the guide exists to take it back.
-        later("guide", "Orwick Guide", "graduationcap", none(), "", kNotYet),
+        make("guide", "Orwick Guide", "graduationcap", keys(C | Qt::Key_Question), "", LearnCommands::openGuide), // Ctrl+Shift+/
         make("chooseTheme", "Choose Theme…", "paintpalette", none(), "appearance colors look settings", ThemeCommands::chooseTheme),
         make("openThemesFolder", "Open Themes Folder", "folder", none(), "theme custom colors json override", ThemeCommands::openThemesFolder),
         make("openInEditor", "", "", none(), "code editor ide vscode cursor zed xcode project", openInEditor, hasEditor),
@@ -579,7 +579,7 @@ const QList<AppCommand>& fixed()
 QList<AppCommand> all(const WindowState&)
 {
     return fixed() + generated() + favorites() + savedSearches() + TagCommands::family(FinderTags::shared())
-         + WorkspaceCommands::family() + ThemeCommands::family() + ImageCommands::family();
+         + WorkspaceCommands::family() + ThemeCommands::family() + ImageCommands::family() + LearnCommands::family();
 }
 
 const AppCommand* find(const QString& id)
@@ -616,6 +616,11 @@ const AppCommand* find(const QString& id)
     } else if (startsWithAny({ThemeCommands::kThemePrefix, ThemeCommands::kAccentPrefix, QLatin1StringView("appearance.")})) {
         made = &themes;
         *made = ThemeCommands::family();
+    } else if (startsWithAny({LearnCommands::kPrefix})) {
+        for (const AppCommand& command : LearnCommands::family()) // fixed topics: made once
+            if (command.id == id)
+                return &command;
+        return nullptr;
     } else if (startsWithAny({QLatin1StringView("image.")})) {
         made = &images;
         *made = ImageCommands::family();

@@ -1,9 +1,22 @@
 #include "commands/CommandGroups.h"
 
+#include "commands/LearnCommands.h"
+
 #include <QHash>
 #include <QSet>
 
 namespace orwick::CommandGroups {
+
+namespace {
+// The guide's topics, each its own item of the Help menu.
+QStringList learnIds()
+{
+    QStringList ids;
+    for (const AppCommand& command : LearnCommands::family())
+        ids.append(command.id);
+    return ids;
+}
+} // namespace
 
 const QList<Group>& menus()
 {
@@ -33,7 +46,7 @@ const QList<Group>& menus()
           "removeLocation", "removeMetadata", "-", "copyImage", "copyText", "combinePDF", "removeBackground"}},
         {QStringLiteral("Window"),
          {"dualPane", "splitRight", "splitDown", "closePane", "nextPane", "-", "nextTab", "previousTab", "reopenTab", "-", "saveWorkspace"}},
-        {QStringLiteral("Help"), {"keyboardShortcuts", "guide", "welcome", "about"}},
+        {QStringLiteral("Help"), QStringList{"keyboardShortcuts", "guide", "welcome", "about", "-"} + learnIds()},
     };
     return groups;
 }

@@ -144,6 +144,26 @@ public:
         Q_EMIT choiceRequested(message, choices, chosen);
     }
 
+    // --- Help
+    // The guide's article shown (a topic id), absent while the guide is closed. The last one
+    // shown stays as lastLearnArticle(), for the guide to reopen at.
+    const std::optional<QString>& learnArticle() const { return m_learnArticle; }
+    const QString& lastLearnArticle() const { return m_lastLearnArticle; }
+    void setLearnArticle(const std::optional<QString>& topic)
+    {
+        if (topic)
+            m_lastLearnArticle = *topic;
+        if (std::exchange(m_learnArticle, topic) != topic)
+            Q_EMIT learnArticleChanged();
+    }
+    // Whether the welcome sheet is shown.
+    bool isWelcoming() const { return m_isWelcoming; }
+    void setWelcoming(bool shown)
+    {
+        if (std::exchange(m_isWelcoming, shown) != shown)
+            Q_EMIT welcomingChanged();
+    }
+
     // --- Panels over the content (at most one at a time)
     enum class Panel { none, duplicates, space, cleanUp, settings, batchRename, info, compare, findInFiles, gitReview, gitSwitchBranch, gitNewBranch, gitHistory, gitStashes };
     Panel panel() const { return m_panel; }
@@ -173,6 +193,9 @@ Q_SIGNALS:
     void namePatternRequested(orwick::PaneState::Mark mark);
     void shortcutsRequested();
     void shelfRequested();
+    // Follow every change of learnArticle() and of isWelcoming().
+    void learnArticleChanged();
+    void welcomingChanged();
     void openWithRequested();
     void choiceRequested(const QString& message, const QStringList& choices, const std::function<void(int)>& chosen);
     // The picture tools (imageActions) ask the window for the Resize options for `pictures`, and
@@ -197,6 +220,9 @@ protected:
     bool m_showSidebar = true;
     DocumentMode m_documentMode = DocumentMode::preview;
     FilePath m_editedFile;
+    std::optional<QString> m_learnArticle;
+    QString m_lastLearnArticle;
+    bool m_isWelcoming = false;
 };
 
 } // namespace orwick

@@ -20,7 +20,9 @@
 #include "fileops/OutsideMoves.h"
 #include "ui/window/WorkspaceNamePrompt.h"
 #include "ui/window/NamePatternPrompt.h"
+#include "ui/panels/GuideSheet.h"
 #include "ui/panels/ShortcutsSheet.h"
+#include "ui/panels/WelcomeSheet.h"
 #include "ui/dialogs/OpenWithChooser.h"
 #include "ui/servers/ServerSheet.h"
 #include "ui/images/RecognizedTextSheet.h"
@@ -106,6 +108,8 @@ MainWindow::MainWindow(WindowState* state, QWidget* parent) : QMainWindow(parent
     WorkspaceNamePrompt::follow(state, this); // "Save Workspace…" asks for a name
     NamePatternPrompt::follow(state, this);   // "Select by Pattern…", "Deselect by Pattern…"
     ShortcutsSheet::follow(*state, this);     // "Keyboard Shortcuts"
+    GuideSheet::follow(*state, this);         // "Orwick Guide" and its topics
+    WelcomeSheet::follow(*state, this);       // "Welcome to Orwick"
     OpenWithChooser::follow(state, this);     // "Open With…"
     ServerSheet::follow(state, this);         // "Connect to Server…"
     ResizeDialog::follow(state, this);        // "Image: Resize…"

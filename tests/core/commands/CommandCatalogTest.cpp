@@ -48,7 +48,8 @@ TEST_F(CatalogFixture, EveryCommandHasOneIdATitleAndAnAction)
     };
     EXPECT_LT(at("saveWorkspace"), at("theme.Orwick")) << "workspaces, then themes, appearance and accents";
     EXPECT_LT(at("accent.themesOwn"), at("image.convert.png")) << "then the image operations";
-    EXPECT_TRUE(all.last().id.startsWith(QStringLiteral("image."))) << all.last().id.toStdString();
+    EXPECT_LT(at("image.convert.png"), at("learn.gettingAround")) << "and last the guide's topics";
+    EXPECT_TRUE(all.last().id.startsWith(QStringLiteral("learn."))) << all.last().id.toStdString();
     EXPECT_EQ(CommandCatalog::find("thisMac")->title, "This Computer");
     EXPECT_EQ(CommandCatalog::find("showInFinder")->title, "Show in System File Manager");
     EXPECT_EQ(CommandCatalog::find("nextTab")->shortcut, QKeySequence(Qt::CTRL | Qt::Key_Tab));
