@@ -9,6 +9,8 @@ namespace orwick::cli {
 const QString kImageUsage = QStringLiteral(
     "usage: orwick-cli image convert FILE... --to FORMAT [--quality Q] [--in-place]\n"
     "       orwick-cli image resize FILE... --longest PX [--quality Q] [--in-place]\n"
+    "       orwick-cli image rotate left|right FILE...\n"
+    "       orwick-cli image flip horizontal|vertical FILE...\n"
     "       orwick-cli image sets FILE...\n"
     "       orwick-cli image strip FILE... [--location]\n"
     "       orwick-cli image ocr FILE [--lang L]\n"
@@ -31,11 +33,13 @@ int run(const Arguments& arguments)
 }
 
 const CliRegistration registration({QStringLiteral("image"), QStringLiteral("image VERB FILE..."),
-                                    QStringLiteral("convert, resize, sets, strip, ocr, pdf: the picture tools"), run,
+                                    QStringLiteral("convert, resize, rotate, flip, sets, strip, ocr, pdf: the picture tools"), run,
                                     QStringLiteral("  ") + kImageUsage.sliced(7).replace(QStringLiteral("\n       "), QStringLiteral("\n  "))
                                         + QStringLiteral("\n\n"
                                                          "New files are made beside each picture under a free name; --in-place\n"
                                                          "replaces the picture itself (undo in the window gives the old one back).\n"
+                                                         "rotate and flip turn pictures in place; a JPEG only changes its EXIF\n"
+                                                         "orientation, so its picture data stays as it was.\n"
                                                          "strip removes all metadata, or with --location only where it was taken.\n"
                                                          "ocr prints the text it reads on standard output.")});
 

@@ -1,6 +1,6 @@
 #pragma once
-// orwick-cli image: the picture tools on the command line (convert, resize, sets, strip, ocr,
-// pdf). The "image" command itself only dispatches; each form lives in its own file and adds
+// orwick-cli image: the picture tools on the command line (convert, resize, rotate, flip, sets,
+// strip, ocr, pdf). The "image" command itself only dispatches; each form lives in its own file and adds
 // itself here with a static ImageFormRegistration, so a form never touches another's file.
 
 #include "cli/CliCommand.h"

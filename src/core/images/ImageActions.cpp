@@ -227,12 +227,9 @@ void turn(WindowState& window, PictureTurn turn)
     const QString title = turnTitle(turn);
     const Transform texts{title, (flip ? QStringLiteral("Flipping ") : QStringLiteral("Rotating ")) + pictureCount(pictures.size()), title,
                           turnSymbol(turn), flip ? QStringLiteral("Flipped") : QStringLiteral("Rotated")};
+    // turnedBytes checks each file is a picture itself.
     engine(window).replaceInPlace(pictures, texts,
-                                  [turn](const FilePath& file, const CancelFlag& cancel) -> Result<QByteArray> {
-                                      if (const Status picture = checkPicture(file); !picture)
-                                          return std::unexpected(picture.error());
-                                      return turnedBytes(file, turn, cancel);
-                                  },
+                                  [turn](const FilePath& file, const CancelFlag& cancel) { return turnedBytes(file, turn, cancel); },
                                   window.undoStack());
 }
 

@@ -216,6 +216,10 @@ QImage turnedImage(const QImage& image, PictureTurn turn)
 
 Result<QByteArray> turnedBytes(const FilePath& file, PictureTurn turn, const CancelFlag& cancel)
 {
+    if (const Status readable = images::checkPictureFile(file); !readable)
+        return failure(readable.error());
+    if (!isPicture(file))
+        return failure(QStringLiteral("%1 isn’t a picture Orwick can read.").arg(quoted(file)));
     const QByteArray format = formatOfName(file);
     if (!isWritableImageFormat(format))
         return failure(QStringLiteral("%1 can’t be turned: Orwick can’t write %2 pictures.")

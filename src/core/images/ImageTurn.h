@@ -14,7 +14,7 @@
 //   metadata goes with them (withMetadataOf): Orientation 1, the stored size swapped for a
 //   quarter turn. A picture that an orientation showed turned looks turned by exactly the asked
 //   quarter from how it looked, never twice.
-// - Refused, with the file's name: a picture of a format Orwick can't write (GIF, BMP, SVG…), one
+// - Refused, with the file's name: a file that isn't a picture, a picture of a format Orwick can't write (GIF, BMP, SVG…), one
 //   of several frames (only the first would remain), one whose name says another format than its
 //   bytes, and one that is damaged or cut short.
 

@@ -233,7 +233,8 @@ TEST(ImageTurn, PicturesThatCantBeTurnedFailWithTheirNames)
         QString error;
     } rows[] = {
         {tree.file("cut.jpg", jpeg.left(jpeg.size() * 2 / 3)), QStringLiteral("“cut.jpg” can’t be read: the picture is cut short.")},
-        {tree.file("garbage.png", QByteArray(500, 'x')), QStringLiteral("“garbage.png” can’t be read: ")},
+        {tree.file("garbage.png", QByteArray(500, 'x')), QStringLiteral("“garbage.png” isn’t a picture Orwick can read.")},
+        {tree.file("notes.txt", "words"), QStringLiteral("“notes.txt” isn’t a picture Orwick can read.")},
         {tree.file("moving.gif", twoFrameGif()), QStringLiteral("“moving.gif” can’t be turned: Orwick can’t write GIF pictures.")},
         {tree.file("moving.webp", twoFrameWebp()),
          QStringLiteral("“moving.webp” can’t be turned: it is an animation, and only its first frame would remain.")},
