@@ -12,6 +12,7 @@
 #include "ui/pane/FilterBar.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/views/ColumnsView.h"
+#include "ui/views/FolderColumnModel.h"
 #include "ui/views/FileGridView.h"
 #include "ui/views/FileListView.h"
 #include "ui/views/FileTableView.h"
@@ -235,6 +236,32 @@ TEST_F(PaneViewsTest, ColumnsOfADeepFolderScrollToItsOwnColumn)
     EXPECT_TRUE(waitUntil(inSight)) << "the folder's own column is scrolled into sight";
     pressInView(Qt::Key_Down);
     EXPECT_TRUE(waitUntil(inSight));
+}
+
+// The side columns each read a folder: a pane shown as a list doesn't read its ancestors at
+// every move, and they come as soon as the columns are shown.
+TEST_F(PaneViewsTest, SideColumnsAreMadeOnlyWhileTheColumnsAreShown)
+{
+    ColumnsView* columns = widget->columnsView();
+    auto sideColumns = [columns] { return columns->findChildren<FolderColumnModel*>().size(); };
+    const FilePath deep = tree.folder(QStringLiteral("a/b"));
+    ASSERT_NE(pane->viewMode(), ViewMode::columns);
+    pane->navigate(deep);
+    ASSERT_TRUE(waitUntil([&] { return pane->url() == deep && !pane->isLoading(); }));
+    EXPECT_EQ(sideColumns(), 0) << "not shown as columns";
+
+    pressInView(Qt::Key_3, Qt::ControlModifier);
+    ASSERT_EQ(pane->viewMode(), ViewMode::columns);
+    qsizetype levels = 0;
+    for (FilePath level = deep; !level.isRoot(); level = level.parent())
+        ++levels;
+    EXPECT_EQ(sideColumns(), levels) << "one column for each enclosing folder, from the root down";
+
+    pressInView(Qt::Key_2, Qt::ControlModifier);
+    ASSERT_EQ(pane->viewMode(), ViewMode::list);
+    pane->navigate(tree.root());
+    ASSERT_TRUE(waitUntil([&] { return pane->url() == tree.root() && !pane->isLoading(); }));
+    EXPECT_EQ(sideColumns(), 0) << "the columns went with the move made in the list";
 }
 
 TEST_F(PaneViewsTest, FilterFieldNarrowsAndEscapeClears)

@@ -103,6 +103,7 @@ TEST_F(WindowFixture, EmptyAndUnreadableFoldersSayWhyAndKeysStillWork)
 TEST_F(WindowFixture, ThisComputerListsTheDrivesAndOpensOne)
 {
     open(tree.root());
+    EXPECT_EQ(window->activePaneWidget()->findChild<DrivesView*>(), nullptr) << "made when This Computer is first shown";
     pane()->show(*Listing::fromName(QStringLiteral("drives")));
     QApplication::processEvents();
     auto* drives = window->activePaneWidget()->findChild<DrivesView*>();

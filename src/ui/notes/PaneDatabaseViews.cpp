@@ -43,52 +43,6 @@ PaneDatabaseViews::PaneDatabaseViews(PaneWidget* widget, FileProperties* store, 
     : QObject(widget), m_widget(widget), m_store(store), m_undo(undo), m_toast(std::move(toast))
 {
     m_stack = qobject_cast<QStackedWidget*>(widget->tableView()->parentWidget());
-    m_pages = new QStackedWidget(m_stack);
-    m_board = new BoardWidget;
-    m_boardArea = scrolling(m_board, m_pages);
-    m_calendar = new CalendarWidget(m_pages);
-    m_gallery = new GalleryWidget;
-    m_galleryArea = scrolling(m_gallery, m_pages);
-    m_galleryArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    m_galleryArea->setWidgetResizable(true); // the cards fill the width; the height is the gallery's
-    m_tasks = new TasksWidget(m_pages);
-    for (QWidget* page : {static_cast<QWidget*>(m_boardArea), static_cast<QWidget*>(m_calendar),
-                          static_cast<QWidget*>(m_galleryArea), static_cast<QWidget*>(m_tasks)})
-        m_pages->addWidget(page);
-    if (m_stack)
-        m_stack->addWidget(m_pages);
-    // Keys the views don't take (Back, Up, the window's commands) still reach the pane.
-    for (QWidget* view : {static_cast<QWidget*>(m_board), static_cast<QWidget*>(m_calendar),
-                          static_cast<QWidget*>(m_gallery), static_cast<QWidget*>(m_tasks)})
-        view->installEventFilter(widget);
-
-    connect(m_board, &BoardWidget::openRequested, this, &PaneDatabaseViews::open);
-    connect(m_calendar, &CalendarWidget::openRequested, this, &PaneDatabaseViews::open);
-    connect(m_gallery, &GalleryWidget::openRequested, this, &PaneDatabaseViews::open);
-    connect(m_tasks, &TasksWidget::openRequested, this, &PaneDatabaseViews::open);
-    connect(m_board, &BoardWidget::moveRequested, this, &PaneDatabaseViews::moveCard);
-    connect(m_calendar, &CalendarWidget::moveRequested, this, [this](const FilePath& item, QDate day) {
-        const QString& key = m_calendar->calendar().key;
-        setProperty(key, CalendarView::movedValue(m_store ? m_store->value(item, key) : std::nullopt, day), item);
-    });
-    connect(m_calendar, &CalendarWidget::monthRequested, this, [this](QDate month) {
-        m_month = month;
-        rebuild();
-    });
-    connect(m_board, &BoardWidget::groupByChosen, this, [this](const QString& key) { chooseSetting(QStringLiteral("groupBy"), key); });
-    connect(m_board, &BoardWidget::makeSelectRequested, this, &PaneDatabaseViews::makeSelect);
-    connect(m_calendar, &CalendarWidget::calendarByChosen, this,
-            [this](const QString& key) { chooseSetting(QStringLiteral("calendarBy"), key); });
-    connect(m_tasks, &TasksWidget::toggleRequested, this, &PaneDatabaseViews::toggle);
-    // The views' keyboard item is the pane's selection, so Rename, Trash, Get Info… act on it.
-    const auto select = [this](const FilePath& item) {
-        if (m_widget && m_widget->pane()->cursor() != item && m_widget->pane()->row(item) >= 0)
-            m_widget->pane()->click(item, Qt::NoModifier);
-    };
-    connect(m_board, &BoardWidget::currentChanged, this, select);
-    connect(m_calendar, &CalendarWidget::currentChanged, this, select);
-    connect(m_gallery, &GalleryWidget::currentChanged, this, select);
-
     PaneState* pane = widget->pane();
     // After the pane widget's own handlers (connected first), so the view stays on top.
     connect(pane, &PaneState::locationChanged, this, [this] {
@@ -138,6 +92,56 @@ PaneDatabaseViews* PaneDatabaseViews::of(const PaneWidget* widget)
 
 QWidget* PaneDatabaseViews::host() const { return m_pages; }
 
+// The pages are made when a folder first shows one of them: most panes never do.
+void PaneDatabaseViews::makePages()
+{
+    m_pages = new QStackedWidget(m_stack);
+    m_board = new BoardWidget;
+    m_boardArea = scrolling(m_board, m_pages);
+    m_calendar = new CalendarWidget(m_pages);
+    m_gallery = new GalleryWidget;
+    m_galleryArea = scrolling(m_gallery, m_pages);
+    m_galleryArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_galleryArea->setWidgetResizable(true); // the cards fill the width; the height is the gallery's
+    m_tasks = new TasksWidget(m_pages);
+    for (QWidget* page : {static_cast<QWidget*>(m_boardArea), static_cast<QWidget*>(m_calendar),
+                          static_cast<QWidget*>(m_galleryArea), static_cast<QWidget*>(m_tasks)})
+        m_pages->addWidget(page);
+    if (m_stack)
+        m_stack->addWidget(m_pages);
+    // Keys the views don't take (Back, Up, the window's commands) still reach the pane.
+    for (QWidget* view : {static_cast<QWidget*>(m_board), static_cast<QWidget*>(m_calendar),
+                          static_cast<QWidget*>(m_gallery), static_cast<QWidget*>(m_tasks)})
+        view->installEventFilter(m_widget);
+
+    connect(m_board, &BoardWidget::openRequested, this, &PaneDatabaseViews::open);
+    connect(m_calendar, &CalendarWidget::openRequested, this, &PaneDatabaseViews::open);
+    connect(m_gallery, &GalleryWidget::openRequested, this, &PaneDatabaseViews::open);
+    connect(m_tasks, &TasksWidget::openRequested, this, &PaneDatabaseViews::open);
+    connect(m_board, &BoardWidget::moveRequested, this, &PaneDatabaseViews::moveCard);
+    connect(m_calendar, &CalendarWidget::moveRequested, this, [this](const FilePath& item, QDate day) {
+        const QString& key = m_calendar->calendar().key;
+        setProperty(key, CalendarView::movedValue(m_store ? m_store->value(item, key) : std::nullopt, day), item);
+    });
+    connect(m_calendar, &CalendarWidget::monthRequested, this, [this](QDate month) {
+        m_month = month;
+        rebuild();
+    });
+    connect(m_board, &BoardWidget::groupByChosen, this, [this](const QString& key) { chooseSetting(QStringLiteral("groupBy"), key); });
+    connect(m_board, &BoardWidget::makeSelectRequested, this, &PaneDatabaseViews::makeSelect);
+    connect(m_calendar, &CalendarWidget::calendarByChosen, this,
+            [this](const QString& key) { chooseSetting(QStringLiteral("calendarBy"), key); });
+    connect(m_tasks, &TasksWidget::toggleRequested, this, &PaneDatabaseViews::toggle);
+    // The views' keyboard item is the pane's selection, so Rename, Trash, Get Info… act on it.
+    const auto select = [this](const FilePath& item) {
+        if (m_widget && m_widget->pane()->cursor() != item && m_widget->pane()->row(item) >= 0)
+            m_widget->pane()->click(item, Qt::NoModifier);
+    };
+    connect(m_board, &BoardWidget::currentChanged, this, select);
+    connect(m_calendar, &CalendarWidget::currentChanged, this, select);
+    connect(m_gallery, &GalleryWidget::currentChanged, this, select);
+}
+
 void PaneDatabaseViews::refresh()
 {
     if (!m_widget || !m_stack)
@@ -152,7 +156,7 @@ void PaneDatabaseViews::refresh()
         if (m_shown) {
             m_shown.reset();
             actions::setNewNoteHook(pane, {});
-            if (m_stack->currentWidget() == m_pages)
+            if (m_pages && m_stack->currentWidget() == m_pages)
                 m_stack->setCurrentWidget(m_widget->itemsView());
             if (hadKeys)
                 m_widget->itemsView()->setFocus(Qt::OtherFocusReason);
@@ -161,6 +165,8 @@ void PaneDatabaseViews::refresh()
     }
     const bool changed = m_shown != layout;
     m_shown = layout;
+    if (!m_pages)
+        makePages();
     QWidget* page = *layout == QLatin1String("board")      ? static_cast<QWidget*>(m_boardArea)
                   : *layout == QLatin1String("calendar")   ? static_cast<QWidget*>(m_calendar)
                   : *layout == QLatin1String("gallery")    ? static_cast<QWidget*>(m_galleryArea)

@@ -47,6 +47,7 @@ public:
 
     // The layout shown now ("board", "calendar", "gallery", "tasks"), or nothing.
     const std::optional<QString>& shownLayout() const { return m_shown; }
+    // The views, null until a folder first shows one of them.
     QWidget* host() const;
     BoardWidget* board() const { return m_board; }
     CalendarWidget* calendar() const { return m_calendar; }
@@ -56,6 +57,7 @@ public:
     bool isSettled() const { return !m_tasksLoad.isRunning() && !m_coversLoad.isRunning(); }
 
 private:
+    void makePages();
     void refresh();
     void rebuild();
     // The shown view's keyboard card goes to the pane's cursor: the view shows the selection.
@@ -76,13 +78,14 @@ private:
     QPointer<QUndoStack> m_undo;
     std::function<void(const QString&)> m_toast;
     QStackedWidget* m_stack = nullptr;  // the pane's
-    QStackedWidget* m_pages;
-    QScrollArea* m_boardArea;
-    QScrollArea* m_galleryArea;
-    BoardWidget* m_board;
-    CalendarWidget* m_calendar;
-    GalleryWidget* m_gallery;
-    TasksWidget* m_tasks;
+    // Made when first shown (makePages): null until a folder shows one of the views.
+    QStackedWidget* m_pages = nullptr;
+    QScrollArea* m_boardArea = nullptr;
+    QScrollArea* m_galleryArea = nullptr;
+    BoardWidget* m_board = nullptr;
+    CalendarWidget* m_calendar = nullptr;
+    GalleryWidget* m_gallery = nullptr;
+    TasksWidget* m_tasks = nullptr;
     std::optional<QString> m_shown;
     QDate m_month;
     TaskSlot m_tasksLoad;

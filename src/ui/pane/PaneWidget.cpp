@@ -47,13 +47,11 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     QFont font = m_message->font();
     font.setPointSizeF(font.pointSizeF() * 1.2);
     m_message->setFont(font);
-    m_drives = new DrivesView(pane, m_stack);
     m_stack->addWidget(m_listView);
     m_stack->addWidget(m_tableView);
     m_stack->addWidget(m_gridView);
     m_stack->addWidget(m_columnsView);
     m_stack->addWidget(m_message);
-    m_stack->addWidget(m_drives);
     m_statusLine = new StatusLine(pane, this);
 
     auto* layout = new QVBoxLayout(this);
@@ -75,7 +73,6 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     for (QWidget* view : {static_cast<QWidget*>(m_listView), static_cast<QWidget*>(m_tableView),
                           static_cast<QWidget*>(m_gridView), static_cast<QWidget*>(m_columnsView->currentColumn())})
         view->installEventFilter(this);
-    m_drives->installEventFilter(this);
     // Every view drags its rows and takes drops; an empty folder's text takes drops too.
     QList<ViewDragDrop*> dragDrops = {new ViewDragDrop(m_listView, pane), new ViewDragDrop(m_tableView, pane),
                                       new ViewDragDrop(m_gridView, pane), new ViewDragDrop(m_columnsView->currentColumn(), pane),
@@ -132,8 +129,8 @@ void PaneWidget::showState()
     const bool hadFocus = shown && (shown->hasFocus() || shown->isAncestorOf(QApplication::focusWidget()));
     QWidget* next = itemsView();
     if (m_pane->listing() && m_pane->listing()->kind == Listing::Kind::thisMac) {
-        if (m_stack->currentWidget() != m_drives)
-            m_drives->refresh();
+        if (m_stack->currentWidget() != m_drives) // also when not made yet
+            drives()->refresh();
         next = m_drives;
     } else if (m_pane->items().isEmpty() && m_pane->viewMode() != ViewMode::columns) {
         // While the new place is read: blank, then "Loading…" with its count once it takes a while.
@@ -144,6 +141,16 @@ void PaneWidget::showState()
     // The keys stay where they are inside the view (a name being edited over its rows).
     if (hadFocus && !next->isAncestorOf(QApplication::focusWidget()) && QApplication::focusWidget() != next)
         next->setFocus(Qt::OtherFocusReason);
+}
+
+DrivesView* PaneWidget::drives()
+{
+    if (!m_drives) {
+        m_drives = new DrivesView(m_pane, m_stack);
+        m_stack->addWidget(m_drives);
+        m_drives->installEventFilter(this);
+    }
+    return m_drives;
 }
 
 void PaneWidget::openFiles(const FileItems& files)

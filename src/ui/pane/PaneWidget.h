@@ -60,6 +60,8 @@ protected:
 private:
     void showState();
     void openFiles(const FileItems& files);
+    // The drives page, made when This Computer is first shown (most panes never show it).
+    DrivesView* drives();
 
     PaneState* m_pane;
     FileListModel* m_model;
@@ -72,7 +74,7 @@ private:
     FileGridView* m_gridView;
     ColumnsView* m_columnsView;
     QLabel* m_message;
-    DrivesView* m_drives;
+    DrivesView* m_drives = nullptr;
     StatusLine* m_statusLine;
     QWidget* m_activeMark;
 };

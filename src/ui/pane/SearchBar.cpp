@@ -20,7 +20,6 @@ QComboBox* choiceBox(QWidget* parent, const QString& name, std::initializer_list
     box->setToolTip(name);
     for (Enum value : cases)
         box->addItem(title(value), int(value));
-    box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     box->setFocusPolicy(Qt::StrongFocus);
     return box;
 }

@@ -145,6 +145,10 @@ void ColumnsView::rebuild()
     delete m_next;
     m_next = nullptr;
     m_nextFolder = {};
+    // Each side column reads its folder: a pane in another view doesn't read them at every move.
+    m_stale = !isVisible();
+    if (m_stale)
+        return;
     PaneState* pane = m_model->pane();
     if (!pane->listing()) {
         // Every level from the root down to the folder's parent, each marking the way down.
@@ -223,6 +227,8 @@ void ColumnsView::followSelection()
 void ColumnsView::showEvent(QShowEvent* event)
 {
     QScrollArea::showEvent(event);
+    if (m_stale)
+        rebuild();
     followSelection();
     keepInSight();
 }

@@ -3,7 +3,8 @@
 // folder, then a column with the folder under the cursor. The pane's own folder is the column
 // with the keyboard; Left goes out to the enclosing folder, Right into the folder under the
 // cursor, and the view stays in columns while moving (the pane keeps the mode). A click in
-// another column goes to that folder, or reveals the file there.
+// another column goes to that folder, or reveals the file there. The side columns are made only
+// while the view is shown.
 
 #include "ui/views/FileListModel.h"
 
@@ -48,6 +49,7 @@ private:
     QListView* m_next = nullptr;
     FilePath m_nextFolder;
     QTimer m_nextDelay;
+    bool m_stale = true; // the side columns wait for the view to be shown
 };
 
 } // namespace orwick
