@@ -1,7 +1,8 @@
 // The picture tools in a real window, on pictures the tests draw with QImage: the commands are
 // on for pictures and dimmed with a reason for other files; converting makes a file beside the
 // picture and undo moves it to the Trash; image sets, Combine into PDF, Copy Image, the Resize
-// dialog driven by keys, the picture context menu and the recognized text shown whole.
+// dialog driven by keys, the picture context menu, a turned picture's thumbnail and the
+// recognized text shown whole.
 
 #include "WindowFixture.h"
 
@@ -11,11 +12,13 @@
 #include "platform/XdgPaths.h"
 #include "ui/images/RecognizedTextSheet.h"
 #include "ui/images/ResizeDialog.h"
+#include "ui/views/Thumbnails.h"
 #include "ui/window/CommandMenus.h"
 
 #include <QBuffer>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -27,12 +30,14 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTimer>
+#include <thread>
 
 namespace orwick::test {
 namespace {
 
 const QStringList kPictureCommands{"copyImage", "imageSets", "removeLocation", "removeMetadata", "copyText", "combinePDF",
-                                   "image.convert.png", "image.resize"};
+                                   "image.convert.png", "image.resize", "image.rotate.left", "image.rotate.right",
+                                   "image.flip.horizontal", "image.flip.vertical"};
 
 struct ImageWindowTest : WindowTest {
     // A picture of `size` in `format`, a colour gradient so that its pixels tell where they came from.
@@ -274,10 +279,53 @@ TEST_F(ImageWindowTest, TheContextMenuOfAPictureHasTheImageTools)
     EXPECT_TRUE(onPicture.contains(QStringLiteral("  Convert to PNG")));
     EXPECT_TRUE(onPicture.contains(QStringLiteral("  Resize…")));
     EXPECT_TRUE(onPicture.contains(QStringLiteral("  Make Image Sets (@1x @2x @3x)")));
+    for (const char* turn : {"  Rotate Left", "  Rotate Right", "  Flip Horizontal", "  Flip Vertical"})
+        EXPECT_TRUE(onPicture.contains(QString::fromUtf8(turn))) << turn;
     select(notes);
     const QStringList onText = menuTitles();
     EXPECT_FALSE(onText.isEmpty());
     EXPECT_FALSE(onText.contains(QStringLiteral("Image")) || onText.contains(QStringLiteral("Copy Image"))) << onText.join(u'|').toStdString();
+}
+
+TEST_F(ImageWindowTest, ATurnedPictureShowsTurnedInItsThumbnailAndUndoTurnsItBack)
+{
+    const FilePath photo = picture("photo.jpg", {64, 32}, "JPEG");
+    // A photo taken earlier: the kernel stamps files in clock ticks of a few milliseconds, and
+    // the test is faster than that.
+    {
+        QFile file(photo.text());
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-3600), QFileDevice::FileModificationTime));
+    }
+    open(tree.root());
+    select(photo);
+    Thumbnails thumbnails;
+    // The thumbnail of the pane's item as it is now, once made.
+    const auto thumbnailSize = [&] {
+        QImage made;
+        EXPECT_TRUE(waitUntil([&] {
+            made = thumbnails.thumbnail(*pane()->item(photo), 256);
+            return !made.isNull();
+        }));
+        return made.size();
+    };
+    EXPECT_EQ(thumbnailSize(), QSize(64, 32));
+    const Timestamp before = pane()->item(photo)->modified;
+
+    ASSERT_TRUE(CommandCatalog::run(QStringLiteral("image.rotate.right"), *state));
+    settle();
+    EXPECT_EQ(toast(), QStringLiteral("Rotated photo.jpg"));
+    // The pane hears of the change and the new modification time makes a new thumbnail.
+    ASSERT_TRUE(waitUntil([&] { return pane()->item(photo) && pane()->item(photo)->modified != before; }));
+    EXPECT_EQ(thumbnailSize(), QSize(32, 64));
+
+    // A person's undo comes later than a clock tick after the turn.
+    const Timestamp turned = pane()->item(photo)->modified;
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    state->undoStack()->undo();
+    settle();
+    ASSERT_TRUE(waitUntil([&] { return pane()->item(photo)->modified != turned; }));
+    EXPECT_EQ(thumbnailSize(), QSize(64, 32));
 }
 
 TEST_F(ImageWindowTest, CopyTextPutsTheTextOnTheClipboardAndShowsItWhole)
