@@ -264,6 +264,22 @@ TEST_F(PaneViewsTest, SideColumnsAreMadeOnlyWhileTheColumnsAreShown)
     EXPECT_EQ(sideColumns(), 0) << "the columns went with the move made in the list";
 }
 
+// Most panes are never shown as a table: it is made the first time it is asked for.
+TEST_F(PaneViewsTest, TheTableIsMadeWhenFirstShown)
+{
+    ASSERT_NE(pane->viewMode(), ViewMode::table);
+    EXPECT_EQ(widget->findChild<FileTableView*>(), nullptr);
+    EXPECT_FALSE(widget->hasTableView());
+    pressInView(Qt::Key_4, Qt::ControlModifier);
+    ASSERT_EQ(pane->viewMode(), ViewMode::table);
+    auto* table = widget->findChild<FileTableView*>();
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(widget->itemsView(), table);
+    EXPECT_TRUE(table->isVisible());
+    EXPECT_EQ(table->model()->rowCount(), pane->items().size());
+    EXPECT_TRUE(table->hasFocus()) << "the keys went along to the new view";
+}
+
 TEST_F(PaneViewsTest, FilterFieldNarrowsAndEscapeClears)
 {
     pressInView(Qt::Key_F, Qt::ControlModifier);

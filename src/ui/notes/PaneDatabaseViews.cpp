@@ -42,7 +42,7 @@ PaneDatabaseViews::PaneDatabaseViews(PaneWidget* widget, FileProperties* store, 
                                      std::function<void(const QString&)> toast)
     : QObject(widget), m_widget(widget), m_store(store), m_undo(undo), m_toast(std::move(toast))
 {
-    m_stack = qobject_cast<QStackedWidget*>(widget->tableView()->parentWidget());
+    m_stack = qobject_cast<QStackedWidget*>(widget->listView()->parentWidget());
     PaneState* pane = widget->pane();
     // After the pane widget's own handlers (connected first), so the view stays on top.
     connect(pane, &PaneState::locationChanged, this, [this] {

@@ -26,28 +26,12 @@ PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* sto
 {
     PaneState* pane = widget->pane();
     m_undo = undo;
-    m_columns = new PropertyColumnsModel(store, FileListModel::UrlRole, this);
-    m_columns->setRowRoles({FileListModel::UrlRole, FileListModel::SelectedRole, FileListModel::CursorRole,
-                            FileListModel::HeadingRole, FileListModel::HiddenRole});
-    m_columns->setFolderItems([pane = QPointer(pane)] { return pane ? pane->unsortedItems() : FileItems(); });
-    m_columns->setSourceModel(widget->model());
-    m_columns->setUndoStack(undo);
-    widget->tableView()->setItemDelegate(new PropertyCellDelegate(widget->tableView()));
-    widget->tableView()->showModel(m_columns);
-    m_header = new PropertyHeaderLayout(widget->tableView()->header(), m_columns, store, this);
-    connect(m_columns, &QAbstractItemModel::modelReset, this, &PaneNotesDecoration::followSortColumn);
-    connect(m_header, &PropertyHeaderLayout::saveFailed, this, toast);
-    // Property cells edit in place: F2 or a double click on a property cell (elsewhere a
-    // double click still opens the row).
-    widget->tableView()->setEditTriggers(QAbstractItemView::EditKeyPressed);
-
     m_chips = new FilterChipsBar(store, widget);
     if (auto* layout = qobject_cast<QVBoxLayout*>(widget->layout())) {
-        const int viewsAt = layout->indexOf(widget->tableView()->parentWidget());
+        const int viewsAt = layout->indexOf(widget->listView()->parentWidget());
         layout->insertWidget(viewsAt < 0 ? layout->count() : viewsAt, m_chips);
     }
 
-    connect(m_columns, &PropertyColumnsModel::writeFailed, this, toast);
     connect(m_chips, &FilterChipsBar::saveFailed, this, toast);
     // Queued: an editor that commits while the window closes must not rebuild widgets that are
     // going; the call is dropped with this decoration.
@@ -64,15 +48,10 @@ PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* sto
     connect(pane, &PaneState::viewModeChanged, this, &PaneNotesDecoration::updateChips);
     m_paneSort = {pane->sortKey(), pane->sortAscending(), pane->groupByDate()};
     connect(pane, &PaneState::arrangementOptionsChanged, this, &PaneNotesDecoration::paneSortChosen);
-    QHeaderView* header = widget->tableView()->header();
-    connect(header, &QHeaderView::sectionClicked, this, &PaneNotesDecoration::headerClicked);
-    header->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(header, &QWidget::customContextMenuRequested, this, [this, header](const QPoint& at) {
-        QMenu menu;
-        fillHeaderMenu(&menu, headerMenuContext(header->logicalIndexAt(at)));
-        if (!menu.isEmpty())
-            menu.exec(header->mapToGlobal(at));
-    });
+    // The table's columns are set up when the pane first shows a table.
+    if (widget->hasTableView())
+        decorateTable(widget->tableView());
+    connect(widget, &PaneWidget::tableViewMade, this, &PaneNotesDecoration::decorateTable);
 
     // Filters and the property sort, applied to every arrangement of this pane.
     pane->setPropertySource([self = QPointer(this)](ArrangeInput& input) {
@@ -82,6 +61,38 @@ PaneNotesDecoration::PaneNotesDecoration(PaneWidget* widget, FileProperties* sto
     locationChanged();
     if (!pane->isLoading())
         loadingChanged();
+}
+
+void PaneNotesDecoration::decorateTable(FileTableView* table)
+{
+    PaneState* pane = m_widget->pane();
+    m_columns = new PropertyColumnsModel(m_store, FileListModel::UrlRole, this);
+    m_columns->setRowRoles({FileListModel::UrlRole, FileListModel::SelectedRole, FileListModel::CursorRole,
+                            FileListModel::HeadingRole, FileListModel::HiddenRole});
+    m_columns->setFolderItems([pane = QPointer(pane)] { return pane ? pane->unsortedItems() : FileItems(); });
+    m_columns->setSourceModel(m_widget->model());
+    m_columns->setUndoStack(m_undo);
+    table->setItemDelegate(new PropertyCellDelegate(table));
+    table->showModel(m_columns);
+    m_header = new PropertyHeaderLayout(table->header(), m_columns, m_store, this);
+    connect(m_columns, &QAbstractItemModel::modelReset, this, &PaneNotesDecoration::followSortColumn);
+    connect(m_header, &PropertyHeaderLayout::saveFailed, this, m_toast);
+    // Property cells edit in place: F2 or a double click on a property cell (elsewhere a
+    // double click still opens the row).
+    table->setEditTriggers(QAbstractItemView::EditKeyPressed);
+    connect(m_columns, &PropertyColumnsModel::writeFailed, this, m_toast);
+    QHeaderView* header = table->header();
+    connect(header, &QHeaderView::sectionClicked, this, &PaneNotesDecoration::headerClicked);
+    header->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header, &QWidget::customContextMenuRequested, this, [this, header](const QPoint& at) {
+        QMenu menu;
+        fillHeaderMenu(&menu, headerMenuContext(header->logicalIndexAt(at)));
+        if (!menu.isEmpty())
+            menu.exec(header->mapToGlobal(at));
+    });
+    m_columns->setFolder(m_folder);
+    m_header->setFolder(m_folder);
+    showSort();
 }
 
 void PaneNotesDecoration::attach(MainWindow* window, FileProperties* store)
@@ -124,8 +135,10 @@ void PaneNotesDecoration::locationChanged()
     m_folder = folder;
     m_sortKey.reset();
     showSort();
-    m_columns->setFolder(m_folder);
-    m_header->setFolder(m_folder);
+    if (m_columns) {
+        m_columns->setFolder(m_folder);
+        m_header->setFolder(m_folder);
+    }
     updateChips();
 }
 
@@ -188,13 +201,14 @@ void PaneNotesDecoration::showSort()
         return;
     const Qt::SortOrder order = m_sortAscending ? Qt::AscendingOrder : Qt::DescendingOrder;
     std::optional<int> column;
-    if (m_sortKey) {
+    if (m_sortKey && m_columns) {
         column = -1;
         for (int c = m_columns->firstPropertyColumn(); c < m_columns->columnCount(); ++c)
             if (m_columns->propertyColumn(c)->key == *m_sortKey)
                 column = c;
     }
-    m_widget->tableView()->setOutsideSort(column, order);
+    if (m_widget->hasTableView())
+        m_widget->tableView()->setOutsideSort(column, order);
     m_widget->listView()->setOutsideSort(m_sortKey ? std::optional(-1) : std::nullopt, order);
 }
 
@@ -235,7 +249,7 @@ HeaderMenuContext PaneNotesDecoration::headerMenuContext(int column) const
     context.folder = m_folder;
     if (m_widget)
         context.items = m_widget->pane()->unsortedItems();
-    if (const PropertyColumn* property = m_columns->propertyColumn(column))
+    if (const PropertyColumn* property = m_columns ? m_columns->propertyColumn(column) : nullptr)
         context.key = property->key;
     QPointer<PaneWidget> widget = m_widget;
     context.ask = [widget](const QString& title, const QString& label, const QString& text) -> std::optional<QString> {

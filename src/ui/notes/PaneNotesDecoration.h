@@ -25,6 +25,7 @@ class QPoint;
 namespace orwick {
 
 class FileProperties;
+class FileTableView;
 class FilterChipsBar;
 class MainWindow;
 class PaneWidget;
@@ -43,6 +44,7 @@ public:
     // The decoration of a pane widget, if it has one.
     static PaneNotesDecoration* of(const PaneWidget* widget);
 
+    // The table's property columns and header: null until the pane first shows a table.
     PropertyColumnsModel* columnsModel() const { return m_columns; }
     PropertyHeaderLayout* headerLayout() const { return m_header; }
     // What the header's menu acts on when opened over `column` (a logical section).
@@ -54,6 +56,8 @@ public:
 private:
     // Drops the rows the folder's filters reject and sorts by the chosen property.
     void adjust(ArrangeInput& input) const;
+    // The table's property columns, header menu and cell editing, once the table is made.
+    void decorateTable(FileTableView* table);
     void locationChanged();
     void loadingChanged();
     void valuesChanged();
@@ -72,8 +76,8 @@ private:
     QPointer<FileProperties> m_store;
     std::function<void(const QString&)> m_toast;
     QPointer<QUndoStack> m_undo;
-    PropertyColumnsModel* m_columns;
-    PropertyHeaderLayout* m_header;
+    PropertyColumnsModel* m_columns = nullptr;
+    PropertyHeaderLayout* m_header = nullptr;
     FilterChipsBar* m_chips;
     FilePath m_folder;
     std::optional<QString> m_sortKey;

@@ -37,7 +37,6 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     m_filterBar = new FilterBar(pane, this);
     m_searchBar = new SearchBar(pane, this);
     m_listView = new FileListView(m_model, m_stack);
-    m_tableView = new FileTableView(m_model, m_stack);
     m_gridView = new FileGridView(m_model, m_stack);
     m_columnsView = new ColumnsView(m_model, m_stack);
     m_message = new QLabel(m_stack);
@@ -48,7 +47,6 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     font.setPointSizeF(font.pointSizeF() * 1.2);
     m_message->setFont(font);
     m_stack->addWidget(m_listView);
-    m_stack->addWidget(m_tableView);
     m_stack->addWidget(m_gridView);
     m_stack->addWidget(m_columnsView);
     m_stack->addWidget(m_message);
@@ -70,19 +68,14 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
 
     // The message label keeps the keys working (Back, Up) where there is no list.
     m_message->installEventFilter(this);
-    for (QWidget* view : {static_cast<QWidget*>(m_listView), static_cast<QWidget*>(m_tableView),
-                          static_cast<QWidget*>(m_gridView), static_cast<QWidget*>(m_columnsView->currentColumn())})
+    for (QWidget* view : {static_cast<QWidget*>(m_listView), static_cast<QWidget*>(m_gridView),
+                          static_cast<QWidget*>(m_columnsView->currentColumn())})
         view->installEventFilter(this);
     // Every view drags its rows and takes drops; an empty folder's text takes drops too.
-    QList<ViewDragDrop*> dragDrops = {new ViewDragDrop(m_listView, pane), new ViewDragDrop(m_tableView, pane),
-                                      new ViewDragDrop(m_gridView, pane), new ViewDragDrop(m_columnsView->currentColumn(), pane),
-                                      new ViewDragDrop(m_message, pane)};
-    for (ViewDragDrop* dragDrop : dragDrops)
-        connect(dragDrop, &ViewDragDrop::dropped, this, &PaneWidget::filesDropped);
-    // Every view asks for the context menu the same ways.
-    for (QAbstractItemView* view : {static_cast<QAbstractItemView*>(m_listView), static_cast<QAbstractItemView*>(m_tableView),
-                                    static_cast<QAbstractItemView*>(m_gridView), static_cast<QAbstractItemView*>(m_columnsView->currentColumn())})
-        connect(new ViewContextMenu(view, pane), &ViewContextMenu::requested, this, &PaneWidget::contextMenuRequested);
+    for (QAbstractItemView* view : {static_cast<QAbstractItemView*>(m_listView), static_cast<QAbstractItemView*>(m_gridView),
+                                    static_cast<QAbstractItemView*>(m_columnsView->currentColumn())})
+        takeInputOf(view);
+    connect(new ViewDragDrop(m_message, pane), &ViewDragDrop::dropped, this, &PaneWidget::filesDropped);
 
     connect(pane, &PaneState::itemsChanged, this, &PaneWidget::showState);
     connect(pane, &PaneState::locationChanged, this, &PaneWidget::showState);
@@ -102,14 +95,33 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     showState();
 }
 
+// Every view drags its rows and takes drops, and asks for the context menu the same ways.
+void PaneWidget::takeInputOf(QAbstractItemView* view)
+{
+    connect(new ViewDragDrop(view, m_pane), &ViewDragDrop::dropped, this, &PaneWidget::filesDropped);
+    connect(new ViewContextMenu(view, m_pane), &ViewContextMenu::requested, this, &PaneWidget::contextMenuRequested);
+}
+
+FileTableView* PaneWidget::tableView()
+{
+    if (!m_tableView) {
+        m_tableView = new FileTableView(m_model, m_stack);
+        m_stack->addWidget(m_tableView);
+        m_tableView->installEventFilter(this);
+        takeInputOf(m_tableView);
+        Q_EMIT tableViewMade(m_tableView);
+    }
+    return m_tableView;
+}
+
 QWidget* PaneWidget::focusTarget() const { return m_stack->currentWidget(); }
 
-QWidget* PaneWidget::itemsView() const
+QWidget* PaneWidget::itemsView()
 {
     switch (m_pane->viewMode()) {
     case ViewMode::grid: return m_gridView;
     case ViewMode::columns: return m_columnsView;
-    case ViewMode::table: return m_tableView;
+    case ViewMode::table: return tableView();
     case ViewMode::list: break;
     }
     return m_listView;

@@ -6,6 +6,7 @@
 
 #include <QWidget>
 
+class QAbstractItemView;
 class QLabel;
 class QStackedWidget;
 
@@ -30,13 +31,16 @@ public:
     PaneState* pane() const { return m_pane; }
     FileListModel* model() const { return m_model; }
     FileListView* listView() const { return m_listView; }
-    FileTableView* tableView() const { return m_tableView; }
+    // The table, made when first asked for (most panes are never shown as a table): see
+    // tableViewMade.
+    FileTableView* tableView();
+    bool hasTableView() const { return m_tableView != nullptr; }
     FileGridView* gridView() const { return m_gridView; }
     ColumnsView* columnsView() const { return m_columnsView; }
     FilterBar* filterBar() const { return m_filterBar; }
     SearchBar* searchBar() const { return m_searchBar; }
     // The view of the pane's view mode (list, table, grid or columns).
-    QWidget* itemsView() const;
+    QWidget* itemsView();
     StatusLine* statusLine() const { return m_statusLine; }
     // The widget that takes the keyboard for this pane now.
     QWidget* focusTarget() const;
@@ -47,6 +51,8 @@ public:
 Q_SIGNALS:
     void messageRequested(const QString& message);
     void activated(); // the pane got the keyboard or a click
+    // The table view was made, for what decorates it.
+    void tableViewMade(orwick::FileTableView* view);
     // Files were dropped on one of the pane's views, into `folder` (see ViewDragDrop).
     void filesDropped(const QList<QUrl>& urls, const orwick::FilePath& folder, Qt::KeyboardModifiers modifiers);
     // One of the pane's views wants the context menu at `globalPosition`: a right click, the Menu
@@ -60,6 +66,7 @@ protected:
 private:
     void showState();
     void openFiles(const FileItems& files);
+    void takeInputOf(QAbstractItemView* view);
     // The drives page, made when This Computer is first shown (most panes never show it).
     DrivesView* drives();
 
@@ -70,7 +77,7 @@ private:
     SearchBar* m_searchBar;
     QStackedWidget* m_stack;
     FileListView* m_listView;
-    FileTableView* m_tableView;
+    FileTableView* m_tableView = nullptr;
     FileGridView* m_gridView;
     ColumnsView* m_columnsView;
     QLabel* m_message;
