@@ -15,6 +15,7 @@
 #include <QImageReader>
 #include <QUndoStack>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 #include <gtest/gtest.h>
 
 using namespace orwick;
@@ -169,10 +170,21 @@ TEST_F(TurnPicturesTest, TurningIsOneUndoStepThatBringsBackEveryPictureExactly)
     const FilePath png = tree.file("Turn/plan.png", picture("PNG"));
     const FilePath jpeg = tree.file("Turn/photo.jpg", picture("JPEG"));
     const QByteArray pngBefore = bytesOf(png), jpegBefore = bytesOf(jpeg);
+    ASSERT_EQ(::chmod(png.c_str(), 0640), 0);
+    const bool takesAttributes = ::setxattr(png.c_str(), "user.xdg.comment", "plan", 4, 0) == 0; // not every disk does
     openWithHandlers(folder);
     selectAll({png, jpeg});
     imageActions::turn(*window, PictureTurn::right);
     settle();
+    // Still the same file to the user: its mode and extended attributes stay.
+    struct stat st {};
+    ASSERT_EQ(::stat(png.c_str(), &st), 0);
+    EXPECT_EQ(st.st_mode & 07777, 0640u);
+    if (takesAttributes) {
+        char comment[16] = {};
+        EXPECT_EQ(::getxattr(png.c_str(), "user.xdg.comment", comment, sizeof comment), 4);
+        EXPECT_STREQ(comment, "plan");
+    }
     EXPECT_TRUE(reports.isEmpty()) << reports.value(0).errors.join('\n').toStdString();
     EXPECT_EQ(toasts, QStringList{QStringLiteral("Rotated 2 files")});
     EXPECT_EQ(QImage(png.text()).size(), QSize(20, 40));
@@ -235,4 +247,48 @@ TEST_F(TurnPicturesTest, APictureOnAReadOnlyDiskIsReportedAndLeftAsItWas)
     EXPECT_EQ(reports.first().done, 0);
     EXPECT_EQ(bytesOf(photo), before);
     window.reset(); // the pane lets go of the disk before it is unmounted
+}
+
+TEST_F(TurnPicturesTest, ACancelLeavesEveryPictureWholeAndUndoCoversWhatWasTurned)
+{
+    const FilePath folder = tree.folder("Many");
+    QImage image(600, 400, QImage::Format_RGB32);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, qRgb(x % 256, y % 256, (x * y) % 256)); // slow to compress: the cancel comes midway
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    ASSERT_TRUE(image.save(&buffer, "PNG"));
+    QList<FilePath> pictures;
+    for (int i = 0; i < 40; ++i)
+        pictures.append(tree.file(QStringLiteral("Many/%1.png").arg(i, 2, 10, QLatin1Char('0')), png));
+    openWithHandlers(folder);
+    selectAll(pictures);
+    imageActions::turn(*window, PictureTurn::right);
+    ASSERT_FALSE(FileOperations::shared().jobs().isEmpty());
+    const quint64 job = FileOperations::shared().jobs().first().id;
+    ASSERT_TRUE(test::waitUntil([&] { return QImage(pictures.first().text()).width() == 400; }, 20000));
+    FileOperations::shared().cancelJob(job);
+    settle();
+
+    ASSERT_EQ(reports.size(), 1);
+    EXPECT_TRUE(reports.first().cancelled);
+    EXPECT_TRUE(reports.first().errors.isEmpty()) << reports.first().errors.join('\n').toStdString();
+    int turned = 0;
+    for (const FilePath& picture : pictures) {
+        const QByteArray bytes = bytesOf(picture);
+        if (bytes == png)
+            continue;
+        EXPECT_EQ(QImage::fromData(bytes).size(), QSize(400, 600)) << picture.fileName().toStdString() << ": old or turned, never half";
+        ++turned;
+    }
+    EXPECT_EQ(turned, reports.first().done) << "what was turned is what is counted";
+    EXPECT_LT(turned, pictures.size()) << "the cancel came before the last picture";
+    EXPECT_TRUE(QDir(folder.text()).entryList(QDir::Hidden | QDir::Files).size() == pictures.size()) << "no temporary file left";
+
+    window->undoStack()->undo();
+    settle();
+    for (const FilePath& picture : pictures)
+        EXPECT_EQ(bytesOf(picture), png) << picture.fileName().toStdString();
 }
