@@ -470,6 +470,19 @@ TEST_F(PaneListColumnsTest, TheTrashShowsWhereEachItemCameFromAndWhenItWasDelete
     EXPECT_TRUE(head->isSectionHidden(FileListModel::DeletedColumn));
     EXPECT_EQ(pane->sortKey(), SortKey::name);
     EXPECT_EQ(head->sortIndicatorSection(), int(FileListModel::NameColumn));
+
+    // A width the user gives a Trash column is still its width the next time the Trash shows.
+    pane->show(Listing::of(Listing::Kind::trash));
+    ASSERT_TRUE(waitUntil([&] { return !pane->isLoading() && pane->items().size() == 3; }));
+    QApplication::processEvents();
+    const int wide = head->sectionSize(FileListModel::OriginalLocationColumn) + 57;
+    head->resizeSection(FileListModel::OriginalLocationColumn, wide);
+    pane->navigate(tree.root());
+    ASSERT_TRUE(waitUntil([&] { return !pane->isLoading() && pane->items().size() == 7; }));
+    pane->show(Listing::of(Listing::Kind::trash));
+    ASSERT_TRUE(waitUntil([&] { return !pane->isLoading() && pane->items().size() == 3; }));
+    QApplication::processEvents();
+    EXPECT_EQ(head->sectionSize(FileListModel::OriginalLocationColumn), wide);
 }
 
 TEST_F(PaneListColumnsTest, ASizeKeepsAGutterBeforeTheKind)

@@ -41,8 +41,11 @@ FileListView::FileListView(FileListModel* model, QWidget* parent) : QTreeView(pa
     fitColumns();
     // The header's own later passes size a column it hid to nothing; only a shown width is the user's.
     connect(head, &QHeaderView::sectionResized, this, [this](int column, int, int newSize) {
-        if (!m_fitting && column != FileListModel::NameColumn && newSize > 0 && !header()->isSectionHidden(column))
-            m_userSized = true;
+        if (m_fitting || column == FileListModel::NameColumn || newSize <= 0 || header()->isSectionHidden(column))
+            return;
+        m_userSized = true;
+        if (FileListModel::isTrashColumn(column))
+            m_trashWidths.insert(column, newSize);
     });
     head->setSectionsClickable(true);
     head->setSortIndicatorShown(true);
@@ -203,10 +206,10 @@ void FileListView::fitColumns()
     m_fitting = true;
     if (m_userSized) { // the user's widths, and every column in sight
         for (const Wanted& column : wanted) {
-            // The Trash's columns come back at their own width whenever the Trash is shown.
+            // The Trash's columns come back at the width the user gave them, else their own.
             const bool appears = head->isSectionHidden(column.column) && FileListModel::isTrashColumn(column.column);
             if (place(column.column, true) && appears)
-                head->resizeSection(column.column, column.preferred);
+                head->resizeSection(column.column, m_trashWidths.value(column.column, column.preferred));
         }
         m_fitting = false;
         return;

@@ -12,6 +12,7 @@
 
 #include "ui/views/FileListModel.h"
 
+#include <QHash>
 #include <QSet>
 #include <QTreeView>
 
@@ -51,6 +52,7 @@ private:
     FileListModel* m_model;
     bool m_fitting = false;
     bool m_userSized = false;
+    QHash<int, int> m_trashWidths; // the Trash's columns as the user sized them, while they're away
     QSet<int> m_leftOut; // see leaveOut()
     bool m_showsTrash = false; // the Trash's columns belong: the pane shows the Trash
     bool m_vimPendingG = false;
