@@ -79,11 +79,13 @@ QJsonDocument Shelf::toJson(const QList<FilePath>& items)
     return QJsonDocument(root);
 }
 
-Result<QList<FilePath>> Shelf::update(const StoreFile& store, const QList<Change>& changes)
+Result<QList<FilePath>> Shelf::update(const StoreFile& store, const QList<Change>& changes, QList<FilePath>* before)
 {
     QList<FilePath> merged;
     const auto written = store.update([&](const std::optional<QJsonDocument>& onDisk) {
         merged = onDisk ? fromJson(*onDisk) : QList<FilePath>();
+        if (before)
+            *before = merged;
         for (const Change& change : changes)
             merged = apply(std::move(merged), change);
         return toJson(merged);

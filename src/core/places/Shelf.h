@@ -76,7 +76,9 @@ public:
     static QList<FilePath> fromJson(const QJsonDocument& document);
     static QJsonDocument toJson(const QList<FilePath>& items);
     // Applies `changes` to what is on disk, under the file's lock; returns the shelf written.
-    [[nodiscard]] static Result<QList<FilePath>> update(const StoreFile& store, const QList<Change>& changes);
+    // `before`, when given, gets what was on disk first.
+    [[nodiscard]] static Result<QList<FilePath>> update(const StoreFile& store, const QList<Change>& changes,
+                                                        QList<FilePath>* before = nullptr);
 
 Q_SIGNALS:
     void itemsChanged();

@@ -42,6 +42,9 @@ ShelfList::ShelfList(WindowState* window, QWidget* parent) : QFrame(parent, Qt::
     QPalette colors = palette();
     colors.setColor(QPalette::Window, theme::elevated());
     colors.setColor(QPalette::Base, theme::elevated());
+    // The rows' labels keep their own colours, so a selected row gets the soft selection tint.
+    colors.setColor(QPalette::Highlight, theme::selection());
+    colors.setColor(QPalette::HighlightedText, theme::text());
     setPalette(colors);
     setAutoFillBackground(true);
 
@@ -91,7 +94,6 @@ ShelfList::ShelfList(WindowState* window, QWidget* parent) : QFrame(parent, Qt::
 
     connect(&Shelf::shared(), &Shelf::itemsChanged, this, &ShelfList::fill);
     fill();
-    resize(380, 320);
 }
 
 QList<FilePath> ShelfList::shownItems() const
@@ -124,6 +126,10 @@ void ShelfList::fill()
     m_copy->setEnabled(shelfActions::canLand(*m_window));
     m_move->setEnabled(shelfActions::canLand(*m_window));
     m_clear->setEnabled(shelfActions::canClear(*m_window));
+    // As tall as the rows need, up to a dozen; the list scrolls beyond.
+    const int rowsShown = std::clamp<int>(int(items.size()), 1, 12);
+    m_rows->setFixedHeight(rowsShown * std::max(theme::rowHeight(), 28) + 2 * m_rows->frameWidth() + 2);
+    adjustSize();
 }
 
 QWidget* ShelfList::rowWidget(const FilePath& item)
@@ -136,12 +142,13 @@ QWidget* ShelfList::rowWidget(const FilePath& item)
     auto* icon = new QLabel(widget);
     icon->setPixmap(categoryIcon(categorize(item, isFolder, false)).pixmap(16, 16, gone ? QIcon::Disabled : QIcon::Normal));
     auto* name = new QLabel(widget);
-    const QString where = item.parent().text();
+    // The folder's name is enough beside the item's; the whole path is the row's tooltip.
+    const QString where = item.parent().isRoot() ? QStringLiteral("/") : item.parent().fileName();
     name->setText(QStringLiteral("%1  <span style=\"color:%2\">%3</span>")
                       .arg(item.fileName().toHtmlEscaped(), (gone ? theme::faintText() : theme::dimText()).name(),
-                           gone ? QStringLiteral("is gone") : where.toHtmlEscaped()));
+                           gone ? QStringLiteral("is gone") : QStringLiteral("in ") + where.toHtmlEscaped()));
     name->setTextFormat(Qt::RichText);
-    name->setMinimumWidth(0);
+    name->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // a long name is cut, not widening the list
     auto* remove = new QToolButton(widget);
     remove->setText(QStringLiteral("×"));
     remove->setAutoRaise(true);

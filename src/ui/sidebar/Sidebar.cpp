@@ -18,6 +18,7 @@
 #include <QStandardPaths>
 #include <QStorageInfo>
 #include <QTimer>
+#include <QHBoxLayout>
 #include <QVBoxLayout>
 
 namespace orwick {
@@ -34,7 +35,10 @@ Sidebar::Sidebar(WindowState* window, SidebarStore* store, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 6, 0, 0);
     layout->addWidget(m_view);
-    layout->addWidget(new ShelfButton(window, this));
+    auto* shelf = new QHBoxLayout; // the shelf's entry, at the foot
+    shelf->setContentsMargins(6, 2, 6, 4);
+    shelf->addWidget(new ShelfButton(window, this));
+    layout->addLayout(shelf);
     setAutoFillBackground(true);
     theme::whenChanged(this, [this] { // the sidebar's own ground, from each theme
         for (QWidget* widget : {static_cast<QWidget*>(this), static_cast<QWidget*>(m_view)}) {
