@@ -116,6 +116,7 @@ Action toOther(FileOperations::Mode mode)
     return [mode](WindowState& w) { w.files().transferSelectionToOtherPane(mode); };
 }
 // F5 and F6 need a second pane; Copy to… and Move to… ask for any folder.
+const char* kOnlyInTrash = "Only the Trash has this column";
 const char* kNoOtherPane = "Needs a selection, and another pane showing a folder";
 const Predicate hasSelectedFolders = [](const WindowState& w) { return !w.selectedFolders().isEmpty(); };
 
@@ -527,6 +528,16 @@ QList<AppCommand> generated()
         list.append(make(s.id, s.title, "arrow.up.arrow.down", keys(Qt::CTRL | Qt::ALT | s.digit), "order arrange",
                          [key](WindowState& w) { w.activePane()->sort(key); }));
     }
+    // The Trash's own columns, while the Trash is shown.
+    const Predicate showsTrash = [](const WindowState& w) { return w.activePane()->showsTrash(); };
+    list.append(withNote(make("sort.originalLocation", "Sort by Original Location", "arrow.up.arrow.down", keys(Qt::CTRL | Qt::ALT | Qt::Key_5),
+                              "order arrange trash deleted from where put back",
+                              [](WindowState& w) { w.activePane()->sort(SortKey::originalLocation); }, showsTrash),
+                         kOnlyInTrash));
+    list.append(withNote(make("sort.dateDeleted", "Sort by Date Deleted", "arrow.up.arrow.down", keys(Qt::CTRL | Qt::ALT | Qt::Key_6),
+                              "order arrange trash deleted when recently removed",
+                              [](WindowState& w) { w.activePane()->sort(SortKey::dateDeleted); }, showsTrash),
+                         kOnlyInTrash));
     return list;
 }
 

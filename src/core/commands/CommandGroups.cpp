@@ -30,7 +30,7 @@ const QList<Group>& menus()
           "selectAll", "selectNone", "deselectOrCloseFilter", "invertSelection", "selectByPattern", "deselectByPattern", "-", "filter", "search", "saveSearch", "-",
           "customize"}},
         {QStringLiteral("View"),
-         {"view.grid", "view.list", "view.columns", "view.table", "view.board", "view.calendar", "view.gallery", "view.tasks", "-", "sort.name", "sort.modified", "sort.size", "sort.kind", "groupByDate",
+         {"view.grid", "view.list", "view.columns", "view.table", "view.board", "view.calendar", "view.gallery", "view.tasks", "-", "sort.name", "sort.modified", "sort.size", "sort.kind", "sort.originalLocation", "sort.dateDeleted", "groupByDate",
           "-", "hiddenFiles", "hideIgnored", "biggerIcons", "smallerIcons", "folderSizes", "reload", "-", "toggleSidebar", "focusSidebar",
           "togglePreview", "expandPreview", "toggleTerminal", "focusTerminal", "newTerminal", "closeTerminal"}},
         {QStringLiteral("Go"),

@@ -64,3 +64,19 @@ TEST_F(PaneKeyCommandsTest, EscapeDropsTheSelectionThenClosesTheFilter)
 }
 
 } // namespace
+
+// The Trash's columns sort from the keyboard too, and only where they are.
+TEST_F(PaneKeyCommandsTest, TheTrashsColumnsSortOnlyInTheTrash)
+{
+    EXPECT_EQ(ownerOf(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_5)), "sort.originalLocation");
+    EXPECT_EQ(ownerOf(QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_6)), "sort.dateDeleted");
+    PaneState* pane = window->activePane();
+    EXPECT_FALSE(CommandCatalog::run("sort.dateDeleted", *window)) << "a folder has no such column";
+    EXPECT_EQ(pane->sortKey(), SortKey::name);
+    EXPECT_EQ(CommandCatalog::find(QStringLiteral("sort.dateDeleted"))->disabledNote, QStringLiteral("Only the Trash has this column"));
+    pane->show(Listing::of(Listing::Kind::trash));
+    EXPECT_TRUE(CommandCatalog::run("sort.dateDeleted", *window));
+    EXPECT_EQ(pane->sortKey(), SortKey::dateDeleted);
+    EXPECT_TRUE(CommandCatalog::run("sort.originalLocation", *window));
+    EXPECT_EQ(pane->sortKey(), SortKey::originalLocation);
+}
