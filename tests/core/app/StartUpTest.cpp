@@ -9,6 +9,7 @@
 #include "support/TestMain.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
@@ -125,6 +126,34 @@ TEST_F(StartUpFixture, ASecondStartHandsItsFolderToTheFirstAndEndsAtOnce)
     EXPECT_TRUE(says(first, "open: " + path("a.txt") + " (reveal) in window 1\n"));
     EXPECT_TRUE(says(first, "open: rows of " + tree.root().native() + " shown at "));
     EXPECT_EQ(first->state(), QProcess::Running);
+}
+
+// The welcome sheet: the first plain start of a user (no folder, no session) greets, and the
+// preferences store remembers it; a traced start (benchmarks, these tests) is left as it is.
+TEST_F(StartUpFixture, OnlyAnUntracedFirstPlainStartGreetsTheUser)
+{
+    const FilePath config = tree.folder("config");
+    const FilePath settings = config.child(QStringLiteral("Orwick/Orwick.conf"));
+    QProcessEnvironment env = environment();
+    env.insert(QStringLiteral("XDG_CONFIG_HOME"), config.text());
+    env.remove(QStringLiteral("ORWICK_TRACE_OPEN"));
+
+    QProcess traced;
+    QProcessEnvironment measured = env;
+    measured.insert(QStringLiteral("ORWICK_TRACE_STARTUP"), QStringLiteral("quit"));
+    traced.setProcessEnvironment(measured);
+    traced.start(QStringLiteral(ORWICK_PATH), {});
+    ASSERT_TRUE(traced.waitForFinished(20000));
+    EXPECT_TRUE(traced.readAllStandardError().contains("first rows shown after"));
+    EXPECT_FALSE(test::readAll(settings).contains("welcomed")) << test::readAll(settings).toStdString();
+
+    QFile::remove(settings.text()); // the traced start kept its session, which a plain start would reopen
+    auto plain = std::make_unique<QProcess>();
+    plain->setProcessEnvironment(env);
+    plain->start(QStringLiteral(ORWICK_PATH), {});
+    ASSERT_TRUE(plain->waitForStarted(5000));
+    running.push_back(std::move(plain));
+    EXPECT_TRUE(waitUntil([&] { return test::readAll(settings).contains("welcomed=true"); }, 10000)) << test::readAll(settings).toStdString();
 }
 
 TEST_F(StartUpFixture, AFirstStartOnAFileShowsItsFolderWithTheFileSelected)
