@@ -16,6 +16,7 @@
 #include "files/StoredPath.h"
 #include "images/ImageActions.h"
 #include "places/FinderTags.h"
+#include "places/Locations.h"
 #include "places/SidebarStore.h"
 #include "state/FileActions.h"
 #include "state/WindowState.h"
@@ -555,26 +556,38 @@ QList<AppCommand> savedSearches()
     return list;
 }
 
-// "Go to " + each favourite and each folder of the sidebar's groups, once per folder.
+// "Go to " + each favourite, each folder of the sidebar's groups and each drive and server of
+// its Locations, once per folder, with the sidebar row's icon. The drives are the list the
+// sidebar read last: the palette never waits on a mount, and a drive ejected since is gone at
+// the next read. This Computer and the Trash get no row here: "This Computer" and "Open Trash"
+// open those very listings, and the palette would show two rows for one place.
 QList<AppCommand> favorites()
 {
     QList<AppCommand> list;
     QSet<FilePath> seen;
-    auto add = [&](const QString& name, const FilePath& path) {
+    auto add = [&](QLatin1StringView idPrefix, const QString& name, const FilePath& path, const QString& symbol, const char* keywords) {
         if (path.isEmpty() || seen.contains(path))
             return;
         seen.insert(path);
-        AppCommand command = make("", "", "folder", none(), "favorite place sidebar jump", [path](WindowState& w) { w.activePane()->navigate(path); });
-        command.id = QStringLiteral("goToFavorite:") + storedPathText(path);
+        AppCommand command = make("", "", "", none(), keywords, [path](WindowState& w) { w.activePane()->navigate(path); });
+        command.id = idPrefix + storedPathText(path);
         command.title = QStringLiteral("Go to ") + name;
+        command.symbol = symbol;
         list.append(command);
     };
+    const QLatin1StringView favorite("goToFavorite:"), drive("goToDrive:");
     const SidebarStore& store = SidebarStore::shared();
     for (const Place& place : store.allFavorites())
-        add(place.name, place.url);
+        add(favorite, place.name, place.url, place.symbol, "favorite place sidebar jump");
     for (const SidebarGroup& group : store.groups())
         for (const SidebarItem& item : group.items)
-            add(item.name.value_or(item.path.fileName()), item.path);
+            add(favorite, item.name.value_or(item.path.fileName()), item.path, QStringLiteral("folder"), "favorite place sidebar jump");
+    for (const Place& place : Locations::lastReadDrives()) {
+        const char* keywords = place.symbol == QLatin1StringView("network") ? "server share network remote mount location sidebar jump"
+                             : place.symbol == QLatin1StringView("externaldrive") ? "drive disk volume usb stick removable mount location sidebar jump"
+                                                                                  : "drive disk volume partition mount location sidebar jump";
+        add(drive, place.name, place.url, place.symbol, keywords);
+    }
     return list;
 }
 
@@ -612,7 +625,7 @@ const AppCommand* find(const QString& id)
     };
     static QList<AppCommand> places, searches, tags, workspaces, themes, images; // one list each, as each call keeps its own
     QList<AppCommand>* made = nullptr;
-    if (startsWithAny({QLatin1StringView("goToFavorite:")})) {
+    if (startsWithAny({QLatin1StringView("goToFavorite:"), QLatin1StringView("goToDrive:")})) {
         made = &places;
         *made = favorites();
     } else if (startsWithAny({QLatin1StringView("savedSearch.")})) {

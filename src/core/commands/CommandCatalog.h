@@ -14,8 +14,9 @@ namespace CommandCatalog {
 // The fixed commands in catalogue order, built once.
 const QList<AppCommand>& fixed();
 // The fixed commands followed by the generated families (view modes, sort orders, "Go to" the
-// sidebar's favourites and group folders, saved searches, tags, workspaces, themes with the
-// appearances and accents, the image operations, the guide's topics), rebuilt on each call.
+// sidebar's favourites, group folders, drives and servers, saved searches, tags, workspaces,
+// themes with the appearances and accents, the image operations, the guide's topics), rebuilt
+// on each call.
 QList<AppCommand> all(const WindowState& window);
 // A command by id (fixed or generated), or null. A workspace or theme command's pointer holds
 // until the next call.

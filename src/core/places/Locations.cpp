@@ -77,6 +77,17 @@ QList<Place> driveRows()
     return rows;
 }
 
+// The latest drive list read, and by whom (lastReadDrives()).
+struct LastRead {
+    const Locations* reader = nullptr;
+    QList<Place> drives;
+};
+LastRead& lastRead()
+{
+    static LastRead last;
+    return last;
+}
+
 } // namespace
 
 Locations::Locations(QObject* parent) : QObject(parent)
@@ -101,7 +112,11 @@ Locations::~Locations()
 {
     if (m_reading)
         m_reading->abandoned = true;
+    if (lastRead().reader == this)
+        lastRead() = {};
 }
+
+QList<Place> Locations::lastReadDrives() { return lastRead().drives; }
 
 int Locations::countTrashItems(const FilePath& trash)
 {
@@ -131,6 +146,7 @@ void Locations::refresh()
             locations.m_trashCount = trashCount;
             locations.m_stale = false;
             locations.m_hasRead = true;
+            lastRead() = {&locations, locations.m_drives};
             if (!same)
                 Q_EMIT locations.changed();
         });

@@ -40,6 +40,12 @@ public:
 
     void refresh();
 
+    // The drives the latest read of any Locations found, for what lists them without a sidebar
+    // of its own (the palette's "Go to" rows): never a read of its own, so never a wait on a
+    // mount. Empty before the first read, and again once the Locations that read them is gone,
+    // as nothing keeps them up to date then. GUI thread only.
+    static QList<Place> lastReadDrives();
+
     // Items directly in `trash`/files (the home Trash when empty).
     static int countTrashItems(const FilePath& trash = {});
 
