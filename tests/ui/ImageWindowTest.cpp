@@ -195,9 +195,15 @@ TEST_F(ImageWindowTest, TheResizeDialogRunsOnReturnAndCancelsOnEsc)
     settle();
     EXPECT_EQ(names(), QStringList{"photo.jpg"}) << "Esc changes nothing";
 
-    // Longest side, typed over the field that has the keyboard; Return resizes beside.
+    // Longest side (clicked into), typed over its field; Return resizes beside. The dialog offers
+    // the last resize's choices again, which an earlier test in this process may have made.
     openResize();
-    ASSERT_TRUE(resizeDialog()->longestField()->hasFocus());
+    if (resizeDialog()->replaceOriginals()->isChecked())
+        press(Qt::Key_R, Qt::AltModifier);
+    ASSERT_TRUE(waitUntil([&] { return !resizeDialog()->replaceOriginals()->isChecked(); }));
+    resizeDialog()->longestField()->setFocus(Qt::MouseFocusReason);
+    ASSERT_TRUE(waitUntil([&] { return resizeDialog()->longestChoice()->isChecked(); }));
+    resizeDialog()->longestField()->selectAll();
     type(QStringLiteral("50"));
     press(Qt::Key_Return);
     ASSERT_TRUE(waitUntil([&] { return !resizeDialog(); }));
@@ -214,6 +220,7 @@ TEST_F(ImageWindowTest, TheResizeDialogRunsOnReturnAndCancelsOnEsc)
     const QByteArray original = readAll(photo);
     select(photo);
     openResize();
+    EXPECT_TRUE(resizeDialog()->longestField()->hasFocus()) << "the last resize's way of sizing, its field taking the keys";
     press(Qt::Key_P, Qt::AltModifier);
     EXPECT_TRUE(waitUntil([&] { return resizeDialog()->percentChoice()->isChecked(); }));
     press(Qt::Key_Tab);
