@@ -1,5 +1,7 @@
 #include "ui/git/DiffView.h"
 
+#include "commands/ViewKeys.h"
+
 #include "ui/theme/Theme.h"
 
 #include <QFontDatabase>
@@ -40,17 +42,6 @@ DiffView::DiffView(QWidget* parent) : QAbstractScrollArea(parent)
     setFont(mono);
     viewport()->setMouseTracking(false);
     viewport()->setAutoFillBackground(false);
-}
-
-bool DiffView::isHunkKey(const QKeyEvent* key)
-{
-    // Shift and AltGr are how some layouts type the brackets; Ctrl or Alt make another key.
-    if (key->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier | Qt::GroupSwitchModifier))
-        return false;
-    switch (key->key()) {
-    case Qt::Key_H: case Qt::Key_BracketRight: case Qt::Key_BracketLeft: case Qt::Key_N: case Qt::Key_P: return true;
-    default: return false;
-    }
 }
 
 void DiffView::setDiff(const FileDiff& file, const QString& note, bool keepPlace)
@@ -296,30 +287,33 @@ void DiffView::paintEvent(QPaintEvent*)
 
 void DiffView::keyPressEvent(QKeyEvent* event)
 {
-    const bool shift = event->modifiers() & Qt::ShiftModifier;
+    using A = ViewKeyAction;
+    const bool shift = event->modifiers() & Qt::ShiftModifier; // Shift with a move picks lines
     const int page = std::max(1, viewport()->height() / lineHeight() - 1);
-    switch (event->key()) {
-    case Qt::Key_Up: setCursorRow(m_cursor - 1, shift); return;
-    case Qt::Key_Down: setCursorRow(m_cursor + 1, shift); return;
-    case Qt::Key_PageUp: setCursorRow(m_cursor - page, shift); return;
-    case Qt::Key_PageDown: setCursorRow(m_cursor + page, shift); return;
-    case Qt::Key_Home: setCursorRow(0, shift); return;
-    case Qt::Key_End: setCursorRow(int(m_rows.size()) - 1, shift); return;
-    case Qt::Key_BracketRight:
-    case Qt::Key_N:
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::review, event->keyCombination());
+    if (!action) {
+        QAbstractScrollArea::keyPressEvent(event);
+        return;
+    }
+    switch (*action) {
+    case A::reviewPrevious: setCursorRow(m_cursor - 1, shift); return;
+    case A::reviewNext: setCursorRow(m_cursor + 1, shift); return;
+    case A::reviewPageUp: setCursorRow(m_cursor - page, shift); return;
+    case A::reviewPageDown: setCursorRow(m_cursor + page, shift); return;
+    case A::reviewFirst: setCursorRow(0, shift); return;
+    case A::reviewLast: setCursorRow(int(m_rows.size()) - 1, shift); return;
+    case A::reviewNextHunk:
         if (const int next = nextHunkRow(m_cursor, 1); next >= 0)
             setCursorRow(next);
         return;
-    case Qt::Key_BracketLeft:
-    case Qt::Key_P:
+    case A::reviewPreviousHunk:
         if (const int previous = nextHunkRow(m_cursor, -1); previous >= 0)
             setCursorRow(previous);
         return;
-    case Qt::Key_Space: request(pick(), Action::toggle); return;
-    case Qt::Key_H: request(cursorHunk(), Action::toggle); return;
-    case Qt::Key_Delete:
-    case Qt::Key_Backspace: request(pick(), Action::discard); return;
-    default: QAbstractScrollArea::keyPressEvent(event);
+    case A::reviewStage: request(pick(), Action::toggle); return;
+    case A::reviewStageHunk: request(cursorHunk(), Action::toggle); return;
+    case A::reviewDiscard: request(pick(), Action::discard); return;
+    default: QAbstractScrollArea::keyPressEvent(event); // the panel's (commit, back to the files) or none
     }
 }
 

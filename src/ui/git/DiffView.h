@@ -26,10 +26,6 @@ public:
 
     explicit DiffView(QWidget* parent = nullptr);
 
-    // Whether `key` is one of the hunk keys above (H, "]", "[", N, P): the panel hands these to
-    // the diff from its file list too, so they act on the current file's diff from there.
-    static bool isHunkKey(const QKeyEvent* key);
-
     // Shows `file` (replacing what was shown) and `note` below it (a binary file, a cut diff).
     // With `keepPlace`, the cursor stays on the same row number (after staging a line, the next
     // one is under it).

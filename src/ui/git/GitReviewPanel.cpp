@@ -3,6 +3,7 @@
 #include "app/Services.h"
 #include "async/Background.h"
 #include "commands/ExternalPrograms.h"
+#include "commands/ViewKeys.h"
 #include "git/Git.h"
 #include "git/GitRunner.h"
 #include "git/WorkingTreeDiff.h"
@@ -90,16 +91,16 @@ GitReviewPanel::GitReviewPanel(WindowState& window, Git& git, const FilePath& ro
 
     connect(m_list, &ReviewFileList::currentRowChanged, this, [this] { showCurrentFile(); });
     connect(m_list, &ReviewFileList::spacePressed, this, &GitReviewPanel::toggleCurrentFile);
-    connect(m_list, &ReviewFileList::keyPressed, this, [this](int key) {
+    connect(m_list, &ReviewFileList::actionPressed, this, [this](ViewKeyAction action) {
         const ReviewRow* row = m_list->currentReviewRow();
         const bool conflicted = row && row->group == ReviewGroup::conflicted;
-        if (key == Qt::Key_O && conflicted)
+        if (action == ViewKeyAction::reviewTakeOurs && conflicted)
             resolveCurrent(Resolution::ours);
-        else if (key == Qt::Key_T && conflicted)
+        else if (action == ViewKeyAction::reviewTakeTheirs && conflicted)
             resolveCurrent(Resolution::theirs);
-        else if (key == Qt::Key_E)
+        else if (action == ViewKeyAction::reviewEdit)
             openCurrentInEditor();
-        else if (key == Qt::Key_Delete || key == Qt::Key_Backspace)
+        else if (action == ViewKeyAction::reviewDiscard)
             discardCurrentFile();
     });
     connect(m_diff, &DiffView::pickRequested, this,
@@ -392,55 +393,35 @@ void GitReviewPanel::abortOperation()
     ask->open();
 }
 
-namespace {
-
-// The keys the list and the diff answer themselves, before any of the window's shortcuts
-// (Delete would otherwise move the pane's selection to the Trash, Ctrl+Return open a tab).
-bool isReviewKey(const QKeyEvent* key)
-{
-    const Qt::KeyboardModifiers modifiers = key->modifiers() & ~(Qt::KeypadModifier | Qt::ShiftModifier);
-    const bool enter = key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
-    if (modifiers == Qt::ControlModifier)
-        return enter;
-    if (modifiers != Qt::NoModifier)
-        return false;
-    switch (key->key()) {
-    case Qt::Key_Space: case Qt::Key_Delete: case Qt::Key_Backspace: case Qt::Key_Return: case Qt::Key_Enter:
-    case Qt::Key_Left: case Qt::Key_Right: case Qt::Key_Up: case Qt::Key_Down: case Qt::Key_Home: case Qt::Key_End:
-    case Qt::Key_PageUp: case Qt::Key_PageDown: case Qt::Key_H: case Qt::Key_N: case Qt::Key_P: case Qt::Key_O:
-    case Qt::Key_T: case Qt::Key_E: case Qt::Key_BracketLeft: case Qt::Key_BracketRight:
-        return true;
-    default:
-        return false;
-    }
-}
-
-} // namespace
-
 bool GitReviewPanel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::ShortcutOverride && (watched == m_list || watched == m_diff)
-        && isReviewKey(static_cast<QKeyEvent*>(event))) {
+    if (watched != m_list && watched != m_diff)
+        return PanelSheet::eventFilter(watched, event);
+    using A = ViewKeyAction;
+    // The list and the diff answer their keys themselves, before any of the window's shortcuts
+    // (Delete would otherwise move the pane's selection to the Trash, Ctrl+Return open a tab).
+    const auto* key = dynamic_cast<const QKeyEvent*>(event);
+    const std::optional<A> action = key ? ViewKeys::actionFor(KeyedView::review, key->keyCombination()) : std::nullopt;
+    if (event->type() == QEvent::ShortcutOverride && action) {
         event->accept();
         return true;
     }
-    if (event->type() == QEvent::KeyPress && (watched == m_list || watched == m_diff)) {
-        const auto* key = static_cast<QKeyEvent*>(event);
+    if (event->type() == QEvent::KeyPress && action) {
         const bool plain = !(key->modifiers() & ~Qt::KeypadModifier);
-        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && (key->modifiers() & Qt::ControlModifier)) {
+        if (action == A::reviewCommit) {
             m_commit->requestCommit();
             return true;
         }
-        if (watched == m_list && DiffView::isHunkKey(key)) {
+        if (watched == m_list && (action == A::reviewStageHunk || action == A::reviewNextHunk || action == A::reviewPreviousHunk)) {
             // The current file's diff answers, and the keyboard stays on the list.
             QCoreApplication::sendEvent(m_diff, event);
             return true;
         }
-        if (watched == m_list && plain && (key->key() == Qt::Key_Right || key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)) {
+        if (watched == m_list && plain && action == A::reviewToDiff) {
             m_diff->setFocus(Qt::TabFocusReason);
             return true;
         }
-        if (watched == m_diff && plain && key->key() == Qt::Key_Left) {
+        if (watched == m_diff && plain && action == A::reviewToFiles) {
             m_list->setFocus(Qt::BacktabFocusReason);
             return true;
         }

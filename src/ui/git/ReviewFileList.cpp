@@ -147,19 +147,17 @@ bool ReviewFileList::selectFile(ReviewGroup group, const QString& path)
 
 void ReviewFileList::keyPressEvent(QKeyEvent* event)
 {
-    if (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) {
-        QListView::keyPressEvent(event);
+    using A = ViewKeyAction;
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::review, event->keyCombination());
+    if (action == A::reviewStage) {
+        Q_EMIT spacePressed();
         return;
     }
-    switch (event->key()) {
-    case Qt::Key_Space: Q_EMIT spacePressed(); return;
-    case Qt::Key_O:
-    case Qt::Key_T:
-    case Qt::Key_E:
-    case Qt::Key_Delete:
-    case Qt::Key_Backspace: Q_EMIT keyPressed(event->key()); return;
-    default: QListView::keyPressEvent(event);
+    if (action == A::reviewTakeOurs || action == A::reviewTakeTheirs || action == A::reviewEdit || action == A::reviewDiscard) {
+        Q_EMIT actionPressed(*action);
+        return;
     }
+    QListView::keyPressEvent(event); // moving: the list's own
 }
 
 QModelIndex ReviewFileList::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)

@@ -5,9 +5,10 @@
 // in the same group, or near where it was when that file moved on (ReviewList::findReviewRow).
 //
 // Only draws and forwards input. Signals: currentRowChanged() after each move of the cursor to
-// another file or after the rows were replaced; spacePressed() on Space; keyPressed(key) for
-// the panel's other single keys (O, T, E, Delete).
+// another file or after the rows were replaced; spacePressed() on Space; actionPressed(action)
+// for the panel's other keys of the file list (O, T, E, Delete: ViewKeys' Review Changes).
 
+#include "commands/ViewKeys.h"
 #include "git/ReviewList.h"
 
 #include <QAbstractListModel>
@@ -48,7 +49,7 @@ public:
 Q_SIGNALS:
     void currentRowChanged();
     void spacePressed();
-    void keyPressed(int key);
+    void actionPressed(orwick::ViewKeyAction action);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -1,5 +1,7 @@
 #include "ui/notes/BoardWidget.h"
 
+#include "commands/ViewKeys.h"
+
 #include "ui/notes/DatabaseCard.h"
 #include "ui/notes/DatabaseViewInput.h"
 #include "ui/theme/Theme.h"
@@ -228,34 +230,36 @@ void BoardWidget::paintEvent(QPaintEvent* event)
 
 void BoardWidget::keyPressEvent(QKeyEvent* event)
 {
-    const Qt::KeyboardModifiers mods = event->modifiers() & ~Qt::KeypadModifier;
-    if (!m_board.problem.isEmpty()) {
-        switch (event->key()) {
-        case Qt::Key_Up: m_choice = std::max(0, m_choice - 1); update(); return;
-        case Qt::Key_Down: m_choice = std::min(int(choiceRows().size()) - 1, m_choice + 1); update(); return;
-        case Qt::Key_Return:
-        case Qt::Key_Enter: choose(m_choice); return;
-        default: QWidget::keyPressEvent(event); return;
-        }
-    }
-    if (mods == (Qt::ControlModifier | Qt::ShiftModifier) && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
-        moveCurrentCard(event->key() == Qt::Key_Left ? -1 : 1);
+    using A = ViewKeyAction;
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::board, event->keyCombination());
+    if (!m_board.problem.isEmpty()) { // the board asks what to group by: Up, Down and Return choose
+        if (action == A::boardCardAbove)
+            m_choice = std::max(0, m_choice - 1);
+        else if (action == A::boardCardBelow)
+            m_choice = std::min(int(choiceRows().size()) - 1, m_choice + 1);
+        else if (action == A::boardOpen)
+            choose(m_choice);
+        else
+            QWidget::keyPressEvent(event);
+        update();
         return;
     }
-    if (mods == Qt::NoModifier) {
-        if (openCurrentOnReturn(*this, event))
-            return;
-        switch (event->key()) {
-        case Qt::Key_Left: moveCursorTo(m_lane - 1, m_position); return;
-        case Qt::Key_Right: moveCursorTo(m_lane + 1, m_position); return;
-        case Qt::Key_Up: moveCursorTo(m_lane, m_position - 1); return;
-        case Qt::Key_Down: moveCursorTo(m_lane, m_position + 1); return;
-        case Qt::Key_Home: moveCursorTo(m_lane, 0); return;
-        case Qt::Key_End: moveCursorTo(m_lane, 1 << 20); return;
-        default: break;
-        }
+    if (!action) {
+        QWidget::keyPressEvent(event);
+        return;
     }
-    QWidget::keyPressEvent(event);
+    switch (*action) {
+    case A::boardCardToPreviousLane: moveCurrentCard(-1); return;
+    case A::boardCardToNextLane: moveCurrentCard(1); return;
+    case A::boardOpen: openCurrentOnReturn(*this, event); return;
+    case A::boardPreviousLane: moveCursorTo(m_lane - 1, m_position); return;
+    case A::boardNextLane: moveCursorTo(m_lane + 1, m_position); return;
+    case A::boardCardAbove: moveCursorTo(m_lane, m_position - 1); return;
+    case A::boardCardBelow: moveCursorTo(m_lane, m_position + 1); return;
+    case A::boardFirstCard: moveCursorTo(m_lane, 0); return;
+    case A::boardLastCard: moveCursorTo(m_lane, 1 << 20); return;
+    default: QWidget::keyPressEvent(event); return;
+    }
 }
 
 QStringList BoardWidget::choiceRows() const

@@ -1,5 +1,7 @@
 #include "ui/notes/CalendarWidget.h"
 
+#include "commands/ViewKeys.h"
+
 #include "ui/notes/DatabaseCard.h"
 #include "ui/notes/DatabaseViewInput.h"
 #include "ui/theme/Theme.h"
@@ -176,38 +178,39 @@ void CalendarWidget::paintEvent(QPaintEvent*)
 
 void CalendarWidget::keyPressEvent(QKeyEvent* event)
 {
-    const Qt::KeyboardModifiers mods = event->modifiers() & ~Qt::KeypadModifier;
-    if (!m_calendar.problem.isEmpty()) {
-        if (event->key() == Qt::Key_Up)
+    using A = ViewKeyAction;
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::calendar, event->keyCombination());
+    if (!m_calendar.problem.isEmpty()) { // the calendar asks which date to follow: Up, Down and Return choose
+        if (action == A::calendarPreviousWeek)
             m_choice = std::max(0, m_choice - 1);
-        else if (event->key() == Qt::Key_Down)
+        else if (action == A::calendarNextWeek)
             m_choice = std::min(int(m_calendar.choices.size()) - 1, m_choice + 1);
-        else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && m_choice >= 0 && m_choice < m_calendar.choices.size())
+        else if (action == A::calendarOpen && m_choice >= 0 && m_choice < m_calendar.choices.size())
             Q_EMIT calendarByChosen(m_calendar.choices.at(m_choice));
         else
             QWidget::keyPressEvent(event);
         update();
         return;
     }
-    const int step = event->key() == Qt::Key_Left ? -1 : event->key() == Qt::Key_Right ? 1 : event->key() == Qt::Key_Up ? -7
-                   : event->key() == Qt::Key_Down ? 7 : 0;
-    if (step != 0 && mods == (Qt::ControlModifier | Qt::ShiftModifier)) {
-        moveCurrentItem(step);
+    if (!action) {
+        QWidget::keyPressEvent(event);
         return;
     }
-    if (mods == Qt::NoModifier) {
-        if (openCurrentOnReturn(*this, event))
-            return;
-        if (step != 0)
-            return goTo(m_day.addDays(step));
-        switch (event->key()) {
-        case Qt::Key_PageUp: return goTo(m_day.addMonths(-1));
-        case Qt::Key_PageDown: return goTo(m_day.addMonths(1));
-        case Qt::Key_Home: return goTo(QDate::currentDate());
-        default: break;
-        }
+    switch (*action) {
+    case A::calendarOpen: openCurrentOnReturn(*this, event); return;
+    case A::calendarPreviousDay: return goTo(m_day.addDays(-1));
+    case A::calendarNextDay: return goTo(m_day.addDays(1));
+    case A::calendarPreviousWeek: return goTo(m_day.addDays(-7));
+    case A::calendarNextWeek: return goTo(m_day.addDays(7));
+    case A::calendarPreviousMonth: return goTo(m_day.addMonths(-1));
+    case A::calendarNextMonth: return goTo(m_day.addMonths(1));
+    case A::calendarToday: return goTo(QDate::currentDate());
+    case A::calendarItemDayEarlier: return moveCurrentItem(-1);
+    case A::calendarItemDayLater: return moveCurrentItem(1);
+    case A::calendarItemWeekEarlier: return moveCurrentItem(-7);
+    case A::calendarItemWeekLater: return moveCurrentItem(7);
+    default: QWidget::keyPressEvent(event); return; // Tab goes through the day's notes (focusNextPrevChild)
     }
-    QWidget::keyPressEvent(event);
 }
 
 bool CalendarWidget::focusNextPrevChild(bool next)

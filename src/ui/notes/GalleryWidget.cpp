@@ -1,5 +1,7 @@
 #include "ui/notes/GalleryWidget.h"
 
+#include "commands/ViewKeys.h"
+
 #include "ui/notes/DatabaseCard.h"
 #include "ui/notes/DatabaseViewInput.h"
 #include "ui/theme/Theme.h"
@@ -123,19 +125,22 @@ void GalleryWidget::placeCursor(int index)
 
 void GalleryWidget::keyPressEvent(QKeyEvent* event)
 {
+    using A = ViewKeyAction;
     const int count = int(m_items.size());
-    if ((event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
-        if (openCurrentOnReturn(*this, event))
-            return;
-        switch (event->key()) {
-        case Qt::Key_Left: return moveCursorTo(m_layout.moved(m_cursor, 0, -1, count));
-        case Qt::Key_Right: return moveCursorTo(m_layout.moved(m_cursor, 0, 1, count));
-        case Qt::Key_Up: return moveCursorTo(m_layout.moved(m_cursor, -1, 0, count));
-        case Qt::Key_Down: return moveCursorTo(m_layout.moved(m_cursor, 1, 0, count));
-        case Qt::Key_Home: return moveCursorTo(0);
-        case Qt::Key_End: return moveCursorTo(count - 1);
-        default: break;
-        }
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::gallery, event->keyCombination());
+    if (!action) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    switch (*action) {
+    case A::galleryOpen: openCurrentOnReturn(*this, event); return;
+    case A::galleryLeft: return moveCursorTo(m_layout.moved(m_cursor, 0, -1, count));
+    case A::galleryRight: return moveCursorTo(m_layout.moved(m_cursor, 0, 1, count));
+    case A::galleryUp: return moveCursorTo(m_layout.moved(m_cursor, -1, 0, count));
+    case A::galleryDown: return moveCursorTo(m_layout.moved(m_cursor, 1, 0, count));
+    case A::galleryFirst: return moveCursorTo(0);
+    case A::galleryLast: return moveCursorTo(count - 1);
+    default: break;
     }
     QWidget::keyPressEvent(event);
 }

@@ -3,6 +3,7 @@
 #include "app/Services.h"
 #include "commands/EditorAtLine.h"
 #include "commands/ExternalPrograms.h"
+#include "commands/ViewKeys.h"
 #include "files/FileItemReader.h"
 #include "state/PaneState.h"
 #include "ui/panels/FindResultsModel.h"
@@ -50,8 +51,8 @@ FindInFilesPanel::FindInFilesPanel(PaneState* pane, QWidget* window)
     m_field->setPlaceholderText(QStringLiteral("Text to find in the files of this folder"));
     m_field->setClearButtonEnabled(true);
     m_field->installEventFilter(this);
-    m_regex = toggle(QStringLiteral(".*"), QStringLiteral("Regular expression"), QKeySequence(Qt::ALT | Qt::Key_R), this);
-    m_matchCase = toggle(QStringLiteral("Aa"), QStringLiteral("Match case"), QKeySequence(Qt::ALT | Qt::Key_C), this);
+    m_regex = toggle(QStringLiteral(".*"), QStringLiteral("Regular expression"), ViewKeys::key(ViewKeyAction::findRegularExpression).chords.first(), this);
+    m_matchCase = toggle(QStringLiteral("Aa"), QStringLiteral("Match case"), ViewKeys::key(ViewKeyAction::findMatchCase).chords.first(), this);
     auto* row = new QHBoxLayout;
     row->addWidget(m_field, 1);
     row->addWidget(m_regex);

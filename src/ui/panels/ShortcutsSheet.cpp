@@ -3,6 +3,7 @@
 #include "base/TextMatch.h"
 #include "commands/CommandCatalog.h"
 #include "commands/CommandGroups.h"
+#include "commands/ViewKeys.h"
 #include "state/WindowState.h"
 #include "ui/text/LiteralText.h"
 
@@ -18,7 +19,10 @@
 namespace orwick {
 namespace {
 
-enum Role { IdRole = Qt::UserRole, SearchRole };
+enum Role { IdRole = Qt::UserRole, SearchRole, ViewRole };
+
+// A row the keys move to: a command's, or a view key's (which names its view instead of an id).
+bool isKeyRow(const QTreeWidgetItem* item) { return !item->data(0, IdRole).toString().isEmpty() || item->data(0, ViewRole).isValid(); }
 
 QString keyText(const QKeySequence& key)
 {
@@ -39,7 +43,7 @@ QString ShortcutsSheet::keysText(const AppCommand& command)
 }
 
 ShortcutsSheet::ShortcutsSheet(WindowState& state, QWidget* window)
-    : PanelSheet(QStringLiteral("Keyboard Shortcuts"), QStringLiteral("every command and its keys"), window), m_state(state)
+    : PanelSheet(QStringLiteral("Keyboard Shortcuts"), QStringLiteral("every command and each view’s keys"), window), m_state(state)
 {
     m_filter = new QLineEdit(this);
     m_filter->setPlaceholderText(QStringLiteral("Filter commands and keys"));
@@ -89,6 +93,22 @@ void ShortcutsSheet::fill()
             }
         }
     }
+    // Then the keys each view keeps for itself, under the view's name.
+    for (const ViewKeySection& section : ViewKeys::all()) {
+        auto* heading = new QTreeWidgetItem(m_list, {section.title});
+        heading->setFont(0, bold);
+        heading->setFlags(Qt::ItemIsEnabled);
+        heading->setFirstColumnSpanned(true);
+        for (const ViewKey& key : section.keys) {
+            const QString keys = ViewKeys::chordsText(key);
+            auto* row = new QTreeWidgetItem(m_list, {key.does, keys});
+            row->setData(0, ViewRole, section.title);
+            row->setData(0, SearchRole, foldForSearch(section.title + u' ' + key.does + u' ' + keys));
+            row->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
+            if (!key.takesFromWindow.isEmpty())
+                row->setToolTip(0, key.takesFromWindow);
+        }
+    }
 }
 
 void ShortcutsSheet::applyFilter(const QString& text)
@@ -104,7 +124,7 @@ void ShortcutsSheet::applyFilter(const QString& text)
     int shown = 0;
     for (int i = 0; i < m_list->topLevelItemCount(); ++i) {
         QTreeWidgetItem* item = m_list->topLevelItem(i);
-        if (item->data(0, IdRole).toString().isEmpty()) {
+        if (!isKeyRow(item)) {
             closeHeading();
             heading = item;
             headingHasRows = false;
@@ -120,8 +140,8 @@ void ShortcutsSheet::applyFilter(const QString& text)
     m_list->setCurrentItem(nullptr);
     moveCurrent(1);
     m_list->scrollToTop(); // the first heading shows above the first row
-    setFooter(shown == 0 ? QStringLiteral("No command matches “%1”").arg(typed)
-                         : QStringLiteral("%1 commands · ↑↓ choose · Return runs · Esc closes").arg(shown));
+    setFooter(shown == 0 ? QStringLiteral("No command or key matches “%1”").arg(typed)
+                         : QStringLiteral("%1 keys · ↑↓ choose · Return runs · Esc closes").arg(shown));
 }
 
 int ShortcutsSheet::shownCount() const
@@ -129,7 +149,7 @@ int ShortcutsSheet::shownCount() const
     int shown = 0;
     for (int i = 0; i < m_list->topLevelItemCount(); ++i) {
         const QTreeWidgetItem* item = m_list->topLevelItem(i);
-        shown += !item->isHidden() && !item->data(0, IdRole).toString().isEmpty() ? 1 : 0;
+        shown += !item->isHidden() && isKeyRow(item) ? 1 : 0;
     }
     return shown;
 }
@@ -140,7 +160,7 @@ void ShortcutsSheet::moveCurrent(int step)
     int at = m_list->currentItem() ? m_list->indexOfTopLevelItem(m_list->currentItem()) : (step > 0 ? -1 : count);
     for (int i = at + step; i >= 0 && i < count; i += step) {
         QTreeWidgetItem* item = m_list->topLevelItem(i);
-        if (!item->isHidden() && !item->data(0, IdRole).toString().isEmpty()) {
+        if (!item->isHidden() && isKeyRow(item)) {
             m_list->setCurrentItem(item);
             m_list->scrollToItem(item);
             return;
@@ -151,6 +171,10 @@ void ShortcutsSheet::moveCurrent(int step)
 void ShortcutsSheet::runCurrent()
 {
     const QTreeWidgetItem* item = m_list->currentItem();
+    if (item && item->data(0, ViewRole).isValid()) { // a view's key works in its view only
+        setFooter(QStringLiteral("%1: press %2 in %3").arg(item->text(0), item->text(1), item->data(0, ViewRole).toString()));
+        return;
+    }
     const QString id = item ? item->data(0, IdRole).toString() : QString();
     if (id.isEmpty())
         return;
