@@ -556,6 +556,9 @@ QList<AppCommand> savedSearches()
     return list;
 }
 
+constexpr const char* kGoToFavorite = "goToFavorite:";
+constexpr const char* kGoToDrive = "goToDrive:";
+
 // "Go to " + each favourite, each folder of the sidebar's groups and each drive and server of
 // its Locations, once per folder, with the sidebar row's icon. The drives are the list the
 // sidebar read last: the palette never waits on a mount, and a drive ejected since is gone at
@@ -575,7 +578,7 @@ QList<AppCommand> favorites()
         command.symbol = symbol;
         list.append(command);
     };
-    const QLatin1StringView favorite("goToFavorite:"), drive("goToDrive:");
+    const QLatin1StringView favorite(kGoToFavorite), drive(kGoToDrive);
     const SidebarStore& store = SidebarStore::shared();
     for (const Place& place : store.allFavorites())
         add(favorite, place.name, place.url, place.symbol, "favorite place sidebar jump");
@@ -625,7 +628,7 @@ const AppCommand* find(const QString& id)
     };
     static QList<AppCommand> places, searches, tags, workspaces, themes, images; // one list each, as each call keeps its own
     QList<AppCommand>* made = nullptr;
-    if (startsWithAny({QLatin1StringView("goToFavorite:"), QLatin1StringView("goToDrive:")})) {
+    if (goesToPlace(id)) {
         made = &places;
         *made = favorites();
     } else if (startsWithAny({QLatin1StringView("savedSearch.")})) {
@@ -655,6 +658,11 @@ const AppCommand* find(const QString& id)
         if (command.id == id)
             return &command;
     return nullptr;
+}
+
+bool goesToPlace(const QString& id)
+{
+    return id.startsWith(QLatin1StringView(kGoToFavorite)) || id.startsWith(QLatin1StringView(kGoToDrive));
 }
 
 bool run(const AppCommand& command, WindowState& window)

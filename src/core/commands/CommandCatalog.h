@@ -22,6 +22,10 @@ QList<AppCommand> all(const WindowState& window);
 // until the next call.
 const AppCommand* find(const QString& id);
 
+// Whether `id` is one of the "Go to" rows of the sidebar's places (favourites, group folders,
+// drives and servers), whose icons are the sidebar's.
+bool goesToPlace(const QString& id);
+
 // Runs a command when it is enabled; returns whether it ran.
 bool run(const AppCommand& command, WindowState& window);
 bool run(const QString& id, WindowState& window);

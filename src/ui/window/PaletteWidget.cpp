@@ -1,5 +1,7 @@
 #include "ui/window/PaletteWidget.h"
 
+#include "commands/CommandCatalog.h"
+#include "ui/sidebar/SidebarModel.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/CommandMenus.h"
 #include "ui/window/PaletteRowDelegate.h"
@@ -121,7 +123,9 @@ void PaletteWidget::fillRows()
             heading->setForeground(theme::dimText());
         }
         for (const PaletteItem& row : section.items) {
-            QIcon icon = commandIcon(row.symbol);
+            // A place's row shows the sidebar's icon for it.
+            const bool isPlace = row.kind == PaletteItem::Kind::command && CommandCatalog::goesToPlace(row.commandId);
+            QIcon icon = isPlace ? SidebarModel::icon(row.symbol) : commandIcon(row.symbol);
             if (icon.isNull())
                 icon = blank; // the titles line up whether a row has an icon or not
             auto* item = new QListWidgetItem(icon, row.title, m_rows);

@@ -46,6 +46,8 @@ TEST_F(GoToPlacesTest, EachDriveTheSidebarReadIsARowThatOpensIt)
     EXPECT_EQ(command->symbol, startup.symbol) << "the sidebar row's icon";
     EXPECT_EQ(command->symbol, QStringLiteral("internaldrive"));
     EXPECT_TRUE(command->keywords.contains(QStringLiteral("drive")));
+    EXPECT_TRUE(CommandCatalog::goesToPlace(command->id)) << "the palette draws it with the sidebar's icons";
+    EXPECT_FALSE(CommandCatalog::goesToPlace(QStringLiteral("thisMac")));
     const AppCommand* found = CommandCatalog::find(command->id);
     ASSERT_TRUE(found);
     EXPECT_TRUE(CommandCatalog::run(*found, *window));
