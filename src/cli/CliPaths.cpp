@@ -1,4 +1,5 @@
 #include "cli/CliPaths.h"
+#include "cli/CliCommand.h"
 
 #include "fileops/OperationTexts.h"
 #include "platform/ErrorText.h"
@@ -95,6 +96,18 @@ QList<ItemArgument> itemArguments(const QList<QByteArray>& arguments, FolderName
         const bool seen = plain[i] && folders.around(item.path).holds(nameOf(item.path)) == FolderNames::Answer::held;
         if (!seen)
             item.problem = problemWith(arguments[i], Expect::anything);
+    }
+    return items;
+}
+
+QList<FilePath> usableItems(const QList<QByteArray>& arguments)
+{
+    QList<FilePath> items;
+    for (const QByteArray& argument : arguments) {
+        if (const auto problem = problemWith(argument, Expect::anything))
+            err() << *problem << Qt::endl;
+        else
+            items.append(pathArgument(argument));
     }
     return items;
 }

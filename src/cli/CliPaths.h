@@ -26,6 +26,10 @@ enum class Expect { anything, folder };
 // at most 4095.", "“x” can’t be reached: you don’t have permission."
 std::optional<QString> problemWith(const QByteArray& argument, Expect expect);
 
+// The items the arguments name that are there; the problem with each other one is said on the
+// error output (problemWith) and it is left out.
+QList<FilePath> usableItems(const QList<QByteArray>& arguments);
+
 // One item named by each of many arguments (a shell's "*.jpg"), each with its problem as
 // problemWith() says it; the working folder is read once, and a folder that holds many of the
 // items is read once into `folders` instead of a stat for each.

@@ -33,13 +33,7 @@ int strip(const Arguments& given)
     if (arguments.isEmpty())
         return usageError(kImageUsage);
 
-    QList<FilePath> files;
-    for (const QByteArray& argument : arguments) {
-        if (const auto problem = problemWith(argument, Expect::anything))
-            err() << *problem << Qt::endl;
-        else
-            files.append(pathArgument(argument));
-    }
+    const QList<FilePath> files = usableItems(arguments);
 
     EngineRun run(/*followLinks=*/false);
     FileOperations& operations = run.operations();

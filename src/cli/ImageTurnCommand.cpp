@@ -26,13 +26,7 @@ int turnPictures(PictureTurn turn, const Arguments& arguments)
 {
     if (arguments.isEmpty())
         return usageError(kImageUsage);
-    QList<FilePath> files;
-    for (const QByteArray& argument : arguments) {
-        if (const auto problem = problemWith(argument, Expect::anything))
-            err() << *problem << Qt::endl;
-        else
-            files.append(pathArgument(argument));
-    }
+    const QList<FilePath> files = usableItems(arguments);
 
     EngineRun run(/*followLinks=*/false);
     qsizetype done = 0;

@@ -55,13 +55,7 @@ int list()
 
 int add(const Arguments& paths)
 {
-    QList<FilePath> items;
-    for (const QByteArray& argument : paths) {
-        if (const auto problem = problemWith(argument, Expect::anything))
-            err() << *problem << Qt::endl;
-        else
-            items.append(pathArgument(argument));
-    }
+    const QList<FilePath> items = usableItems(paths);
     if (!items.isEmpty()) {
         QList<FilePath> before;
         const auto after = change({Shelf::Change::Kind::add, items}, &before);

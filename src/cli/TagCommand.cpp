@@ -29,18 +29,6 @@ namespace {
 
 const QString kUsage = QStringLiteral("usage: orwick-cli tag add|remove|list NAME PATH...  or  orwick-cli tag show PATH...");
 
-QList<FilePath> usableItems(const Arguments& arguments)
-{
-    QList<FilePath> items;
-    for (const QByteArray& argument : arguments) {
-        if (const auto problem = problemWith(argument, Expect::anything))
-            err() << *problem << Qt::endl;
-        else
-            items.append(pathArgument(argument));
-    }
-    return items;
-}
-
 int change(const QString& name, const Arguments& paths, FileOperations::TagChange how)
 {
     const bool adding = how == FileOperations::TagChange::add;

@@ -25,4 +25,16 @@ FilePath taggedJpeg(const FilePath& file, std::initializer_list<std::pair<const 
     return file;
 }
 
+FilePath cameraPhoto(const FilePath& file)
+{
+    return taggedJpeg(file, {{"Exif.Image.Make", "Canon"},
+                             {"Exif.Image.Model", "Canon EOS R5"},
+                             {"Exif.Image.Orientation", "6"},
+                             {"Exif.Photo.DateTimeOriginal", "2024:05:01 10:20:30"},
+                             {"Exif.GPSInfo.GPSLatitudeRef", "N"},
+                             {"Exif.GPSInfo.GPSLatitude", "51/1 30/1 15/1"},
+                             {"Exif.GPSInfo.GPSLongitudeRef", "W"},
+                             {"Exif.GPSInfo.GPSLongitude", "0/1 7/1 30/1"}});
+}
+
 } // namespace orwick::test

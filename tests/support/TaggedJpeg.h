@@ -13,4 +13,8 @@ namespace orwick::test {
 // EOS R5"), and returns `file`. A picture that can't be written fails the test.
 FilePath taggedJpeg(const FilePath& file, std::initializer_list<std::pair<const char*, const char*>> tags);
 
+// A photo as a camera leaves it: make and model ("Canon EOS R5"), orientation 6 (stored 32 × 24,
+// upright 24 × 32), taken 2024-05-01 10:20:30, at 51°30'15" N 0°7'30" W.
+FilePath cameraPhoto(const FilePath& file);
+
 } // namespace orwick::test

@@ -79,15 +79,7 @@ TEST(ImageConvert, AResizedOrConvertedPhotoKeepsItsCameraDateAndPlace)
 {
     TempTree tree;
     // 32 × 24 stored, turned a quarter by its orientation: 24 × 32 upright.
-    const FilePath photo = taggedJpeg(tree.path(QStringLiteral("pier.jpg")),
-                                      {{"Exif.Image.Make", "Canon"},
-                                       {"Exif.Image.Model", "Canon EOS R5"},
-                                       {"Exif.Image.Orientation", "6"},
-                                       {"Exif.Photo.DateTimeOriginal", "2024:05:01 10:20:30"},
-                                       {"Exif.GPSInfo.GPSLatitudeRef", "N"},
-                                       {"Exif.GPSInfo.GPSLatitude", "51/1 30/1 15/1"},
-                                       {"Exif.GPSInfo.GPSLongitudeRef", "W"},
-                                       {"Exif.GPSInfo.GPSLongitude", "0/1 7/1 30/1"}});
+    const FilePath photo = cameraPhoto(tree.path(QStringLiteral("pier.jpg")));
     const auto before = readPhotoFacts(photo);
     ASSERT_TRUE(before) << before.error().toStdString();
     ASSERT_TRUE(before->location.has_value());
