@@ -130,7 +130,7 @@ QList<ViewKeySection> build()
             row(A::paletteComplete, {Qt::Key_Tab}, "Complete the typed path (Go to Folder)"),
             row(A::paletteChoose, {Qt::Key_Return}, "Run the command, or go to the file or folder"),
             takenRow(A::paletteChooseOther, {C | Qt::Key_Return}, "Open the folder in a new tab (a project: in the editor)",
-                     "The palette's field has the keyboard; the window's Open in New Tab is what it does"),
+                     "Ctrl+Return opens in a new tab elsewhere; in the palette it opens the chosen row so"),
             row(A::paletteClose, {Qt::Key_Escape}, "Close the palette"),
         }},
         {KeyedView::renameInPlace, QStringLiteral("Rename in Place"), {

@@ -1,6 +1,7 @@
 #include "ui/window/PaletteWidget.h"
 
 #include "commands/CommandCatalog.h"
+#include "commands/ViewKeys.h"
 #include "ui/sidebar/SidebarModel.h"
 #include "ui/theme/Theme.h"
 #include "ui/window/CommandMenus.h"
@@ -172,6 +173,11 @@ bool PaletteWidget::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == parentWidget() && event->type() == QEvent::Resize && isVisible())
         place();
+    if (watched == m_query && event->type() == QEvent::ShortcutOverride
+        && ViewKeys::matches(ViewKeyAction::paletteChooseOther, static_cast<QKeyEvent*>(event)->keyCombination())) {
+        event->accept(); // Ctrl+Return is the palette's here, not the window's Open in New Tab
+        return true;
+    }
     if (watched != m_query || event->type() != QEvent::KeyPress)
         return QFrame::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);
