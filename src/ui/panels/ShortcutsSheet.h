@@ -1,5 +1,5 @@
 #pragma once
-// ShortcutsSheet: "Keyboard Shortcuts" (F1, Ctrl+?) — every command of the catalogue with all the
+// ShortcutsSheet: "Keyboard Shortcuts" (F1) — every command of the catalogue with all the
 // keys that run it, under the menus' headings (CommandGroups), read afresh from the catalogue
 // each time it opens, so a key is defined in one place only; after them, under each view's name,
 // the keys a view keeps for itself (ViewKeys: the board's, Review Changes', the palette's…).
