@@ -264,12 +264,18 @@ TEST_F(PaneViewsTest, SideColumnsAreMadeOnlyWhileTheColumnsAreShown)
     EXPECT_EQ(sideColumns(), 0) << "the columns went with the move made in the list";
 }
 
-// Most panes are never shown as a table: it is made the first time it is asked for.
-TEST_F(PaneViewsTest, TheTableIsMadeWhenFirstShown)
+// Most panes are only ever shown as a list: the other views are made the first time they show.
+TEST_F(PaneViewsTest, TheOtherViewsAreMadeWhenFirstShown)
 {
-    ASSERT_NE(pane->viewMode(), ViewMode::table);
+    ASSERT_EQ(pane->viewMode(), ViewMode::list);
     EXPECT_EQ(widget->findChild<FileTableView*>(), nullptr);
+    EXPECT_EQ(widget->findChild<FileGridView*>(), nullptr);
+    EXPECT_EQ(widget->findChild<ColumnsView*>(), nullptr);
     EXPECT_FALSE(widget->hasTableView());
+    pressInView(Qt::Key_1, Qt::ControlModifier);
+    ASSERT_EQ(pane->viewMode(), ViewMode::grid);
+    ASSERT_NE(widget->findChild<FileGridView*>(), nullptr);
+    EXPECT_TRUE(widget->findChild<FileGridView*>()->hasFocus());
     pressInView(Qt::Key_4, Qt::ControlModifier);
     ASSERT_EQ(pane->viewMode(), ViewMode::table);
     auto* table = widget->findChild<FileTableView*>();

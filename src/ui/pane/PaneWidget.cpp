@@ -37,8 +37,6 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     m_filterBar = new FilterBar(pane, this);
     m_searchBar = new SearchBar(pane, this);
     m_listView = new FileListView(m_model, m_stack);
-    m_gridView = new FileGridView(m_model, m_stack);
-    m_columnsView = new ColumnsView(m_model, m_stack);
     m_message = new QLabel(m_stack);
     m_message->setAlignment(Qt::AlignCenter);
     m_message->setFocusPolicy(Qt::StrongFocus);
@@ -47,8 +45,6 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     font.setPointSizeF(font.pointSizeF() * 1.2);
     m_message->setFont(font);
     m_stack->addWidget(m_listView);
-    m_stack->addWidget(m_gridView);
-    m_stack->addWidget(m_columnsView);
     m_stack->addWidget(m_message);
     m_statusLine = new StatusLine(pane, this);
 
@@ -68,13 +64,8 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
 
     // The message label keeps the keys working (Back, Up) where there is no list.
     m_message->installEventFilter(this);
-    for (QWidget* view : {static_cast<QWidget*>(m_listView), static_cast<QWidget*>(m_gridView),
-                          static_cast<QWidget*>(m_columnsView->currentColumn())})
-        view->installEventFilter(this);
     // Every view drags its rows and takes drops; an empty folder's text takes drops too.
-    for (QAbstractItemView* view : {static_cast<QAbstractItemView*>(m_listView), static_cast<QAbstractItemView*>(m_gridView),
-                                    static_cast<QAbstractItemView*>(m_columnsView->currentColumn())})
-        takeInputOf(view);
+    takeInputOf(m_listView);
     connect(new ViewDragDrop(m_message, pane), &ViewDragDrop::dropped, this, &PaneWidget::filesDropped);
 
     connect(pane, &PaneState::itemsChanged, this, &PaneWidget::showState);
@@ -95,9 +86,11 @@ PaneWidget::PaneWidget(PaneState* pane, QWidget* parent) : QWidget(parent), m_pa
     showState();
 }
 
-// Every view drags its rows and takes drops, and asks for the context menu the same ways.
+// Every view drags its rows and takes drops, and asks for the context menu the same ways; the
+// pane's keys (Ctrl+F) reach it.
 void PaneWidget::takeInputOf(QAbstractItemView* view)
 {
+    view->installEventFilter(this);
     connect(new ViewDragDrop(view, m_pane), &ViewDragDrop::dropped, this, &PaneWidget::filesDropped);
     connect(new ViewContextMenu(view, m_pane), &ViewContextMenu::requested, this, &PaneWidget::contextMenuRequested);
 }
@@ -107,11 +100,30 @@ FileTableView* PaneWidget::tableView()
     if (!m_tableView) {
         m_tableView = new FileTableView(m_model, m_stack);
         m_stack->addWidget(m_tableView);
-        m_tableView->installEventFilter(this);
         takeInputOf(m_tableView);
         Q_EMIT tableViewMade(m_tableView);
     }
     return m_tableView;
+}
+
+FileGridView* PaneWidget::gridView()
+{
+    if (!m_gridView) {
+        m_gridView = new FileGridView(m_model, m_stack);
+        m_stack->addWidget(m_gridView);
+        takeInputOf(m_gridView);
+    }
+    return m_gridView;
+}
+
+ColumnsView* PaneWidget::columnsView()
+{
+    if (!m_columnsView) {
+        m_columnsView = new ColumnsView(m_model, m_stack);
+        m_stack->addWidget(m_columnsView);
+        takeInputOf(m_columnsView->currentColumn());
+    }
+    return m_columnsView;
 }
 
 QWidget* PaneWidget::focusTarget() const { return m_stack->currentWidget(); }
@@ -119,8 +131,8 @@ QWidget* PaneWidget::focusTarget() const { return m_stack->currentWidget(); }
 QWidget* PaneWidget::itemsView()
 {
     switch (m_pane->viewMode()) {
-    case ViewMode::grid: return m_gridView;
-    case ViewMode::columns: return m_columnsView;
+    case ViewMode::grid: return gridView();
+    case ViewMode::columns: return columnsView();
     case ViewMode::table: return tableView();
     case ViewMode::list: break;
     }

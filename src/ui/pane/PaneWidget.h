@@ -1,6 +1,8 @@
 #pragma once
 // One pane on screen: path bar, the view of its items (or the empty/error text, or the drives),
-// and the status line. Forwards input to the PaneState; draws what it says.
+// and the status line. Forwards input to the PaneState; draws what it says. The list is made
+// with the pane; the other views are made the first time the pane shows them (most panes
+// never do), which keeps a window of many panes quick to open.
 
 #include "state/PaneState.h"
 
@@ -35,8 +37,9 @@ public:
     // tableViewMade.
     FileTableView* tableView();
     bool hasTableView() const { return m_tableView != nullptr; }
-    FileGridView* gridView() const { return m_gridView; }
-    ColumnsView* columnsView() const { return m_columnsView; }
+    // The grid and the columns, each made when first asked for.
+    FileGridView* gridView();
+    ColumnsView* columnsView();
     FilterBar* filterBar() const { return m_filterBar; }
     SearchBar* searchBar() const { return m_searchBar; }
     // The view of the pane's view mode (list, table, grid or columns).
@@ -78,8 +81,8 @@ private:
     QStackedWidget* m_stack;
     FileListView* m_listView;
     FileTableView* m_tableView = nullptr;
-    FileGridView* m_gridView;
-    ColumnsView* m_columnsView;
+    FileGridView* m_gridView = nullptr;
+    ColumnsView* m_columnsView = nullptr;
     QLabel* m_message;
     DrivesView* m_drives = nullptr;
     StatusLine* m_statusLine;
