@@ -24,19 +24,6 @@ constexpr Verb kCopy{"copy", "Copied", ""};
 constexpr Verb kMove{"move", "Moved", ""};
 constexpr Verb kTrash{"trash", "Moved", " to the Trash"};
 
-// The arguments that name something there; the others are said on standard error.
-QList<FilePath> usableItems(const Arguments& arguments)
-{
-    QList<FilePath> items;
-    for (const QByteArray& argument : arguments) {
-        if (const auto problem = problemWith(argument, Expect::anything))
-            err() << *problem << Qt::endl;
-        else
-            items.append(pathArgument(argument));
-    }
-    return items;
-}
-
 // Runs the engine on `items` to its end and prints the outcome; `asked` counts every argument.
 int runToEnd(const Verb& verb, qsizetype asked, const QList<FilePath>& items,
              const std::function<void(FileOperations&, const QList<FilePath>&)>& start, bool updateLinks = false)
