@@ -2,8 +2,12 @@
 
 #include "ui/theme/Theme.h"
 
+#include <QApplication>
 #include <QHash>
+#include <QIconEngine>
 #include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
 #include <QPainterPath>
 
 namespace orwick {
@@ -80,12 +84,55 @@ QPixmap draw(FileCategory category, int size, bool link, bool broken)
     return pixmap;
 }
 
+// Draws the icon at the size it is asked for, when first asked: a list needs one small size and
+// a start would otherwise draw six, up to 128 pixels with its mark, for every category it shows.
+class DrawnIconEngine : public QIconEngine {
+public:
+    DrawnIconEngine(FileCategory category, bool link, bool broken) : m_category(category), m_link(link), m_broken(broken) {}
+
+    QIconEngine* clone() const override { return new DrawnIconEngine(m_category, m_link, m_broken); }
+    QSize actualSize(const QSize& size, QIcon::Mode, QIcon::State) override
+    {
+        const int side = std::min(size.width(), size.height());
+        return {side, side};
+    }
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
+    {
+        return {QSize(16, 16), QSize(24, 24), QSize(32, 32), QSize(48, 48), QSize(64, 64), QSize(128, 128)};
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override
+    {
+        const int side = std::min(size.width(), size.height());
+        if (side <= 0)
+            return {};
+        const qint64 key = qint64(side) * 8 + int(mode);
+        if (const auto found = m_drawn.constFind(key); found != m_drawn.constEnd())
+            return *found;
+        QPixmap drawn = draw(m_category, side, m_link, m_broken);
+        if (mode != QIcon::Normal) { // as the style dims any icon (a disabled row, say)
+            QStyleOption option;
+            drawn = QApplication::style()->generatedIconPixmap(mode, drawn, &option);
+        }
+        m_drawn.insert(key, drawn);
+        return drawn;
+    }
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        const qreal scale = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
+        QPixmap drawn = pixmap(rect.size() * scale, mode, state);
+        drawn.setDevicePixelRatio(scale);
+        painter->drawPixmap(rect, drawn);
+    }
+
+private:
+    FileCategory m_category;
+    bool m_link, m_broken;
+    QHash<qint64, QPixmap> m_drawn;
+};
+
 QIcon makeIcon(FileCategory category, bool link, bool broken)
 {
-    QIcon icon;
-    for (int size : {16, 24, 32, 48, 64, 128})
-        icon.addPixmap(draw(category, size, link, broken));
-    return icon;
+    return QIcon(new DrawnIconEngine(category, link, broken));
 }
 
 // The icons are drawn in the theme's tints: a new theme draws them afresh.

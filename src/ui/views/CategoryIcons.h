@@ -1,6 +1,6 @@
 #pragma once
-// One small icon per category, drawn once and tinted with the category's colour: a folder shape
-// for folders, a page with a folded corner and a mark for everything else.
+// One small icon per category, tinted with the category's colour: a folder shape for folders, a
+// page with a folded corner and a mark for everything else. Each size is drawn when first shown.
 
 #include "files/FileItem.h"
 
