@@ -9,6 +9,7 @@
 #include "ui/panels/DiskToolKeys.h"
 #include "ui/window/CommandMenus.h"
 
+#include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -35,7 +36,7 @@ protected:
     QMenu* gitMenu() const
     {
         for (QAction* top : window->menuBar()->actions())
-            if (top->text() == QStringLiteral("&Git"))
+            if (QString(top->text()).remove(u'&') == QStringLiteral("Git"))
                 return top->menu();
         return nullptr;
     }
@@ -56,13 +57,28 @@ TEST_F(GitMenuTest, ListsTheGitCommandsAfterGo)
 {
     open(repo.root());
     const QStringList titles = menuBarTitles();
-    ASSERT_TRUE(titles.contains(QStringLiteral("&Git"))) << titles.join(u' ').toStdString();
-    EXPECT_EQ(titles.indexOf(QStringLiteral("&Git")), titles.indexOf(QStringLiteral("&Go")) + 1);
+    ASSERT_TRUE(titles.contains(QStringLiteral("Gi&t"))) << titles.join(u' ').toStdString();
+    EXPECT_EQ(titles.indexOf(QStringLiteral("Gi&t")), titles.indexOf(QStringLiteral("&Go")) + 1);
     QMenu* git = gitMenu();
     EXPECT_EQ(git->actions().first(), window->menus()->action(QStringLiteral("reviewChanges")));
     for (const char* id : {"reviewChanges", "gitHistory", "gitSwitchBranch", "gitNewBranch", "gitStash", "gitPopStash", "gitStashes",
                            "gitFetch", "gitPull", "gitPush"})
         EXPECT_TRUE(git->actions().contains(window->menus()->action(QString::fromLatin1(id)))) << id;
+}
+
+// Go took Alt+G, so Git opens with Alt+T; no two menus share an Alt key, which would leave the
+// later one out of reach of its letter.
+TEST_F(GitMenuTest, EveryMenuOpensWithAnAltKeyOfItsOwn)
+{
+    open(repo.root());
+    QHash<QKeySequence, QString> owners;
+    for (QAction* top : window->menuBar()->actions()) {
+        const QKeySequence key = QKeySequence::mnemonic(top->text());
+        ASSERT_FALSE(key.isEmpty()) << top->text().toStdString();
+        EXPECT_FALSE(owners.contains(key)) << top->text().toStdString() << " shares its key with " << owners.value(key).toStdString();
+        owners.insert(key, top->text());
+    }
+    EXPECT_EQ(QKeySequence::mnemonic(gitMenu()->menuAction()->text()), QKeySequence(Qt::ALT | Qt::Key_T));
 }
 
 TEST_F(GitMenuTest, EntriesFollowWhetherTheFolderIsInARepository)

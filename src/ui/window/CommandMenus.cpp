@@ -88,6 +88,33 @@ QString shownText(const AppCommand& command, const WindowState& state)
         return literalText(command.title + QLatin1Char(' ') + state.undoStack()->redoText());
     return menuText(command);
 }
+
+// The menu bar's titles with their Alt keys: each its first letter, as users expect ("&File"),
+// unless an earlier menu has that letter; then the first of its letters no menu starts with, so
+// Go and Git each open with a key of their own ("&Go", "Gi&t") and Image keeps Alt+I.
+QStringList withOwnMnemonics(const QStringList& titles)
+{
+    QSet<QChar> taken;
+    for (const QString& title : titles)
+        if (!title.isEmpty())
+            taken.insert(title[0].toLower());
+    QSet<QChar> firstsGiven;
+    QStringList marked;
+    for (const QString& title : titles) {
+        qsizetype at = -1;
+        if (!title.isEmpty() && !firstsGiven.contains(title[0].toLower())) {
+            at = 0;
+            firstsGiven.insert(title[0].toLower());
+        }
+        for (qsizetype i = 1; at < 0 && i < title.size(); ++i)
+            if (title[i].isLetter() && !taken.contains(title[i].toLower())) {
+                at = i;
+                taken.insert(title[i].toLower());
+            }
+        marked << (at < 0 ? title : QString(title).insert(at, QLatin1Char('&')));
+    }
+    return marked;
+}
 } // namespace
 
 CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(window), m_window(window), m_state(state)
@@ -95,8 +122,12 @@ CommandMenus::CommandMenus(QMainWindow* window, WindowState* state) : QObject(wi
     // The menus are the catalogue's groups (CommandGroups), each with its own additions.
     // Each is made in menu bar order; the ones with additions are kept as they go by.
     QHash<QString, QMenu*> made;
+    QStringList titles;
     for (const CommandGroups::Group& group : CommandGroups::menus())
-        made.insert(group.title, addMenu(QLatin1Char('&') + group.title, group.ids));
+        titles << group.title;
+    const QStringList marked = withOwnMnemonics(titles);
+    for (qsizetype i = 0; i < titles.size(); ++i)
+        made.insert(titles[i], addMenu(marked[i], CommandGroups::menus()[i].ids));
     const auto menu = [&made](const char* title) { return made.value(QLatin1StringView(title)); };
     QMenu* file = menu("File");
     TagsMenu::addShortcuts(window, state);
