@@ -130,5 +130,25 @@ TEST_F(GuideSheetTest, EscClosesTheWelcome)
     EXPECT_FALSE(state->isWelcoming());
 }
 
+// At a first start the welcome comes before the window is active, when nothing has the keyboard
+// yet: closing it still gives the keyboard to the pane, so Down moves in the list at once.
+TEST_F(GuideSheetTest, EscOnTheFirstStartWelcomeGivesTheKeyboardToThePane)
+{
+    tree.file("a.txt", "a");
+    state = std::make_unique<WindowState>(tree.root(), &preferences);
+    window = std::make_unique<MainWindow>(state.get());
+    state->setWelcoming(true);
+    window->show();
+    window->activateWindow();
+    ASSERT_TRUE(waitUntil([&] { return QApplication::activeWindow() == window.get() && welcomeSheet() != nullptr; }));
+    ASSERT_TRUE(waitUntil([&] { return !pane()->isLoading(); }));
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(waitUntil([&] { return welcomeSheet() == nullptr; }));
+    QApplication::processEvents();
+    QWidget* paneWidget = window->activePaneWidget();
+    EXPECT_TRUE(paneWidget->isAncestorOf(QApplication::focusWidget()))
+        << "the keyboard is in " << (QApplication::focusWidget() ? QApplication::focusWidget()->metaObject()->className() : "nothing");
+}
+
 } // namespace
 } // namespace orwick::test

@@ -13,8 +13,18 @@
 
 namespace orwick {
 
+namespace {
+// Where the keyboard is in `window`. A sheet can open before its window is active (the welcome at
+// a first start), when the application has no focus widget: then the one the window will give it to.
+QWidget* keyboardIn(QWidget* window)
+{
+    QWidget* focus = QApplication::focusWidget();
+    return focus && focus->window() == window->window() ? focus : window->window()->focusWidget();
+}
+} // namespace
+
 PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* window)
-    : QWidget(window), m_focusBefore(QApplication::focusWidget())
+    : QWidget(window), m_focusBefore(keyboardIn(window))
 {
     for (QWidget* w = m_focusBefore; w && !m_paneBefore; w = w->parentWidget())
         m_paneBefore = qobject_cast<PaneWidget*>(w);
