@@ -61,7 +61,8 @@ TEST_F(CatalogFixture, EveryCommandHasOneIdATitleAndAnAction)
     EXPECT_EQ(CommandCatalog::find("quit")->shortcut, QKeySequence(Qt::CTRL | Qt::Key_Q));
     // Dimmed in the palette, each says why.
     for (const char* id : {"reopenTab", "copyContents", "copyDataURI", "moveTo", "copyTo", "putBack", "compress", "extract",
-                           "closePane", "nextPane", "rename"})
+                           "closePane", "nextPane", "rename", "linkToOther", "pin", "openInNewTab", "biggerIcons", "smallerIcons",
+                           "closeTerminal", "saveSearch"})
         EXPECT_FALSE(CommandCatalog::find(id)->disabledNote.isEmpty()) << id;
 }
 
