@@ -109,10 +109,17 @@ std::vector<Scored> bestCommands(const FuzzyQuery& query, const PaletteCandidate
             continue;
         hits.push_back({{score, i}, scattered, letters, typedWhole(title, typed), !scattered && titleLetters == letters});
     }
+    // Enabled commands before dimmed ones, except that a dimmed command whose title is typed whole
+    // comes before letters scattered over other commands' texts: Return on "undo" then says why
+    // Undo can't run instead of running Tidy Up Folder….
+    const auto group = [&](const Hit& hit) {
+        if (commands[hit.scored.index].isEnabled)
+            return hit.scattered ? 2 : 0;
+        return hit.exact ? 1 : 3;
+    };
     std::stable_sort(hits.begin(), hits.end(), [&](const Hit& a, const Hit& b) {
-        const bool aOn = commands[a.scored.index].isEnabled, bOn = commands[b.scored.index].isEnabled;
-        if (aOn != bOn)
-            return aOn;
+        if (const int aGroup = group(a), bGroup = group(b); aGroup != bGroup)
+            return aGroup < bGroup;
         if (a.scattered != b.scattered)
             return !a.scattered;
         if (a.letters != b.letters)

@@ -53,6 +53,17 @@ TEST_F(CatalogRanking, AnExactTitleStillBeatsItsLongerNamesakes)
     EXPECT_EQ(commandRows(u"delete").first(), "trash") << "a keyword typed whole beats letters scattered over a title";
 }
 
+// Typing a dimmed command's title and pressing Return shows why it can't run; letters of "undo"
+// scattered over Tidy Up Folder…'s keywords must not put that command first and run it instead.
+TEST_F(CatalogRanking, ADimmedCommandTypedWholeComesBeforeScatteredLetters)
+{
+    ASSERT_FALSE(CommandCatalog::find(QStringLiteral("undo"))->enabledIn(*window)); // nothing done yet
+    const QStringList rows = commandRows(u"undo");
+    ASSERT_FALSE(rows.isEmpty());
+    EXPECT_EQ(rows.first(), "undo") << rows.join(u' ').toStdString();
+    EXPECT_EQ(commandRows(u"bigger icons").first(), "biggerIcons"); // a list, not the grid
+}
+
 TEST_F(CatalogRanking, DisabledCommandsComeAfterTheEnabledOnes)
 {
     const QStringList rows = commandRows(u"resume");
