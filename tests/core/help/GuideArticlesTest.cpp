@@ -104,3 +104,10 @@ TEST_F(GuideArticlesTest, ArticlesNameOnlyThisSystemsKeysAndPlaces)
             EXPECT_FALSE(text.contains(QString::fromUtf8(foreign))) << topic.id.toStdString() << " says " << foreign;
     }
 }
+
+// A key ending in "." (Ctrl+Shift+.) never ends a sentence: its full stop would read as a second dot.
+TEST_F(GuideArticlesTest, NoKeyEndingInADotEndsASentence)
+{
+    for (const GuideTopic& topic : guide::topics())
+        EXPECT_FALSE(guide::articleText(topic).contains(QStringLiteral(".`."))) << topic.id.toStdString();
+}
