@@ -12,11 +12,14 @@
 #include "ui/servers/ServerSheet.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QDir>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace orwick::test {
 namespace {
@@ -85,6 +88,16 @@ TEST_F(ServerSheetTest, EmptyTrashAsksWithWhatItFreesAndDeletesOnlyWhenAnswered)
     EXPECT_TRUE(box->informativeText().startsWith(QStringLiteral("1 item"))) << box->informativeText().toStdString();
     EXPECT_TRUE(box->informativeText().contains(QStringLiteral("This frees"))) << box->informativeText().toStdString();
     EXPECT_TRUE(exists(inTrash)) << "nothing is deleted before the answer";
+    // Return is Cancel: what can't be undone takes a deliberate choice.
+    EXPECT_EQ(static_cast<QAbstractButton*>(box->defaultButton()), box->button(QMessageBox::Cancel));
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QApplication::sendEvent(box, &enter);
+    ASSERT_TRUE(waitUntil([&] { return !window->findChild<QMessageBox*>(QStringLiteral("emptyTrashQuestion")); }));
+    settle();
+    EXPECT_TRUE(exists(inTrash)) << "Return kept the Trash";
+
+    press(Qt::Key_Delete, Qt::ControlModifier | Qt::ShiftModifier);
+    ASSERT_TRUE(waitUntil([&] { return (box = window->findChild<QMessageBox*>(QStringLiteral("emptyTrashQuestion"))) && box->isVisible(); }));
     for (QAbstractButton* button : box->buttons())
         if (button->text() == QStringLiteral("Empty Trash"))
             button->click();

@@ -158,7 +158,8 @@ void FileOpsController::confirmEmptyTrash(const TrashContents& contents)
     box->setInformativeText(QStringLiteral("%1 will be deleted. This frees %2 and can’t be undone.")
                                 .arg(itemCount(contents.items.size()), formatByteCount(contents.bytes)));
     QPushButton* empty = box->addButton(QStringLiteral("Empty Trash"), QMessageBox::DestructiveRole);
-    box->setDefaultButton(empty);
+    // It can't be undone: a Return pressed out of habit keeps everything.
+    box->setDefaultButton(QMessageBox::Cancel);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowModality(Qt::WindowModal);
     FileActions* files = &m_state->files();
