@@ -14,13 +14,6 @@ namespace orwick {
 
 namespace {
 
-QByteArray suffixFormat(const QString& suffix)
-{
-    if (suffix == u"jpg" || suffix == u"jpeg" || suffix == u"jpe" || suffix == u"jfif")
-        return "jpeg";
-    return suffix.toLatin1();
-}
-
 // The format the result is written in: the one asked for, else the source's own when Qt
 // writes it, else PNG.
 QByteArray resultFormat(const ConvertOptions& options, const QByteArray& sourceFormat)
@@ -150,7 +143,7 @@ Result<QList<FileOperations::MadeFile>> convertImage(const FilePath& source, con
 Result<QByteArray> convertedBytes(const FilePath& source, const ConvertOptions& options, const CancelFlag& cancel)
 {
     // Known before decoding: the format the result would have, against the one the name says.
-    const QByteArray named = suffixFormat(source.extension());
+    const QByteArray named = formatOfSuffix(source.extension());
     if (!options.format.isEmpty() && options.format != named)
         return failure(QStringLiteral("“%1” can’t become %2 in place: its name says it is %3. Convert it beside the original instead.")
                            .arg(source.fileName(), formatTitle(options.format), source.extension().toUpper()));

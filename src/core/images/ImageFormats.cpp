@@ -9,19 +9,15 @@
 
 namespace orwick {
 
-namespace {
-
-// Picture suffixes that name a format other than their own (the rest name themselves).
 QByteArray formatOfSuffix(const QString& suffix)
 {
+    // Picture suffixes that name a format other than their own; the rest name themselves.
     if (suffix == u"jpg" || suffix == u"jpe" || suffix == u"jfif")
         return "jpeg";
     if (suffix == u"tif")
         return "tiff";
     return suffix.toLatin1();
 }
-
-} // namespace
 
 QList<QByteArray> writableImageFormats()
 {

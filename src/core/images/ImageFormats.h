@@ -21,6 +21,9 @@ QString formatTitle(const QByteArray& format);
 
 // The suffix a new file of `format` gets, without the dot: "png", "jpg", "webp", "avif".
 QByteArray formatSuffix(const QByteArray& format);
+// The format a file's suffix names: "jpeg" for jpg, jpe and jfif, "tiff" for tif, else the
+// suffix itself.
+QByteArray formatOfSuffix(const QString& suffix);
 
 // Qt can read the file as a picture: its suffix names a format Qt reads and its first bytes
 // agree (a content sniff: nothing is decoded).

@@ -3,6 +3,7 @@
 
 #include "images/ImageTurn.h"
 
+#include "fileops/OperationTexts.h"
 #include "images/Exiv2Access.h"
 #include "images/ImageConvert.h"
 #include "images/ImageFormats.h"
@@ -54,18 +55,6 @@ int orientationOfTurn(PictureTurn turn)
     return 1;
 }
 
-QByteArray formatOfName(const FilePath& file)
-{
-    const QString suffix = file.extension();
-    if (suffix == u"jpg" || suffix == u"jpeg" || suffix == u"jpe" || suffix == u"jfif")
-        return "jpeg";
-    if (suffix == u"tif")
-        return "tiff";
-    return suffix.toLatin1();
-}
-
-QString quoted(const FilePath& file) { return QStringLiteral("“%1”").arg(file.fileName()); }
-
 // Orientation 1–8 as the EXIF says it, 1 when it says nothing usable.
 int exifOrientation(const Exiv2::ExifData& exif)
 {
@@ -109,7 +98,7 @@ Status checkWholeJpeg(const FilePath& file)
 {
     QFile handle;
     if (openPictureFile(handle, file) && isCutShortJpeg(handle))
-        return failure(QStringLiteral("%1 can’t be read: the picture is cut short.").arg(quoted(file)));
+        return failure(QStringLiteral("%1 can’t be read: the picture is cut short.").arg(quoted(file.fileName())));
     if (const auto header = readPictureHeader(file); !header)
         return failure(header.error());
     return {};
@@ -147,13 +136,13 @@ Result<QByteArray> turnedPixels(const FilePath& file, const QByteArray& bytes, c
         return failure(read.error());
     if (read->format != format)
         return failure(QStringLiteral("%1 can’t be turned in place: it holds a %2 picture under another name.")
-                           .arg(quoted(file), formatTitle(read->format)));
+                           .arg(quoted(file.fileName()), formatTitle(read->format)));
     if (cancel.isCancelled())
         return failure(QString());
     const QImage turned = turnedImage(read->image, turn);
     auto encoded = encodeImage(turned, format, qualityFor(format, bytes));
     if (!encoded)
-        return failure(QStringLiteral("%1: %2").arg(quoted(file), encoded.error()));
+        return failure(QStringLiteral("%1: %2").arg(quoted(file.fileName()), encoded.error()));
     return withMetadataOf(file, *encoded, turned.size());
 }
 
@@ -219,11 +208,11 @@ Result<QByteArray> turnedBytes(const FilePath& file, PictureTurn turn, const Can
     if (const Status readable = images::checkPictureFile(file); !readable)
         return failure(readable.error());
     if (!isPicture(file))
-        return failure(QStringLiteral("%1 isn’t a picture Orwick can read.").arg(quoted(file)));
-    const QByteArray format = formatOfName(file);
+        return failure(QStringLiteral("%1 isn’t a picture Orwick can read.").arg(quoted(file.fileName())));
+    const QByteArray format = formatOfSuffix(file.extension());
     if (!isWritableImageFormat(format))
         return failure(QStringLiteral("%1 can’t be turned: Orwick can’t write %2 pictures.")
-                           .arg(quoted(file), file.extension().toUpper()));
+                           .arg(quoted(file.fileName()), file.extension().toUpper()));
     auto bytes = images::readPictureFile(file);
     if (!bytes)
         return failure(bytes.error());
@@ -242,7 +231,7 @@ Result<QByteArray> turnedBytes(const FilePath& file, PictureTurn turn, const Can
     if (!header)
         return failure(header.error());
     if (header->animated)
-        return failure(QStringLiteral("%1 can’t be turned: it is an animation, and only its first frame would remain.").arg(quoted(file)));
+        return failure(QStringLiteral("%1 can’t be turned: it is an animation, and only its first frame would remain.").arg(quoted(file.fileName())));
     return turnedPixels(file, *bytes, format, turn, cancel);
 }
 
