@@ -12,16 +12,31 @@
 
 namespace orwick {
 
+// Keeps the application object from beginning its end while a thread posts to it; false once
+// the end has begun, or when there is no application. Held only for the moment of a post.
+class ApplicationHold {
+public:
+    ApplicationHold();
+    ~ApplicationHold();
+    ApplicationHold(const ApplicationHold&) = delete;
+    ApplicationHold& operator=(const ApplicationHold&) = delete;
+    explicit operator bool() const { return m_open; }
+
+private:
+    bool m_open;
+};
+
 template <class Receiver, class Deliver>
 void deliverToGui(QPointer<Receiver> receiver, Deliver deliver)
 {
     // Posted to the application object, which outlives every receiver, and checked there, so a
-    // receiver deleted meanwhile is never touched. Once the application is going, nothing is.
-    QCoreApplication* application = QCoreApplication::instance();
-    if (!application)
+    // receiver deleted meanwhile is never touched. Once the application is going, nothing is:
+    // a thread that finishes while it ends (a drive read, a hung server's answer) posts nowhere.
+    const ApplicationHold hold;
+    if (!hold)
         return;
     QMetaObject::invokeMethod(
-        application,
+        QCoreApplication::instance(),
         [receiver = std::move(receiver), deliver = std::move(deliver)]() mutable {
             if (receiver)
                 deliver(*receiver);

@@ -7,6 +7,7 @@
 // lets it go. Nothing is delivered once `receiver` is gone; exactly one of `apply` and
 // `timedOut` runs otherwise.
 
+#include "async/DetachedThread.h"
 #include "async/GuiDelivery.h"
 
 #include <QObject>
@@ -14,7 +15,6 @@
 #include <QTimer>
 #include <atomic>
 #include <memory>
-#include <thread>
 
 namespace orwick {
 
@@ -27,13 +27,13 @@ void runWithTimeLimit(QObject* receiver, int limitMs, Work work, Apply apply, Ti
         if (!std::exchange(*settled, true))
             timedOut();
     });
-    std::thread([guard, settled, work = std::move(work), apply = std::move(apply)]() mutable {
+    startDetached([guard, settled, work = std::move(work), apply = std::move(apply)]() mutable {
         auto result = std::make_shared<decltype(work())>(work());
         deliverToGui(guard, [settled, apply = std::move(apply), result](QObject&) mutable {
             if (!std::exchange(*settled, true))
                 apply(std::move(*result));
         });
-    }).detach();
+    });
 }
 
 } // namespace orwick

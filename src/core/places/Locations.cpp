@@ -1,5 +1,6 @@
 #include "places/Locations.h"
 
+#include "async/DetachedThread.h"
 #include "async/GuiDelivery.h"
 #include "base/Formatting.h"
 #include "platform/AllTrashes.h"
@@ -11,7 +12,6 @@
 #include <condition_variable>
 #include <mutex>
 #include <sys/statvfs.h>
-#include <thread>
 
 namespace orwick {
 
@@ -37,7 +37,7 @@ std::optional<Space> serverSpace(const FilePath& path)
         bool done = false;
     };
     auto answer = std::make_shared<Answer>();
-    std::thread([answer, path] {
+    startDetached([answer, path] {
         struct statvfs st {};
         std::optional<Space> space;
         if (::statvfs(path.c_str(), &st) == 0)
@@ -46,7 +46,7 @@ std::optional<Space> serverSpace(const FilePath& path)
         answer->space = space;
         answer->done = true;
         answer->ready.notify_all();
-    }).detach();
+    });
     std::unique_lock locked(answer->lock);
     answer->ready.wait_for(locked, std::chrono::milliseconds(Locations::kServerSpaceLimitMs), [&answer] { return answer->done; });
     return answer->space;
@@ -131,7 +131,7 @@ void Locations::refresh()
     m_reading = reading;
     m_timeout.start();
     QPointer<Locations> self(this);
-    std::thread([reading, self] {
+    startDetached([reading, self] {
         QList<Place> rows = driveRows();
         const int trashCount = trash::countAllItems();
         if (reading->abandoned)
@@ -150,7 +150,7 @@ void Locations::refresh()
             if (!same)
                 Q_EMIT locations.changed();
         });
-    }).detach();
+    });
 }
 
 } // namespace orwick
