@@ -1,15 +1,23 @@
 // The shelf in a real window: Ctrl+Alt+S gathers the selection from one folder and another, Copy
 // Shelf Here and Move Shelf Here land it in a third as one undoable job and select what landed,
-// items gone since are not counted as landed, and the sidebar's Shelf button lists the items.
+// items gone since are not counted as landed, a move takes off the shelf only what the engine
+// moved (a skipped, failed or gone item stays) and its undo puts that back on the shelf, and the
+// sidebar's Shelf button lists the items.
 
 #include "WindowFixture.h"
 #include "commands/CommandCatalog.h"
 #include "places/Shelf.h"
+#include "support/ScratchMount.h"
 #include "ui/shelf/ShelfButton.h"
 #include "ui/shelf/ShelfList.h"
 
+#include <QAbstractButton>
 #include <QListWidget>
+#include <QMessageBox>
 #include <QToolButton>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace orwick;
 using test::waitUntil;
@@ -36,6 +44,14 @@ struct ShelfWindowTest : test::WindowTest {
         for (const FilePath& item : items.mid(1))
             pane()->click(item, Qt::ControlModifier);
         press(Qt::Key_S, Qt::ControlModifier | Qt::AltModifier);
+    }
+    void answerConflict(const QString& choice)
+    {
+        QMessageBox* box = nullptr;
+        ASSERT_TRUE(waitUntil([&] { return (box = window->findChild<QMessageBox*>()) && box->isVisible(); }));
+        for (QAbstractButton* button : box->buttons())
+            if (button->text() == choice)
+                button->click();
     }
 };
 
@@ -95,6 +111,84 @@ TEST_F(ShelfWindowTest, GatheredFromTwoFoldersThenCopiedAndMovedIntoAThirdWithUn
     run("clearShelf");
     EXPECT_TRUE(Shelf::shared().isEmpty());
     EXPECT_FALSE(enabled("clearShelf"));
+}
+
+TEST_F(ShelfWindowTest, AMoveTakesOffOnlyWhatItMovedAndItsUndoPutsThatBack)
+{
+    const FilePath a = tree.file("one/a.txt", "a"), b = tree.file("one/b.txt", "new b"), gone = tree.file("one/gone.txt", "g");
+    const FilePath there = tree.folder("there");
+    const FilePath olderB = tree.file("there/b.txt", "older b");
+    open(tree.path("one"));
+    addToShelf({a, b, gone});
+    ASSERT_EQ(Shelf::shared().items(), (QList<FilePath>{a, b, gone}));
+    ASSERT_TRUE(QFile::remove(gone.text())); // between shelving and landing
+
+    show(there);
+    run("moveShelfHere");
+    answerConflict(QStringLiteral("Skip")); // b.txt is there already
+    settle();
+    const FilePath a2 = there.child(QStringLiteral("a.txt"));
+    EXPECT_EQ(test::readAll(a2), "a");
+    EXPECT_FALSE(test::exists(a));
+    EXPECT_EQ(test::readAll(b), "new b");
+    EXPECT_EQ(test::readAll(olderB), "older b");
+    EXPECT_TRUE(toast().contains(QStringLiteral("no longer there"))) << toast().toStdString();
+    EXPECT_EQ(Shelf::shared().items(), (QList<FilePath>{b, gone})) << "the skipped and the gone item stay on the shelf";
+
+    // Undo brings a.txt back to its place and onto the shelf; redo takes it off again.
+    press(Qt::Key_Z, Qt::ControlModifier);
+    settle();
+    EXPECT_EQ(test::readAll(a), "a");
+    EXPECT_EQ(Shelf::shared().items(), (QList<FilePath>{b, gone, a}));
+    state->undoStack()->redo();
+    settle();
+    EXPECT_EQ(test::readAll(a2), "a");
+    EXPECT_EQ(Shelf::shared().items(), (QList<FilePath>{b, gone}));
+}
+
+TEST_F(ShelfWindowTest, AnItemCarriedAlongInsideAShelvedFolderIsNotTakenAsMovedByItself)
+{
+    const FilePath project = tree.folder("one/Project");
+    const FilePath notes = tree.file("one/Project/notes.txt", "n");
+    const FilePath there = tree.folder("there");
+    Shelf::shared().add({project, notes});
+    open(there);
+    run("moveShelfHere");
+    settle();
+    EXPECT_EQ(test::readAll(there.child(QStringLiteral("Project/notes.txt"))), "n");
+    // The folder moved first, with notes.txt in it; notes.txt's own turn found it no longer
+    // there, so the engine moved nothing for it: it stays on the shelf as an item that is gone.
+    EXPECT_TRUE(toast().contains(QStringLiteral("no longer there"))) << toast().toStdString();
+    EXPECT_EQ(Shelf::shared().items(), QList<FilePath>{notes});
+}
+
+TEST_F(ShelfWindowTest, AnItemThatCouldntBeMovedStaysOnTheShelf)
+{
+    // A folder nothing can be taken out of: a read-only disk for root, else a read-only folder.
+    std::optional<test::ScratchMount> disk;
+    FilePath locked = tree.folder("locked");
+    if (geteuid() == 0) {
+        disk.emplace("tmpfs", "size=1m");
+        if (!disk->ok())
+            GTEST_SKIP() << disk->why().toStdString();
+        locked = disk->root();
+    }
+    const FilePath kept = locked.child(QStringLiteral("kept.txt"));
+    ASSERT_TRUE(test::writeFile(kept, "k"));
+    ASSERT_TRUE(disk ? disk->makeReadOnly() : chmod(locked.c_str(), 0555) == 0);
+    const FilePath a = tree.file("one/a.txt", "a");
+    const FilePath there = tree.folder("there");
+    Shelf::shared().add({kept, a});
+
+    open(there);
+    run("moveShelfHere");
+    settle();
+    if (!disk)
+        chmod(locked.c_str(), 0755);
+    EXPECT_EQ(test::readAll(kept), "k");
+    EXPECT_FALSE(test::exists(a));
+    EXPECT_TRUE(toast().contains(QStringLiteral("“kept.txt”"))) << toast().toStdString();
+    EXPECT_EQ(Shelf::shared().items(), QList<FilePath>{kept});
 }
 
 TEST_F(ShelfWindowTest, NothingIsAddedFromTheTrashOrWithoutASelection)

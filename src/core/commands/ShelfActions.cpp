@@ -3,15 +3,44 @@
 #include "fileops/OperationTexts.h"
 #include "files/Listing.h"
 #include "places/Shelf.h"
-#include "platform/DirectoryReader.h"
 #include "state/FileActions.h"
 #include "state/WindowState.h"
+
+#include <QSet>
+#include <memory>
 
 namespace orwick::shelfActions {
 
 namespace {
 
-bool isThere(const FilePath& item) { return statPath(item, FollowLinks::no).has_value(); }
+// Keeps the shelf in step with a landing that moves its items, by the moves the engine made:
+// the items the move took leave the shelf, its undo puts each one it brings back to its place on
+// the shelf again, and redo takes them off again. Nothing on the shelf is looked at on this
+// thread: an item on a disk that stopped answering can't hold up the window.
+FileOperations::Moved followOnShelf()
+{
+    struct Taken {
+        QSet<FilePath> items; // where the items the move took were shelved
+        bool known = false;   // set by the move itself, which reports first
+    };
+    return [taken = std::make_shared<Taken>()](const QList<FileMove>& moves) {
+        if (!taken->known) {
+            for (const FileMove& move : moves)
+                taken->items.insert(move.from);
+            taken->known = true;
+        }
+        QList<FilePath> off, on;
+        for (const FileMove& move : moves) {
+            if (taken->items.contains(move.from))
+                off.append(move.from);
+            else if (taken->items.contains(move.to))
+                on.append(move.to);
+        }
+        Shelf& shelf = Shelf::shared();
+        shelf.remove(off);
+        shelf.add(on);
+    };
+}
 
 } // namespace
 
@@ -57,22 +86,9 @@ void land(WindowState& window, FileOperations::Mode mode)
 {
     if (!canLand(window))
         return;
-    const QList<FilePath> items = Shelf::shared().items();
-    // What is there before the move: afterwards, what is no longer there is what moved.
-    QList<FilePath> present;
-    for (const FilePath& item : items)
-        if (isThere(item))
-            present.append(item);
-    FileOperations::Finished after;
-    if (mode == FileOperations::Mode::move)
-        after = [present](const QList<FilePath>&) {
-            QList<FilePath> moved;
-            for (const FilePath& item : present)
-                if (!isThere(item))
-                    moved.append(item);
-            Shelf::shared().remove(moved);
-        };
-    window.files().transferHere(items, mode, std::move(after));
+    // Every item goes to the job, gone or not: the engine tells what it moved, skipped or failed.
+    window.files().transferHere(Shelf::shared().items(), mode,
+                                mode == FileOperations::Mode::move ? followOnShelf() : FileOperations::Moved());
 }
 
 bool canClear(const WindowState&) { return !Shelf::shared().isEmpty(); }

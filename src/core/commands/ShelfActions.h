@@ -6,7 +6,9 @@
 // progress, conflict questions, the toast, one undo step; the landed items are selected in the
 // pane once they show. Items that are gone since they were shelved go to the job too, so the
 // engine's report counts them ("1 item was no longer there") and never as landed. A move takes
-// off the shelf exactly the items that left their place; the others stay on it.
+// off the shelf exactly the items the engine moved; the ones skipped, failed, gone or not reached
+// before a cancel stay on it. Undoing the move puts the items it brings back to their places on
+// the shelf again; redo takes them off again.
 
 #include "base/FilePath.h"
 #include "fileops/FileOperations.h"

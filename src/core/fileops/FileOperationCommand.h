@@ -20,9 +20,11 @@ class FileOperationCommand : public QUndoCommand {
 public:
     // `stack` is the undo stack the step goes on: failures of its undo and redo are told to its window.
     // `alongside` runs with each later undo (false) and redo (true), on this thread, when the
-    // file work is asked for: state of the caller's own that goes with the files.
+    // file work is asked for: state of the caller's own that goes with the files. `moved` gets
+    // the moves each later undo and redo made, once that work is done (FileOperations::Moved).
     FileOperationCommand(FileOperations* operations, const QString& actionName, std::vector<FileChange> changes,
-                         QUndoStack* stack = nullptr, std::function<void(bool forward)> alongside = {});
+                         QUndoStack* stack = nullptr, std::function<void(bool forward)> alongside = {},
+                         std::function<void(const QList<FileMove>& moves)> moved = {});
 
     void undo() override;
     void redo() override;
@@ -35,6 +37,7 @@ private:
     QPointer<QUndoStack> m_stack;
     std::shared_ptr<std::vector<FileChange>> m_changes;
     std::function<void(bool forward)> m_alongside;
+    std::function<void(const QList<FileMove>& moves)> m_moved;
     bool m_done = true;
 };
 

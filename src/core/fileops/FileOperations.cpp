@@ -123,7 +123,7 @@ void FileOperations::finish(quint64 id, JobOutput output)
     const QList<FilePath> rewritten = output.rewritten + filesRewritten(report.changes);
     if (undoable)
         request.undo->push(new FileOperationCommand(this, request.actionName, std::move(report.changes), request.undo,
-                                                    request.alongside));
+                                                    request.alongside, request.moved));
     OperationOutcome outcome;
     outcome.errors = report.errors;
     outcome.failuresText = output.failures;
@@ -150,6 +150,8 @@ void FileOperations::finish(quint64 id, JobOutput output)
         request.created(output.made);
     if (request.finished)
         request.finished(output.done);
+    if (request.moved)
+        request.moved(report.moves);
     if (!report.moves.isEmpty() && request.pool != &m_replayPool)
         Q_EMIT itemsRelocated(report.moves, request.undo);
     if (request.after)
@@ -162,11 +164,12 @@ void FileOperations::finish(quint64 id, JobOutput output)
 }
 
 void FileOperations::replay(std::shared_ptr<std::vector<FileChange>> changes, bool forward, const QString& actionName,
-                            QUndoStack* window)
+                            QUndoStack* window, Moved moved)
 {
     ++m_pendingReplays;
     JobRequest request;
     request.window = window;
+    request.moved = std::move(moved);
     request.title = (forward ? QStringLiteral("Redoing ") : QStringLiteral("Undoing ")) + actionName;
     request.announce = false;
     request.pool = &m_replayPool;
@@ -199,7 +202,8 @@ void FileOperations::ask(const QList<Move>& collisions, const FilePath& folder, 
         answer(ConflictChoice::keepBoth);
 }
 
-void FileOperations::transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo, Finished finished)
+void FileOperations::transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo, Finished finished,
+                              Moved moved)
 {
     for (const FilePath& item : items) {
         if (liesWithin(folder, item)) {
@@ -224,7 +228,7 @@ void FileOperations::transfer(const QList<FilePath>& items, const FilePath& fold
         return;
     const QString actionName = mode == Mode::copy ? QStringLiteral("Copy") : QStringLiteral("Move");
     auto proceed = [this, moves, collisions, actionName, mode, undo = QPointer<QUndoStack>(undo),
-                    finished = std::move(finished)](ConflictChoice choice) mutable {
+                    finished = std::move(finished), moved = std::move(moved)](ConflictChoice choice) mutable {
         QList<FilePath> replacing;
         if (choice == ConflictChoice::cancel)
             return;
@@ -238,7 +242,7 @@ void FileOperations::transfer(const QList<FilePath>& items, const FilePath& fold
                 replacing.append(collision.to);
         }
         if (!moves.isEmpty())
-            copy(moves, actionName, mode == Mode::move, undo, replacing, std::move(finished));
+            copy(moves, actionName, mode == Mode::move, undo, replacing, std::move(finished), std::move(moved));
     };
     if (collisions.isEmpty())
         proceed(ConflictChoice::keepBoth);
@@ -247,10 +251,11 @@ void FileOperations::transfer(const QList<FilePath>& items, const FilePath& fold
 }
 
 void FileOperations::copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
-                          const QList<FilePath>& replacing, Finished finished)
+                          const QList<FilePath>& replacing, Finished finished, Moved moved)
 {
     JobRequest request;
     request.finished = std::move(finished);
+    request.moved = std::move(moved);
     request.title = (removingSources ? QStringLiteral("Moving ") : QStringLiteral("Copying ")) + itemCount(moves.size());
     request.actionName = actionName;
     request.undo = undo;

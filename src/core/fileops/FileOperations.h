@@ -51,6 +51,11 @@ public:
     using Created = std::function<void(const FilePath&)>;
     // Called once a job's results were applied, with the items it acted on in full.
     using Finished = std::function<void(const QList<FilePath>& done)>;
+    // Called once a job's results were applied, and again after each undo and redo of its step,
+    // with the moves that run made, in order (what itemsMoved() carries): the items that really
+    // left their places and where they landed — back where they were, on undo. An item skipped,
+    // failed or not reached is not among them. For callers that keep paths of their own.
+    using Moved = std::function<void(const QList<Move>& moves)>;
 
     explicit FileOperations(QObject* parent = nullptr);
     ~FileOperations() override;
@@ -81,11 +86,13 @@ public:
     TrashLog& trashLog() { return m_trashLog; }
 
     // `finished` gets where the items landed (a kept-both copy under its new name); skipped and
-    // failed items are not among them.
-    void transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo, Finished finished = {});
+    // failed items are not among them. `moved` follows a move's items (see Moved); a copy moves
+    // nothing.
+    void transfer(const QList<FilePath>& items, const FilePath& folder, Mode mode, QUndoStack* undo, Finished finished = {},
+                  Moved moved = {});
     // The worker under transfer: the moves as planned, nothing asked.
     void copy(const QList<Move>& moves, const QString& actionName, bool removingSources, QUndoStack* undo,
-              const QList<FilePath>& replacing = {}, Finished finished = {});
+              const QList<FilePath>& replacing = {}, Finished finished = {}, Moved moved = {});
     void duplicate(const QList<FilePath>& items, QUndoStack* undo);
     // Brings two folders into line as one job and one undo step `actionName`: each copy is made
     // (a folder with all it holds); where its destination exists it is first moved to the Trash,
@@ -242,9 +249,10 @@ public:
     static bool isSameVolume(const FilePath& a, const FilePath& b) { return orwick::isSameVolume(a, b); }
 
     // Used by FileOperationCommand: runs the changes' inverse (or the changes again) as a job.
-    // `window` is the undo stack that holds the step, whose window hears of failures.
+    // `window` is the undo stack that holds the step, whose window hears of failures; `moved`
+    // gets the moves the run made.
     void replay(std::shared_ptr<std::vector<FileChange>> changes, bool forward, const QString& actionName,
-                QUndoStack* window = nullptr);
+                QUndoStack* window = nullptr, Moved moved = {});
 
     // Caps extraction for tests and callers with their own limit; 0 keeps the default rule.
     void setExtractionLimit(qint64 bytes) { m_extractionLimit = bytes; }
@@ -292,6 +300,7 @@ private:
         Work work;
         Created created;
         Finished finished;
+        Moved moved; // also goes into the undo step, for its undo and redo
         bool announce = true;
         QThreadPool* pool = nullptr;
         std::function<void()> after; // runs last, after the results were applied

@@ -232,26 +232,26 @@ PaneState* FileActions::paneShowing(const FilePath& folder) const
     return shown;
 }
 
-bool FileActions::transferHere(const QList<FilePath>& items, FileOperations::Mode mode, FileOperations::Finished after)
+bool FileActions::transferHere(const QList<FilePath>& items, FileOperations::Mode mode, FileOperations::Moved moved)
 {
     if (!canCreateHere() || items.isEmpty())
         return false;
-    transferInto(items, pane(), pane()->url(), mode, std::move(after));
+    transferInto(items, pane(), pane()->url(), mode, std::move(moved));
     return true;
 }
 
 void FileActions::transferInto(const QList<FilePath>& items, PaneState* target, const FilePath& folder, FileOperations::Mode mode,
-                               FileOperations::Finished after)
+                               FileOperations::Moved moved)
 {
     // The items are selected where they landed, as it went: a copy kept beside another under
     // its new name, a skipped one not at all.
-    m_operations->transfer(items, folder, mode, m_window->undoStack(),
-                           [pane = QPointer<PaneState>(target), folder, after = std::move(after)](const QList<FilePath>& landed) {
-                               if (pane)
-                                   pane->selectLanded(folder, landed);
-                               if (after)
-                                   after(landed);
-                           });
+    m_operations->transfer(
+        items, folder, mode, m_window->undoStack(),
+        [pane = QPointer<PaneState>(target), folder](const QList<FilePath>& landed) {
+            if (pane)
+                pane->selectLanded(folder, landed);
+        },
+        std::move(moved));
 }
 
 void FileActions::drop(const QList<QUrl>& urls, const FilePath& folder, Qt::KeyboardModifiers modifiers)

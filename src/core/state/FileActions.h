@@ -67,10 +67,11 @@ public:
     void linkSelectionToOtherPane();
     // Copies or moves the selection into `folder` (the palette's Copy to… and Move to…).
     bool transferSelection(const FilePath& folder, FileOperations::Mode mode);
-    // Copies or moves `items` into the active pane's folder (the shelf landing there), selects
-    // them as they landed, then hands `after` the items that landed; false when no folder is
-    // shown or a name is being edited.
-    bool transferHere(const QList<FilePath>& items, FileOperations::Mode mode, FileOperations::Finished after = {});
+    // Copies or moves `items` into the active pane's folder (the shelf landing there) and
+    // selects them as they landed; `moved` follows the items a move really moved, through the
+    // step's undo and redo too (FileOperations::Moved). False when no folder is shown or a name
+    // is being edited.
+    bool transferHere(const QList<FilePath>& items, FileOperations::Mode mode, FileOperations::Moved moved = {});
     // Copies, moves or links what was dropped on `folder` (see DropPlan).
     void drop(const QList<QUrl>& urls, const FilePath& folder, Qt::KeyboardModifiers modifiers);
     // Folders dropped on the tab bar open in new tabs, in the order dropped.
@@ -97,7 +98,7 @@ private:
     PaneState* paneShowing(const FilePath& folder) const;
     // Copies or moves `items` into `target`'s folder and selects them there once they show.
     void transferInto(const QList<FilePath>& items, PaneState* target, const FilePath& folder, FileOperations::Mode mode,
-                      FileOperations::Finished after = {});
+                      FileOperations::Moved moved = {});
     void renameWhenShown(const QPointer<PaneState>& target, const FilePath& made);
 
     WindowState* m_window;

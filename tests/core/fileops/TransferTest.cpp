@@ -250,6 +250,36 @@ TEST_F(ConflictTest, SourceThatVanishedBeforeItsTurnIsSkipped)
     EXPECT_EQ(outcomeText(reports.first()), QStringLiteral("Moved 2 items; 1 item was no longer there"));
 }
 
+TEST_F(ConflictTest, TheCallerHearsWhatAMoveReallyMovedAndWhatItsUndoAndRedoMove)
+{
+    choice = Choice::skip;
+    const FilePath c = file("in/c.txt", "c"), gone = file("in/gone.txt", "g");
+    beforeAnswer = [&] { unlink(gone.c_str()); };
+    QList<QList<FileMove>> heard;
+    ops.transfer({newA, gone, c}, docs, FileOperations::Mode::move, &stack, {},
+                 [&](const QList<FileMove>& moved) { heard.append(moved); });
+    settle();
+    const FilePath landed = docs.child(QStringLiteral("c.txt"));
+    // a.txt was answered Skip and gone.txt was no longer there: neither moved.
+    ASSERT_EQ(heard.size(), 1);
+    EXPECT_EQ(heard.last(), QList<FileMove>{(FileMove{c, landed})});
+    EXPECT_EQ(readAll(newA), "new a");
+
+    undo();
+    ASSERT_EQ(heard.size(), 2);
+    EXPECT_EQ(heard.last(), QList<FileMove>{(FileMove{landed, c})});
+    redo();
+    ASSERT_EQ(heard.size(), 3);
+    EXPECT_EQ(heard.last(), QList<FileMove>{(FileMove{c, landed})});
+
+    // A copy moves nothing.
+    ops.transfer({file("in/d.txt", "d")}, docs, FileOperations::Mode::copy, &stack, {},
+                 [&](const QList<FileMove>& moved) { heard.append(moved); });
+    settle();
+    ASSERT_EQ(heard.size(), 4);
+    EXPECT_TRUE(heard.last().isEmpty());
+}
+
 TEST_F(FileOpsTest, CopyIntoItsOwnFolderMakesACopy)
 {
     const FilePath a = file("a.txt", "a");
