@@ -1,8 +1,8 @@
 #include "disktools/ImageDiff.h"
 
 #include "images/ImageRead.h"
+#include "images/LongestSide.h"
 
-#include <QImageReader>
 #include <QPainter>
 #include <algorithm>
 #include <cstdlib>
@@ -11,15 +11,9 @@ namespace orwick::ImageDiff {
 
 QImage load(const FilePath& file, int maxPixels)
 {
-    QImageReader reader(file.text());
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    if (size.isValid() && std::max(size.width(), size.height()) > maxPixels && readsScaled(reader.format()))
-        reader.setScaledSize(size.scaled(maxPixels, maxPixels, Qt::KeepAspectRatio));
-    QImage image = reader.read();
-    if (!image.isNull() && std::max(image.width(), image.height()) > maxPixels)
-        image = smoothlyScaled(std::move(image), QSize(maxPixels, maxPixels), Qt::KeepAspectRatio);
-    return image;
+    // Through the picture tools' reader, so both sides are upright as the preview shows them.
+    auto picture = readPicture(file, longestSideAtMost(maxPixels), CancelFlag());
+    return picture ? std::move(picture->image) : QImage();
 }
 
 std::optional<Result> compare(const QImage& left, const QImage& right)

@@ -109,6 +109,15 @@ QByteArray contentsOf(Exiv2::Image& image)
     return contents;
 }
 
+int orientationIn(const Exiv2::ExifData& exif)
+{
+    const auto it = exif.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
+    if (it == exif.end() || it->count() < 1)
+        return 0;
+    const long value = it->toLong();
+    return value >= 1 && value <= 8 ? int(value) : 0;
+}
+
 QString notAPictureText(const QString& name)
 {
     return QStringLiteral("“%1” isn’t a picture whose metadata Orwick can read.").arg(name);

@@ -14,6 +14,7 @@
 #include <memory>
 
 namespace Exiv2 {
+class ExifData;
 class Image;
 }
 
@@ -33,6 +34,10 @@ int typeOf(const QByteArray& bytes);
 int typeOfFile(const QByteArray& path);
 // The bytes exiv2 holds for `image` now (after writeMetadata on a picture from openBytes).
 QByteArray contentsOf(Exiv2::Image& image);
+
+// The EXIF orientation, 1–8 (1 upright, 6 a quarter clockwise…); 0 when it says none or a value
+// outside them.
+int orientationIn(const Exiv2::ExifData& exif);
 
 // "“name” isn’t a picture whose metadata Orwick can read."
 QString notAPictureText(const QString& name);

@@ -59,19 +59,9 @@ bool holdsLocation(const Data& data)
     return std::ranges::any_of(data, [](const auto& datum) { return isLocation(datum); });
 }
 
-// Orientation 1 is upright, 2…8 turn or mirror the picture; 0 when not said.
-long orientationOf(const Exiv2::ExifData& exif)
-{
-    const auto it = exif.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
-    if (it == exif.end() || it->count() < 1)
-        return 0;
-    const long value = it->toLong();
-    return value >= 1 && value <= 8 ? value : 0;
-}
-
 void removeEverything(Exiv2::Image& image)
 {
-    const long orientation = orientationOf(image.exifData());
+    const long orientation = exiv2::orientationIn(image.exifData());
     image.clearExifData();
     image.clearIptcData();
     image.clearXmpData();
@@ -100,7 +90,7 @@ QString leftOver(Exiv2::Image& image, MetadataStrip what)
         return {};
     }
     const auto& exif = image.exifData();
-    const bool onlyOrientation = exif.empty() || (exif.count() == 1 && orientationOf(exif) > 1);
+    const bool onlyOrientation = exif.empty() || (exif.count() == 1 && exiv2::orientationIn(exif) > 1);
     // An XMP packet counts even when it doesn't parse.
     if (!onlyOrientation || !image.iptcData().empty() || !image.xmpData().empty() || !image.xmpPacket().empty()
         || !image.comment().empty())

@@ -1,5 +1,6 @@
 #include "images/ImageRead.h"
 
+#include "images/UprightReader.h"
 #include "platform/ErrorText.h"
 
 #include <QImageReader>
@@ -43,15 +44,13 @@ QString unreadable(const FilePath& path, const QString& reason)
     return QStringLiteral("%1 can’t be read: %2.").arg(quoted(path), reason);
 }
 
-// Opens the file and makes a reader on it that turns pictures upright.
-Result<void> openReader(QFile& file, QImageReader& reader, const FilePath& path)
+// Opens the file for an UprightReader, or says why it can't.
+Result<void> openForReading(QFile& file, const FilePath& path)
 {
     if (!openPictureFile(file, path)) {
         const int error = errno;
         return failure(unreadable(path, error == 0 ? QStringLiteral("it isn’t a file") : errorReason(error)));
     }
-    reader.setDevice(&file);
-    reader.setAutoTransform(true);
     return {};
 }
 
@@ -109,13 +108,14 @@ QSize uprightSize(QSize stored, QImageIOHandler::Transformations transformation)
 Result<PictureHeader> readPictureHeader(const FilePath& path)
 {
     QFile file;
-    QImageReader reader;
-    if (auto opened = openReader(file, reader, path); !opened)
+    if (auto opened = openForReading(file, path); !opened)
         return failure(opened.error());
+    UprightReader source(file);
+    QImageReader& reader = source.qt();
     const QSize stored = reader.size();
     if (!stored.isValid() || stored.isEmpty())
         return failure(unreadable(path, reasonOf(reader)));
-    PictureHeader header{uprightSize(stored, reader.transformation()), reader.format()};
+    PictureHeader header{uprightSize(stored, source.transformation()), reader.format()};
     header.animated = reader.supportsAnimation() && reader.imageCount() > 1;
     return header;
 }
@@ -123,15 +123,16 @@ Result<PictureHeader> readPictureHeader(const FilePath& path)
 Result<ReadPicture> readPicture(const FilePath& path, const std::function<QSize(QSize)>& sizeFor, const CancelFlag& cancel)
 {
     QFile file;
-    QImageReader reader;
-    if (auto opened = openReader(file, reader, path); !opened)
+    if (auto opened = openForReading(file, path); !opened)
         return failure(opened.error());
     const bool cutShort = isCutShortJpeg(file); // before the reader starts on the file
+    UprightReader source(file);
+    QImageReader& reader = source.qt();
     const QSize stored = reader.size();
     const QByteArray format = reader.format();
     if (!stored.isValid() || stored.isEmpty())
         return failure(unreadable(path, reasonOf(reader)));
-    const QImageIOHandler::Transformations transformation = reader.transformation();
+    const QImageIOHandler::Transformations transformation = source.transformation();
     const QSize upright = uprightSize(stored, transformation);
     QSize target = sizeFor ? sizeFor(upright) : upright;
     if (target.isEmpty())
@@ -150,7 +151,7 @@ Result<ReadPicture> readPicture(const FilePath& path, const std::function<QSize(
     allowBoundedPictureReads();
     if (storedTarget != stored && readsScaled(format))
         reader.setScaledSize(storedTarget);
-    QImage image = reader.read();
+    QImage image = source.read();
     if (image.isNull())
         return failure(unreadable(path, reasonOf(reader)));
     // Formats that ignore the scaled size hand the whole picture back: scale it now.

@@ -1,12 +1,12 @@
 #pragma once
 // ImageRead: a picture file read for working on — opened by its path's bytes (names needn't be
-// UTF-8), turned upright by its EXIF orientation, and decoded no larger than the work needs:
-// JPEG and SVG decode straight at a smaller size (libjpeg's DCT scaling, SVG rendering), other
-// formats decode whole and are scaled after. What one read may decode is bounded
-// (kMaxDecodedPixels), so a 30,000 × 30,000 picture is refused in plain words, never decoded
-// whole. A truncated JPEG, which Qt would show with a grey bottom, counts as damaged.
-// The preview's decoder (preview/ImageDecode) opens files, checks JPEGs and raises Qt's limit
-// through the same functions.
+// UTF-8), turned upright by its EXIF orientation whatever its format (UprightReader), and
+// decoded no larger than the work needs: JPEG and SVG decode straight at a smaller size
+// (libjpeg's DCT scaling, SVG rendering), other formats decode whole and are scaled after. What
+// one read may decode is bounded (kMaxDecodedPixels), so a 30,000 × 30,000 picture is refused in
+// plain words, never decoded whole. A truncated JPEG, which Qt would show with a grey bottom, counts as damaged.
+// The preview's decoder (preview/ImageDecode) opens files, turns pictures upright, checks JPEGs
+// and raises Qt's limit through the same functions.
 // Every function is safe on any thread.
 
 #include "base/CancelFlag.h"

@@ -55,16 +55,6 @@ int orientationOfTurn(PictureTurn turn)
     return 1;
 }
 
-// Orientation 1–8 as the EXIF says it, 1 when it says nothing usable.
-int exifOrientation(const Exiv2::ExifData& exif)
-{
-    const auto it = exif.findKey(Exiv2::ExifKey("Exif.Image.Orientation"));
-    if (it == exif.end() || it->count() < 1)
-        return 1;
-    const long value = it->toLong();
-    return value >= 1 && value <= 8 ? int(value) : 1;
-}
-
 // A lossless WebP holds its picture in a "VP8L" chunk, a lossy one in a "VP8 " chunk.
 bool isLosslessWebp(const QByteArray& bytes)
 {
@@ -112,7 +102,7 @@ Result<QByteArray> turnedJpeg(const FilePath& file, const QByteArray& bytes, Pic
         image->readMetadata();
         if (cancel.isCancelled())
             return failure(QString());
-        const int turned = turnedOrientation(exifOrientation(image->exifData()), turn);
+        const int turned = turnedOrientation(exiv2::orientationIn(image->exifData()), turn);
         image->exifData()["Exif.Image.Orientation"] = uint16_t(turned);
         Exiv2::XmpData& xmp = image->xmpData();
         if (xmp.findKey(Exiv2::XmpKey("Xmp.tiff.Orientation")) != xmp.end())
@@ -121,7 +111,7 @@ Result<QByteArray> turnedJpeg(const FilePath& file, const QByteArray& bytes, Pic
         QByteArray written = exiv2::contentsOf(*image);
         const auto check = exiv2::openBytes(written);
         check->readMetadata();
-        if (exifOrientation(check->exifData()) != turned)
+        if (exiv2::orientationIn(check->exifData()) != turned)
             throw std::runtime_error("the new orientation didn’t hold after writing");
         return written;
     });

@@ -13,9 +13,9 @@
 //   a lossless WebP stay lossless, a lossy WebP or an AVIF is written at quality 95 — and the
 //   metadata goes with them (withMetadataOf): Orientation 1, the stored size swapped for a
 //   quarter turn. A picture that an orientation showed turned looks turned by exactly the asked
-//   quarter from how it looked, never twice. (Qt applies no EXIF orientation to PNG or WebP, so
-//   those turn from how Orwick shows them; with the orientation at 1 afterwards, every viewer
-//   shows them alike.)
+//   quarter from how it looked, never twice: the pixels are read upright by their orientation
+//   (UprightReader), as Orwick and other viewers show them, and with the orientation at 1
+//   afterwards every viewer shows the result alike.
 // - Refused, with the file's name: a file that isn't a picture, a picture of a format Orwick can't write (GIF, BMP, SVG…), one
 //   of several frames (only the first would remain), one whose name says another format than its
 //   bytes, and one that is damaged or cut short.

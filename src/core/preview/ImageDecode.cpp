@@ -1,9 +1,9 @@
 #include "preview/ImageDecode.h"
 
 #include "images/ImageRead.h"
+#include "images/UprightReader.h"
 
 #include <QFile>
-#include <QImageReader>
 
 namespace orwick::preview {
 
@@ -25,12 +25,11 @@ std::optional<std::pair<QSize, QString>> imageSize(const FilePath& path)
     qint64 bytes = 0;
     if (!openPictureFile(file, path, &bytes))
         return std::nullopt;
-    QImageReader reader(&file);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
+    UprightReader source(file);
+    const QSize size = source.qt().size();
     if (!size.isValid())
         return std::nullopt;
-    return std::pair{uprightSize(size, reader.transformation()), QString::fromLatin1(reader.format())};
+    return std::pair{uprightSize(size, source.transformation()), QString::fromLatin1(source.qt().format())};
 }
 
 std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSize box, const PreviewLimits& limits,
@@ -42,18 +41,19 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
         return std::unexpected(ImageFailure{QStringLiteral("Can’t read “%1”.").arg(path.fileName()), {}, {}});
     // Qt would show a JPEG cut short with a grey bottom.
     const bool cutShort = bytes <= limits.imageFileBytes && isCutShortJpeg(file);
-    QImageReader reader(&file);
-    reader.setAutoTransform(true);
+    UprightReader source(file);
+    QImageReader& reader = source.qt();
     const QSize stored = reader.size();
     const QString format = QString::fromLatin1(reader.format());
     if (!stored.isValid() || stored.isEmpty())
         return std::unexpected(ImageFailure{damaged(path), {}, format});
-    const QSize size = uprightSize(stored, reader.transformation());
+    const QImageIOHandler::Transformations transformation = source.transformation();
+    const QSize size = uprightSize(stored, transformation);
     if (bytes > limits.imageFileBytes)
         return std::unexpected(ImageFailure{QStringLiteral("Too large to preview"), size, format});
     // The size to decode at, before the reader turns the picture upright.
     QSize target = stored;
-    const QSize storedBox = uprightSize(box, reader.transformation());
+    const QSize storedBox = uprightSize(box, transformation);
     if (stored.width() > storedBox.width() || stored.height() > storedBox.height())
         target = stored.scaled(storedBox, Qt::KeepAspectRatio).expandedTo(QSize(1, 1));
     // JPEG and SVG really decode at the smaller size; other formats decode whole, then scale.
@@ -67,11 +67,11 @@ std::expected<DecodedImage, ImageFailure> decodeImage(const FilePath& path, QSiz
     allowBoundedPictureReads();
     if (target != stored && scalesWhileReading)
         reader.setScaledSize(target);
-    QImage image = reader.read();
+    QImage image = source.read();
     if (image.isNull())
         return std::unexpected(ImageFailure{damaged(path), size, format});
     // Formats that ignore the scaled size hand the whole picture back: fit it now.
-    const QSize fitted = uprightSize(target, reader.transformation());
+    const QSize fitted = uprightSize(target, transformation);
     if (image.width() > fitted.width() || image.height() > fitted.height())
         image = smoothlyScaled(std::move(image), fitted, Qt::KeepAspectRatio);
     return DecodedImage{std::move(image), size, format};

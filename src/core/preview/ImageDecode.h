@@ -1,7 +1,8 @@
 #pragma once
-// ImageDecode: a picture read for showing — turned upright by its EXIF orientation and decoded
-// straight to the size it is shown at where the format allows (JPEG, SVG), so a camera picture
-// costs a fraction of its pixels. A picture the format can only decode whole is refused when it
+// ImageDecode: a picture read for showing — turned upright by its EXIF orientation, in every
+// format that carries one (images/UprightReader), and decoded straight to the size it is shown
+// at where the format allows (JPEG, SVG), so a camera picture costs a fraction of its pixels.
+// Its size is told upright too, as it is shown. A picture the format can only decode whole is refused when it
 // holds more than PreviewLimits::maxPixels, with its size still told; one within it decodes
 // even past Qt's default allocation limit (images/ImageRead raises it). A JPEG cut short counts
 // as damaged, as the picture tools count it, rather than shown with a grey bottom. Safe on any

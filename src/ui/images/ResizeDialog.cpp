@@ -2,6 +2,7 @@
 
 #include "fileops/OperationTexts.h"
 #include "images/ImageActions.h"
+#include "images/ImageRead.h"
 #include "state/WindowState.h"
 
 #include <QFocusEvent>
@@ -9,7 +10,6 @@
 #include <QDialogButtonBox>
 #include <QEvent>
 #include <QGridLayout>
-#include <QImageReader>
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
@@ -61,8 +61,14 @@ ResizeDialog::ResizeDialog(WindowState* state, const QList<FilePath>& pictures, 
     setWindowTitle(QStringLiteral("Resize"));
     setAttribute(Qt::WA_DeleteOnClose);
     const Remembered& last = remembered();
-    // The first picture's size (read from its header) starts the exact size.
-    const QSize first = pictures.isEmpty() ? QSize() : QImageReader(pictures.first().text()).size();
+    // The first picture's size (read from its header), upright as it is shown and resized,
+    // starts the exact size.
+    const QSize first = [&] {
+        if (pictures.isEmpty())
+            return QSize();
+        const auto header = readPictureHeader(pictures.first());
+        return header ? header->size : QSize();
+    }();
 
     auto* layout = new QVBoxLayout(this);
     const QString what = pictures.size() == 1 ? quoted(pictures.first().fileName()) : QStringLiteral("%1 pictures").arg(pictures.size());

@@ -197,6 +197,18 @@ TEST(ImageTurn, APngTurnsItsPixelsLosslesslyAndKeepsItsMetadata)
     EXPECT_EQ(rgb(decoded(flipped)), rgb(picture.mirrored(true, false)));
 }
 
+TEST(ImageTurn, APngShownTurnedByItsOrientationTurnsFromHowItIsShown)
+{
+    TempTree tree;
+    const QImage picture = quadrants({80, 40});
+    const FilePath png = tree.file("sideways.png", withExif(encoded(picture, "png"), exifOrientationBlock(6)));
+    // Shown a quarter clockwise; turned right once more it is upside down, its orientation 1.
+    const QByteArray right = turned(png, PictureTurn::right);
+    EXPECT_EQ(orientationIn(right), 1);
+    EXPECT_EQ(rgb(decoded(right)), rgb(turnedImage(turnedImage(picture, PictureTurn::right), PictureTurn::right)))
+        << "turned from how it was shown, by one quarter";
+}
+
 TEST(ImageTurn, ALosslessWebpStaysLosslessAndALossyOneLosesLittle)
 {
     if (!QImageWriter::supportedImageFormats().contains("webp"))

@@ -8,33 +8,6 @@
 
 namespace orwick::test {
 
-namespace {
-
-quint32 crc32(QByteArrayView bytes)
-{
-    quint32 crc = 0xFFFFFFFF;
-    for (const char byte : bytes) {
-        crc ^= quint8(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            crc = crc & 1 ? (crc >> 1) ^ 0xEDB88320 : crc >> 1;
-    }
-    return ~crc;
-}
-
-} // namespace
-
-QByteArray bigEndian32(quint32 value)
-{
-    QByteArray bytes(4, '\0');
-    qToBigEndian(value, bytes.data());
-    return bytes;
-}
-
-QByteArray pngChunk(const QByteArray& type, const QByteArray& data)
-{
-    return bigEndian32(quint32(data.size())) + type + data + bigEndian32(crc32(type + data));
-}
-
 QByteArray encoded(const QImage& image, const QByteArray& format, int quality)
 {
     QByteArray bytes;
@@ -57,14 +30,7 @@ QImage halves(QSize size, QColor left, QColor right)
 
 QByteArray withExifOrientation(const QByteArray& jpeg, int orientation)
 {
-    // A big-endian TIFF header and one IFD entry: Orientation (0x0112), SHORT, 1 value.
-    QByteArray tiff = QByteArray("MM\x00\x2A\x00\x00\x00\x08", 8) + QByteArray("\x00\x01", 2)
-        + QByteArray("\x01\x12\x00\x03\x00\x00\x00\x01", 8) + char(0) + char(orientation) + QByteArray(2, '\0')
-        + QByteArray(4, '\0');
-    const QByteArray payload = QByteArray("Exif\0\0", 6) + tiff;
-    const int length = int(payload.size()) + 2;
-    const QByteArray segment = QByteArray("\xFF\xE1", 2) + char(length >> 8) + char(length & 0xFF) + payload;
-    return jpeg.left(2) + segment + jpeg.mid(2);
+    return withExif(jpeg, exifOrientationBlock(orientation));
 }
 
 QByteArray jpegScan(const QByteArray& bytes)

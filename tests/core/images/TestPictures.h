@@ -4,6 +4,7 @@
 // two-frame GIF and WebP.
 
 #include "base/FilePath.h"
+#include "support/ExifPictures.h" // pngChunk, bigEndian32
 #include "support/TempHome.h"
 
 #include <QByteArray>
@@ -29,11 +30,6 @@ QByteArray pngClaiming(QSize size);
 // made byte by byte (Qt would need the whole picture in memory to write it): 1-bit grey, its rows
 // deflated as runs. In HugePng.cpp.
 QByteArray hugeWhitePng(int side);
-
-// A PNG chunk of `type` holding `data`, with its length and checksum; a number as four bytes,
-// most significant first.
-QByteArray pngChunk(const QByteArray& type, const QByteArray& data);
-QByteArray bigEndian32(quint32 value);
 
 // A 4 × 4 GIF of two frames, red then blue.
 QByteArray twoFrameGif();

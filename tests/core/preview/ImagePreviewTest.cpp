@@ -2,6 +2,7 @@
 
 #include "preview/ImageDecode.h"
 #include "preview/PreviewLoader.h"
+#include "support/ExifPictures.h"
 #include "support/TempHome.h"
 
 #include <QBuffer>
@@ -75,6 +76,39 @@ TEST(ImagePreview, ExifOrientationTurnsThePictureUpright)
     EXPECT_EQ(content.pixelSize, QSize(200, 400));
     EXPECT_EQ(content.image.size(), QSize(50, 100));
     EXPECT_EQ(content.details.first(), "200 × 400");
+}
+
+TEST(ImagePreview, APngOrWebpTurnedByItsExifShowsUprightWithItsUprightSize)
+{
+    test::TempTree tree;
+    QImage image(400, 200, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    for (int y = 0; y < 80; ++y)
+        for (int x = 0; x < 80; ++x)
+            image.setPixel(x, y, qRgb(255, 0, 0)); // top left, shown top right
+    for (const char* format : {"png", "webp"}) {
+        SCOPED_TRACE(format);
+        if (!QImageWriter::supportedImageFormats().contains(format)) {
+            ADD_FAILURE() << "Qt can't write " << format << " here";
+            continue;
+        }
+        QByteArray bytes;
+        QBuffer buffer(&bytes);
+        buffer.open(QIODevice::WriteOnly);
+        ASSERT_TRUE(image.save(&buffer, format, 100));
+        const FilePath path = tree.file(QStringLiteral("sideways.%1").arg(QLatin1String(format)),
+                                        test::withExif(bytes, test::exifOrientationBlock(6)));
+        const PreviewContent content = load(path, {100, 100});
+        ASSERT_EQ(content.kind, Kind::image) << content.message.toStdString();
+        EXPECT_EQ(content.pixelSize, QSize(200, 400));
+        EXPECT_EQ(content.details.first(), "200 × 400");
+        ASSERT_EQ(content.image.size(), QSize(50, 100));
+        EXPECT_EQ(QColor(content.image.pixel(45, 5)), QColor(Qt::red));
+        EXPECT_EQ(QColor(content.image.pixel(5, 5)), QColor(Qt::blue));
+        const auto size = preview::imageSize(path);
+        ASSERT_TRUE(size);
+        EXPECT_EQ(size->first, QSize(200, 400));
+    }
 }
 
 TEST(ImagePreview, AHugePictureIsRefusedWithItsSizeWithoutDecoding)
