@@ -28,6 +28,13 @@ void PaletteRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     }
     QStyleOptionViewItem opt(option);
     initStyleOption(&opt, index);
+    const bool dimmed = index.data(DimmedRole).toBool();
+    if (dimmed) {
+        // The accent with dim text on it would be unreadable, and the accent with bright text
+        // looks like a row that runs: a dimmed row is selected in the disabled palette's colour.
+        opt.state &= ~QStyle::State_Enabled; // and its icon is drawn disabled
+        opt.palette.setBrush(QPalette::Highlight, opt.palette.brush(QPalette::Disabled, QPalette::Highlight));
+    }
     const QString title = opt.text;
     opt.text.clear(); // background, selection and icon by the style; the texts below
     const QWidget* widget = opt.widget;
@@ -36,9 +43,10 @@ void PaletteRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
 
     const QRect textRect = style->subElementRect(QStyle::SE_ItemViewItemText, &opt, widget);
     const QFontMetrics metrics(opt.font);
-    const bool selected = opt.state & QStyle::State_Selected;
+    const bool selected = (opt.state & QStyle::State_Selected) && !dimmed;
     const QVariant foreground = index.data(Qt::ForegroundRole);
-    const QColor textColor = selected ? opt.palette.color(QPalette::HighlightedText)
+    const QColor textColor = dimmed     ? theme::dimText()
+                             : selected ? opt.palette.color(QPalette::HighlightedText)
                              : foreground.isValid() ? foreground.value<QBrush>().color()
                                                     : opt.palette.color(QPalette::Text);
     QColor dimColor = selected ? opt.palette.color(QPalette::HighlightedText) : theme::dimText();

@@ -3,6 +3,9 @@
 // right-aligned in its own column, so shortcuts line up whatever the title's length. Rows carry
 // their parts in the item roles below; rows without a subtitle or shortcut leave them empty.
 // Heading rows (no PaletteRowRole) are drawn as plain items.
+// A row of a command that can't run here (DimmedRole) stays dimmed when selected: the selection
+// is the theme's muted one (the disabled palette's highlight) and the title, its reason and its
+// shortcut keep the dim text colour, which reads on that highlight in light and dark themes alike.
 
 #include <QStyledItemDelegate>
 
@@ -10,7 +13,7 @@ namespace orwick {
 
 class PaletteRowDelegate : public QStyledItemDelegate {
 public:
-    enum Role { PaletteRowRole = Qt::UserRole + 1, ShortcutRole, SubtitleRole };
+    enum Role { PaletteRowRole = Qt::UserRole + 1, ShortcutRole, SubtitleRole, DimmedRole };
 
     using QStyledItemDelegate::QStyledItemDelegate;
 

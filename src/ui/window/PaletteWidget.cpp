@@ -134,8 +134,7 @@ void PaletteWidget::fillRows()
             item->setData(Role::ShortcutRole, row.shortcut);
             item->setData(Role::PaletteRowRole, paletteRow);
             item->setToolTip(row.kind == PaletteItem::Kind::command ? row.subtitle : row.path.text());
-            if (!row.isEnabled)
-                item->setForeground(theme::dimText());
+            item->setData(Role::DimmedRole, !row.isEnabled);
             m_listRowOf.append(m_rows->count() - 1);
             ++paletteRow;
         }
