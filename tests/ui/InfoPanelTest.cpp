@@ -101,6 +101,8 @@ TEST_F(InfoPanelTest, CtrlIShowsTheCursorsFileAndAToggledPermissionIsUndone)
     EXPECT_EQ(panel->rowText(QStringLiteral("Size")), QStringLiteral("12 bytes"));
     EXPECT_EQ(panel->rowText(QStringLiteral("MIME type")), QStringLiteral("text/plain"));
     EXPECT_EQ(state->panel(), WindowState::Panel::info);
+    // Its footer names the keys it answers to, as the other sheets' footers do.
+    EXPECT_EQ(panel->footer(), file.abbreviated() + QStringLiteral(" · Tab moves · Space ticks a permission · Ctrl+Z undoes · Esc closes"));
 
     QCheckBox* groupWrite = panel->accessEditor()->box(1, 1);
     EXPECT_FALSE(groupWrite->isChecked());
@@ -143,6 +145,7 @@ TEST_F(InfoPanelTest, AFolderIsMeasuredAndThePanelFollowsTheCursor)
     pane()->click(tree.path(QStringLiteral("box")), Qt::ControlModifier); // two items
     ASSERT_TRUE(waitUntil([&] { return panel->rowText(QStringLiteral("Name")) == QStringLiteral("2 items"); }));
     EXPECT_TRUE(panel->accessEditor()->isHidden()) << "no permissions shown for several items as if all unset";
+    EXPECT_EQ(panel->footer(), QStringLiteral("Esc closes")) << "no permissions to tick";
     select(other);
     ASSERT_TRUE(waitUntil([&] { return panel->info().path == other; }));
     EXPECT_FALSE(panel->accessEditor()->isHidden());

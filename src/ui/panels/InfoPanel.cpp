@@ -33,6 +33,17 @@ QString sizeText(qint64 bytes, qint64 items)
     return formatByteCount(bytes) + QStringLiteral(" in ") + formatCount(items, QStringLiteral("item"));
 }
 
+// The footer: where the item is, if one is shown, then the keys the sheet answers to, in the
+// order the other sheets name theirs.
+QString footerText(const QString& place, const QStringList& keys)
+{
+    QStringList parts = keys;
+    parts.append(QStringLiteral("Esc closes"));
+    if (!place.isEmpty())
+        parts.prepend(place);
+    return parts.join(QStringLiteral(" · "));
+}
+
 } // namespace
 
 PanelSheet* InfoPanel::open(WindowState& window, QWidget* parent)
@@ -222,8 +233,8 @@ void InfoPanel::showOne(FileInfo info)
     const FileInfo& i = m_info;
     clearRows();
     m_access->setVisible(true);
-    setFooter(i.path.abbreviated());
     if (!i.error.isEmpty()) {
+        setFooter(footerText(i.path.abbreviated(), {}));
         addRow(QStringLiteral("Name"), i.name);
         addRow(QStringLiteral("Error"), QStringLiteral("Couldn’t read it: %1.").arg(i.error));
         m_access->setEnabled(false);
@@ -264,6 +275,12 @@ void InfoPanel::showOne(FileInfo info)
     m_access->setEnabled(true);
     m_access->show(i.access, i.ownerName, i.groupName, !i.isLink);
     m_backlinks->showNote(i.isFolder ? FilePath() : i.path);
+    QStringList keys{QStringLiteral("Tab moves")};
+    if (!i.isLink) // a link's permissions are its target's: its boxes can't be ticked
+        keys << QStringLiteral("Space ticks a permission") << QStringLiteral("Ctrl+Z undoes");
+    if (m_backlinks->isVisibleTo(this))
+        keys << QStringLiteral("Return shows a linking note");
+    setFooter(footerText(i.path.abbreviated(), keys));
     if (i.isFolder) {
         if (!sameItem || !m_counts)
             startMeasuring({i.path}, 0, 0);
@@ -282,7 +299,7 @@ void InfoPanel::showSummary(const QList<FileInfo>& infos)
     clearRows();
     m_backlinks->showNote({});
     m_access->setVisible(false); // one item's permissions: several items' would show as boxes all unset
-    setFooter(QString());
+    setFooter(footerText({}, {}));
     addRow(QStringLiteral("Name"), formatCount(infos.size(), QStringLiteral("item")));
     QStringList kinds;
     QList<FilePath> folders;

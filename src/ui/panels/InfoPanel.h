@@ -9,6 +9,7 @@
 // one undoable step each; the panel reads the item again after every finished operation.
 // A picture also shows its camera, date taken, place and the metadata groups it carries
 // (PhotoFacts, read in the same background load, so a metadata strip shows at once).
+// The footer names the item's place and the keys the sheet answers to, as the other sheets do.
 
 #include "async/Background.h"
 #include "files/FileInfo.h"
