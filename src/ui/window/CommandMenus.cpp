@@ -14,6 +14,7 @@
 #include "state/FileActions.h"
 
 #include <QAction>
+#include <QKeyEvent>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
@@ -77,6 +78,17 @@ QString menuText(const AppCommand& command)
 {
     const QString title = command.title.startsWith(QLatin1StringView("Image: ")) ? command.title.mid(7) : command.title;
     return literalText(title);
+}
+
+// A key pressed without Ctrl, Alt or Meta that isn't a function key: one typed in passing.
+bool isPlainKey(const QKeySequence& key)
+{
+    if (key.count() != 1)
+        return false;
+    const QKeyCombination chord = key[0];
+    const bool withModifier = chord.keyboardModifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    const bool functionKey = chord.key() >= Qt::Key_F1 && chord.key() <= Qt::Key_F35;
+    return !withModifier && !functionKey;
 }
 
 // Undo and Redo name what they would undo ("Undo Rename"), as the undo stack words it.
@@ -158,17 +170,30 @@ QAction* CommandMenus::makeAction(const QString& id)
     action->setShortcuts(keys);
     action->setShortcutContext(Qt::WindowShortcut);
     action->setStatusTip(command->disabledNote);
+    action->installEventFilter(this); // to learn which of its keys was pressed
     connect(action, &QAction::triggered, this, [this, id] {
+        const QKeySequence pressed = std::exchange(m_pressedKey, {});
         const AppCommand* command = CommandCatalog::find(id);
         if (!command)
             return;
-        // A dimmed command says why, unless a name is being edited (its keys are the editor's then).
-        if (!CommandCatalog::run(*command, *m_state) && !command->disabledNote.isEmpty() && !m_state->files().isRenaming())
+        // A dimmed command says why when its chord is pressed, unless a name is being edited (its
+        // keys are the editor's then). A plain key (Delete, the keypad's + and −) stays quiet: it
+        // is pressed in passing, and a toast each time would be noise; the palette and the
+        // Keyboard Shortcuts sheet still say why.
+        if (!CommandCatalog::run(*command, *m_state) && !command->disabledNote.isEmpty() && !m_state->files().isRenaming()
+            && !isPlainKey(pressed))
             Q_EMIT messageRequested(command->title + QStringLiteral(": ") + command->disabledNote);
     });
     m_window->addAction(action); // shortcuts work while the menu bar is closed
     m_actions.insert(id, action);
     return action;
+}
+
+bool CommandMenus::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Shortcut)
+        m_pressedKey = static_cast<QShortcutEvent*>(event)->key(); // the action's triggered() follows at once
+    return QObject::eventFilter(watched, event);
 }
 
 QMenu* CommandMenus::addMenu(const QString& title, const QStringList& ids)

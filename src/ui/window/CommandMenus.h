@@ -1,11 +1,13 @@
 #pragma once
 // The menu bar and context menus, built from the command catalogue: one QAction per command,
 // whose shortcut, title and icon are the command's. A menu shows each command's enabled state as
-// it opens; a shortcut runs the command only when its predicate holds.
+// it opens; a shortcut runs the command only when its predicate holds. A chord of a dimmed
+// command (Ctrl+Z with nothing to undo) says why in a toast; a plain key (Delete) stays quiet.
 
 #include "state/WindowState.h"
 
 #include <QHash>
+#include <QKeySequence>
 #include <QSet>
 #include <QObject>
 
@@ -29,6 +31,9 @@ public:
 Q_SIGNALS:
     void messageRequested(const QString& message);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     QAction* makeAction(const QString& id);
     QMenu* addMenu(const QString& title, const QStringList& ids);
@@ -41,6 +46,7 @@ private:
     WindowState* m_state;
     QHash<QString, QAction*> m_actions;
     QSet<QAction*> m_withIcons;
+    QKeySequence m_pressedKey; // the key of the shortcut being handled, empty for a menu's click
 };
 
 // The icon for a command's symbol name: a tag's dot, a theme's swatch, the icon theme's picture

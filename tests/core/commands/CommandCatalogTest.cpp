@@ -33,11 +33,10 @@ TEST_F(CatalogFixture, EveryCommandHasOneIdATitleAndAnAction)
         EXPECT_TRUE(command.run) << command.id.toStdString();
         const AppCommand* found = CommandCatalog::find(command.id); // each family answers for its own ids
         EXPECT_TRUE(found && found->id == command.id) << "found by its id: " << command.id.toStdString();
-        if (!command.disabledNote.isEmpty()) {
-            EXPECT_FALSE(command.enabledIn(*window)) << "a note says why a command can't run, and here (one pane, nothing "
-                                                           "selected, nothing closed) none with a note can: "
-                                                        << command.id.toStdString();
-        }
+        // A command that can be dimmed says why (the palette and the Keyboard Shortcuts sheet
+        // show it), and only such a command has a note.
+        EXPECT_EQ(!command.disabledNote.isEmpty(), bool(command.isEnabled))
+            << (command.isEnabled ? "can be dimmed but doesn't say why: " : "never dimmed, yet has a note: ") << command.id.toStdString();
     }
     // Catalogue order: the fixed commands first, in their order, then the families.
     const QList<AppCommand> all = CommandCatalog::all(*window);
@@ -59,11 +58,15 @@ TEST_F(CatalogFixture, EveryCommandHasOneIdATitleAndAnAction)
     // editor) and the terminal, which use it themselves.
     EXPECT_EQ(CommandCatalog::find("nextPane")->shortcutText(), "F8");
     EXPECT_EQ(CommandCatalog::find("quit")->shortcut, QKeySequence(Qt::CTRL | Qt::Key_Q));
-    // Dimmed in the palette, each says why.
+    // Dimmed here (one pane, nothing selected, nothing closed or done yet), each says why.
     for (const char* id : {"reopenTab", "copyContents", "copyDataURI", "moveTo", "copyTo", "putBack", "compress", "extract",
                            "closePane", "nextPane", "rename", "linkToOther", "pin", "openInNewTab", "biggerIcons", "smallerIcons",
-                           "closeTerminal", "saveSearch"})
+                           "closeTerminal", "saveSearch", "undo", "redo", "cut", "copy", "duplicate", "trash", "copyPath",
+                           "forward", "deselectOrCloseFilter"}) {
+        EXPECT_FALSE(enabled(id)) << id;
         EXPECT_FALSE(CommandCatalog::find(id)->disabledNote.isEmpty()) << id;
+    }
+    EXPECT_EQ(CommandCatalog::find("undo")->disabledNote, "Nothing to undo");
 }
 
 TEST_F(CatalogFixture, PredicatesFollowTheWindow)
