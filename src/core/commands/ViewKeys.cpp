@@ -105,7 +105,7 @@ QList<ViewKeySection> build()
             row(A::findPageDown, {Qt::Key_PageDown}, "Ten matches down"),
             row(A::findFirst, {Qt::Key_Home}, "The first match (in the results)"),
             row(A::findLast, {Qt::Key_End}, "The last match (in the results)"),
-            row(A::findShow, {Qt::Key_Return}, "Search now, or show the match's file in the pane"),
+            row(A::findShow, {Qt::Key_Return}, "Search now, or open the match's file"),
             takenRow(A::findEdit, {C | Qt::Key_Return}, "Open the match in the editor at its line",
                      "Ctrl+Return opens in a new tab elsewhere; here it opens the editor"),
             row(A::findMatchCase, {Alt | Qt::Key_C}, "Match case on or off"),
@@ -114,6 +114,12 @@ QList<ViewKeySection> build()
         {KeyedView::folderComparison, QStringLiteral("Folder Comparison"), {
             row(A::compareSync, {Qt::Key_S}, "Sync: the three ways to make the folders agree"),
             row(A::compareOpenPair, {Qt::Key_Return}, "Compare the two files of the row"),
+        }},
+        {KeyedView::fileComparison, QStringLiteral("Compare Files"), {
+            row(A::compareSideBySide, {Qt::Key_V}, "Side by side, or one column (two text files)"),
+            row(A::comparePictureView, {Qt::Key_S}, "Side by side, slider or difference (two pictures)"),
+            row(A::compareSliderLeft, {Qt::Key_Left}, "Move the slider left"),
+            row(A::compareSliderRight, {Qt::Key_Right}, "Move the slider right"),
         }},
         {KeyedView::terminal, QStringLiteral("Terminal"), {
             takenRow(A::terminalCopy, {C | S | Qt::Key_C}, "Copy the selected text",
@@ -137,6 +143,12 @@ QList<ViewKeySection> build()
             row(A::renameKeep, {Qt::Key_Return}, "Keep the new name (Ctrl+Z undoes)"),
             row(A::renameCancel, {Qt::Key_Escape}, "Keep the old name"),
         }},
+        {KeyedView::duplicates, QStringLiteral("Find Duplicates"), {
+            row(A::duplicatesTick, {Qt::Key_Space}, "Tick or untick the file"),
+            row(A::duplicatesShow, {Qt::Key_Return}, "Show the file in its folder"),
+            takenRow(A::duplicatesTrash, {Qt::Key_Delete}, "Move the ticked files to the Trash (Ctrl+Z puts them back)",
+                     "Del moves the pane's selection to the Trash elsewhere; here the ticked files"),
+        }},
         {KeyedView::spaceUsed, QStringLiteral("Show Space Used"), {
             row(A::spaceBlockLeft, {Qt::Key_Left}, "The block on the left"),
             row(A::spaceBlockRight, {Qt::Key_Right}, "The block on the right"),
@@ -151,6 +163,7 @@ QList<ViewKeySection> build()
             row(A::spaceMenu, {Qt::Key_Menu, S | Qt::Key_F10}, "The block's menu"),
         }},
         {KeyedView::cleanUp, QStringLiteral("Clean Up Build Folders"), {
+            row(A::cleanUpTick, {Qt::Key_Space}, "Tick or untick the folder"),
             takenRow(A::cleanUpTrash, {Qt::Key_Delete}, "Move the ticked folders to the Trash (Ctrl+Z puts them back)",
                      "Del moves the pane's selection to the Trash elsewhere; here the ticked folders"),
             row(A::cleanUpShow, {Qt::Key_Return}, "Show the folder in the pane"),

@@ -24,9 +24,11 @@ enum class KeyedView {
     review,
     findInFiles,
     folderComparison,
+    fileComparison,
     terminal,
     palette,
     renameInPlace,
+    duplicates,
     spaceUsed,
     cleanUp,
 };
@@ -47,13 +49,15 @@ enum class ViewKeyAction {
     findPrevious, findNext, findPageUp, findPageDown, findFirst, findLast, findShow, findEdit,
     findMatchCase, findRegularExpression,
     compareSync, compareOpenPair,
+    compareSideBySide, comparePictureView, compareSliderLeft, compareSliderRight,
     terminalCopy, terminalPaste, terminalScrollUp, terminalScrollDown,
     palettePrevious, paletteNext, palettePageUp, palettePageDown, paletteComplete, paletteChoose,
     paletteChooseOther, paletteClose,
     renameKeep, renameCancel,
+    duplicatesTick, duplicatesShow, duplicatesTrash,
     spaceBlockLeft, spaceBlockRight, spaceBlockUp, spaceBlockDown, spaceFirst, spaceLast,
     spaceOpen, spaceOut, spaceTrash, spaceMenu,
-    cleanUpTrash, cleanUpShow,
+    cleanUpTick, cleanUpTrash, cleanUpShow,
 };
 
 struct ViewKey {

@@ -1,5 +1,6 @@
 #include "ui/panels/CleanUpPanel.h"
 
+#include "commands/ViewKeys.h"
 #include "disktools/DiskNames.h"
 #include "state/PaneState.h"
 #include "ui/panels/PanelTrash.h"
@@ -146,32 +147,41 @@ void CleanUpPanel::fill()
 
 bool CleanUpPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    using A = ViewKeyAction;
     if (watched == m_list && event->type() == QEvent::ShortcutOverride) {
         // Delete trashes the ticked folders here, not the pane's selection (the window's key).
-        const auto* key = static_cast<QKeyEvent*>(event);
-        if (key->key() == Qt::Key_Delete && key->modifiers() == Qt::NoModifier) {
+        if (ViewKeys::matches(A::cleanUpTrash, static_cast<QKeyEvent*>(event)->keyCombination())) {
             event->accept();
             return true;
         }
     }
-    if (watched == m_list && event->type() == QEvent::KeyPress) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        if (key->key() == Qt::Key_Delete && key->modifiers() == Qt::NoModifier) {
-            trashTicked();
-            return true;
-        }
-        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && m_list->currentItem()) {
+    if (watched != m_list || event->type() != QEvent::KeyPress)
+        return PanelSheet::eventFilter(watched, event);
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::cleanUp, static_cast<QKeyEvent*>(event)->keyCombination());
+    if (!action)
+        return PanelSheet::eventFilter(watched, event);
+    QTreeWidgetItem* current = m_list->currentItem();
+    switch (*action) {
+    case A::cleanUpTick:
+        if (current)
+            current->setCheckState(0, current->checkState(0) == Qt::Checked ? Qt::Unchecked : Qt::Checked);
+        return true;
+    case A::cleanUpTrash:
+        trashTicked();
+        return true;
+    case A::cleanUpShow:
+        if (current) {
             // Shows the folder in the pane, as the treemap does for a file.
-            const int row = m_list->indexOfTopLevelItem(m_list->currentItem());
+            const int row = m_list->indexOfTopLevelItem(current);
             if (row >= 0 && size_t(row) < m_rows.size()) {
                 const FilePath folder = m_rows[size_t(row)].found.url;
                 closeSheet();
                 m_pane->reveal({folder});
             }
-            return true;
         }
+        return true;
+    default: return PanelSheet::eventFilter(watched, event);
     }
-    return PanelSheet::eventFilter(watched, event);
 }
 
 void CleanUpPanel::trashTicked()

@@ -4,7 +4,7 @@
 // the ticked ones to the Trash in one undoable step; rows that could not be moved stay.
 // Closing cancels the search and the measuring. By keyboard: the arrows move through the rows,
 // Space ticks, Delete moves the ticked folders to the Trash, Return shows the row's folder in
-// the pane.
+// the pane (ViewKeys' Clean Up Build Folders).
 
 #include "async/Background.h"
 #include "disktools/BuildJunk.h"

@@ -1,5 +1,6 @@
 #include "ui/panels/DuplicatesPanel.h"
 
+#include "commands/ViewKeys.h"
 #include "disktools/DiskNames.h"
 #include "state/PaneState.h"
 #include "ui/panels/PanelTrash.h"
@@ -9,6 +10,7 @@
 #include <QDateTime>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
 #include <QMenu>
@@ -64,6 +66,7 @@ DuplicatesPanel::DuplicatesPanel(PaneState* pane, QWidget* window)
     m_tree->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
     m_tree->setUniformRowHeights(true);
     m_tree->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_tree->installEventFilter(this);
     connect(m_tree, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int) { itemChanged(item); });
     connect(m_tree, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item) {
         if (item->parent())
@@ -237,6 +240,39 @@ void DuplicatesPanel::updateFooter()
     setFooter(text);
     m_tick->setEnabled(m_scanned && !m_choice.groups().empty());
     m_remove->setEnabled(ticked > 0 && !m_trashing);
+}
+
+bool DuplicatesPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    using A = ViewKeyAction;
+    if (watched == m_tree && event->type() == QEvent::ShortcutOverride) {
+        // Delete moves the ticked files to the Trash here, not the pane's selection (the window's key).
+        if (ViewKeys::matches(A::duplicatesTrash, static_cast<QKeyEvent*>(event)->keyCombination())) {
+            event->accept();
+            return true;
+        }
+    }
+    if (watched != m_tree || event->type() != QEvent::KeyPress)
+        return PanelSheet::eventFilter(watched, event);
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::duplicates, static_cast<QKeyEvent*>(event)->keyCombination());
+    if (!action)
+        return PanelSheet::eventFilter(watched, event);
+    QTreeWidgetItem* current = m_tree->currentItem();
+    const bool onFile = current && current->parent(); // not a group's heading
+    switch (*action) {
+    case A::duplicatesTick:
+        if (onFile)
+            current->setCheckState(0, current->checkState(0) == Qt::Checked ? Qt::Unchecked : Qt::Checked);
+        return true;
+    case A::duplicatesShow:
+        if (onFile)
+            showInFolder(FilePath::fromNative(current->data(0, kUrlRole).toByteArray()));
+        return true;
+    case A::duplicatesTrash:
+        trashChosen();
+        return true;
+    default: return PanelSheet::eventFilter(watched, event);
+    }
 }
 
 void DuplicatesPanel::showInFolder(const FilePath& file)

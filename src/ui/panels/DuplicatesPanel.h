@@ -3,6 +3,8 @@
 // progress sampled ten times a second), lists the groups largest waste first with a box per
 // file, ticks extra copies by the keep rule, and hands the ticked files to the Trash in one
 // undoable step. Changing the minimum size starts a new search; closing cancels the running one.
+// By keyboard (ViewKeys' Find Duplicates): Space ticks the file, Return shows it in its folder,
+// Delete moves the ticked files to the Trash, as Remove Duplicates does.
 
 #include "async/Background.h"
 #include "disktools/DuplicatesChoice.h"
@@ -40,6 +42,7 @@ public:
 
 protected:
     void stopWork() override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void showProgress();

@@ -1,5 +1,6 @@
 #include "ui/panels/FileComparisonView.h"
 
+#include "commands/ViewKeys.h"
 #include "ui/theme/Theme.h"
 
 #include <algorithm>
@@ -224,7 +225,7 @@ void FileComparisonView::fillSideBySide()
 
 void FileComparisonView::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_V && event->modifiers() == Qt::NoModifier) {
+    if (ViewKeys::matches(ViewKeyAction::compareSideBySide, event->keyCombination())) {
         setSideBySide(!m_sideBySide);
         return;
     }

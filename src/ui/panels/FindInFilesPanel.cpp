@@ -293,17 +293,19 @@ bool FindInFilesPanel::focusNextPrevChild(bool next)
 
 bool FindInFilesPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    using A = ViewKeyAction;
     const bool answers = watched == m_field || watched == m_list;
     if (answers && event->type() == QEvent::ShortcutOverride) {
         // Ctrl+Return opens in the editor here, before the window's Open in New Tab.
-        const auto* key = static_cast<QKeyEvent*>(event);
-        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && (key->modifiers() & Qt::ControlModifier)) {
+        if (ViewKeys::matches(A::findEdit, static_cast<QKeyEvent*>(event)->keyCombination())) {
             event->accept();
             return true;
         }
     }
-    if (watched == m_list && event->type() == QEvent::KeyPress) {
-        auto* key = static_cast<QKeyEvent*>(event);
+    if (!answers || event->type() != QEvent::KeyPress)
+        return PanelSheet::eventFilter(watched, event);
+    auto* key = static_cast<QKeyEvent*>(event);
+    if (watched == m_list) {
         const bool typing = !key->text().isEmpty() && key->text().front().isPrint()
                          && !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
         if (typing) { // goes on with the query, as typing in a list of results does
@@ -311,30 +313,32 @@ bool FindInFilesPanel::eventFilter(QObject* watched, QEvent* event)
             QCoreApplication::sendEvent(m_field, event);
             return true;
         }
-        if (key->key() == Qt::Key_Home || key->key() == Qt::Key_End) {
-            setHighlighted(key->key() == Qt::Key_Home ? 0 : m_results.matchCount() - 1);
-            return true;
-        }
     }
-    if (answers && event->type() == QEvent::KeyPress) {
-        auto* key = static_cast<QKeyEvent*>(event);
-        const Qt::KeyboardModifiers modifiers = key->modifiers() & ~Qt::KeypadModifier;
-        switch (key->key()) {
-        case Qt::Key_Up: moveHighlight(-1); return true;
-        case Qt::Key_Down: moveHighlight(1); return true;
-        case Qt::Key_PageUp: moveHighlight(-10); return true;
-        case Qt::Key_PageDown: moveHighlight(10); return true;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            if (m_pause->isActive() || m_searched != m_field->text())
-                search(); // Return right after typing searches first
-            else if (modifiers & Qt::ControlModifier)
-                openHighlightedInEditor();
-            else
-                openHighlighted();
-            return true;
-        default: break;
-        }
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::findInFiles, key->keyCombination());
+    if (!action)
+        return PanelSheet::eventFilter(watched, event);
+    switch (*action) {
+    case A::findPrevious: moveHighlight(-1); return true;
+    case A::findNext: moveHighlight(1); return true;
+    case A::findPageUp: moveHighlight(-10); return true;
+    case A::findPageDown: moveHighlight(10); return true;
+    // In the query Home and End stay the text's; in the results they go to the ends.
+    case A::findFirst:
+    case A::findLast:
+        if (watched != m_list)
+            break;
+        setHighlighted(*action == A::findFirst ? 0 : m_results.matchCount() - 1);
+        return true;
+    case A::findShow:
+    case A::findEdit:
+        if (m_pause->isActive() || m_searched != m_field->text())
+            search(); // Return right after typing searches first
+        else if (*action == A::findEdit)
+            openHighlightedInEditor();
+        else
+            openHighlighted();
+        return true;
+    default: break; // the switches: their shortcuts take them
     }
     return PanelSheet::eventFilter(watched, event);
 }

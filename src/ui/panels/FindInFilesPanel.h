@@ -6,7 +6,7 @@
 // code editor at its line, in the query field and in the results alike (typing in the results
 // goes on with the query). Tab goes round the query, the two switches and the results. Alt+R
 // switches regular expressions and Alt+C matching case from anywhere in the panel, searching
-// again. The empty state says why there is nothing: no query yet, no match, the tool's
+// again. The keys are ViewKeys' Find in Files. The empty state says why there is nothing: no query yet, no match, the tool's
 // complaint, or no tool. Closing stops the running search.
 
 #include "async/Background.h"

@@ -1,5 +1,6 @@
 #include "ui/panels/FolderComparisonView.h"
 
+#include "commands/ViewKeys.h"
 #include "fileops/FileOperations.h"
 #include "platform/DirectoryReader.h"
 #include "state/WindowState.h"
@@ -313,20 +314,18 @@ bool FolderComparisonView::focusNextPrevChild(bool next)
 
 bool FolderComparisonView::eventFilter(QObject* watched, QEvent* event)
 {
+    const bool ownPart = watched == this || watched == m_list || watched == m_filterBox || watched == m_syncButton;
+    if (!ownPart || event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const QKeyCombination pressed = static_cast<QKeyEvent*>(event)->keyCombination();
     // S before the list's or the filter's own type-to-find, which would take it as a letter.
-    if ((watched == this || watched == m_list || watched == m_filterBox || watched == m_syncButton) && event->type() == QEvent::KeyPress) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        if (key->key() == Qt::Key_S && (key->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
-            showSyncChoices();
-            return true;
-        }
+    if (ViewKeys::matches(ViewKeyAction::compareSync, pressed)) {
+        showSyncChoices();
+        return true;
     }
-    if (watched == m_list && event->type() == QEvent::KeyPress) {
-        auto* key = static_cast<QKeyEvent*>(event);
-        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && m_list->currentItem()) {
-            openPair(m_list->currentItem()->data(0, kPathRole).toByteArray());
-            return true;
-        }
+    if (watched == m_list && ViewKeys::matches(ViewKeyAction::compareOpenPair, pressed) && m_list->currentItem()) {
+        openPair(m_list->currentItem()->data(0, kPathRole).toByteArray());
+        return true;
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -1,5 +1,6 @@
 #include "ui/panels/ImageComparisonView.h"
 
+#include "commands/ViewKeys.h"
 #include "ui/theme/Theme.h"
 
 #include <QKeyEvent>
@@ -107,12 +108,14 @@ void ImageComparisonView::paintEvent(QPaintEvent*)
 
 void ImageComparisonView::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_S && event->modifiers() == Qt::NoModifier) {
+    using A = ViewKeyAction;
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::fileComparison, event->keyCombination());
+    if (action == A::comparePictureView) {
         setMode(m_mode == Mode::sideBySide ? Mode::slider : m_mode == Mode::slider ? Mode::difference : Mode::sideBySide);
         return;
     }
-    if (m_mode == Mode::slider && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
-        m_slider = std::clamp(m_slider + (event->key() == Qt::Key_Left ? -0.05 : 0.05), 0.0, 1.0);
+    if (m_mode == Mode::slider && (action == A::compareSliderLeft || action == A::compareSliderRight)) {
+        m_slider = std::clamp(m_slider + (action == A::compareSliderLeft ? -0.05 : 0.05), 0.0, 1.0);
         update();
         return;
     }

@@ -1,5 +1,6 @@
 #include "ui/panels/SpacePanel.h"
 
+#include "commands/ViewKeys.h"
 #include "disktools/DiskNames.h"
 #include "platform/XdgPaths.h"
 #include "state/PaneState.h"
@@ -221,7 +222,7 @@ void SpacePanel::showDrives(bool drives)
 
 void SpacePanel::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Backspace && m_stack->currentWidget() == m_mapPage) {
+    if (ViewKeys::matches(ViewKeyAction::spaceOut, event->keyCombination()) && m_stack->currentWidget() == m_mapPage) {
         goOut();
         return;
     }

@@ -1,5 +1,6 @@
 #include "ui/panels/TreemapWidget.h"
 
+#include "commands/ViewKeys.h"
 #include "disktools/DiskNames.h"
 #include "disktools/Treemap.h"
 #include "files/FileCategory.h"
@@ -220,45 +221,45 @@ int TreemapWidget::neighbour(int dx, int dy) const
 bool TreemapWidget::event(QEvent* event)
 {
     // Delete trashes the current block here, not the pane's selection (the window's key).
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        if (key->key() == Qt::Key_Delete && key->modifiers() == Qt::NoModifier) {
-            event->accept();
-            return true;
-        }
+    if (event->type() == QEvent::ShortcutOverride
+        && ViewKeys::matches(ViewKeyAction::spaceTrash, static_cast<QKeyEvent*>(event)->keyCombination())) {
+        event->accept();
+        return true;
     }
     return QWidget::event(event);
 }
 
 void TreemapWidget::keyPressEvent(QKeyEvent* event)
 {
+    using A = ViewKeyAction;
     const Block* current = currentBlock();
-    switch (event->key()) {
-    case Qt::Key_Left: setCurrent(neighbour(-1, 0)); return;
-    case Qt::Key_Right: setCurrent(neighbour(1, 0)); return;
-    case Qt::Key_Up: setCurrent(neighbour(0, -1)); return;
-    case Qt::Key_Down: setCurrent(neighbour(0, 1)); return;
-    case Qt::Key_Home: setCurrent(0); return;
-    case Qt::Key_End: setCurrent(int(m_blocks.size()) - 1); return;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::spaceUsed, event->keyCombination());
+    if (!action) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    switch (*action) {
+    case A::spaceBlockLeft: setCurrent(neighbour(-1, 0)); return;
+    case A::spaceBlockRight: setCurrent(neighbour(1, 0)); return;
+    case A::spaceBlockUp: setCurrent(neighbour(0, -1)); return;
+    case A::spaceBlockDown: setCurrent(neighbour(0, 1)); return;
+    case A::spaceFirst: setCurrent(0); return;
+    case A::spaceLast: setCurrent(int(m_blocks.size()) - 1); return;
+    case A::spaceOpen:
         if (current && current->node)
             Q_EMIT clicked(current->node);
         return;
-    case Qt::Key_Delete:
+    case A::spaceTrash:
         if (current)
             Q_EMIT trashRequested(current->node);
         return;
-    case Qt::Key_Menu:
-    case Qt::Key_F10:
-        if (event->key() == Qt::Key_F10 && event->modifiers() != Qt::ShiftModifier)
-            break;
+    case A::spaceMenu:
         if (current && current->node)
             Q_EMIT menuRequested(current->node, mapToGlobal(current->rect.center().toPoint()));
         return;
-    default: break;
+    default: break; // Backspace: the panel's
     }
-    QWidget::keyPressEvent(event); // Backspace, Esc: the panel's
+    QWidget::keyPressEvent(event);
 }
 
 void TreemapWidget::resizeEvent(QResizeEvent*) { relayout(); }

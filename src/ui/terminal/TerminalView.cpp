@@ -1,6 +1,7 @@
 #include "ui/terminal/TerminalView.h"
 
 #include "commands/CommandCatalog.h"
+#include "commands/ViewKeys.h"
 #include "terminal/ShellText.h"
 #include "terminal/TerminalSession.h"
 #include "ui/theme/Theme.h"
@@ -313,21 +314,24 @@ void TerminalView::keyPressEvent(QKeyEvent* event)
 {
     if (!m_session)
         return;
-    const int key = event->key();
-    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
-    const bool ctrlShift = modifiers == (Qt::ControlModifier | Qt::ShiftModifier);
-    if (ctrlShift && key == Qt::Key_C) {
+    // The terminal's own few keys (ViewKeys' Terminal); every other goes to the program.
+    using A = ViewKeyAction;
+    const std::optional<A> action = ViewKeys::actionFor(KeyedView::terminal, event->keyCombination());
+    if (action == A::terminalCopy) {
         copySelection();
         return;
     }
-    if ((ctrlShift && key == Qt::Key_V) || (modifiers == Qt::ShiftModifier && key == Qt::Key_Insert)) {
+    if (action == A::terminalPaste) {
         pasteClipboard();
         return;
     }
-    if (modifiers == Qt::ShiftModifier && (key == Qt::Key_PageUp || key == Qt::Key_PageDown)) {
-        scrollLines((key == Qt::Key_PageUp ? 1 : -1) * std::max(1, m_session->screen().rows() - 1));
+    if (action == A::terminalScrollUp || action == A::terminalScrollDown) {
+        const int page = std::max(1, m_session->screen().rows() - 1);
+        scrollLines(action == A::terminalScrollUp ? page : -page);
         return;
     }
+    const int key = event->key();
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
     if (!m_session->isRunning())
         return;
     const int mods = modifiersOf(modifiers);

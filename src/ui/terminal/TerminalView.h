@@ -5,8 +5,8 @@
 // follows the widget's size and the session is told (SIGWINCH).
 //
 // Keys: every key goes to the program except F4 and Ctrl+` (the window's terminal keys), the
-// palette's key, Ctrl+Shift+C and Ctrl+Shift+V (copy the selection, paste), Shift+PageUp and
-// Shift+PageDown (scroll the history). The wheel scrolls the history, or goes to a program that
+// palette's key, and the view's own: copy the selection, paste, scroll the history (ViewKeys'
+// Terminal). The wheel scrolls the history, or goes to a program that
 // asked for the mouse. Dragging selects (with Shift when the program has the mouse). Files
 // dropped on the view are typed as quoted paths.
 
