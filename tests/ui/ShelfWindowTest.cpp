@@ -12,6 +12,7 @@
 #include "ui/shelf/ShelfList.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QToolButton>
@@ -232,6 +233,31 @@ TEST_F(ShelfWindowTest, TheSidebarsShelfButtonListsTheItemsAndTakesOneOff)
     remove->click();
     EXPECT_TRUE(Shelf::shared().isEmpty());
     EXPECT_EQ(button->text(), QStringLiteral("Shelf"));
+    list->close();
+}
+
+TEST_F(ShelfWindowTest, TheShelfsListSaysWhichItemsAreGoneOnceItHasLookedAtThem)
+{
+    const FilePath kept = tree.file("kept.txt", "k"), lost = tree.file("lost.txt", "l");
+    const FilePath folder = tree.folder("box");
+    open(tree.root());
+    addToShelf({kept, lost, folder});
+    ASSERT_EQ(::unlink(lost.c_str()), 0);
+    run("showShelf");
+    ShelfList* list = window->findChild<ShelfButton*>()->list();
+    ASSERT_NE(list, nullptr);
+    // The row of `item`'s text: its name and where it is, or that it is gone.
+    const auto rowText = [&](const FilePath& item) {
+        const int row = int(list->shownItems().indexOf(item));
+        if (row < 0)
+            return QString();
+        const QList<QLabel*> labels = list->rows()->itemWidget(list->rows()->item(row))->findChildren<QLabel*>();
+        return labels.size() == 2 ? labels[1]->text() : QString();
+    };
+    EXPECT_TRUE(waitUntil([&] { return rowText(lost).contains("is gone"); })) << rowText(lost).toStdString();
+    EXPECT_TRUE(rowText(kept).contains("kept.txt")) << rowText(kept).toStdString();
+    EXPECT_FALSE(rowText(kept).contains("is gone"));
+    EXPECT_FALSE(rowText(folder).contains("is gone"));
     list->close();
 }
 

@@ -1,5 +1,6 @@
 #include "ui/shelf/ShelfList.h"
 
+#include "async/TimeLimited.h"
 #include "commands/ShelfActions.h"
 #include "fileops/FileClipboard.h"
 #include "fileops/OperationTexts.h"
@@ -29,6 +30,8 @@ namespace orwick {
 namespace {
 
 constexpr int kPathRole = Qt::UserRole + 1;
+// How long a look at the shelf's items may take before its rows are left plain.
+constexpr int kLookLimitMs = 2000;
 
 FilePath pathOf(const QListWidgetItem* row) { return row ? row->data(kPathRole).value<FilePath>() : FilePath(); }
 
@@ -113,7 +116,7 @@ void ShelfList::fill()
         auto* row = new QListWidgetItem(m_rows);
         row->setData(kPathRole, QVariant::fromValue(item));
         row->setToolTip(item.text());
-        m_rows->setItemWidget(row, rowWidget(item));
+        m_rows->setItemWidget(row, rowWidget(item, m_found.value(item)));
         row->setSizeHint(QSize(0, std::max(theme::rowHeight(), 28)));
         if (item == current)
             m_rows->setCurrentItem(row);
@@ -130,13 +133,41 @@ void ShelfList::fill()
     const int rowsShown = std::clamp<int>(int(items.size()), 1, 12);
     m_rows->setFixedHeight(rowsShown * std::max(theme::rowHeight(), 28) + 2 * m_rows->frameWidth() + 2);
     adjustSize();
+    lookAtItems();
 }
 
-QWidget* ShelfList::rowWidget(const FilePath& item)
+void ShelfList::lookAtItems()
 {
-    const auto stat = statPath(item, FollowLinks::yes);
-    const bool gone = !stat && !statPath(item, FollowLinks::no);
-    const bool isFolder = stat && stat->isDirectory();
+    QList<FilePath> unseen;
+    for (const FilePath& item : Shelf::shared().items())
+        if (!m_found.contains(item))
+            unseen.append(item);
+    if (unseen.isEmpty() || m_looking)
+        return;
+    m_looking = true;
+    runWithTimeLimit(
+        this, kLookLimitMs,
+        [unseen] {
+            QList<std::pair<FilePath, Found>> found;
+            for (const FilePath& item : unseen) {
+                const auto stat = statPath(item, FollowLinks::yes);
+                found.append({item, {!stat && !statPath(item, FollowLinks::no), stat && stat->isDirectory()}});
+            }
+            return found;
+        },
+        [this](const QList<std::pair<FilePath, Found>>& found) {
+            m_looking = false;
+            for (const auto& [item, what] : found)
+                m_found.insert(item, what);
+            fill(); // and a look at items shelved meanwhile
+        },
+        [] {}); // still no answer: those rows stay plain, and no other look starts while it hangs
+}
+
+QWidget* ShelfList::rowWidget(const FilePath& item, const Found& found)
+{
+    const bool gone = found.gone;
+    const bool isFolder = found.isFolder;
 
     auto* widget = new QWidget;
     auto* icon = new QLabel(widget);

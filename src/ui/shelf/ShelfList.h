@@ -1,7 +1,9 @@
 #pragma once
 // ShelfList: a small popup listing what is on the shelf, one row per item with its name, the
 // folder it lies in and a button that takes it off the shelf (Delete does the same for the
-// current row). An item that is gone since it was shelved says so. Below the rows: Copy Here,
+// current row). An item that is gone since it was shelved says so: the items are looked at off
+// the GUI thread (one on a server that stopped answering must not hold the window), and a row
+// shows as a plain item until its answer comes. Below the rows: Copy Here,
 // Move Here (into the active pane's folder) and Clear, enabled as the commands are.
 //
 // Rows can be dragged out, to a pane or another program, as the file clipboard's data (the
@@ -11,6 +13,7 @@
 #include "base/FilePath.h"
 
 #include <QFrame>
+#include <QHash>
 
 class QLabel;
 class QListWidget;
@@ -33,8 +36,15 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // What a look at an item found.
+    struct Found {
+        bool gone = false;
+        bool isFolder = false;
+    };
     void fill();
-    QWidget* rowWidget(const FilePath& item);
+    // Looks at the shown items not looked at yet, and fills the rows again with what it found.
+    void lookAtItems();
+    QWidget* rowWidget(const FilePath& item, const Found& found);
 
     WindowState* m_window;
     QLabel* m_title;
@@ -44,6 +54,8 @@ private:
     QPushButton* m_move;
     QPushButton* m_clear;
     QPoint m_pressAt; // where a press that may become a drag began
+    QHash<FilePath, Found> m_found;
+    bool m_looking = false; // a look is running
 };
 
 } // namespace orwick
