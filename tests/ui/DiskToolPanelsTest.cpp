@@ -81,6 +81,8 @@ TEST_F(DiskToolPanelsTest, DuplicatesListGroupsTickExtraCopiesAndAskingAgainKeep
     EXPECT_EQ(panel->choice().toTrash(), std::vector{tree.path(QStringLiteral("a copy.bin"))});
     EXPECT_EQ(list->currentItem(), current);
     EXPECT_EQ(state->panel(), WindowState::Panel::duplicates);
+    // The keyboard is back in the list, not in the sheet, where Del would reach the window.
+    EXPECT_EQ(panel->focusWidget(), list);
 
     pressKey(panel, Qt::Key_Escape);
     EXPECT_TRUE(waitUntil([&] { return deleted(guard.data()); })) << "Esc closes the sheet";

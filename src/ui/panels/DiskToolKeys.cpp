@@ -43,8 +43,7 @@ PanelSheet* open(QMainWindow* window, PaneState* pane)
     if (!showsFolder(pane))
         return nullptr;
     if (Panel* shown = shownFor<Panel>(window, pane->url())) {
-        shown->raise();
-        shown->setFocus();
+        shown->bringBack();
         return shown;
     }
     PanelSheet::closeOpenSheet(window);

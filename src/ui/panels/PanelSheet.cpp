@@ -67,11 +67,24 @@ PanelSheet::PanelSheet(const QString& title, const QString& subtitle, QWidget* w
     place();
 }
 
+// The part of the sheet that had the keyboard last (or was given it while the panel was built).
+QWidget* PanelSheet::lastFocusedPart()
+{
+    QWidget* part = focusWidget();
+    return part && isAncestorOf(part) && part->isVisibleTo(this) ? part : this;
+}
+
+void PanelSheet::bringBack()
+{
+    raise();
+    lastFocusedPart()->setFocus(Qt::OtherFocusReason);
+}
+
 void PanelSheet::present(QWidget* focus, Qt::FocusReason reason)
 {
     // Without a part named, the part the panel gave the keyboard while it was built keeps it.
     if (!focus)
-        focus = focusWidget() && isAncestorOf(focusWidget()) ? focusWidget() : this;
+        focus = lastFocusedPart();
     // The close button was made before the panel's tools; Tab meets it after them, where it stands.
     for (int i = m_tools->count() - 1; i >= 0; --i)
         if (QWidget* tool = m_tools->itemAt(i)->widget()) {

@@ -34,6 +34,11 @@ public:
     void setFooter(const QString& text);
     QString footer() const;
 
+    // Asked for again while shown: the sheet comes to the front with the keyboard back in the
+    // part that last had it (its list, usually), never in the sheet itself, where the arrows do
+    // nothing and Delete would reach the window's Move to Trash beneath.
+    void bringBack();
+
 public Q_SLOTS:
     void closeSheet();
 
@@ -60,6 +65,7 @@ protected:
 
 private:
     void place();
+    QWidget* lastFocusedPart();
 
     QVBoxLayout* m_body;
     QHBoxLayout* m_tools;
