@@ -111,11 +111,17 @@ void FinderTags::scanHome()
         QHash<FilePath, FolderTags> byFolder;
         for (auto it = found.begin(); it != found.end(); ++it)
             byFolder[it.key().parent()].insert(it.key(), it.value());
+        bool changed = false;
         for (auto it = byFolder.begin(); it != byFolder.end(); ++it)
-            storeFolder(it.key(), std::move(it.value()), true);
+            changed |= putFolder(it.key(), std::move(it.value()), true);
         // A walk cut short knows only part of the home.
         m_complete = !m_stop->isCancelled() && m_files <= kMaxFiles;
-        bump();
+        // One change for the whole walk; a walk that found no tags changes no row's dots, and
+        // the tag listing only needs to hear that the home is known now.
+        if (changed)
+            bump();
+        else
+            publish();
     });
 }
 
@@ -155,21 +161,31 @@ void FinderTags::follow(FileOperations* operations)
 
 void FinderTags::storeFolder(const FilePath& folder, FolderTags tagged, bool keepNewer)
 {
+    if (putFolder(folder, std::move(tagged), keepNewer))
+        bump();
+}
+
+bool FinderTags::putFolder(const FilePath& folder, FolderTags tagged, bool keepNewer)
+{
     const auto existing = m_cache.find(folder);
     if (existing != m_cache.end()) {
         if (keepNewer || *existing == tagged)
-            return;
+            return false;
         m_files += tagged.size() - existing->size();
         *existing = std::move(tagged);
-    } else {
-        if (tagged.isEmpty() && keepNewer)
-            return;
-        m_files += tagged.size();
-        m_cache.insert(folder, std::move(tagged));
+        touch(folder);
+        trim();
+        return true;
     }
+    if (tagged.isEmpty() && keepNewer)
+        return false;
+    // A folder read for the first time without tagged files is remembered as read, but no file's
+    // tags change: its rows were drawn without dots and stay so.
+    const bool tagsChanged = !tagged.isEmpty();
+    m_files += tagged.size();
+    m_cache.insert(folder, std::move(tagged));
     touch(folder);
-    trim();
-    bump();
+    return trim() || tagsChanged;
 }
 
 void FinderTags::storeFiles(const FolderTags& files)
@@ -208,8 +224,9 @@ void FinderTags::touch(const FilePath& folder)
     m_folderOrder.append(folder);
 }
 
-void FinderTags::trim()
+bool FinderTags::trim()
 {
+    bool droppedTags = false;
     const auto over = [this] { return m_folderOrder.size() > kMaxFolders || m_files > kMaxFiles; };
     // Folders read without tags go first: dropping them loses nothing the tag listing needs.
     for (qsizetype i = 0; i < m_folderOrder.size() && m_folderOrder.size() > kMaxFolders;)
@@ -219,9 +236,12 @@ void FinderTags::trim()
             ++i;
     while (!m_folderOrder.isEmpty() && over()) {
         const FilePath oldest = m_folderOrder.takeFirst();
-        m_files -= m_cache.take(oldest).size();
+        const qsizetype files = m_cache.take(oldest).size();
+        m_files -= files;
+        droppedTags |= files > 0;
         m_complete = false;
     }
+    return droppedTags;
 }
 
 void FinderTags::bump()

@@ -16,8 +16,10 @@
 // so a click on a tag reads only the tagged files instead of walking the home again. Dropping a
 // folder with tagged files to stay within bounds ends that: the listing walks again.
 //
-// Signals: changed() follows every change of the cache, after `revision` increased; it is not
-// emitted when a reading finds what the cache already held.
+// Signals: changed() follows every change of a file's tags as the cache knows them, after
+// `revision` increased; it is not emitted when a reading finds what the cache already held, nor
+// when a folder is read for the first time without tagged files (its rows' dots don't change:
+// every pane redraws its rows' decorations at each change).
 
 #include "base/CancelFlag.h"
 #include "base/FilePath.h"
@@ -74,8 +76,11 @@ Q_SIGNALS:
     void changed();
 
 private:
+    // storeFolder() without the signal: true when a file's tags changed.
+    bool putFolder(const FilePath& folder, FolderTags tagged, bool keepNewer);
     void touch(const FilePath& folder);
-    void trim();
+    // Drops the folders cached longest ago beyond the bounds; true when tagged files went.
+    bool trim();
     void bump();
     void publish() const;
 

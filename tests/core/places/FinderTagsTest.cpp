@@ -55,6 +55,49 @@ TEST(FinderTags, AFolderIsReadWithTheTagsOfItsFilesOnly)
     EXPECT_EQ(cache.revision(), revision) << "reading the same tags again changes nothing";
 }
 
+TEST(FinderTags, AFolderWithoutTagsIsRememberedAsReadWithoutAChange)
+{
+    // Every change redraws the decorations of every row a pane shows: a folder of plain files,
+    // the usual case, must not cost that.
+    TempTree tree;
+    const FilePath plain = tree.file("plain/a.txt", "a");
+    FinderTags cache;
+    int changed = 0;
+    QObject::connect(&cache, &FinderTags::changed, [&changed] { ++changed; });
+    const quint64 revision = cache.revision();
+    cache.refreshFolder(plain.parent());
+    ASSERT_TRUE(waitUntil([&] { return cache.cache().contains(plain.parent()); }));
+    EXPECT_EQ(changed, 0);
+    EXPECT_EQ(cache.revision(), revision);
+
+    // Its first tag is a change.
+    tag(plain, "Red");
+    cache.refreshFolder(plain.parent());
+    ASSERT_TRUE(waitUntil([&] { return changed == 1; }));
+    EXPECT_EQ(cache.tagsOf(plain).names(), QStringList{"Red"});
+}
+
+TEST(FinderTags, TheHomeWalkIsOneChangeHoweverManyFoldersItFindsTagsIn)
+{
+    const FilePath home = tempHome();
+    QList<FilePath> files;
+    for (int i = 0; i < 5; ++i) {
+        files.append(home.child(QStringLiteral("Walked/%1/file.txt").arg(i)));
+        ASSERT_TRUE(writeFile(files.last(), {}));
+        tag(files.last(), "Orange");
+    }
+    FinderTags cache;
+    int changed = 0;
+    QObject::connect(&cache, &FinderTags::changed, [&changed] { ++changed; });
+    cache.scanHome();
+    ASSERT_TRUE(waitUntil([&] { return changed >= 1; }));
+    waitUntil([] { return false; }, 200); // give a stray signal time to arrive
+    EXPECT_EQ(changed, 1);
+    for (const FilePath& file : files)
+        EXPECT_EQ(cache.tagsOf(file).names(), QStringList{"Orange"});
+    QDir(home.child(QStringLiteral("Walked")).text()).removeRecursively();
+}
+
 TEST(FinderTags, TheHomeIsWalkedOnceAndAFolderReadSinceKeepsItsNewerTags)
 {
     const FilePath home = tempHome();
