@@ -38,6 +38,7 @@
 #include "ui/theme/ThemeApplier.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
+#include "ui/window/RowsShown.h"
 #include "ui/window/Windows.h"
 
 #include <QApplication>
@@ -51,70 +52,6 @@
 using namespace orwick;
 
 namespace {
-
-// Calls `painted` once something in `area` has been painted and its window put on screen: the end
-// of the window's first update (or expose) that painted in it. Watches every event while it
-// waits, which only the traces below do.
-class NextPaint : public QObject {
-public:
-    NextPaint(QWidget* area, std::function<void()> painted)
-        : QObject(area), m_area(area), m_window(area->window()), m_painted(std::move(painted))
-    {
-        QCoreApplication::instance()->installEventFilter(this);
-    }
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint && watched->isWidgetType()) {
-            auto* widget = static_cast<QWidget*>(watched);
-            if (widget == m_area || m_area->isAncestorOf(widget)) {
-                m_areaPainted = true;
-                if (!m_insideUpdate) // painted on its own (a repaint() call): the window flushes it now
-                    QTimer::singleShot(0, this, [this] { done(); });
-            }
-            return false;
-        }
-        const bool update = watched == m_window && event->type() == QEvent::UpdateRequest;
-        const bool expose = event->type() == QEvent::Expose && m_window->windowHandle() && watched == m_window->windowHandle();
-        if (m_insideUpdate || !(update || expose))
-            return false;
-        // The update is handed on from here, so that its end is seen: painting and flushing.
-        m_insideUpdate = true;
-        QCoreApplication::sendEvent(watched, event);
-        m_insideUpdate = false;
-        if (m_areaPainted)
-            done();
-        return true;
-    }
-
-private:
-    void done()
-    {
-        if (!m_painted)
-            return;
-        QCoreApplication::instance()->removeEventFilter(this);
-        std::exchange(m_painted, nullptr)();
-        deleteLater();
-    }
-
-    QWidget* m_area;
-    QWidget* m_window;
-    std::function<void()> m_painted;
-    bool m_areaPainted = false;
-    bool m_insideUpdate = false;
-};
-
-// Calls `shown` once the pane's next arrangement has been painted: the first paint of the pane
-// after its rows came (the window's first paint at all, when they came before it).
-void whenRowsShown(MainWindow& window, PaneState* pane, std::function<void()> shown)
-{
-    auto* connection = new QMetaObject::Connection;
-    *connection = QObject::connect(pane, &PaneState::itemsChanged, &window, [&window, connection, shown = std::move(shown)] {
-        QObject::disconnect(*connection);
-        delete connection;
-        PaneWidget* widget = window.activePaneWidget();
-        new NextPaint(widget ? static_cast<QWidget*>(widget) : &window, shown);
-    });
-}
 
 // ORWICK_TRACE_STARTUP=1 prints when the first rows are shown and the memory held then;
 // ORWICK_TRACE_STARTUP=quit also quits, for benchmarks.

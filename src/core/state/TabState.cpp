@@ -3,6 +3,7 @@
 #include "terminal/TabTerminals.h"
 #include "terminal/TerminalSession.h"
 
+#include <algorithm>
 #include <QTimer>
 #include <memory>
 
@@ -108,8 +109,9 @@ void TabState::restoreLayout(const QList<QList<FilePath>>& columns, int active)
 
 void TabState::loadPanes()
 {
-    // The pane the keyboard is in reads its folder first; the others follow once it has its rows,
-    // so that a restored split doesn't keep the active pane waiting on its neighbour.
+    // The pane the keyboard is in reads its folder first; the others follow once its rows are on
+    // screen, so that a restored split doesn't keep the active pane waiting on its neighbour, nor
+    // the neighbour's reading compete with the active pane's first paint.
     PaneState* first = activePane();
     first->shown();
     if (!first->isLoading()) {
@@ -121,14 +123,23 @@ void TabState::loadPanes()
         if (first->isLoading())
             return;
         disconnect(*once);
-        // A frame later, so that the active pane's rows are painted before the others arrive.
-        QTimer::singleShot(16, this, &TabState::loadOtherPanes);
+        // The window says when the rows were painted (activePaneShown()); without one, or if it
+        // never does, a while later.
+        QTimer::singleShot(kOthersAfterRowsMs, this, &TabState::loadOtherPanes);
     });
     // A folder that is slow to read (a dead server) holds the others back no longer than this.
-    QTimer::singleShot(300, this, [this, once] {
+    QTimer::singleShot(kOthersAtTheLatestMs, this, [this, once] {
         disconnect(*once);
         loadOtherPanes();
     });
+}
+
+void TabState::activePaneShown() { loadOtherPanes(); }
+
+bool TabState::hasPanesWaiting() const
+{
+    const QList<PaneState*> all = panes();
+    return std::any_of(all.begin(), all.end(), [](const PaneState* pane) { return pane->isWaitingToBeShown(); });
 }
 
 void TabState::loadOtherPanes()

@@ -52,8 +52,17 @@ public:
     // kMaxRows panes are kept), each path through Session::folder, and activates the pane at
     // `active`, counted column by column. The new panes wait to load until loadPanes().
     void restoreLayout(const QList<QList<FilePath>>& columns, int active);
-    // The tab is shown: panes still waiting load their folders now, the active one first.
+    // The tab is shown: panes still waiting load their folders now, the active one first and the
+    // others once its rows are on screen: when activePaneShown() says so, else kOthersAfterRowsMs
+    // after its rows came, and kOthersAtTheLatestMs after this call however long it takes.
     void loadPanes();
+    // The window has painted the active pane's rows: the panes still waiting load now.
+    void activePaneShown();
+    // Whether a pane of the tab still waits to be shown (loadPanes() not called, or its others
+    // not yet loading).
+    bool hasPanesWaiting() const;
+    static constexpr int kOthersAfterRowsMs = 100;
+    static constexpr int kOthersAtTheLatestMs = 300;
     // The grid as folder paths, with the active pane's index counted column by column.
     Session::Tab saved() const;
 

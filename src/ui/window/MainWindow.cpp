@@ -1,4 +1,5 @@
 #include "ui/window/MainWindow.h"
+#include "ui/window/RowsShown.h"
 
 #include "fileops/FileOperations.h"
 #include "ui/fileops/FileOpsController.h"
@@ -39,6 +40,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScreen>
+#include <QTimer>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QPointer>
@@ -343,6 +345,15 @@ void MainWindow::showSelectedTab()
     if (PaneWidget* widget = grid->activeWidget())
         widget->takeFocus();
     updateTitles();
+    // A tab shown for the first time (a restored one): its other panes read their folders once
+    // the active pane's rows are on screen, after the update that put them there has ended.
+    if (active->isLoading() && selected->hasPanesWaiting())
+        whenRowsShown(*this, active, [tab = QPointer<TabState>(selected)] {
+            QTimer::singleShot(0, tab, [tab] {
+                if (tab)
+                    tab->activePaneShown();
+            });
+        });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event)

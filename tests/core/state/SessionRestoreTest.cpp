@@ -147,6 +147,25 @@ TEST_F(RestoreFixture, TabsNotShownReadTheirFoldersOnlyWhenFirstShown)
     EXPECT_TRUE(window->tabs()[8]->activePane()->isWaitingToBeShown());
 }
 
+TEST_F(RestoreFixture, ATabsOtherPanesReadWhenTheWindowHasPaintedTheActivePanesRows)
+{
+    Session session;
+    session.tabs = {single(tree.path("C")), Session::Tab::ofGrid({{tree.path("A")}, {tree.path("B")}}, 0)};
+    window->restore(session);
+    TabState* tab = window->tabs()[1];
+    window->selectTabWithID(tab->id());
+    PaneState* active = tab->activePane();
+    PaneState* neighbour = tab->panes()[1];
+    ASSERT_TRUE(waitUntil([&] { return !active->isLoading(); }));
+    // Its rows came, but aren't painted yet: the neighbour doesn't compete with that paint.
+    EXPECT_TRUE(neighbour->isWaitingToBeShown());
+    EXPECT_TRUE(tab->hasPanesWaiting());
+    tab->activePaneShown();
+    EXPECT_FALSE(neighbour->isWaitingToBeShown());
+    EXPECT_FALSE(tab->hasPanesWaiting());
+    ASSERT_TRUE(waitUntil([&] { return !neighbour->isLoading() && neighbour->items().size() == 1; }));
+}
+
 TEST_F(RestoreFixture, ATabNotShownMakesItsPanesOnlyWhenAskedAndNamesItsFolderMeanwhile)
 {
     Session session;
