@@ -167,12 +167,13 @@ TEST(UprightReader, DamagedOrMeaninglessExifLeavesThePictureAsStored)
 {
     TempTree tree;
     const QByteArray png = encoded(markedPicture(), "png");
+    static const char garbage[] = "MM\x00\x2A\xFF\xFF\xFF\x00 not a directory"; // with its zero bytes
     const struct {
         const char* name;
         QByteArray exif;
     } rows[] = {
         {"no EXIF", {}},
-        {"garbage", QByteArray("MM\x00\x2A\xFF\xFF\xFF\x00 not a directory", 27)},
+        {"garbage", QByteArray(garbage, sizeof garbage - 1)},
         {"cut short", exifOrientationBlock(6).left(13)},
         {"orientation 9", exifOrientationBlock(9)},
         {"orientation 0", exifOrientationBlock(0)},
