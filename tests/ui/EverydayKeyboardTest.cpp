@@ -22,7 +22,6 @@ namespace orwick::test {
 namespace {
 
 struct EverydayKeyboardTest : WindowTest {
-    PaletteState* palette() { return window->palette()->palette(); }
     void awaitPatternField()
     {
         ASSERT_TRUE(waitUntil([&] {

@@ -34,14 +34,6 @@ struct PaletteDimmedRowTest : test::WindowTest {
         open(tree.root());
     }
     void TearDown() override { ThemeStore::shared().setAppearanceMode(AppearanceMode::system); }
-    PaletteState* palette() { return window->palette()->palette(); }
-    int paletteRow(const QString& id)
-    {
-        for (int i = 0; i < palette()->rows().size(); ++i)
-            if (palette()->rows()[i].id == id)
-                return i;
-        return -1;
-    }
     // The selected row as drawn, with plain (not smoothed) text so each letter is the pen's colour.
     QImage selectedRow(const QString& id)
     {

@@ -45,14 +45,6 @@ struct KeyCounter : QObject {
 
 struct WindowFileCommandsTest : test::WindowTest {
     bool enabled(const char* id) { return CommandCatalog::find(QString::fromLatin1(id))->enabledIn(*state); }
-    PaletteState* palette() { return window->palette()->palette(); }
-    int paletteRow(const QString& id)
-    {
-        for (int i = 0; i < palette()->rows().size(); ++i)
-            if (palette()->rows()[i].id == id)
-                return i;
-        return -1;
-    }
     QLineEdit* renameEditor() { return window->activePaneWidget()->listView()->viewport()->findChild<QLineEdit*>(); }
 };
 

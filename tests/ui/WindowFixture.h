@@ -9,6 +9,8 @@
 #include "support/TestMain.h"
 #include "ui/pane/PaneWidget.h"
 #include "ui/window/MainWindow.h"
+#include "ui/window/PaletteController.h"
+#include "commands/PaletteState.h"
 #include "ui/window/ToastHost.h"
 
 #include <QApplication>
@@ -46,6 +48,15 @@ struct WindowTest : ::testing::Test {
     }
     void settle() { ASSERT_TRUE(test::waitUntil([&] { return ops().isIdle(); }, 20000)); }
     QString toast() const { return window->toasts()->currentMessage(); }
+    PaletteState* palette() { return window->palette()->palette(); }
+    // The palette's row of the command `id`, or -1.
+    int paletteRow(const QString& id)
+    {
+        for (int i = 0; i < palette()->rows().size(); ++i)
+            if (palette()->rows()[i].id == id)
+                return i;
+        return -1;
+    }
     // Types `text` into the focused widget, one key at a time.
     void type(const QString& text)
     {

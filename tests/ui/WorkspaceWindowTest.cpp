@@ -36,7 +36,6 @@ struct WorkspaceWindowTest : test::WindowTest {
         openSettings()->remove(Session::kSettingsKey);
         Session::beginRun();
     }
-    PaletteState* palette() { return window->palette()->palette(); }
     // Opens the palette, types `query` and runs the row of `commandId`.
     void runFromPalette(const QString& query, const QString& commandId)
     {
